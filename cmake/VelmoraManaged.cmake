@@ -1,0 +1,36 @@
+find_program(DOTNET_EXECUTABLE dotnet DOC "The dotnet command of the .NET SDK" REQUIRED)
+
+set(VELMORA_MANAGED_DIR "${PROJECT_BINARY_DIR}/managed")
+
+# velmora_add_managed(<target> PROJECT <.csproj> OUTPUT <folder> [DEPENDS <target>...] [SOURCES <glob>...] [PROPERTIES <name=value>...])
+# Builds a managed project into a folder of its own. Intermediate files stay in the build tree, one folder a target, so
+# that several build trees of one checkout do not disturb each other.
+function(velmora_add_managed target)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "PROJECT;OUTPUT" "DEPENDS;SOURCES;PROPERTIES")
+    get_filename_component(project_dir "${ARG_PROJECT}" DIRECTORY)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS
+        "${project_dir}/*.cs" "${PROJECT_SOURCE_DIR}/managed/Contract/*.cs" ${ARG_SOURCES})
+    set(properties)
+    foreach(property IN LISTS ARG_PROPERTIES)
+        list(APPEND properties "-p:${property}")
+    endforeach()
+    set(stamp "${VELMORA_MANAGED_DIR}/${target}.stamp")
+    add_custom_command(
+        OUTPUT "${stamp}"
+        COMMAND "${DOTNET_EXECUTABLE}" build "${ARG_PROJECT}" -c Release -o "${ARG_OUTPUT}" --nologo -v quiet
+            -nodeReuse:false -p:UseSharedCompilation=false -p:NuGetAudit=false
+            "-p:ArtifactsPath=${VELMORA_MANAGED_DIR}/artifacts/${target}" ${properties}
+        COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+        DEPENDS ${sources} "${ARG_PROJECT}" "${PROJECT_SOURCE_DIR}/managed/Directory.Build.props"
+        COMMENT "Building managed ${target}"
+        JOB_POOL velmora_dotnet
+        VERBATIM)
+    add_custom_target(${target} ALL DEPENDS "${stamp}")
+    if(ARG_DEPENDS)
+        add_dependencies(${target} ${ARG_DEPENDS})
+    endif()
+    set_target_properties(${target} PROPERTIES VELMORA_OUTPUT_DIR "${ARG_OUTPUT}")
+endfunction()
+
+# One dotnet build at a time: they are heavy, and two of them restoring at once wait for each other anyway.
+set_property(GLOBAL APPEND PROPERTY JOB_POOLS velmora_dotnet=1)
