@@ -1,0 +1,31 @@
+// What a Command owns. Internal.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace Quorvex::Velmora::Tessaport
+{
+struct CommandWrapper;
+}
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+class CommandImp
+{
+public:
+    void setInternalCommand(std::shared_ptr<Tessaport::CommandWrapper> command) noexcept
+    {
+        internalCommand = std::move(command);
+    }
+    [[nodiscard]] std::shared_ptr<Tessaport::CommandWrapper> getInternalCommand() const noexcept
+    {
+        return internalCommand;
+    }
+
+private:
+    std::shared_ptr<Tessaport::CommandWrapper> internalCommand;
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI

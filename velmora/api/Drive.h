@@ -1,0 +1,20 @@
+/// One drive (data source) of the sync application.
+#pragma once
+
+#include <velmora/api/Item.h>
+#include <velmora/api/QVString.h>
+#include <velmora/api/QVUUID.h>
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+struct Drive {
+    bool locking = false;               ///< Files on this drive can be locked.
+    Common::QVString driveType;         ///< Type name, for example "Quorvex.DataSourceType.Drive".
+    Common::QVUUID id;                  ///< Drive identifier.
+    Common::QVString name;              ///< Display name.
+    Item root;                          ///< The drive's root folder.
+    Common::QVString workspaceLocation; ///< Local folder where the drive is mirrored.
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI

@@ -1,0 +1,37 @@
+// What an ItemId owns. Internal.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace Quorvex::Velmora::Tessaport
+{
+struct ItemIdWrapper;
+}
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+class ItemIdImp
+{
+public:
+    using Dispose = void (*)(ItemIdImp*) noexcept;
+
+    /// @param dispose  ends the life of this object; given by whoever allocated it other than by `new`.
+    explicit ItemIdImp(Dispose dispose = [](ItemIdImp* imp) noexcept { delete imp; }) noexcept : dispose(dispose) {}
+
+    void setInternalId(std::shared_ptr<Tessaport::ItemIdWrapper> id) noexcept { internalId = std::move(id); }
+    [[nodiscard]] std::shared_ptr<Tessaport::ItemIdWrapper> getInternalId() const noexcept { return internalId; }
+
+    static void destroy(ItemIdImp* imp) noexcept
+    {
+        if (imp != nullptr)
+            imp->dispose(imp);
+    }
+
+private:
+    std::shared_ptr<Tessaport::ItemIdWrapper> internalId;
+    Dispose dispose;
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI

@@ -1,0 +1,17 @@
+/// The answer for one item of a lookup of permanent ids.
+#pragma once
+
+#include <velmora/api/ItemId.h>
+#include <velmora/api/QVString.h>
+#include <velmora/api/Result.h>
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+struct ItemIdToPermanentIdResult {
+    ItemId itemId;                ///< The item asked for.
+    Common::QVString permanentId; ///< Empty when the sync application returned none.
+    Result result{};
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI

@@ -1,0 +1,227 @@
+#include <velmora/api/QVString.h>
+
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+#include <cwchar>
+#include <limits>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <velmora/api/TextAccess.h>
+#include <velmora/platform/Unicode.h>
+#include <velmora/platform/Widening.h>
+
+namespace Quorvex::Velmora::Common
+{
+
+// One text inside a block; its characters and their terminator follow it.
+struct QVString::Representation {
+    std::atomic<char*> narrow{nullptr};
+    std::uint32_t length = 0;
+    std::uint32_t offsetInBlock = 0;
+
+    wchar_t* characters() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
+};
+
+namespace
+{
+
+// Texts are immutable and counted together with the others of their block: the texts of one record come and go
+// together, and one allocation is a third of the price of three.
+struct Block {
+    std::atomic<std::uint32_t> references;
+    std::uint32_t textCount;
+};
+
+constexpr std::size_t TextAlignment = alignof(std::max_align_t) < 8 ? alignof(std::max_align_t) : 8;
+
+constexpr std::size_t aligned(std::size_t size) noexcept { return (size + TextAlignment - 1) & ~(TextAlignment - 1); }
+
+template <class Representation>
+constexpr std::size_t sizeOfText(std::size_t length) noexcept
+{
+    return aligned(sizeof(Representation) + (length + 1) * sizeof(wchar_t));
+}
+
+template <class Representation>
+Block* blockOf(Representation* text) noexcept
+{
+    return reinterpret_cast<Block*>(reinterpret_cast<unsigned char*>(text) - text->offsetInBlock);
+}
+
+// Offsets inside a block have 32 bits.
+void checkBlockSize(std::size_t size)
+{
+    if (size > std::numeric_limits<std::uint32_t>::max())
+        throw std::bad_alloc();
+}
+
+Block* allocateBlock(std::size_t size)
+{
+    checkBlockSize(size);
+    return new (::operator new(size)) Block{{0}, 0};
+}
+
+template <class Representation>
+Representation* placeText(Block* block, std::size_t offset) noexcept
+{
+    auto* const text = new (reinterpret_cast<unsigned char*>(block) + offset) Representation;
+    text->offsetInBlock = static_cast<std::uint32_t>(offset);
+    block->references.fetch_add(1, std::memory_order_relaxed);
+    ++block->textCount;
+    return text;
+}
+
+template <class Representation>
+Representation* makeText(std::wstring_view characters)
+{
+    if (characters.empty())
+        return nullptr;
+    if (characters.size() > std::numeric_limits<std::uint32_t>::max() / sizeof(wchar_t))
+        throw std::bad_alloc();
+    Block* const block = allocateBlock(sizeof(Block) + sizeOfText<Representation>(characters.size()));
+    auto* const text = placeText<Representation>(block, sizeof(Block));
+    text->length = static_cast<std::uint32_t>(characters.size());
+    std::memcpy(text->characters(), characters.data(), characters.size() * sizeof(wchar_t));
+    text->characters()[characters.size()] = L'\0';
+    return text;
+}
+
+template <class Representation>
+Representation* retain(Representation* text) noexcept
+{
+    if (text != nullptr)
+        blockOf(text)->references.fetch_add(1, std::memory_order_relaxed);
+    return text;
+}
+
+} // namespace
+
+QVString::QVString(const char* text)
+    : representation(text == nullptr ? nullptr : makeText<Representation>(Unicode::fromUtf8(text)))
+{
+}
+
+QVString::QVString(const wchar_t* text)
+    : representation(text == nullptr ? nullptr : makeText<Representation>(std::wstring_view(text)))
+{
+}
+
+QVString::QVString(const QVString& other) noexcept : representation(retain(other.representation)) {}
+
+void QVString::release(Representation* text) noexcept
+{
+    Block* const block = blockOf(text);
+    if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        return;
+    auto* position = reinterpret_cast<unsigned char*>(block) + sizeof(Block);
+    for (std::uint32_t i = 0; i < block->textCount; ++i) {
+        auto* const each = reinterpret_cast<Representation*>(position);
+        delete[] each->narrow.load(std::memory_order_acquire);
+        position += sizeOfText<Representation>(each->length);
+    }
+    ::operator delete(block);
+}
+
+QVString& QVString::operator=(const QVString& other) noexcept
+{
+    QVString(other).swap(*this);
+    return *this;
+}
+
+QVString& QVString::operator=(QVString&& other) noexcept
+{
+    QVString(std::move(other)).swap(*this);
+    return *this;
+}
+
+QVString& QVString::operator=(const wchar_t* text)
+{
+    QVString(text).swap(*this);
+    return *this;
+}
+
+void QVString::swap(QVString& other) noexcept { std::swap(representation, other.representation); }
+
+bool QVString::operator==(const QVString& other) const noexcept
+{
+    return representation == other.representation || TextAccess::view(*this) == TextAccess::view(other);
+}
+
+bool QVString::operator<(const QVString& other) const noexcept
+{
+    return TextAccess::view(*this) < TextAccess::view(other);
+}
+
+const char* QVString::c_str() const
+{
+    if (representation == nullptr)
+        return "";
+    if (const char* ready = representation->narrow.load(std::memory_order_acquire))
+        return ready;
+    const std::string utf8 = Unicode::toUtf8(TextAccess::view(*this));
+    std::unique_ptr<char[]> made(new char[utf8.size() + 1]);
+    std::memcpy(made.get(), utf8.c_str(), utf8.size() + 1);
+    // Another thread may have been first; its result stays, so that pointers already given out stay valid.
+    char* first = nullptr;
+    if (representation->narrow.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
+        return made.release();
+    return first;
+}
+
+const wchar_t* QVString::w_str() const noexcept
+{
+    return representation == nullptr ? L"" : representation->characters();
+}
+
+std::wstring_view TextAccess::view(const QVString& text) noexcept
+{
+    if (text.representation == nullptr)
+        return {};
+    return {text.representation->characters(), text.representation->length};
+}
+
+QVString TextAccess::make(std::wstring_view text)
+{
+    QVString result;
+    result.representation = makeText<QVString::Representation>(text.substr(0, text.find(L'\0')));
+    return result;
+}
+
+void TextAccess::assign(const TextAssignment* assignments, std::size_t count)
+{
+    using Representation = QVString::Representation;
+    std::size_t size = sizeof(Block);
+    bool anyText = false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::u16string_view source = assignments[i].source;
+        if (source.size() > std::numeric_limits<std::uint32_t>::max() / sizeof(wchar_t))
+            throw std::bad_alloc();
+        if (!source.empty() && source.front() != u'\0') {
+            size += sizeOfText<Representation>(source.size());
+            anyText = true;
+        }
+    }
+    Block* const block = anyText ? allocateBlock(size) : nullptr;
+    std::size_t offset = sizeof(Block);
+    for (std::size_t i = 0; i < count; ++i) {
+        QVString& target = *assignments[i].target;
+        const std::u16string_view source = assignments[i].source;
+        Representation* text = nullptr;
+        if (!source.empty() && source.front() != u'\0') {
+            text = placeText<Representation>(block, offset);
+            text->length = static_cast<std::uint32_t>(widenToFirstZero(source, text->characters()));
+            text->characters()[text->length] = L'\0';
+            offset += sizeOfText<Representation>(text->length);
+        }
+        QVString former;
+        former.representation = target.representation;
+        target.representation = text;
+    }
+}
+
+} // namespace Quorvex::Velmora::Common

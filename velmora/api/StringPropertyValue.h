@@ -1,0 +1,20 @@
+/// One property value of one item, as text.
+#pragma once
+
+#include <velmora/api/QVString.h>
+#include <velmora/api/QVUUID.h>
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+class StringPropertyValue
+{
+public:
+    Common::QVUUID driveId;
+    Common::QVString auxiliaryText; ///< Carried with the record; empty in every record that a request returns.
+    Common::QVString value;         ///< The value as text, whatever its type.
+    Common::QVString propertyDefinitionId;
+    Common::QVString relativePath; ///< The item's path relative to the drive's root.
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI

@@ -1,0 +1,14 @@
+// Random bits for identifiers. Internal.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace Quorvex::Velmora::Common
+{
+
+/// 128 random bits from a generator of the calling thread, which is seeded from the system and seeded anew in a forked
+/// child, so that parent and child never repeat each other. Not for secrets.
+std::array<std::uint64_t, 2> randomBits() noexcept;
+
+} // namespace Quorvex::Velmora::Common

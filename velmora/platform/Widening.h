@@ -1,0 +1,51 @@
+// From UTF-16 to wchar_t, eight characters at a time where the processor can: texts are most of what a listing carries.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include <velmora/platform/Unicode.h>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define VELMORA_WIDEN_SSE2 1
+#include <emmintrin.h>
+#endif
+
+namespace Quorvex::Velmora::Common
+{
+
+/// Writes the text up to its first zero character and returns how many characters were written, which is at most
+/// `source.size()`. Pairs become one character where wchar_t has 32 bits; unpaired surrogates stay.
+inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target) noexcept
+{
+    std::size_t position = 0;
+    wchar_t* out = target;
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        position = source.find(u'\0');
+        if (position == std::u16string_view::npos)
+            position = source.size();
+        std::memcpy(target, source.data(), position * sizeof(char16_t));
+        return position;
+    } else {
+#if defined(VELMORA_WIDEN_SSE2)
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i surrogateMask = _mm_set1_epi16(static_cast<short>(0xF800));
+        const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+        for (; source.size() - position >= 8; position += 8, out += 8) {
+            const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source.data() + position));
+            const __m128i special = _mm_or_si128(
+                _mm_cmpeq_epi16(units, zero), _mm_cmpeq_epi16(_mm_and_si128(units, surrogateMask), surrogate));
+            if (_mm_movemask_epi8(special) != 0)
+                break;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi16(units, zero));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4), _mm_unpackhi_epi16(units, zero));
+        }
+#endif
+        while (position < source.size() && source[position] != u'\0')
+            *out++ = static_cast<wchar_t>(Unicode::nextCodePoint(source, position));
+        return static_cast<std::size_t>(out - target);
+    }
+}
+
+} // namespace Quorvex::Velmora::Common
