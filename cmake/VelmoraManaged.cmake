@@ -8,6 +8,7 @@ set(VELMORA_MANAGED_DIR "${PROJECT_BINARY_DIR}/managed")
 function(velmora_add_managed target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "PROJECT;OUTPUT" "DEPENDS;SOURCES;PROPERTIES")
     get_filename_component(project_dir "${ARG_PROJECT}" DIRECTORY)
+    get_filename_component(project_name "${ARG_PROJECT}" NAME_WLE)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS
         "${project_dir}/*.cs" "${PROJECT_SOURCE_DIR}/managed/Contract/*.cs" ${ARG_SOURCES})
     set(properties)
@@ -17,8 +18,9 @@ function(velmora_add_managed target)
     set(stamp "${VELMORA_MANAGED_DIR}/${target}.stamp")
     add_custom_command(
         OUTPUT "${stamp}"
-        COMMAND "${DOTNET_EXECUTABLE}" build "${ARG_PROJECT}" -c Release -o "${ARG_OUTPUT}" --nologo -v quiet
+        COMMAND "${DOTNET_EXECUTABLE}" build "${ARG_PROJECT}" -c Release --nologo -v quiet
             -nodeReuse:false -p:UseSharedCompilation=false -p:NuGetAudit=false
+            "-p:VelmoraOutputOf=${project_name}" "-p:VelmoraOutputDir=${ARG_OUTPUT}"
             "-p:ArtifactsPath=${VELMORA_MANAGED_DIR}/artifacts/${target}" ${properties}
         COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
         DEPENDS ${sources} "${ARG_PROJECT}" "${PROJECT_SOURCE_DIR}/managed/Directory.Build.props"

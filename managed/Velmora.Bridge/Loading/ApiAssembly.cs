@@ -1,0 +1,96 @@
+using System;
+using System.IO;
+using System.Linq;
+using System.Reflection;
+using System.Runtime.CompilerServices;
+using System.Runtime.Loader;
+using Quorvex.Tessaport.API;
+
+namespace Velmora.Bridge.Loading;
+
+/// <summary>
+/// Binds the sync application's assembly from the folder that the host names, and from nowhere else. Everything that can
+/// be checked without loading is checked first: what has been loaded once cannot be replaced in this process.
+/// </summary>
+internal static class ApiAssembly
+{
+    private const string Name = "Quorvex.Tessaport.API";
+    public const string FileName = Name + ".dll";
+
+    private static readonly AssemblyLoadContext context =
+        AssemblyLoadContext.GetLoadContext(typeof(ApiAssembly).Assembly) ?? AssemblyLoadContext.Default;
+
+    private static DependencyFolder? dependencies;
+
+    /// <summary>The assembly in use; null until one was bound.</summary>
+    public static Assembly? Bound { get; private set; }
+
+    /// <exception cref="LoadingException">The assembly cannot be used; the message says why and what to do.</exception>
+    public static void Bind(string folder)
+    {
+        string path = Path.Combine(Path.GetFullPath(folder), FileName);
+        CheckFile(folder, path);
+        CheckNoOther(path);
+        if (dependencies == null) {
+            context.Resolving += (_, name) => Resolve(name);
+            context.ResolvingUnmanagedDll += (_, name) => dependencies!.LoadLibrary(name);
+        }
+        dependencies = new DependencyFolder(context, path);
+        Assembly assembly = BindReference(path);
+        if (!SamePath(assembly.Location, path)) {
+            throw new LoadingException(
+                $"'{assembly.Location}' was loaded in place of '{path}'. Remove that file, so that the one of the sync application is used, and restart this process.");
+        }
+        Bound = assembly;
+    }
+
+    private static Assembly? Resolve(AssemblyName name) =>
+        name.Name == Name ? context.LoadFromAssemblyPath(dependencies!.AssemblyPath) : dependencies!.Load(name);
+
+    private static void CheckFile(string folder, string path)
+    {
+        const string Remedy = "Set RuntimeOptions::apiFolder to the folder of the sync application that holds it.";
+        if (!Directory.Exists(folder))
+            throw new LoadingException($"{FileName} was looked for in '{folder}', which is not a folder. {Remedy}");
+        if (!File.Exists(path))
+            throw new LoadingException($"{FileName} was looked for in '{folder}' and is not there. {Remedy}");
+        string? found;
+        try {
+            found = AssemblyName.GetAssemblyName(path).Name;
+        } catch (Exception e) when (e is BadImageFormatException or FileLoadException) {
+            throw new LoadingException($"'{path}' is not a .NET assembly. Reinstall the sync application, or: {Remedy}");
+        } catch (Exception e) when (e is IOException or UnauthorizedAccessException or System.Security.SecurityException) {
+            throw new LoadingException($"'{path}' cannot be read: {e.Message} Give this user the right to read it.");
+        }
+        if (found != Name)
+            throw new LoadingException($"'{path}' holds the assembly '{found}', and not {Name}. {Remedy}");
+    }
+
+    private static void CheckNoOther(string path)
+    {
+        Assembly? other = AssemblyLoadContext.Default.Assemblies.Concat(context.Assemblies).FirstOrDefault(
+            assembly => assembly.GetName().Name == Name && !SamePath(assembly.Location, path));
+        if (other != null) {
+            throw new LoadingException(
+                $"'{other.Location}' is already loaded in this process, and '{path}' cannot take its place. Restart this process.");
+        }
+    }
+
+    private static Assembly BindReference(string path)
+    {
+        try {
+            return ReferencedAssembly();
+        } catch (Exception e) when (e is TypeLoadException or IOException or BadImageFormatException) {
+            throw new LoadingException(
+                $"'{path}' does not fit this library: {e.Message} Install a version of the sync application that this library was built for, and restart this process.");
+        }
+    }
+
+    // Apart, because compiling it is what binds the reference.
+    [MethodImpl(MethodImplOptions.NoInlining)]
+    private static Assembly ReferencedAssembly() => typeof(TessaportService).Assembly;
+
+    private static bool SamePath(string left, string right) => string.Equals(
+        Path.GetFullPath(left), Path.GetFullPath(right),
+        OperatingSystem.IsWindows() ? StringComparison.OrdinalIgnoreCase : StringComparison.Ordinal);
+}

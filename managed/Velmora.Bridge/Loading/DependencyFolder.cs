@@ -1,0 +1,45 @@
+using System;
+using System.IO;
+using System.Reflection;
+using System.Runtime.InteropServices;
+using System.Runtime.Loader;
+
+namespace Velmora.Bridge.Loading;
+
+/// <summary>What the sync application's assembly needs: by its .deps.json where that can be read, else by file name beside it.</summary>
+internal sealed class DependencyFolder
+{
+    private readonly AssemblyLoadContext context;
+    private readonly AssemblyDependencyResolver? resolver;
+
+    public DependencyFolder(AssemblyLoadContext context, string assemblyPath)
+    {
+        this.context = context;
+        AssemblyPath = assemblyPath;
+        try {
+            resolver = new AssemblyDependencyResolver(assemblyPath);
+        } catch (InvalidOperationException) {
+            // A .deps.json that cannot be read: the files beside the assembly still can.
+        }
+    }
+
+    public string AssemblyPath { get; }
+
+    public Assembly? Load(AssemblyName name)
+    {
+        string? path = resolver?.ResolveAssemblyToPath(name) ?? Beside(name.Name + ".dll");
+        return path == null ? null : context.LoadFromAssemblyPath(path);
+    }
+
+    public IntPtr LoadLibrary(string name)
+    {
+        string? path = resolver?.ResolveUnmanagedDllToPath(name) ?? Beside(name);
+        return path == null ? IntPtr.Zero : NativeLibrary.Load(path);
+    }
+
+    private string? Beside(string fileName)
+    {
+        string path = Path.Combine(Path.GetDirectoryName(AssemblyPath)!, Path.GetFileName(fileName));
+        return File.Exists(path) ? path : null;
+    }
+}
