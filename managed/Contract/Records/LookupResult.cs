@@ -1,3 +1,4 @@
+#nullable disable
 namespace Quorvex.Tessaport.API;
 
 public partial class WorkspacePathToItemResult

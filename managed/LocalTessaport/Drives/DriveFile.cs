@@ -1,0 +1,89 @@
+using System;
+using System.Collections.Concurrent;
+using System.Collections.Generic;
+using System.IO;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Reads the drives of a home from its configuration file.</summary>
+internal static class DriveFile
+{
+    private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveList Drives)> Read = new();
+
+    /// <summary>The drives as configured now. The file is parsed again only when it changed.</summary>
+    public static DriveList Load(HomeFolder home)
+    {
+        if (FileProbe.FindFollowingLinks(home.DrivesFile) is not { IsFolder: false } stamp)
+            return new DriveList([]);
+        if (Read.TryGetValue(home.DrivesFile, out var last) && last.Stamp == stamp)
+            return last.Drives;
+        var drives = Parse(home);
+        Read[home.DrivesFile] = (stamp, drives);
+        return drives;
+    }
+
+    private static DriveList Parse(HomeFolder home)
+    {
+        try
+        {
+            using var stream = AtomicFile.OpenForReading(home.DrivesFile);
+            using var document = JsonDocument.Parse(stream);
+            if (document.RootElement.ValueKind != JsonValueKind.Array)
+                throw new InvalidDataException("it is not an array");
+            var drives = new List<LocalDrive>();
+            foreach (var element in document.RootElement.EnumerateArray())
+                drives.Add(ParseDrive(element, home));
+            return new DriveList(drives);
+        }
+        catch (Exception e) when (e is JsonException or InvalidDataException)
+        {
+            throw new InvalidDataException(
+                $"The drives cannot be read from '{home.DrivesFile}': {e.Message.TrimEnd('.')}. Correct the file and try again.");
+        }
+    }
+
+    private static LocalDrive ParseDrive(JsonElement element, HomeFolder home)
+    {
+        if (element.ValueKind != JsonValueKind.Object)
+            throw new InvalidDataException("a drive is not an object");
+        if (!Guid.TryParse(Text(element, "id"), out var id))
+            throw new InvalidDataException($"the 'id' '{Text(element, "id")}' of a drive is not a GUID");
+        var type = Text(element, "type");
+        if (!DriveTypes.IsKnown(type))
+            throw new InvalidDataException($"the 'type' '{type}' of a drive is not one of {string.Join(", ", DriveTypes.All)}");
+        return new LocalDrive
+        {
+            Id = id,
+            Name = Text(element, "name"),
+            Type = type,
+            Workspace = Side(element, "workspace", id, home),
+            Server = Side(element, "server", id, home),
+            Locking = Flag(element, "locking", otherwise: false),
+            Writable = Flag(element, "writable", otherwise: true),
+            Offline = Flag(element, "offline", otherwise: false),
+        };
+    }
+
+    private static DriveSide Side(JsonElement element, string member, Guid id, HomeFolder home)
+    {
+        var folder = element.TryGetProperty(member, out _) ? Text(element, member) : $"drives/{id:D}/{member}";
+        var full = PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)));
+        return new DriveSide(full ?? throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path"));
+    }
+
+    private static string Text(JsonElement element, string member) =>
+        element.TryGetProperty(member, out var value) && value.ValueKind == JsonValueKind.String
+        && value.GetString() is { Length: > 0 } text
+            ? text
+            : throw new InvalidDataException($"the text '{member}' of a drive is missing");
+
+    private static bool Flag(JsonElement element, string member, bool otherwise)
+    {
+        if (!element.TryGetProperty(member, out var value))
+            return otherwise;
+        return value.ValueKind is JsonValueKind.True or JsonValueKind.False
+            ? value.GetBoolean()
+            : throw new InvalidDataException($"the member '{member}' of a drive is neither true nor false");
+    }
+}

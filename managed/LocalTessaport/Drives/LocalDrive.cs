@@ -1,0 +1,43 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>A drive as configured.</summary>
+internal sealed class LocalDrive
+{
+    public required Guid Id { get; init; }
+    public required string Name { get; init; }
+    public required string Type { get; init; }
+    public required DriveSide Workspace { get; init; }
+    public required DriveSide Server { get; init; }
+    public bool Locking { get; init; }
+    public bool Writable { get; init; } = true;
+    public bool Offline { get; init; }
+
+    public bool AcceptsChanges => Writable && !Offline;
+
+    public string WorkspaceLocation => _workspaceLocation ??= PathForm.ToBackslashes(Workspace.Root);
+
+    private string? _workspaceLocation;
+    private string? _workspacePrefix;
+
+    public string WorkspacePathOf(string relative) =>
+        relative.Length == 0
+            ? WorkspaceLocation
+            : (_workspacePrefix ??= PathForm.ToBackslashes(Workspace.Prefix)) + relative;
+
+    public void RequireWritable()
+    {
+        if (Offline)
+            throw new IOException($"The drive '{Name}' is offline; try again when its server can be reached.");
+        if (!Writable)
+            throw new UnauthorizedAccessException($"The drive '{Name}' is read-only.");
+    }
+
+    public void MakeFolders()
+    {
+        Directory.CreateDirectory(Workspace.Root);
+        Directory.CreateDirectory(Server.Root);
+    }
+}

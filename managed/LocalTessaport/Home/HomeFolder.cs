@@ -1,0 +1,34 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The folder that holds everything the service owns, and where each thing is in it.</summary>
+internal sealed class HomeFolder
+{
+    private const string Variable = "TESSAPORT_HOME";
+
+    private HomeFolder(string path) => Root = path;
+
+    public string Root { get; }
+    public string ServiceFile => Path.Combine(Root, "service.json");
+    public string DrivesFile => Path.Combine(Root, "drives.json");
+    public string LockFile => Path.Combine(Root, "lock");
+    public string ClipboardFile => Path.Combine(Root, "clipboard.txt");
+    public string StateFolder => Path.Combine(Root, "state");
+
+    public string StateFileOf(Guid drive) => Path.Combine(StateFolder, drive.ToString("D") + ".json");
+
+    public static HomeFolder Locate()
+    {
+        var chosen = Environment.GetEnvironmentVariable(Variable);
+        if (!string.IsNullOrEmpty(chosen))
+            return new HomeFolder(Path.GetFullPath(chosen));
+        var data = Environment.GetFolderPath(
+            Environment.SpecialFolder.LocalApplicationData, Environment.SpecialFolderOption.DoNotVerify);
+        if (data.Length == 0)
+            throw new TessaportNotInstalledException(
+                $"Tessaport is not installed: there is no per-user data folder to look in. Set {Variable} to the folder of its home.");
+        return new HomeFolder(Path.Combine(data, "Tessaport"));
+    }
+}

@@ -1,0 +1,54 @@
+using System;
+using System.IO;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Whether the service can be asked for anything now, as its state file says.</summary>
+internal static class ServiceState
+{
+    /// <summary>Returns when the service is running; otherwise throws what fits the state.</summary>
+    public static void Require(HomeFolder home)
+    {
+        var state = Read(home);
+        if (state != "running")
+            throw ExceptionFor(state, home);
+    }
+
+    private static string Read(HomeFolder home)
+    {
+        try
+        {
+            using var stream = AtomicFile.OpenForReading(home.ServiceFile);
+            using var document = JsonDocument.Parse(stream);
+            return document.RootElement.GetProperty("state").GetString() ?? "";
+        }
+        catch (Exception e) when (e is FileNotFoundException or DirectoryNotFoundException)
+        {
+            throw new TessaportNotInstalledException(
+                $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport demo', or set "
+                + "TESSAPORT_HOME to the folder of an existing one.");
+        }
+        catch (Exception e) when (e is JsonException or System.Collections.Generic.KeyNotFoundException or InvalidOperationException)
+        {
+            throw Unreadable(home, "it is not of the form {\"state\": \"running\"}");
+        }
+    }
+
+    private static Exception ExceptionFor(string state, HomeFolder home) => state switch
+    {
+        "not-running" => new TessaportNotRunningException(
+            "Tessaport is not running; start it with 'tessaport service start'."),
+        "requires-update" => new TessaportRequiresUpdateException(
+            "Tessaport is too old and must be updated; when that is done, run 'tessaport service set-state running'."),
+        "forced-update" => new TessaportForcedUpdateException(
+            "Tessaport is about to be updated and accepts no requests; when that is done, run 'tessaport service set-state running'."),
+        "api-requires-update" => new TessaportApiRequiresUpdateException(
+            "The programming interface of Tessaport is too old and must be updated; when that is done, run "
+            + "'tessaport service set-state running'."),
+        _ => Unreadable(home, $"it names the unknown state '{state}'"),
+    };
+
+    private static InvalidDataException Unreadable(HomeFolder home, string reason) => new(
+        $"The state of Tessaport cannot be read from '{home.ServiceFile}': {reason}. Run 'tessaport service start' to write it anew.");
+}

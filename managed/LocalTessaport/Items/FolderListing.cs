@@ -1,0 +1,43 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The items directly in a folder: both sides together, by name.</summary>
+internal static class FolderListing
+{
+    private static readonly Comparison<ItemView> ByName = (a, b) =>
+    {
+        var ignoringCase = string.Compare(a.Path, b.Path, StringComparison.OrdinalIgnoreCase);
+        return ignoringCase != 0 ? ignoringCase : string.CompareOrdinal(a.Path, b.Path);
+    };
+
+    public static List<ItemView> Read(LocalDrive drive, string folder)
+    {
+        var local = FolderReader.Read(drive.Workspace.PathOf(folder));
+        var remote = new Dictionary<string, FileEntry>(RelativePath.Comparer);
+        foreach (var (name, entry) in FolderReader.Read(drive.Server.PathOf(folder)))
+            remote[name] = entry;
+        var views = new List<ItemView>(Math.Max(local.Count, remote.Count));
+        foreach (var (name, entry) in local)
+        {
+            FileEntry? counterpart = remote.Remove(name, out var found) ? found : null;
+            views.Add(new ItemView(drive, RelativePath.Join(folder, name), entry, counterpart));
+        }
+        foreach (var (name, entry) in remote)
+            views.Add(new ItemView(drive, RelativePath.Join(folder, name), null, entry));
+        views.Sort(ByName);
+        return views;
+    }
+
+    /// <summary>Throws unless the view is of a folder whose contents can be listed.</summary>
+    public static void RequireFolder(ItemView view)
+    {
+        if (!view.Exists && !view.IsRoot)
+            throw new DirectoryNotFoundException(
+                $"The folder '{view.Drive.WorkspacePathOf(view.Path)}' no longer exists; list its parent again.");
+        if (!view.IsFolder)
+            throw new ArgumentException($"'{view.Drive.WorkspacePathOf(view.Path)}' is a file; ask about a folder.");
+    }
+}

@@ -1,0 +1,37 @@
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Finds items by path, in one request.</summary>
+internal sealed class ItemFinder
+{
+    private readonly Dictionary<(string, string), string> _properNames = [];
+
+    /// <summary>The item at a place, named as it is spelled on the disk; null when there is none.</summary>
+    public ItemView? Find(DrivePlace place)
+    {
+        var view = ItemView.At(place.Drive, place.Path);
+        if (!view.Exists && !view.IsRoot)
+            return null;
+        return ReferenceEquals(RelativePath.Comparer, System.StringComparer.Ordinal) ? view : view with { Path = Respell(view) };
+    }
+
+    private string Respell(ItemView view)
+    {
+        var side = view.Workspace is not null ? view.Drive.Workspace : view.Drive.Server;
+        var spelled = RelativePath.Root;
+        foreach (var part in view.Path.Split('\\', System.StringSplitOptions.RemoveEmptyEntries))
+            spelled = RelativePath.Join(spelled, ProperName(side.PathOf(spelled), part));
+        return spelled;
+    }
+
+    private string ProperName(string folder, string name)
+    {
+        if (_properNames.TryGetValue((folder, name), out var known))
+            return known;
+        foreach (var found in Directory.EnumerateFileSystemEntries(folder, name))
+            return _properNames[(folder, name)] = Path.GetFileName(found);
+        return name;
+    }
+}

@@ -1,0 +1,34 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>An item as the union of its two sides at one moment.</summary>
+internal readonly record struct ItemView(LocalDrive Drive, string Path, FileEntry? Workspace, FileEntry? Server)
+{
+    public static ItemView At(LocalDrive drive, string path) =>
+        new(drive, path, drive.Workspace.Find(path), drive.Server.Find(path));
+
+    public bool Exists => Workspace is not null || Server is not null;
+
+    public bool IsRoot => Path.Length == 0;
+
+    public bool IsFolder => IsRoot || (Workspace ?? Server) is { IsFolder: true };
+
+    /// <summary>A file here and a folder there under one name.</summary>
+    public bool SidesDiffer => Workspace is { } local && Server is { } remote && local.IsFolder != remote.IsFolder;
+
+    public DateTime Modified => (Workspace ?? Server)?.Modified ?? DateTime.UnixEpoch;
+
+    public Item ToItem() => new()
+    {
+        DriveId = Drive.Id,
+        Id = new ItemId { Drive = Drive.Id, Path = Path },
+        IsFolder = IsFolder,
+        IsInWorkspace = Workspace is not null,
+        IsOnServer = Server is not null,
+        LastModifiedDate = Modified,
+        Name = IsRoot ? Drive.Name : RelativePath.NameOf(Path),
+        RelativePath = Path,
+        WorkspacePath = Drive.WorkspacePathOf(Path),
+    };
+}

@@ -1,0 +1,9 @@
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The outcomes of one key of a batch.</summary>
+internal static class Results
+{
+    public const Result Success = Result.Success;
+    public const Result NotFound = (Result)2;
+    public const Result Offline = Result.Offline;
+}

@@ -1,0 +1,64 @@
+using System;
+using System.Buffers;
+using System.Collections.Generic;
+using System.Text;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Which names items can have: a drive is shared between platforms, so the narrowest rules hold for what is added.</summary>
+internal static class NameRules
+{
+    private const int LongestName = 255;
+
+    private static readonly SearchValues<char> Forbidden = SearchValues.Create("<>:\"/\\|?*");
+
+    private static readonly HashSet<string> DeviceNames = new(StringComparer.OrdinalIgnoreCase)
+    {
+        "CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$",
+        "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7", "COM8", "COM9", "COM¹", "COM²", "COM³",
+        "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9", "LPT¹", "LPT²", "LPT³",
+    };
+
+    /// <summary>Whether a name that stands in a folder can be told to others and found again by what was told.</summary>
+    public static bool CanBeListed(ReadOnlySpan<char> name) =>
+        !name.ContainsAny('\\', '\0', '\uFFFD')
+        && !name.Equals(Staging.FolderName, RelativePath.Comparison)
+        && IsWellFormed(name);
+
+    /// <summary>Whether a name may be given to an item on every platform that the drive could be mounted on.</summary>
+    public static bool CanBeAdded(string name) =>
+        name.Length is > 0 and <= LongestName
+        && Encoding.UTF8.GetByteCount(name) <= LongestName
+        && name[^1] is not ('.' or ' ')
+        && !name.AsSpan().ContainsAny(Forbidden)
+        && !ContainsControlCharacter(name)
+        && !DeviceNames.Contains(WithoutExtensions(name))
+        && CanBeListed(name);
+
+    /// <summary>Whether every surrogate has its partner; other text does not survive becoming a file name.</summary>
+    public static bool IsWellFormed(ReadOnlySpan<char> text)
+    {
+        for (var i = 0; i < text.Length; ++i)
+        {
+            if (!char.IsSurrogate(text[i]))
+                continue;
+            if (i + 1 == text.Length || !char.IsSurrogatePair(text[i], text[i + 1]))
+                return false;
+            ++i;
+        }
+        return true;
+    }
+
+    private static bool ContainsControlCharacter(string name)
+    {
+        foreach (var c in name)
+        {
+            if (c < ' ')
+                return true;
+        }
+        return false;
+    }
+
+    private static string WithoutExtensions(string name) =>
+        (name.IndexOf('.') is var dot and >= 0 ? name[..dot] : name).TrimEnd(' ');
+}

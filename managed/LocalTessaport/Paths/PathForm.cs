@@ -1,0 +1,31 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The two ways to write a full path: back-slashes, as items carry it, and the platform's own, as files are opened.</summary>
+internal static class PathForm
+{
+    public static string ToBackslashes(string path) => path.Replace('/', '\\');
+
+    public static string ToPlatform(string path) =>
+        Path.DirectorySeparatorChar == '\\' ? path.Replace('/', '\\') : path.Replace('\\', '/');
+
+    /// <summary>The platform's normalised form of a full path with either slash, or null when the text names no place on this machine.</summary>
+    public static string? TryNormalise(string? path)
+    {
+        if (string.IsNullOrEmpty(path) || path.Contains('\0') || !NameRules.IsWellFormed(path))
+            return null;
+        var platform = ToPlatform(path);
+        if (!Path.IsPathFullyQualified(platform))
+            return null;
+        try
+        {
+            return Path.TrimEndingDirectorySeparator(Path.GetFullPath(platform));
+        }
+        catch (Exception e) when (e is ArgumentException or IOException or NotSupportedException)
+        {
+            return null;
+        }
+    }
+}

@@ -1,0 +1,41 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What one request works with: the home, found running, and the drives as configured now.</summary>
+internal sealed class Session
+{
+    private Session(HomeFolder home, DriveList drives)
+    {
+        Home = home;
+        Drives = drives;
+    }
+
+    public HomeFolder Home { get; }
+    public DriveList Drives { get; }
+
+    public static Session Begin()
+    {
+        var home = HomeFolder.Locate();
+        ServiceState.Require(home);
+        var session = new Session(home, DriveFile.Load(home));
+        Upkeep.RunIfDue(session);
+        return session;
+    }
+
+    /// <summary>The place that an id names; ids of drives that are gone have none.</summary>
+    public DrivePlace? TryPlaceOf(ItemId? id)
+    {
+        if (id?.Path is null)
+            throw new ArgumentException(id is null
+                ? "An item id is missing; use one from an item that this service returned."
+                : "An item id was not made by this service; use one from an item that it returned.");
+        return Drives.Find(id.Drive) is { } drive ? new DrivePlace(drive, id.Path) : null;
+    }
+
+    public DrivePlace PlaceOf(ItemId? id) => TryPlaceOf(id)
+        ?? throw new ArgumentException($"There is no drive '{id!.Drive}' any more; list the drives again.");
+
+    public LocalDrive DriveOf(Guid id) => Drives.Find(id)
+        ?? throw new ArgumentException($"There is no drive with the id '{id}'; list the drives to see those there are.");
+}

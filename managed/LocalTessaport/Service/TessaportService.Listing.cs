@@ -1,0 +1,25 @@
+using System;
+using System.Collections.Generic;
+using Quorvex.Tessaport.API.Local;
+
+namespace Quorvex.Tessaport.API;
+
+public partial class TessaportService
+{
+    public IEnumerable<Item> GetChildFolders(ItemId folder) => List(folder, view => view.IsFolder);
+
+    public IEnumerable<Item> GetFolderContents(ItemId folder) => List(folder, _ => true);
+
+    private static List<Item> List(ItemId folder, Predicate<ItemView> isWanted)
+    {
+        var place = Session.Begin().PlaceOf(folder);
+        FolderListing.RequireFolder(ItemView.At(place.Drive, place.Path));
+        var items = new List<Item>();
+        foreach (var view in FolderListing.Read(place.Drive, place.Path))
+        {
+            if (isWanted(view))
+                items.Add(view.ToItem());
+        }
+        return items;
+    }
+}

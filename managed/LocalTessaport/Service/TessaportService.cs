@@ -1,0 +1,39 @@
+using System;
+using System.Collections.Generic;
+using System.Linq;
+using Quorvex.Tessaport.API.Local;
+
+namespace Quorvex.Tessaport.API;
+
+/// <summary>A sync service whose drives are plain folders. Objects hold nothing, so any number may be used from any thread.</summary>
+public partial class TessaportService
+{
+    public TessaportService()
+    {
+    }
+
+    /// <summary>The window would own the service's dialogs; it shows none.</summary>
+    public TessaportService(IntPtr windowHandle)
+    {
+    }
+
+    public void Discover() => Session.Begin();
+
+    public string GetVersion()
+    {
+        Session.Begin();
+        return typeof(TessaportService).Assembly.GetName().Version!.ToString(3);
+    }
+
+    public IEnumerable<Drive> GetDrives() => Session.Begin().Drives.Drives.Select(Describe).ToList();
+
+    private static Drive Describe(LocalDrive drive) => new()
+    {
+        Id = drive.Id,
+        Name = drive.Name,
+        DriveType = drive.Type,
+        WorkspaceLocation = drive.WorkspaceLocation,
+        Root = ItemView.At(drive, RelativePath.Root).ToItem(),
+        DriveCapabilites = new DriveCapabilites { Locking = drive.Locking },
+    };
+}

@@ -1,0 +1,38 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Walks everything on one side of a drive.</summary>
+internal static class DriveScan
+{
+    /// <summary>Every file and folder below the root, folders before what they hold. Folders that cannot be read are left out.</summary>
+    public static IEnumerable<(string Path, FileEntry Entry)> Walk(DriveSide side)
+    {
+        var folders = new Stack<string>();
+        folders.Push(RelativePath.Root);
+        while (folders.TryPop(out var folder))
+        {
+            foreach (var (name, entry) in ReadIfAllowed(side.PathOf(folder)))
+            {
+                var path = RelativePath.Join(folder, name);
+                if (entry.IsFolder)
+                    folders.Push(path);
+                yield return (path, entry);
+            }
+        }
+    }
+
+    private static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(string folder)
+    {
+        try
+        {
+            return FolderReader.Read(folder);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            return [];
+        }
+    }
+}

@@ -1,0 +1,50 @@
+using System.Collections.Generic;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Where each file of one side stands now. Made at the first question: few requests need to walk a drive.</summary>
+internal sealed class SideMap
+{
+    private readonly DriveSide _side;
+    private Dictionary<FileIdentity, string>? _byIdentity;
+    private Dictionary<long, List<string>>? _bySize;
+
+    public SideMap(DriveSide side) => _side = side;
+
+    public string? PathOf(FileIdentity identity)
+    {
+        Fill();
+        return identity.IsKnown ? _byIdentity!.GetValueOrDefault(identity) : null;
+    }
+
+    public IReadOnlyList<string> FilesOfSize(long size)
+    {
+        Fill();
+        return _bySize!.TryGetValue(size, out var paths) ? paths : [];
+    }
+
+    public void Reset()
+    {
+        _byIdentity = null;
+        _bySize = null;
+    }
+
+    private void Fill()
+    {
+        if (_byIdentity is not null)
+            return;
+        _byIdentity = [];
+        _bySize = [];
+        foreach (var (path, entry) in DriveScan.Walk(_side))
+        {
+            var identity = entry.Identity.IsKnown ? entry.Identity : _side.Find(path)?.Identity ?? FileIdentity.None;
+            if (identity.IsKnown)
+                _byIdentity.TryAdd(identity, path);
+            if (entry.IsFolder)
+                continue;
+            if (!_bySize.TryGetValue(entry.Size, out var paths))
+                _bySize[entry.Size] = paths = [];
+            paths.Add(path);
+        }
+    }
+}
