@@ -1,0 +1,77 @@
+// A folder of a test's own, with a name that is not plain ASCII; it goes with the object.
+#pragma once
+
+#include <velmora/platform/Unicode.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+inline std::filesystem::path toPath(std::wstring_view path)
+{
+#ifdef _WIN32
+    return path;
+#else
+    return Common::Unicode::toUtf8(path);
+#endif
+}
+
+class TemporaryFolder
+{
+public:
+    TemporaryFolder()
+    {
+        static std::atomic<unsigned> counter{0};
+        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+        m_path = std::filesystem::temp_directory_path() /
+                 toPath(L"velmora-\x4E2D\xE9-" + std::to_wstring(now) + L"-" + std::to_wstring(counter++));
+        std::filesystem::create_directories(m_path);
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const noexcept { return m_path; }
+
+    /// The path of a file in the folder, as the library takes it.
+    [[nodiscard]] std::wstring file(std::wstring_view name) const
+    {
+        return Common::Unicode::fromUtf8((m_path / toPath(name)).u8string());
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+using Bytes = std::vector<unsigned char>;
+
+inline Bytes readFile(std::wstring_view path)
+{
+    std::ifstream stream(toPath(path), std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+inline void writeFile(std::wstring_view path, std::string_view bytes)
+{
+    std::ofstream stream(toPath(path), std::ios::binary | std::ios::trunc);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+inline void writeFile(std::wstring_view path, const Bytes& bytes)
+{
+    writeFile(path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+}
+
+} // namespace Quorvex::Velmora::TestSupport

@@ -1,0 +1,92 @@
+#include <velmora/io/QVBinaryFileSink.h>
+
+#include <velmora/io/SerialFormat.h>
+#include <velmora/io/WideFileStream.h>
+
+#include <cstddef>
+#include <cstring>
+#include <ios>
+
+namespace Quorvex::Velmora::IO
+{
+
+struct QVBinaryFileSink::Impl {
+    static constexpr std::size_t BufferSize = 64 * 1024;
+
+    void append(const void* bytes, std::size_t count)
+    {
+        if (count > BufferSize - used) {
+            writeOut();
+            if (count >= BufferSize) {
+                writeThrough(bytes, count);
+                return;
+            }
+        }
+        if (count > 0)
+            std::memcpy(buffer.get() + used, bytes, count);
+        used += count;
+    }
+
+    void writeOut()
+    {
+        writeThrough(buffer.get(), used);
+        used = 0;
+    }
+
+    void writeThrough(const void* bytes, std::size_t count)
+    {
+        stream.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
+    }
+
+    void fail()
+    {
+        writeOut();
+        stream.setstate(std::ios::failbit);
+    }
+
+    boost::filesystem::ofstream stream;
+    std::unique_ptr<unsigned char[]> buffer{new unsigned char[BufferSize]};
+    std::size_t used = 0;
+};
+
+QVBinaryFileSink::QVBinaryFileSink(const std::wstring& path) : m_impl(std::make_unique<Impl>())
+{
+    openUnbuffered(m_impl->stream, path, std::ios::trunc);
+}
+
+QVBinaryFileSink::~QVBinaryFileSink() { m_impl->writeOut(); }
+
+void QVBinaryFileSink::writeUInt32(std::uint32_t value)
+{
+    const auto bytes = SerialFormat::encode(value);
+    m_impl->append(bytes.data(), bytes.size());
+}
+
+void QVBinaryFileSink::writeDouble(double value)
+{
+    const auto bytes = SerialFormat::encodeDouble(value);
+    m_impl->append(bytes.data(), bytes.size());
+}
+
+void QVBinaryFileSink::writeString(const std::wstring& value)
+{
+    SerialFormat::encodeString(value, [this](const void* bytes, std::size_t count) { m_impl->append(bytes, count); });
+}
+
+void QVBinaryFileSink::writeBool(bool value) { writeUInt32(value ? 1 : 0); }
+
+void QVBinaryFileSink::writeBytes(const void* bytes, std::int64_t count)
+{
+    if (count < 0)
+        m_impl->fail();
+    else
+        m_impl->append(bytes, static_cast<std::size_t>(count));
+}
+
+bool QVBinaryFileSink::failed() const
+{
+    m_impl->writeOut();
+    return m_impl->stream.fail();
+}
+
+} // namespace Quorvex::Velmora::IO

@@ -1,0 +1,33 @@
+/// Writing typed values by key.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Quorvex::Velmora::IO
+{
+
+/// Takes typed values under wide-text keys.
+///
+/// A "." in a key separates levels of nesting: "a.b" is the value "b" inside "a". What is missing on the way is made,
+/// and a second put under the same key replaces the first. Every value is kept as text, whatever locale the process
+/// uses: integers in decimal, doubles with 17 significant digits, bools as "true" or "false", texts as they are.
+class QVKeyValueSink
+{
+public:
+    virtual ~QVKeyValueSink() = default;
+
+    /// Called by hosts that want to announce a sequence of puts; the implementations of this library do nothing here.
+    virtual void prepare() = 0;
+
+    virtual void putUInt32(const std::wstring& key, std::uint32_t value) = 0;
+    virtual void putDouble(const std::wstring& key, double value) = 0;
+    virtual void putString(const std::wstring& key, const std::wstring& value) = 0;
+    virtual void putBool(const std::wstring& key, bool value) = 0;
+    virtual void putUInt64(const std::wstring& key, std::uint64_t value) = 0;
+
+    /// The counterpart of prepare().
+    virtual void finish() = 0;
+};
+
+} // namespace Quorvex::Velmora::IO

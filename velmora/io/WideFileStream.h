@@ -1,0 +1,45 @@
+// File streams on wide paths, the same on every platform and under every locale of the host.
+#pragma once
+
+#include <velmora/platform/Unicode.h>
+
+#include <boost/filesystem/path.hpp>
+// The C++ library of mingw opens streams on wide paths, but Boost knows that of one other library only.
+#if defined(__MINGW32__) && !defined(_CPPLIB_VER)
+#define _CPPLIB_VER 405
+#include <boost/filesystem/fstream.hpp>
+#undef _CPPLIB_VER
+#else
+#include <boost/filesystem/fstream.hpp>
+#endif
+
+#include <ios>
+#include <locale>
+#include <string>
+
+namespace Quorvex::Velmora::IO
+{
+
+/// The platform's form of a wide path; empty, which opens nothing, for a text that names no file.
+inline boost::filesystem::path toStreamPath(const std::wstring& path)
+{
+    if (path.find(L'\0') != std::wstring::npos)
+        return {};
+#ifdef _WIN32
+    return path;
+#else
+    return Common::Unicode::toUtf8Strict(path).value_or(std::string());
+#endif
+}
+
+/// Opens a stream for bytes. It gets no buffer of its own: its users read and write large pieces.
+template <class FileStream>
+void openUnbuffered(FileStream& stream, const std::wstring& path, std::ios::openmode mode)
+{
+    // A host may have put a converting locale in place of the global one.
+    stream.imbue(std::locale::classic());
+    stream.rdbuf()->pubsetbuf(nullptr, 0);
+    stream.open(toStreamPath(path), mode | std::ios::binary);
+}
+
+} // namespace Quorvex::Velmora::IO
