@@ -1,0 +1,36 @@
+// A host's locale that would spoil numbers: decimal commas, grouped digits, other words for true and false.
+#pragma once
+
+#include <locale>
+#include <string>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+/// The global locale while it lives.
+class CommaLocale
+{
+public:
+    CommaLocale()
+        : m_former(std::locale::global(
+              std::locale(std::locale(std::locale::classic(), new Punctuation<char>), new Punctuation<wchar_t>)))
+    {
+    }
+    ~CommaLocale() { std::locale::global(m_former); }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+
+private:
+    template <class Char>
+    struct Punctuation : std::numpunct<Char> {
+        Char do_decimal_point() const override { return Char(','); }
+        Char do_thousands_sep() const override { return Char('.'); }
+        std::string do_grouping() const override { return "\1"; }
+        std::basic_string<Char> do_truename() const override { return {Char('j'), Char('a')}; }
+        std::basic_string<Char> do_falsename() const override { return {Char('n'), Char('o')}; }
+    };
+
+    std::locale m_former;
+};
+
+} // namespace Quorvex::Velmora::TestSupport

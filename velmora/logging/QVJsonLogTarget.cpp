@@ -1,0 +1,90 @@
+#include <velmora/logging/QVJsonLogTarget.h>
+
+#include <velmora/logging/ValueTree.h>
+#include <velmora/platform/Unicode.h>
+
+#include <boost/property_tree/json_parser.hpp>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace Quorvex::Velmora::Logging
+{
+namespace
+{
+
+[[maybe_unused]] bool isBeyondBasicPlane(wchar_t c) noexcept { return static_cast<char32_t>(c) > 0xFFFF; }
+
+// The JSON writer has four digits for each wchar_t and would clip what needs more: it gets pairs of surrogates.
+std::wstring inPairs(const std::wstring& text)
+{
+    std::wstring result;
+    result.reserve(text.size() + 1);
+    for (const wchar_t c : text)
+        Common::Unicode::appendUtf16(result, static_cast<char32_t>(c));
+    return result;
+}
+
+bool needsPairs(const std::wstring& text)
+{
+    if constexpr (sizeof(wchar_t) == 2)
+        return false;
+    else
+        return std::any_of(text.begin(), text.end(), isBeyondBasicPlane);
+}
+
+} // namespace
+
+class QVJsonLogTarget::Impl
+{
+public:
+    Impl(std::wostream& stream, bool pretty) : m_stream(stream), m_pretty(pretty) {}
+    virtual ~Impl() = default;
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    void put(const std::wstring& key, const std::wstring& text)
+    {
+        auto& node = needsPairs(key) ? ValueTree::nodeAt(m_record, inPairs(key)) : ValueTree::nodeAt(m_record, key);
+        node.data() = needsPairs(text) ? inPairs(text) : text;
+    }
+
+    void clear() { m_record.clear(); }
+
+    void write() const { boost::property_tree::write_json(m_stream, m_record, m_pretty); }
+
+private:
+    std::wostream& m_stream;
+    const bool m_pretty;
+    ValueTree::Tree m_record;
+};
+
+QVJsonLogTarget::QVJsonLogTarget(std::wostream& stream, bool pretty) : m_impl(std::make_unique<Impl>(stream, pretty)) {}
+
+QVJsonLogTarget::~QVJsonLogTarget() = default;
+
+void QVJsonLogTarget::prepare() {}
+
+void QVJsonLogTarget::putUInt32(const std::wstring& key, std::uint32_t value)
+{
+    m_impl->put(key, ValueTree::toText(value));
+}
+
+void QVJsonLogTarget::putDouble(const std::wstring& key, double value) { m_impl->put(key, ValueTree::toText(value)); }
+
+void QVJsonLogTarget::putString(const std::wstring& key, const std::wstring& value) { m_impl->put(key, value); }
+
+void QVJsonLogTarget::putBool(const std::wstring& key, bool value) { m_impl->put(key, ValueTree::toText(value)); }
+
+void QVJsonLogTarget::putUInt64(const std::wstring& key, std::uint64_t value)
+{
+    m_impl->put(key, ValueTree::toText(value));
+}
+
+void QVJsonLogTarget::finish() {}
+
+void QVJsonLogTarget::beginRecord(const std::wstring&) { m_impl->clear(); }
+
+void QVJsonLogTarget::endRecord(const std::wstring&) { m_impl->write(); }
+
+} // namespace Quorvex::Velmora::Logging

@@ -1,0 +1,88 @@
+#include <velmora/logging/QVJsonParser.h>
+
+#include <velmora/logging/NestingGuard.h>
+#include <velmora/logging/ValueTree.h>
+
+#include <boost/property_tree/json_parser.hpp>
+
+#include <iostream>
+
+namespace Quorvex::Velmora::Logging
+{
+namespace
+{
+
+bool isExhausted(const std::wistream& stream)
+{
+    std::wstreambuf* const buffer = stream.rdbuf();
+    return buffer == nullptr || buffer->in_avail() <= 0;
+}
+
+// One insertion, so that lines of several threads do not mix.
+void report(const boost::property_tree::json_parser_error& error, const std::wistream& stream)
+{
+    std::cerr << "QVJsonParser: json_parser_error while reading given input stream" +
+                     std::string(isExhausted(stream) ? " (input is empty): " : ": ") + error.message() + "\n";
+}
+
+ValueTree::Tree readTree(std::wistream& stream)
+{
+    ValueTree::Tree tree;
+    try {
+        NestingGuard guard(stream.rdbuf(), ValueTree::MaximumDepth);
+        std::wistream guarded(&guard);
+        boost::property_tree::read_json(guarded, tree);
+    } catch (const boost::property_tree::json_parser_error& error) {
+        report(error, stream);
+    }
+    return tree;
+}
+
+} // namespace
+
+struct QVJsonParser::Impl {
+    ValueTree::Tree document;
+};
+
+QVJsonParser::QVJsonParser(std::wistream& stream) : m_impl(std::make_unique<Impl>(Impl{readTree(stream)})) {}
+
+QVJsonParser::~QVJsonParser() = default;
+
+bool QVJsonParser::queryFlag() const { return false; }
+
+bool QVJsonParser::getUInt32(const std::wstring& key, std::uint32_t& out) const
+{
+    return ValueTree::get(m_impl->document, key, out);
+}
+
+bool QVJsonParser::getDouble(const std::wstring& key, double& out) const
+{
+    return ValueTree::get(m_impl->document, key, out);
+}
+
+bool QVJsonParser::getString(const std::wstring& key, std::wstring& out) const
+{
+    return ValueTree::get(m_impl->document, key, out);
+}
+
+bool QVJsonParser::getBool(const std::wstring& key, bool& out) const
+{
+    return ValueTree::get(m_impl->document, key, out);
+}
+
+bool QVJsonParser::getUInt64(const std::wstring& key, std::uint64_t& out) const
+{
+    return ValueTree::get(m_impl->document, key, out);
+}
+
+bool QVJsonParser::valueAsUInt32(std::uint32_t& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+
+bool QVJsonParser::valueAsDouble(double& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+
+bool QVJsonParser::valueAsString(std::wstring& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+
+bool QVJsonParser::valueAsBool(bool& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+
+bool QVJsonParser::valueAsUInt64(std::uint64_t& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+
+} // namespace Quorvex::Velmora::Logging

@@ -1,0 +1,100 @@
+#include <velmora/logging/QVKeyValueEvent.h>
+
+#include <velmora/logging/ValueTree.h>
+
+namespace Quorvex::Velmora::Logging
+{
+
+struct QVKeyValueEvent::Record {
+    std::wstring name;
+    ValueTree::Tree values;
+};
+
+QVKeyValueEvent::QVKeyValueEvent(const std::wstring& name) : m_record(std::make_unique<Record>(Record{name, {}})) {}
+
+QVKeyValueEvent::~QVKeyValueEvent() = default;
+
+QVKeyValueEvent::QVKeyValueEvent(const QVKeyValueEvent& other)
+    : QVLoggableEvent(other),
+      IO::QVKeyValueSink(other),
+      IO::QVKeyValueSource(other),
+      m_record(std::make_unique<Record>(*other.m_record))
+{
+}
+
+QVKeyValueEvent& QVKeyValueEvent::operator=(const QVKeyValueEvent& other)
+{
+    auto record = std::make_unique<Record>(*other.m_record);
+    QVLoggableEvent::operator=(other);
+    m_record = std::move(record);
+    return *this;
+}
+
+std::wstring QVKeyValueEvent::name() const { return m_record->name; }
+
+std::vector<std::wstring> QVKeyValueEvent::keys() const
+{
+    std::vector<std::wstring> result;
+    result.reserve(m_record->values.size());
+    for (const auto& entry : m_record->values)
+        result.push_back(entry.first);
+    return result;
+}
+
+void QVKeyValueEvent::writeTo(IO::QVKeyValueSink& sink) const
+{
+    for (const auto& [key, node] : m_record->values)
+        sink.putString(key, node.data());
+}
+
+void QVKeyValueEvent::prepare() {}
+
+void QVKeyValueEvent::putUInt32(const std::wstring& key, std::uint32_t value)
+{
+    putString(key, ValueTree::toText(value));
+}
+
+void QVKeyValueEvent::putDouble(const std::wstring& key, double value) { putString(key, ValueTree::toText(value)); }
+
+void QVKeyValueEvent::putString(const std::wstring& key, const std::wstring& value)
+{
+    ValueTree::nodeAt(m_record->values, key).data() = value;
+}
+
+void QVKeyValueEvent::putBool(const std::wstring& key, bool value) { putString(key, ValueTree::toText(value)); }
+
+void QVKeyValueEvent::putUInt64(const std::wstring& key, std::uint64_t value)
+{
+    putString(key, ValueTree::toText(value));
+}
+
+void QVKeyValueEvent::finish() {}
+
+bool QVKeyValueEvent::queryFlag() const { return false; }
+
+bool QVKeyValueEvent::getUInt32(const std::wstring& key, std::uint32_t& out) const
+{
+    return ValueTree::get(m_record->values, key, out);
+}
+
+bool QVKeyValueEvent::getDouble(const std::wstring& key, double& out) const
+{
+    return ValueTree::get(m_record->values, key, out);
+}
+
+bool QVKeyValueEvent::getString(const std::wstring& key, std::wstring& out) const
+{
+    return ValueTree::get(m_record->values, key, out);
+}
+
+bool QVKeyValueEvent::getBool(const std::wstring& key, bool& out) const
+{
+    return ValueTree::get(m_record->values, key, out);
+}
+
+bool QVKeyValueEvent::getUInt64(const std::wstring& key, std::uint64_t& out) const
+{
+    return ValueTree::get(m_record->values, key, out);
+}
+
+} // namespace Quorvex::Velmora::Logging

@@ -1,0 +1,61 @@
+/// An event made of typed values.
+#pragma once
+
+#include <velmora/io/QVKeyValueSink.h>
+#include <velmora/io/QVKeyValueSource.h>
+#include <velmora/logging/QVLoggableEvent.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Quorvex::Velmora::Logging
+{
+
+/// A named bag of typed values that can be put, read back and logged.
+///
+///     auto event = std::make_unique<QVKeyValueEvent>(L"sync");
+///     event->putString(L"path", path);
+///     event->putUInt64(L"bytes", size);
+///     logger.log(std::move(event));
+class QVKeyValueEvent : public QVLoggableEvent, public IO::QVKeyValueSink, public IO::QVKeyValueSource
+{
+public:
+    explicit QVKeyValueEvent(const std::wstring& name);
+    ~QVKeyValueEvent() override;
+    QVKeyValueEvent(const QVKeyValueEvent& other);
+    QVKeyValueEvent& operator=(const QVKeyValueEvent& other);
+
+    [[nodiscard]] std::wstring name() const override;
+
+    /// @return the keys of the top level, in the order in which they were first put.
+    [[nodiscard]] std::vector<std::wstring> keys() const override;
+
+    /// Puts the top level's values as texts, in the order of keys(). Nested values are not put: their top-level key
+    /// comes with its own text, which is empty unless it was put as well. Neither timestamp nor thread is put.
+    void writeTo(IO::QVKeyValueSink& sink) const override;
+
+    void prepare() override;
+
+    /// The put operations throw std::invalid_argument for a key of more than 1,000 levels.
+    void putUInt32(const std::wstring& key, std::uint32_t value) override;
+    void putDouble(const std::wstring& key, double value) override;
+    void putString(const std::wstring& key, const std::wstring& value) override;
+    void putBool(const std::wstring& key, bool value) override;
+    void putUInt64(const std::wstring& key, std::uint64_t value) override;
+    void finish() override;
+
+    [[nodiscard]] bool queryFlag() const override;
+    bool getUInt32(const std::wstring& key, std::uint32_t& out) const override;
+    bool getDouble(const std::wstring& key, double& out) const override;
+    bool getString(const std::wstring& key, std::wstring& out) const override;
+    bool getBool(const std::wstring& key, bool& out) const override;
+    bool getUInt64(const std::wstring& key, std::uint64_t& out) const override;
+
+private:
+    struct Record;
+    std::unique_ptr<Record> m_record;
+};
+
+} // namespace Quorvex::Velmora::Logging
