@@ -27,10 +27,15 @@ internal sealed class LocalDrive
             ? WorkspaceLocation
             : (_workspacePrefix ??= PathForm.ToBackslashes(Workspace.Prefix)) + relative;
 
-    public void RequireWritable()
+    public void RequireOnline()
     {
         if (Offline)
             throw new IOException($"The drive '{Name}' is offline; try again when its server can be reached.");
+    }
+
+    public void RequireWritable()
+    {
+        RequireOnline();
         if (!Writable)
             throw new UnauthorizedAccessException($"The drive '{Name}' is read-only.");
     }

@@ -26,16 +26,57 @@ internal static class Staging
 
     public static bool Exists(string sideRoot) => Directory.Exists(FolderOf(sideRoot));
 
-    /// <summary>Removes what is left. What cannot be removed now is harmless and goes another time.</summary>
+    /// <summary>Moves an item out of sight in one step; it is deleted with what else is here.</summary>
+    public static void MoveAside(string sideRoot, string path, bool isFolder)
+    {
+        if (isFolder)
+            Directory.Move(path, NewPath(sideRoot));
+        else
+            File.Move(path, NewPath(sideRoot));
+    }
+
+    /// <summary>Removes what is here. What cannot be removed now is harmless and goes another time.</summary>
     public static void Clear(string sideRoot)
     {
+        if (!Exists(sideRoot))
+            return;
         try
         {
-            if (Exists(sideRoot))
-                Directory.Delete(FolderOf(sideRoot), recursive: true);
+            Delete(FolderOf(sideRoot));
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
+        }
+    }
+
+    private static void Delete(string folder)
+    {
+        try
+        {
+            Directory.Delete(folder, recursive: true);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            MakeDeletable(new DirectoryInfo(folder));
+            Directory.Delete(folder, recursive: true);
+        }
+    }
+
+    // Write protection is meant for what is in use, not for what was asked to be deleted.
+    private static void MakeDeletable(DirectoryInfo folder)
+    {
+        if (OperatingSystem.IsWindows())
+            folder.Attributes &= ~FileAttributes.ReadOnly;
+        else
+            folder.UnixFileMode |= UnixFileMode.UserRead | UnixFileMode.UserWrite | UnixFileMode.UserExecute;
+        foreach (var entry in folder.EnumerateFileSystemInfos())
+        {
+            if (entry.LinkTarget is not null)
+                continue;
+            if (entry is DirectoryInfo inner)
+                MakeDeletable(inner);
+            else if (OperatingSystem.IsWindows())
+                entry.Attributes &= ~FileAttributes.ReadOnly;
         }
     }
 

@@ -9,19 +9,23 @@ internal static class IndexFile
 {
     private const int Version = 1;
 
-    public static void Write(string path, ItemIndex index) => AtomicFile.Write(path, stream =>
+    public static void Write(string path, DriveIndex index) => AtomicFile.Write(path, stream =>
     {
         using var json = new Utf8JsonWriter(stream);
         json.WriteStartObject();
         json.WriteNumber("version", Version);
         json.WriteStartArray("items");
-        foreach (var record in index.Records)
+        foreach (var record in index.Items.Records)
+            Write(json, record);
+        json.WriteEndArray();
+        json.WriteStartArray("synced");
+        foreach (var record in index.Synced.Records)
             Write(json, record);
         json.WriteEndArray();
         json.WriteEndObject();
     });
 
-    public static ItemIndex Read(string path)
+    public static DriveIndex Read(string path)
     {
         try
         {
@@ -29,9 +33,11 @@ internal static class IndexFile
             using var document = JsonDocument.Parse(stream);
             if (document.RootElement.GetProperty("version").GetInt32() != Version)
                 throw new FormatException("it was written by another version");
-            var index = new ItemIndex();
+            var index = new DriveIndex();
             foreach (var element in document.RootElement.GetProperty("items").EnumerateArray())
-                index.Put(Parse(element));
+                index.Items.Put(ParseItem(element));
+            foreach (var element in document.RootElement.GetProperty("synced").EnumerateArray())
+                index.Synced.Put(ParseSynced(element));
             return index.Clone();
         }
         catch (Exception e) when (e is not (IOException or UnauthorizedAccessException))
@@ -45,43 +51,66 @@ internal static class IndexFile
     private static void Write(Utf8JsonWriter json, ItemRecord record)
     {
         json.WriteStartObject();
-        json.WriteString("id", record.Token);
-        json.WriteString("path", record.Path);
-        if (record.IsFolder)
-            json.WriteBoolean("folder", true);
-        if (record.Workspace.IsKnown)
-            json.WriteString("local", record.Workspace.ToString());
-        if (record.Server.IsKnown)
-            json.WriteString("remote", record.Server.ToString());
-        if (record.Synced is { } synced)
+        json.WriteString("id", record.Key);
+        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
+        if (record.Content is { } content)
         {
-            json.WriteStartArray("synced");
-            json.WriteNumberValue(synced.LocalTime);
-            json.WriteNumberValue(synced.LocalSize);
-            json.WriteNumberValue(synced.RemoteTime);
-            json.WriteNumberValue(synced.RemoteSize);
-            json.WriteEndArray();
+            json.WriteNumber("size", content.Size);
+            json.WriteString("hash", content.Hash);
         }
-        if (record.Hash is not null)
-            json.WriteString("hash", record.Hash);
         if (record.LockedBy is not null)
             json.WriteString("lockedBy", record.LockedBy);
         json.WriteEndObject();
     }
 
-    private static ItemRecord Parse(JsonElement element) => new()
+    private static void Write(Utf8JsonWriter json, SyncedRecord record)
     {
-        Token = element.GetProperty("id").GetGuid(),
+        json.WriteStartObject();
+        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
+        json.WriteStartArray("stamps");
+        json.WriteNumberValue(record.LocalStamp.Time);
+        json.WriteNumberValue(record.LocalStamp.Size);
+        json.WriteNumberValue(record.RemoteStamp.Time);
+        json.WriteNumberValue(record.RemoteStamp.Size);
+        json.WriteEndArray();
+        json.WriteEndObject();
+    }
+
+    private static void WritePlace(Utf8JsonWriter json, string path, bool isFolder, FileIdentity local, FileIdentity remote)
+    {
+        json.WriteString("path", path);
+        if (isFolder)
+            json.WriteBoolean("folder", true);
+        if (local.IsKnown)
+            json.WriteString("local", local.ToString());
+        if (remote.IsKnown)
+            json.WriteString("remote", remote.ToString());
+    }
+
+    private static ItemRecord ParseItem(JsonElement element) => new()
+    {
+        Key = element.GetProperty("id").GetGuid(),
         Path = element.GetProperty("path").GetString()!,
         IsFolder = element.TryGetProperty("folder", out _),
-        Workspace = Identity(element, "local"),
-        Server = Identity(element, "remote"),
-        Synced = element.TryGetProperty("synced", out var v)
-            ? new SyncedVersion(v[0].GetInt64(), v[1].GetInt64(), v[2].GetInt64(), v[3].GetInt64())
-            : null,
-        Hash = Text(element, "hash"),
+        Local = Identity(element, "local"),
+        Remote = Identity(element, "remote"),
+        Content = Text(element, "hash") is { } hash ? new ContentMark(element.GetProperty("size").GetInt64(), hash) : null,
         LockedBy = Text(element, "lockedBy"),
     };
+
+    private static SyncedRecord ParseSynced(JsonElement element)
+    {
+        var stamps = element.GetProperty("stamps");
+        return new SyncedRecord(
+            element.GetProperty("path").GetString()!,
+            element.TryGetProperty("folder", out _),
+            new FileStamp(stamps[0].GetInt64(), stamps[1].GetInt64()),
+            new FileStamp(stamps[2].GetInt64(), stamps[3].GetInt64()))
+        {
+            Local = Identity(element, "local"),
+            Remote = Identity(element, "remote"),
+        };
+    }
 
     private static FileIdentity Identity(JsonElement element, string member) =>
         Text(element, member) is { } text ? FileIdentity.Parse(text) : FileIdentity.None;

@@ -9,15 +9,15 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class IndexStore
 {
-    private static readonly ConcurrentDictionary<string, (FileEntry Stamp, ItemIndex Index)> Known = new();
+    private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveIndex Index)> Known = new();
 
     public static bool Exists(HomeFolder home, Guid drive) => FileProbe.Find(home.StateFileOf(drive)) is not null;
 
-    public static ItemIndex Load(HomeFolder home, Guid drive)
+    public static DriveIndex Load(HomeFolder home, Guid drive)
     {
         var path = home.StateFileOf(drive);
         if (FileProbe.Find(path) is not { } stamp)
-            return new ItemIndex();
+            return new DriveIndex();
         if (Known.TryGetValue(path, out var known) && known.Stamp == stamp)
             return known.Index;
         var index = IndexFile.Read(path);
@@ -25,7 +25,7 @@ internal static class IndexStore
         return index;
     }
 
-    public static void Save(HomeFolder home, Guid drive, ItemIndex index)
+    public static void Save(HomeFolder home, Guid drive, DriveIndex index)
     {
         var path = home.StateFileOf(drive);
         IndexFile.Write(path, index);

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
@@ -8,22 +6,21 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class Inventory
 {
-    public static ItemIndex Take(LocalDrive drive)
+    public static DriveIndex Take(LocalDrive drive)
     {
-        var index = new ItemIndex();
-        foreach (var (path, local) in DriveScan.Walk(drive.Workspace))
+        var index = new DriveIndex();
+        foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
         {
-            if (drive.Server.Find(path) is not { } remote || remote.IsFolder != local.IsFolder)
-                continue;
-            var view = new ItemView(drive, path, local.Identity.IsKnown ? local : drive.Workspace.Find(path), remote);
-            if (local.IsFolder || AreEqual(view, local, remote))
-                index.Put(ItemRecord.For(view) with { Synced = new SyncedVersion(local, remote) });
+            if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && AreEqual(view, local, remote))
+                index.Synced.Put(SyncedRecord.For(path, local, remote));
         }
         return index;
     }
 
     private static bool AreEqual(ItemView view, FileEntry local, FileEntry remote) =>
-        local.Size == remote.Size
-        && (local.Modified == remote.Modified
-            || FileContent.AreEqual(view.Drive.Workspace.PathOf(view.Path), view.Drive.Server.PathOf(view.Path)));
+        local.IsFolder == remote.IsFolder
+        && (local.IsFolder || (local.Size == remote.Size && (local.Modified == remote.Modified || HoldSame(view))));
+
+    private static bool HoldSame(ItemView view) =>
+        FileContent.AreEqual(view.Drive.Workspace.PathOf(view.Path), view.Drive.Server.PathOf(view.Path));
 }

@@ -1,0 +1,38 @@
+using System;
+using System.Linq;
+using System.Text;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What the commands do.</summary>
+internal static class CommandActions
+{
+    private const string LinkPrefix = "tessaport://";
+
+    public static CommandResult Sync(CommandTarget target) => Batch.Run(target.Session, target.Views, (scope, report, view) =>
+        new ItemSync(scope.Edit(view.Drive), report).SyncTree(view.Path));
+
+    public static CommandResult Lock(CommandTarget target) => ChangeLocks(target, FileLocks.Lock);
+
+    public static CommandResult Unlock(CommandTarget target) => ChangeLocks(target, FileLocks.Unlock);
+
+    /// <summary>The links go to a file of the home, since a service has no clipboard of its own.</summary>
+    public static CommandResult CopyLinks(CommandTarget target)
+    {
+        var report = new ChangeReport();
+        report.Attempt(() =>
+        {
+            var links = PermanentIds.Of(target.Session, target.Views).Select(id => LinkPrefix + id + "\n");
+            var text = Encoding.UTF8.GetBytes(string.Concat(links));
+            AtomicFile.Write(target.Session.Home.ClipboardFile, stream => stream.Write(text));
+        });
+        return report.ToResult();
+    }
+
+    private static CommandResult ChangeLocks(CommandTarget target, Action<DriveEdit, ItemView> change) =>
+        Batch.Run(target.Session, target.Views, (scope, report, view) =>
+        {
+            change(scope.Edit(view.Drive), view);
+            report.Updated(view);
+        });
+}

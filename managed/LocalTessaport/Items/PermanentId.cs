@@ -1,0 +1,28 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The text that names an item for good: the drive and the item, so that the drive is known without looking.</summary>
+internal readonly record struct PermanentId(Guid Drive, Guid Token)
+{
+    private const string Prefix = "tp.";
+    private const int Digits = 32;
+
+    /// <summary>The root is as lasting as its drive.</summary>
+    public static PermanentId OfRoot(Guid drive) => new(drive, drive);
+
+    public bool IsRoot => Token == Drive;
+
+    public override string ToString() => $"{Prefix}{Drive:N}.{Token:N}";
+
+    public static PermanentId? TryParse(string? text)
+    {
+        if (text is null || text.Length != Prefix.Length + Digits + 1 + Digits
+            || !text.StartsWith(Prefix, StringComparison.Ordinal) || text[Prefix.Length + Digits] != '.')
+            return null;
+        return Guid.TryParseExact(text.AsSpan(Prefix.Length, Digits), "N", out var drive)
+            && Guid.TryParseExact(text.AsSpan(Prefix.Length + Digits + 1), "N", out var token)
+            ? new PermanentId(drive, token)
+            : null;
+    }
+}

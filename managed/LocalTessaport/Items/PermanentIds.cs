@@ -1,0 +1,41 @@
+using System.Collections.Generic;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Finds the permanent ids of items, and makes those that are missing.</summary>
+internal static class PermanentIds
+{
+    /// <summary>The permanent id of each item that exists, in the given order; null for the others.</summary>
+    public static List<PermanentId?> Of(Session session, IReadOnlyList<ItemView> views)
+    {
+        var found = new List<PermanentId?>(views.Count);
+        var missing = new List<int>();
+        var trackers = new TrackerSet(session);
+        foreach (var view in views)
+        {
+            PermanentId? known = null;
+            if (view.IsRoot)
+                known = PermanentId.OfRoot(view.Drive.Id);
+            else if (view.Exists && trackers.Of(view.Drive).RecordOf(view) is { } record && record == record.SeenIn(view))
+                known = new PermanentId(view.Drive.Id, record.Key);
+            else if (view.Exists)
+                missing.Add(found.Count);
+            found.Add(known);
+        }
+        if (missing.Count > 0)
+            Make(session, views, missing, found);
+        return found;
+    }
+
+    private static void Make(Session session, IReadOnlyList<ItemView> views, List<int> missing, List<PermanentId?> found)
+    {
+        using var scope = new ChangeScope(session.Home);
+        foreach (var i in missing)
+        {
+            var view = views[i];
+            found[i] = new PermanentId(view.Drive.Id, scope.Edit(view.Drive).Record(view).Key);
+        }
+        // An id is of use only when it is still known after a restart.
+        scope.Save();
+    }
+}

@@ -1,0 +1,20 @@
+using System;
+using System.Collections.Generic;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Trackers over the saved records, for requests that only look; one a drive.</summary>
+internal sealed class TrackerSet
+{
+    private readonly Session _session;
+    private readonly Dictionary<Guid, ItemTracker> _trackers = [];
+
+    public TrackerSet(Session session) => _session = session;
+
+    public ItemTracker Of(LocalDrive drive)
+    {
+        if (!_trackers.TryGetValue(drive.Id, out var tracker))
+            _trackers[drive.Id] = tracker = new ItemTracker(drive, IndexStore.Load(_session.Home, drive.Id).Items);
+        return tracker;
+    }
+}

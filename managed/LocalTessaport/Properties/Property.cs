@@ -1,0 +1,20 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>One property: what it is called, which drives have it, and how its value is found (null where an item has none).</summary>
+internal sealed record Property(string Id, string DisplayName, PropertyDataType Type, Func<PropertySource, object?> Read)
+{
+    public Predicate<LocalDrive> AppliesTo { get; init; } = _ => true;
+
+    /// <summary>Whether reading needs the permanent ids of the item and its folder.</summary>
+    public bool NeedsIds { get; init; }
+
+    public PropertyDefinition ToDefinition() => new()
+    {
+        Id = Id,
+        DisplayName = DisplayName,
+        DisplayDataType = Type,
+        ValueDataType = Type,
+    };
+}

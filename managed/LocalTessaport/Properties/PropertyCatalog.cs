@@ -1,0 +1,39 @@
+using System.Collections.Generic;
+using System.IO;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>All properties, in the order in which they are told.</summary>
+internal static class PropertyCatalog
+{
+    private static readonly Property[] General =
+    [
+        new("Name", "Name", PropertyTypes.Text, s => s.View.IsRoot ? s.Drive.Name : RelativePath.NameOf(s.View.Path)),
+        new("Extension", "Extension", PropertyTypes.Text, s => s.IsFile ? Path.GetExtension(s.View.Path) : null),
+        new("Size", "Size", PropertyTypes.WholeNumber, s => s.IsFile ? (s.View.Workspace ?? s.View.Server)?.Size : null),
+        new("Modified", "Modified", PropertyTypes.Date, s => s.View.Modified),
+        new("Created", "Created", PropertyTypes.Date, s => s.Created),
+        new("IsFolder", "Is a folder", PropertyTypes.Boolean, s => s.View.IsFolder),
+        new("IsInWorkspace", "Is in the workspace", PropertyTypes.Boolean, s => s.View.Workspace is not null),
+        new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
+        new("ContentHash", "SHA-256", PropertyTypes.Text, s => s.IsFile ? s.TryHash() : null),
+    ];
+
+    private static readonly Property[] Locking =
+    [
+        new("IsLocked", "Is locked", PropertyTypes.Boolean, s => s.IsFile ? s.LockedBy is not null : null)
+        {
+            AppliesTo = drive => drive.Locking,
+        },
+        new("LockedBy", "Locked by", PropertyTypes.Text, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
+    ];
+
+    private static readonly Property[] All = [.. General, .. Locking, .. CloudIdentifiers.Properties];
+
+    private static readonly Dictionary<string, Property> ById = All.ToDictionary(property => property.Id);
+
+    public static IEnumerable<Property> Of(LocalDrive drive) => All.Where(property => property.AppliesTo(drive));
+
+    public static Property? Find(string? id) => id is null ? null : ById.GetValueOrDefault(id);
+}

@@ -1,0 +1,62 @@
+using System.Collections.Generic;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Reads properties of many items.</summary>
+internal static class PropertyReader
+{
+    public static List<PropertyValue> Read(Session session, List<ItemView> views, List<Property> properties)
+    {
+        var ids = new Dictionary<DrivePlace, PermanentId>();
+        if (properties.Any(property => property.NeedsIds))
+            FindIds(session, views, ids);
+        var trackers = new TrackerSet(session);
+        var values = new List<PropertyValue>(views.Count * properties.Count);
+        foreach (var view in views)
+            Read(SourceFor(view, ids, trackers), properties, values);
+        return values;
+    }
+
+    private static void Read(PropertySource source, List<Property> properties, List<PropertyValue> values)
+    {
+        foreach (var property in properties)
+        {
+            if (!property.AppliesTo(source.Drive) || property.Read(source) is not { } value)
+                continue;
+            values.Add(new PropertyValue
+            {
+                DriveId = source.Drive.Id,
+                RelativePath = source.View.Path,
+                PropertyDefinitionId = property.Id,
+                Value = value,
+            });
+        }
+    }
+
+    private static PropertySource SourceFor(ItemView view, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers) => new()
+    {
+        View = view,
+        Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
+        ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
+        LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
+    };
+
+    private static void FindIds(Session session, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
+    {
+        var places = views.Select(view => new DrivePlace(view.Drive, view.Path))
+            .Concat(views.Where(view => !view.IsRoot).Select(ParentOf))
+            .Distinct().ToList();
+        var found = PermanentIds.Of(session, places.ConvertAll(place => ItemView.At(place.Drive, place.Path)));
+        for (var i = 0; i < places.Count; ++i)
+        {
+            if (found[i] is { } id)
+                ids[places[i]] = id;
+        }
+    }
+
+    private static DrivePlace ParentOf(ItemView view) => new(view.Drive, RelativePath.FolderOf(view.Path));
+
+    private static PermanentId? Find(Dictionary<DrivePlace, PermanentId> ids, DrivePlace place) =>
+        ids.TryGetValue(place, out var id) ? id : null;
+}

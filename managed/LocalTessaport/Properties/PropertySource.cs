@@ -1,0 +1,32 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What the properties of one item are read from.</summary>
+internal sealed class PropertySource
+{
+    public required ItemView View { get; init; }
+    public required PermanentId? Id { get; init; }
+    public required PermanentId? ParentId { get; init; }
+    public required string? LockedBy { get; init; }
+
+    public LocalDrive Drive => View.Drive;
+    public bool IsFile => !View.IsFolder;
+    public string FilePath => (View.Workspace is not null ? Drive.Workspace : Drive.Server).PathOf(View.Path);
+
+    public DateTime Created => View.IsFolder ? Directory.GetCreationTimeUtc(FilePath) : File.GetCreationTimeUtc(FilePath);
+
+    /// <summary>Null when the file cannot be read now.</summary>
+    public string? TryHash()
+    {
+        try
+        {
+            return FileContent.Hash(FilePath);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            return null;
+        }
+    }
+}

@@ -1,0 +1,71 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using Quorvex.Tessaport.API.Local;
+
+namespace Quorvex.Tessaport.API;
+
+public partial class TessaportService
+{
+    public bool CanAddFiles(ItemId folder, List<string> paths)
+    {
+        ArgumentNullException.ThrowIfNull(paths);
+        var rules = new AdditionRules(Session.Begin().PlaceOf(folder));
+        return new ChangeReport().Attempt(() =>
+        {
+            rules.RequireOpenFolder();
+            paths.ForEach(path => rules.RequireSource(path));
+        });
+    }
+
+    public CommandResult AddFiles(ItemId folder, List<string> paths)
+    {
+        ArgumentNullException.ThrowIfNull(paths);
+        var session = Session.Begin();
+        var place = session.PlaceOf(folder);
+        FolderListing.RequireFolder(ItemView.At(place.Drive, place.Path));
+        var rules = new AdditionRules(place);
+        return Batch.Run(session, paths, (scope, report, path) =>
+            new FileAddition(scope.Edit(place.Drive), report, rules).Add(path));
+    }
+
+    public Item GetOrCreateFolder(ItemId parent, string name)
+    {
+        var session = Session.Begin();
+        return FolderCreation.GetOrCreate(session, session.PlaceOf(parent), name).ToItem();
+    }
+
+    public CommandResult SyncFiles(List<ItemId> ids)
+    {
+        ArgumentNullException.ThrowIfNull(ids);
+        var session = Session.Begin();
+        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), (scope, report, place) =>
+            new ItemSync(scope.Edit(Require(place).Drive), report).SyncTree(Require(place).Path));
+    }
+
+    public CommandResult DeleteItems(List<ItemId> ids)
+    {
+        ArgumentNullException.ThrowIfNull(ids);
+        var session = Session.Begin();
+        ItemDeletion? deletion = null;
+        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), (scope, report, place) =>
+            (deletion ??= new ItemDeletion(report)).Delete(scope.Edit(Require(place).Drive), Require(place).Path));
+    }
+
+    public void FileClosedWithinRunningProcess(int processId, string path)
+    {
+        ArgumentException.ThrowIfNullOrEmpty(path);
+        if (processId <= 0)
+            throw new ArgumentException($"{processId} is not the number of a process.");
+        var session = Session.Begin();
+        if (session.Drives.Locate(path) is not { Drive.Offline: false } place
+            || place.Drive.Workspace.Find(place.Path) is not { IsFolder: false })
+            return;
+        using var scope = new ChangeScope(session.Home);
+        new ItemSync(scope.Edit(place.Drive), new ChangeReport()).SyncFile(place.Path);
+        scope.Save();
+    }
+
+    private static DrivePlace Require(DrivePlace? place) =>
+        place ?? throw new FileNotFoundException("The drive of an item is gone; list the drives again.");
+}

@@ -1,0 +1,43 @@
+using System;
+using System.Collections.Generic;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>The part of a request that changes something: alone, across processes, and with the records saved at its end.</summary>
+internal sealed class ChangeScope : IDisposable
+{
+    private readonly HomeFolder _home;
+    private readonly HomeLock _held;
+    private readonly Dictionary<Guid, DriveEdit> _edits = [];
+
+    public ChangeScope(HomeFolder home)
+    {
+        _home = home;
+        _held = HomeLock.Acquire(home);
+    }
+
+    public DriveEdit Edit(LocalDrive drive)
+    {
+        if (_edits.TryGetValue(drive.Id, out var known))
+            return known;
+        Upkeep.Run(_home, drive);
+        return _edits[drive.Id] = new DriveEdit(drive, IndexStore.Load(_home, drive.Id).Clone());
+    }
+
+    public void Save()
+    {
+        foreach (var edit in _edits.Values.Where(edit => edit.Index.IsChanged))
+            IndexStore.Save(_home, edit.Drive.Id, edit.Index);
+    }
+
+    public void Dispose()
+    {
+        foreach (var edit in _edits.Values)
+        {
+            Staging.Clear(edit.Drive.Workspace.Root);
+            Staging.Clear(edit.Drive.Server.Root);
+        }
+        _held.Dispose();
+    }
+}

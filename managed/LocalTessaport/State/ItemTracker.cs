@@ -1,0 +1,93 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>
+/// Tells which record belongs to which item although files are renamed, moved, replaced and copied back behind the service's
+/// back, on one drive in one request.
+/// </summary>
+internal sealed class ItemTracker
+{
+    private readonly LocalDrive _drive;
+    private readonly RecordTable<Guid, ItemRecord> _items;
+
+    public ItemTracker(LocalDrive drive, RecordTable<Guid, ItemRecord> items)
+    {
+        _drive = drive;
+        _items = items;
+        Local = new SideMap(drive.Workspace);
+        Remote = new SideMap(drive.Server);
+    }
+
+    public SideMap Local { get; }
+    public SideMap Remote { get; }
+
+    /// <summary>Forgets what was seen on the drive, after something was moved there.</summary>
+    public void Reset()
+    {
+        Local.Reset();
+        Remote.Reset();
+    }
+
+    /// <summary>The record of an item, or null when it has none yet.</summary>
+    public ItemRecord? RecordOf(ItemView view)
+    {
+        ItemRecord?[] candidates =
+            [_items.ByLocal(view.Workspace?.Identity), _items.ByRemote(view.Server?.Identity), _items.ByPath(view.Path)];
+        foreach (var candidate in candidates)
+        {
+            if (candidate is not null && candidate.IsFolder == view.IsFolder && IsAt(candidate, view.Path))
+                return candidate;
+        }
+        return null;
+    }
+
+    /// <summary>Where the item of a record stands now, or null when it is gone.</summary>
+    public string? PathOf(ItemRecord record)
+    {
+        var view = ItemView.At(_drive, record.Path);
+        return FollowOneSide(record.Local, view.Workspace, record.Path, Local)
+            ?? FollowOneSide(record.Remote, view.Server, record.Path, Remote)
+            ?? FindByPath(record, view)
+            ?? FindByContent(record);
+    }
+
+    private bool IsAt(ItemRecord record, string path) => RelativePath.Comparer.Equals(PathOf(record), path);
+
+    private static string? FollowOneSide(FileIdentity identity, FileEntry? inPlace, string path, SideMap side) =>
+        !identity.IsKnown ? null
+        : inPlace is { } entry && identity.Matches(entry.Identity) ? path
+        : side.PathOf(identity);
+
+    // A file that was saved by writing a new one and renaming it over the old one has a new number and the same path.
+    private string? FindByPath(ItemRecord record, ItemView view) =>
+        view.Exists && view.IsFolder == record.IsFolder && !BelongsToAnother(record, view) ? record.Path : null;
+
+    private bool BelongsToAnother(ItemRecord record, ItemView view) =>
+        IsOther(_items.ByLocal(view.Workspace?.Identity), record) || IsOther(_items.ByRemote(view.Server?.Identity), record);
+
+    private static bool IsOther(ItemRecord? found, ItemRecord record) => found is not null && found.Key != record.Key;
+
+    private string? FindByContent(ItemRecord record)
+    {
+        if (record.Content is not { } content)
+            return null;
+        foreach (var (side, map) in new[] { (_drive.Workspace, Local), (_drive.Server, Remote) })
+        {
+            foreach (var path in map.FilesOfSize(content.Size))
+            {
+                if (IsUnclaimed(path) && FileContent.Hash(side.PathOf(path)) == content.Hash)
+                    return path;
+            }
+        }
+        return null;
+    }
+
+    private bool IsUnclaimed(string path)
+    {
+        var view = ItemView.At(_drive, path);
+        return _items.ByPath(path) is null
+            && _items.ByLocal(view.Workspace?.Identity) is null
+            && _items.ByRemote(view.Server?.Identity) is null;
+    }
+}

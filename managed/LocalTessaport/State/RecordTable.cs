@@ -1,0 +1,98 @@
+using System.Collections.Generic;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>A record of something with a path and a file on one or both sides.</summary>
+internal interface ITrackedRecord<TKey>
+{
+    TKey Key { get; }
+    string Path { get; }
+    FileIdentity Local { get; }
+    FileIdentity Remote { get; }
+}
+
+/// <summary>Records that can be found by each thing that tells them.</summary>
+internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
+{
+    private readonly Dictionary<TKey, TRecord> _byKey;
+    private readonly Dictionary<string, TKey> _byPath;
+    private readonly Dictionary<FileIdentity, TKey> _byLocal;
+    private readonly Dictionary<FileIdentity, TKey> _byRemote;
+
+    public RecordTable(IEqualityComparer<TKey> comparer)
+    {
+        _byKey = new(comparer);
+        _byPath = new(RelativePath.Comparer);
+        _byLocal = [];
+        _byRemote = [];
+    }
+
+    private RecordTable(RecordTable<TKey, TRecord> other)
+    {
+        _byKey = new(other._byKey, other._byKey.Comparer);
+        _byPath = new(other._byPath, other._byPath.Comparer);
+        _byLocal = new(other._byLocal);
+        _byRemote = new(other._byRemote);
+    }
+
+    /// <summary>Whether anything was put or removed since the table was made.</summary>
+    public bool IsChanged { get; private set; }
+
+    public IReadOnlyCollection<TRecord> Records => _byKey.Values;
+
+    public RecordTable<TKey, TRecord> Clone() => new(this);
+
+    public TRecord? ByKey(TKey key) => _byKey.GetValueOrDefault(key);
+
+    public TRecord? ByPath(string path) => Follow(_byPath, path);
+
+    public TRecord? ByLocal(FileIdentity? identity) => identity is { IsKnown: true } known ? Follow(_byLocal, known) : null;
+
+    public TRecord? ByRemote(FileIdentity? identity) => identity is { IsKnown: true } known ? Follow(_byRemote, known) : null;
+
+    public List<TRecord> Beneath(string folder) =>
+        _byKey.Values.Where(record => RelativePath.IsBeneath(record.Path, folder)).ToList();
+
+    public void Put(TRecord record)
+    {
+        if (_byKey.TryGetValue(record.Key, out var earlier))
+        {
+            if (earlier.Equals(record))
+                return;
+            ForgetKeys(earlier);
+        }
+        IsChanged = true;
+        _byKey[record.Key] = record;
+        _byPath[record.Path] = record.Key;
+        if (record.Local.IsKnown)
+            _byLocal[record.Local] = record.Key;
+        if (record.Remote.IsKnown)
+            _byRemote[record.Remote] = record.Key;
+    }
+
+    public void Remove(TRecord record)
+    {
+        if (!_byKey.Remove(record.Key, out var current))
+            return;
+        ForgetKeys(current);
+        IsChanged = true;
+    }
+
+    private TRecord? Follow<TText>(Dictionary<TText, TKey> keys, TText text) where TText : notnull =>
+        keys.TryGetValue(text, out var key) ? _byKey.GetValueOrDefault(key) : null;
+
+    private void ForgetKeys(TRecord record)
+    {
+        Forget(_byPath, record.Path, record.Key);
+        Forget(_byLocal, record.Local, record.Key);
+        Forget(_byRemote, record.Remote, record.Key);
+    }
+
+    // What led here may lead to another record in the meantime, as when two files swap their names.
+    private void Forget<TText>(Dictionary<TText, TKey> keys, TText text, TKey key) where TText : notnull
+    {
+        if (keys.TryGetValue(text, out var holder) && _byKey.Comparer.Equals(holder, key))
+            keys.Remove(text);
+    }
+}

@@ -1,0 +1,48 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Which files can be added to a folder, one check for asking and for doing.</summary>
+internal sealed class AdditionRules
+{
+    private readonly LocalDrive _drive;
+    private readonly string _folder;
+    private readonly HashSet<string> _names = new(RelativePath.Comparer);
+
+    public AdditionRules(DrivePlace folder)
+    {
+        _drive = folder.Drive;
+        _folder = folder.Path;
+    }
+
+    /// <summary>Throws what is in the way of adding any file.</summary>
+    public void RequireOpenFolder()
+    {
+        FolderListing.RequireFolder(ItemView.At(_drive, _folder));
+        _drive.RequireWritable();
+    }
+
+    /// <summary>Where a source goes and from where; throws what is in the way of it.</summary>
+    public (string Source, ItemView Target) RequireSource(string? path)
+    {
+        var source = PathForm.TryNormalise(path) ?? throw new ArgumentException($"'{path}' is not a full path of a file.");
+        if (FileProbe.FindFollowingLinks(source) is not { IsFolder: false })
+            throw new FileNotFoundException($"'{source}' is not there or is no file.");
+        AtomicFile.OpenForReading(source).Dispose();
+        return (source, RequireTarget(Path.GetFileName(source)));
+    }
+
+    private ItemView RequireTarget(string name)
+    {
+        if (!NameRules.CanBeAdded(name))
+            throw new IOException($"'{name}' is not a name that every platform accepts.");
+        if (!_names.Add(name))
+            throw new IOException($"Two of the files are named '{name}'; add them to different folders.");
+        var target = ItemView.At(_drive, RelativePath.Join(_folder, name));
+        if (target.Workspace is { IsFolder: true } || target.Server is { IsFolder: true })
+            throw new IOException($"There is a folder named '{name}' already.");
+        return target;
+    }
+}

@@ -1,0 +1,39 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Finds a folder below another by its name or path, and makes it when there is none.</summary>
+internal static class FolderCreation
+{
+    public static ItemView GetOrCreate(Session session, DrivePlace parent, string? name)
+    {
+        FolderListing.RequireFolder(ItemView.At(parent.Drive, parent.Path));
+        var path = PathBelow(parent.Path, name);
+        var found = new ItemFinder().Find(parent with { Path = path });
+        return found is { IsFolder: true } folder ? folder : Create(session, parent.Drive, path);
+    }
+
+    private static string PathBelow(string parent, string? name)
+    {
+        if (RelativePath.TryParse(name) is not { Length: > 0 } below)
+            throw new ArgumentException($"'{name}' is not the name of a folder.");
+        foreach (var part in below.Split('\\'))
+        {
+            if (!NameRules.CanBeAdded(part))
+                throw new ArgumentException(
+                    $"'{part}' cannot be the name of a folder: avoid < > : \" | ? *, a dot or a space at the end, the names of devices, "
+                    + "and more than 255 characters.");
+        }
+        return RelativePath.Join(parent, below);
+    }
+
+    private static ItemView Create(Session session, LocalDrive drive, string path)
+    {
+        drive.RequireWritable();
+        using var scope = new ChangeScope(session.Home);
+        var edit = scope.Edit(drive);
+        FolderMaker.Make(edit, path);
+        scope.Save();
+        return edit.At(path);
+    }
+}

@@ -1,0 +1,53 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Deletes items on both sides, folders with everything in them.</summary>
+internal sealed class ItemDeletion
+{
+    private readonly ChangeReport _report;
+    private readonly List<DrivePlace> _deleted = [];
+
+    public ItemDeletion(ChangeReport report) => _report = report;
+
+    public void Delete(DriveEdit edit, string path)
+    {
+        var view = edit.At(path);
+        if (!view.Exists && WentBefore(edit.Drive, path))
+        {
+            _report.Deleted(view);
+            return;
+        }
+        RequireDeletable(edit, view);
+        // The server first: what then is left by a kill is the user's own copy.
+        MoveAside(edit.Drive.Server, view.Server, path);
+        MoveAside(edit.Drive.Workspace, view.Workspace, path);
+        edit.Index.Remove(path);
+        edit.Tracker.Reset();
+        _deleted.Add(new DrivePlace(edit.Drive, path));
+        _report.Deleted(view);
+    }
+
+    private bool WentBefore(LocalDrive drive, string path) => _deleted.Any(
+        place => place.Drive == drive && (place.Path == path || RelativePath.IsBeneath(path, place.Path)));
+
+    private static void RequireDeletable(DriveEdit edit, ItemView view)
+    {
+        edit.Drive.RequireWritable();
+        if (view.IsRoot)
+            throw new UnauthorizedAccessException($"The root of the drive '{edit.Drive.Name}' cannot be deleted.");
+        if (!view.Exists)
+            throw new FileNotFoundException($"'{edit.Drive.WorkspacePathOf(view.Path)}' no longer exists.");
+        if (FileLocks.IsHeldInside(edit, view))
+            throw new UnauthorizedAccessException($"'{edit.Drive.WorkspacePathOf(view.Path)}' is or holds a locked file; unlock it first.");
+    }
+
+    private static void MoveAside(DriveSide side, FileEntry? entry, string path)
+    {
+        if (entry is { } found)
+            Staging.MoveAside(side.Root, side.PathOf(path), found.IsFolder);
+    }
+}
