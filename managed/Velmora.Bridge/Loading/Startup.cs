@@ -19,8 +19,9 @@ public static unsafe class Startup
     {
         try {
             CheckTable(table);
-            ApiAssembly.Bind(apiFolder->ToString());
+            // First, so that the native side can give the reply back, whatever is in it.
             EntryPoints.FillIn(table);
+            ApiAssembly.Bind(apiFolder->ToString());
             Describe(reply);
             return 0;
         } catch (Exception e) {

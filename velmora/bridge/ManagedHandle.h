@@ -1,0 +1,36 @@
+// A strong handle to one managed object.
+#pragma once
+
+#include <utility>
+
+#include <velmora/bridge/runtime/ProcessExit.h>
+#include <velmora/bridge/runtime/TessaportEntryPoints.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+
+/// Keeps a managed object alive; may hold the null object. Released at once when it goes, on whatever thread, and not
+/// at all once the process exits: the runtime then no longer answers.
+class ManagedHandle
+{
+public:
+    explicit ManagedHandle(const TessaportEntryPoints& table) noexcept : table(&table) {}
+    ManagedHandle(const ManagedHandle&) = delete;
+    ManagedHandle& operator=(const ManagedHandle&) = delete;
+    ~ManagedHandle()
+    {
+        if (handle != 0 && !isProcessExiting())
+            table->releaseHandle(handle);
+    }
+
+    /// Takes over a handle; this one must hold none yet.
+    void take(VelmoraHandle taken) noexcept { handle = taken; }
+
+    [[nodiscard]] VelmoraHandle get() const noexcept { return handle; }
+
+private:
+    const TessaportEntryPoints* table;
+    VelmoraHandle handle = 0;
+};
+
+} // namespace Quorvex::Velmora::Tessaport

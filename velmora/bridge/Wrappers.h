@@ -1,0 +1,21 @@
+// What native item ids and commands share: the managed object that they stand for.
+#pragma once
+
+#include <velmora/bridge/ManagedHandle.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+
+struct ItemIdWrapper {
+    explicit ItemIdWrapper(const TessaportEntryPoints& table) noexcept : id(table) {}
+
+    ManagedHandle id;
+};
+
+struct CommandWrapper {
+    explicit CommandWrapper(const TessaportEntryPoints& table) noexcept : command(table) {}
+
+    ManagedHandle command;
+};
+
+} // namespace Quorvex::Velmora::Tessaport

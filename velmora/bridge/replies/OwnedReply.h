@@ -1,0 +1,41 @@
+// A reply that goes back to the managed side, with all of its handles that nobody took, however a request ends.
+#pragma once
+
+#include <string>
+
+#include <velmora/bridge/runtime/TessaportEntryPoints.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+
+class OwnedReply
+{
+public:
+    /// A reply whose functions are known later; until setEntryPoints nothing is given back.
+    OwnedReply() noexcept = default;
+    explicit OwnedReply(const TessaportEntryPoints& table) noexcept : entryPoints(&table) {}
+    OwnedReply(const OwnedReply&) = delete;
+    OwnedReply& operator=(const OwnedReply&) = delete;
+    ~OwnedReply()
+    {
+        if (content.data != nullptr && entryPoints != nullptr && entryPoints->releaseReply != nullptr)
+            entryPoints->releaseReply(&content);
+    }
+
+    void setEntryPoints(const TessaportEntryPoints& table) noexcept { entryPoints = &table; }
+
+    /// Where a call puts its reply.
+    [[nodiscard]] VelmoraReply* fill() noexcept { return &content; }
+
+    [[nodiscard]] VelmoraReply& reply() noexcept { return content; }
+    [[nodiscard]] const TessaportEntryPoints& table() const noexcept { return *entryPoints; }
+
+    /// The message of a failed call. A reply that holds none gives the empty text.
+    [[nodiscard]] std::wstring message();
+
+private:
+    const TessaportEntryPoints* entryPoints = nullptr;
+    VelmoraReply content{};
+};
+
+} // namespace Quorvex::Velmora::Tessaport

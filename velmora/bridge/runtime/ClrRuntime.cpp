@@ -1,0 +1,177 @@
+#include <velmora/bridge/runtime/ClrRuntime.h>
+
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <velmora/api/Exceptions.h>
+#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/runtime/HostingFailure.h>
+#include <velmora/bridge/runtime/NativeLibrary.h>
+#include <velmora/bridge/runtime/ProcessExit.h>
+#include <velmora/platform/NativePath.h>
+#include <velmora/platform/Unicode.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+namespace
+{
+
+[[noreturn]] void fail(const std::wstring& message)
+{
+    throw TessaportAPI::ApiException(message.c_str(), message.size());
+}
+
+bool isFolder(const std::filesystem::path& path)
+{
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+}
+
+// Checked here, because the platform's look-up would say nothing of a given folder that it passes over.
+void checkDotnetRoot(const std::filesystem::path& root)
+{
+    if (!root.empty() && !isFolder(root / "host" / "fxr")) {
+        fail(L"No .NET installation: 'host/fxr' was looked for in '" + Common::wideText(root) +
+             L"', which RuntimeOptions::dotnetRoot names, and is not there. Install the .NET runtime 8.0 or newer "
+             L"there, or set RuntimeOptions::dotnetRoot to the folder of an installation, or leave it empty.");
+    }
+}
+
+void checkBridgeFolder(const std::filesystem::path& folder)
+{
+    for (const char* name : {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json"}) {
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(folder / name, error)) {
+            fail(L"The managed half of this library is missing: '" + Common::Unicode::fromUtf8(name) +
+                 L"' was looked for in '" + Common::wideText(folder) +
+                 L"' and is not there. Reinstall this library with its bridge folder.");
+        }
+    }
+}
+
+std::u16string crossingPath(const std::filesystem::path& path)
+{
+    return Common::Unicode::toUtf16(Common::wideText(path));
+}
+
+std::filesystem::path absoluteUnlessEmpty(const std::filesystem::path& path)
+{
+    return path.empty() ? path : std::filesystem::absolute(path);
+}
+
+} // namespace
+
+ClrRuntime::ClrRuntime(std::unique_ptr<HostFxr> host, std::filesystem::path bridgeFolder)
+    : host(std::move(host)), bridge(std::move(bridgeFolder))
+{
+}
+
+ClrRuntime& ClrRuntime::ofProcess()
+{
+    static auto* const runtime = new ClrRuntime(HostFxr::system(), libraryFolder() / "velmora" / "bridge");
+    return *runtime;
+}
+
+const TessaportEntryPoints& ClrRuntime::start()
+{
+    const std::lock_guard lock(mutex);
+    if (const TessaportEntryPoints* const other = ready.load(std::memory_order_acquire))
+        return *other;
+    if (startFunction == nullptr)
+        startHost();
+    startBridge();
+    prepareForProcessExit();
+    started = true;
+    ready.store(&table, std::memory_order_release);
+    return table;
+}
+
+void ClrRuntime::startHost()
+{
+    checkDotnetRoot(wanted.dotnetRoot);
+    checkBridgeFolder(bridge);
+    HostingStatus status = host->open(wanted.dotnetRoot);
+    if (status.succeeded())
+        status = host->start(bridge, startFunction);
+    if (!status.succeeded()) {
+        startFunction = nullptr;
+        failHosting(status);
+    }
+}
+
+void ClrRuntime::startBridge()
+{
+    const std::u16string folder = crossingPath(wanted.apiFolder.empty() ? libraryFolder() : wanted.apiFolder);
+    const VelmoraText text{folder.data(), folder.size()};
+    TessaportEntryPoints filled{};
+    filled.version = EntryPointsVersion;
+    filled.size = sizeof filled;
+    OwnedReply reply;
+    const std::int32_t row = startFunction(&filled, &text, reply.fill());
+    // What is released before the table is known has nobody to release it; a failed start leaves its message behind.
+    reply.setEntryPoints(filled);
+    if (row != 0)
+        fail(reply.message());
+    ReplyReader reader(reply);
+    running.framework = reader.wideText();
+    running.bridgeVersion = reader.wideText();
+    running.apiAssembly = reader.wideText();
+    running.apiVersion = reader.wideText();
+    table = filled;
+}
+
+void ClrRuntime::failHosting(const HostingStatus& status) const
+{
+    fail(describeHostingFailure(status, wanted.dotnetRoot, bridge));
+}
+
+void ClrRuntime::setLocations(const RuntimeLocations& given)
+{
+    RuntimeLocations resolved{absoluteUnlessEmpty(given.apiFolder), absoluteUnlessEmpty(given.dotnetRoot)};
+    const std::lock_guard lock(mutex);
+    if (started)
+        throw std::logic_error("The runtime has started: its options can be set only before the first connection.");
+    wanted = std::move(resolved);
+}
+
+RuntimeLocations ClrRuntime::locations() const
+{
+    const std::lock_guard lock(mutex);
+    return wanted;
+}
+
+std::filesystem::path ClrRuntime::bridgeFolder() const
+{
+    const std::lock_guard lock(mutex);
+    return bridge;
+}
+
+RuntimeDescription ClrRuntime::description() const
+{
+    const std::lock_guard lock(mutex);
+    return running;
+}
+
+std::filesystem::path ClrRuntime::findHostFxr()
+{
+    const std::lock_guard lock(mutex);
+    if (host->libraryPath().empty())
+        (void)host->open(wanted.dotnetRoot);
+    return host->libraryPath();
+}
+
+void ClrRuntime::replaceEntryPoints(const TessaportEntryPoints* replacement)
+{
+    const std::lock_guard lock(mutex);
+    ready.store(replacement != nullptr ? replacement : started ? &table : nullptr, std::memory_order_release);
+}
+
+void ClrRuntime::setBridgeFolder(const std::filesystem::path& folder)
+{
+    const std::lock_guard lock(mutex);
+    bridge = folder;
+}
+
+} // namespace Quorvex::Velmora::Tessaport

@@ -1,0 +1,191 @@
+#include <velmora/bridge/runtime/HostFxr.h>
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include <coreclr_delegates.h>
+#include <nethost.h>
+
+#include <velmora/bridge/runtime/NativeLibrary.h>
+#include <velmora/platform/Unicode.h>
+
+#ifdef _WIN32
+#define VELMORA_HOST_TEXT(text) L##text
+#else
+#define VELMORA_HOST_TEXT(text) text
+#endif
+
+namespace Quorvex::Velmora::Tessaport
+{
+namespace
+{
+
+using HostText = std::basic_string<char_t>;
+
+// Collects what hostfxr writes while one step runs; the writer is per thread.
+class ErrorCollector
+{
+public:
+    explicit ErrorCollector(hostfxr_set_error_writer_fn setWriter) : setWriter(setWriter)
+    {
+        text().clear();
+        if (setWriter != nullptr)
+            former = setWriter(&append);
+    }
+    ErrorCollector(const ErrorCollector&) = delete;
+    ErrorCollector& operator=(const ErrorCollector&) = delete;
+    ~ErrorCollector()
+    {
+        if (setWriter != nullptr)
+            setWriter(former);
+    }
+
+    [[nodiscard]] static std::string collected() { return text(); }
+
+private:
+    static std::string& text()
+    {
+        thread_local std::string collected;
+        return collected;
+    }
+
+    // hostfxr calls this in the middle of its own work: nothing may escape.
+    static void HOSTFXR_CALLTYPE append(const char_t* message)
+    {
+        try {
+            if (!text().empty())
+                text() += ' ';
+            text() += std::filesystem::path(message).u8string();
+        } catch (...) {
+        }
+    }
+
+    hostfxr_set_error_writer_fn setWriter;
+    hostfxr_error_writer_fn former = nullptr;
+};
+
+// A context that is neither closed nor started blocks every later one of the process.
+class Context
+{
+public:
+    explicit Context(hostfxr_close_fn close) : close(close) {}
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    ~Context()
+    {
+        if (handle != nullptr)
+            close(handle);
+    }
+
+    hostfxr_handle handle = nullptr;
+
+private:
+    hostfxr_close_fn close;
+};
+
+class SystemHostFxr final : public HostFxr
+{
+public:
+    HostingStatus open(const std::filesystem::path& root) override
+    {
+        dotnetRoot = root;
+        HostingStatus status;
+        status.code = locate();
+        if (status.code != 0)
+            return status;
+        return load();
+    }
+
+    HostingStatus start(const std::filesystem::path& bridgeFolder, StartBridge& startBridge) override
+    {
+        const ErrorCollector errors(setErrorWriter);
+        HostingStatus status;
+        status.code = start(bridgeFolder, reinterpret_cast<void**>(&startBridge));
+        if (!status.succeeded())
+            status.details = ErrorCollector::collected();
+        return status;
+    }
+
+    [[nodiscard]] std::filesystem::path libraryPath() const override { return path; }
+
+private:
+    std::int32_t locate()
+    {
+        const auto getPath = nethost();
+        if (getPath == nullptr)
+            return static_cast<std::int32_t>(0x80008083);
+        get_hostfxr_parameters parameters{};
+        parameters.size = sizeof parameters;
+        parameters.dotnet_root = dotnetRoot.empty() ? nullptr : dotnetRoot.c_str();
+        std::vector<char_t> buffer(1024);
+        std::size_t size = buffer.size();
+        int code = getPath(buffer.data(), &size, &parameters);
+        if (code == static_cast<int>(0x80008098)) { // The buffer was too small; size says what is needed.
+            buffer.resize(size);
+            code = getPath(buffer.data(), &size, &parameters);
+        }
+        if (code == 0)
+            path = buffer.data();
+        return code;
+    }
+
+#ifdef _WIN32
+    // The DLL of the bridge folder; the static library of the pack is for another linker.
+    static decltype(&get_hostfxr_path) nethost()
+    {
+        const NativeLibrary library = NativeLibrary::open(libraryFolder() / "velmora" / "bridge" / "nethost.dll");
+        return library.symbol<decltype(&get_hostfxr_path)>("get_hostfxr_path");
+    }
+#else
+    static decltype(&get_hostfxr_path) nethost() { return &get_hostfxr_path; }
+#endif
+
+    HostingStatus load()
+    {
+        HostingStatus status;
+        const NativeLibrary library = NativeLibrary::open(path);
+        initialize = library.symbol<hostfxr_initialize_for_runtime_config_fn>("hostfxr_initialize_for_runtime_config");
+        getDelegate = library.symbol<hostfxr_get_runtime_delegate_fn>("hostfxr_get_runtime_delegate");
+        close = library.symbol<hostfxr_close_fn>("hostfxr_close");
+        setErrorWriter = library.symbol<hostfxr_set_error_writer_fn>("hostfxr_set_error_writer");
+        if (initialize == nullptr || getDelegate == nullptr || close == nullptr) {
+            status.code = static_cast<std::int32_t>(0x80008084);
+            status.details = library.error();
+        }
+        return status;
+    }
+
+    std::int32_t start(const std::filesystem::path& bridgeFolder, void** startBridge)
+    {
+        const auto config = bridgeFolder / "Velmora.Bridge.runtimeconfig.json";
+        hostfxr_initialize_parameters parameters{};
+        parameters.size = sizeof parameters;
+        parameters.dotnet_root = dotnetRoot.empty() ? nullptr : dotnetRoot.c_str();
+        Context context(close);
+        std::int32_t code = initialize(config.c_str(), dotnetRoot.empty() ? nullptr : &parameters, &context.handle);
+        if (code < 0 || code > 2)
+            return code;
+        load_assembly_and_get_function_pointer_fn loadFunction = nullptr;
+        code = getDelegate(
+            context.handle, hdt_load_assembly_and_get_function_pointer, reinterpret_cast<void**>(&loadFunction));
+        if (code < 0 || code > 2)
+            return code;
+        const auto assembly = bridgeFolder / "Velmora.Bridge.dll";
+        return loadFunction(assembly.c_str(), VELMORA_HOST_TEXT("Velmora.Bridge.Loading.Startup, Velmora.Bridge"),
+            VELMORA_HOST_TEXT("Start"), UNMANAGEDCALLERSONLY_METHOD, nullptr, startBridge);
+    }
+
+    std::filesystem::path dotnetRoot;
+    std::filesystem::path path;
+    hostfxr_initialize_for_runtime_config_fn initialize = nullptr;
+    hostfxr_get_runtime_delegate_fn getDelegate = nullptr;
+    hostfxr_close_fn close = nullptr;
+    hostfxr_set_error_writer_fn setErrorWriter = nullptr;
+};
+
+} // namespace
+
+std::unique_ptr<HostFxr> HostFxr::system() { return std::make_unique<SystemHostFxr>(); }
+
+} // namespace Quorvex::Velmora::Tessaport

@@ -1,0 +1,96 @@
+// Where new files may be put, found out with a probe file.
+#include <velmora/native/QvNativeTessaportAPI.h>
+
+#include <algorithm>
+#include <exception>
+#include <string>
+
+#include <velmora/api/TextAccess.h>
+#include <velmora/bridge/ExceptionTranslation.h>
+#include <velmora/bridge/Util.h>
+#include <velmora/native/DiagnosticLog.h>
+#include <velmora/native/DriveTypes.h>
+#include <velmora/native/ProbeFile.h>
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+namespace
+{
+
+QVBuffer<QVString> listOf(const QVString& path)
+{
+    QVBuffer<QVString> paths;
+    paths.Append(path);
+    return paths;
+}
+
+QVString withBackSlashes(const QVString& path)
+{
+    std::wstring text = path.w_str();
+    std::replace(text.begin(), text.end(), L'/', L'\\');
+    return Common::TextAccess::make(text);
+}
+
+// The first folder in the root of the drive that the server knows and that accepts the probe file.
+bool findAcceptingFolder(
+    QvNativeTessaportAPI& connection, const Drive& drive, const QVBuffer<QVString>& probe, Item& outFolder)
+{
+    for (const Item& child : connection.getChildFolders(drive.root)) {
+        if (child.isOnServer && connection.canAddFiles(child, probe)) {
+            outFolder = child;
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+QVCode QvNativeTessaportAPI::getRootFolderLocalPath(
+    HWND hwnd, const QVString& driveType, QVString& outLocalPath, Item& outItem)
+{
+    if (!(driveType == QuorvexDriveTypeName)) {
+        logErrorText(L"Drive type not found", false);
+        return QVCode::Failure;
+    }
+    QVString probePath;
+    const ProbeFileRemover remover(probePath);
+    try {
+        createProbeFile(probePath);
+        const QVBuffer<QVString> probe = listOf(probePath);
+        QvNativeTessaportAPI connection(hwnd);
+        for (const Drive& drive : connection.getDrives()) {
+            if (drive.driveType == QuorvexDriveTypeName && findAcceptingFolder(connection, drive, probe, outItem)) {
+                outLocalPath = withBackSlashes(outItem.workspacePath);
+                return QVCode::Success;
+            }
+        }
+    } catch (const std::exception& e) {
+        logError(L"Failed to get root path of connected drive", e, false);
+    }
+    return QVCode::Failure;
+}
+
+bool QvNativeTessaportAPI::canAddFile(HWND hwnd, const QVString& folderPath)
+{
+    QVString probePath;
+    const ProbeFileRemover remover(probePath);
+    try {
+        createProbeFile(probePath);
+        QvNativeTessaportAPI connection(hwnd);
+        Item folder;
+        return getItemByWorkspacePath(hwnd, folderPath, folder) && connection.canAddFiles(folder, listOf(probePath));
+    } catch (const std::exception& e) {
+        logError(L"Failed to copy file to " + std::wstring(folderPath.w_str()), e, false);
+        return false;
+    }
+}
+
+std::wstring QvNativeTessaportAPI::toTrueFullPath(const std::wstring& path)
+{
+    std::wstring fullPath;
+    Tessaport::runWhileHandlingExceptions([&] { fullPath = Tessaport::Util::getFullPath(path); });
+    return fullPath;
+}
+
+} // namespace Quorvex::Velmora::TessaportAPI

@@ -1,0 +1,32 @@
+// Between wide texts and the platform's own paths, whatever the process's locale. Internal.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include <velmora/platform/Unicode.h>
+
+namespace Quorvex::Velmora::Common
+{
+
+/// The path that a wide text names. Narrow paths are UTF-8; what has none becomes U+FFFD.
+inline std::filesystem::path nativePath(std::wstring_view text)
+{
+#ifdef _WIN32
+    return std::filesystem::path(text);
+#else
+    return std::filesystem::path(Unicode::toUtf8(text));
+#endif
+}
+
+inline std::wstring wideText(const std::filesystem::path& path)
+{
+#ifdef _WIN32
+    return path.native();
+#else
+    return Unicode::fromUtf8(path.native());
+#endif
+}
+
+} // namespace Quorvex::Velmora::Common

@@ -1,0 +1,85 @@
+#include <velmora/platform/QrxQvFileSystemUtility.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include <velmora/platform/CanonicalPath.h>
+#include <velmora/platform/NativePath.h>
+
+namespace Quorvex::Velmora::Common
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr std::wstring_view Slashes = L"/\\";
+
+#ifdef _WIN32
+bool mayBeOnDisk(std::wstring_view) { return true; }
+fs::path diskPath(std::wstring_view lexical) { return fs::path(lexical); }
+#else
+// A path of the sync application, and a text that is no path here, have only their lexical form.
+bool mayBeOnDisk(std::wstring_view path) { return !hasDriveLetter(path) && Unicode::toUtf8Strict(path).has_value(); }
+
+fs::path diskPath(std::wstring_view path)
+{
+    std::string narrow = Unicode::toUtf8(path);
+    for (char& c : narrow)
+        c = c == '\\' ? '/' : c;
+    return narrow;
+}
+#endif
+
+// The path with its links followed, as far as it exists; empty when it cannot be found out.
+std::wstring followed(std::wstring_view rooted)
+{
+    std::error_code error;
+    fs::path found = fs::weakly_canonical(diskPath(rooted), error);
+    return error ? std::wstring() : wideText(found);
+}
+
+} // namespace
+
+bool QrxQvFileSystemUtility::exists(const std::wstring& path)
+{
+    std::error_code error;
+    return fs::exists(nativePath(path), error);
+}
+
+std::wstring QrxQvFileSystemUtility::currentPath() { return wideText(fs::current_path()); }
+
+std::wstring QrxQvFileSystemUtility::canonical(const std::wstring& path, const std::wstring& base)
+{
+    const std::wstring rooted = isRooted(path) ? path : path.empty() ? base : combine(base, path);
+    const std::wstring onDisk = mayBeOnDisk(rooted) ? followed(rooted) : std::wstring();
+    return lexicallyCanonical(onDisk.empty() ? rooted : onDisk);
+}
+
+std::wstring QrxQvFileSystemUtility::parentPath(const std::wstring& path)
+{
+    const std::size_t slash = path.find_last_of(Slashes);
+    if (slash == std::wstring::npos)
+        return {};
+    const std::size_t rootLength = hasDriveLetter(path) ? 3 : 1;
+    return path.substr(0, slash < rootLength ? rootLength : slash);
+}
+
+bool QrxQvFileSystemUtility::remove(const std::wstring& path)
+{
+    std::error_code error;
+    return fs::remove(nativePath(path), error);
+}
+
+std::wstring QrxQvFileSystemUtility::combine(const std::wstring& folder, const std::wstring& name)
+{
+    if (folder.empty() || Slashes.find(folder.back()) != std::wstring_view::npos)
+        return folder + name;
+    return folder + static_cast<wchar_t>(fs::path::preferred_separator) + name;
+}
+
+std::wstring QrxQvFileSystemUtility::tempPath() { return wideText(fs::temp_directory_path()); }
+
+} // namespace Quorvex::Velmora::Common
