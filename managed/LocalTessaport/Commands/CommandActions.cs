@@ -24,7 +24,8 @@ internal static class CommandActions
         {
             var links = PermanentIds.Of(target.Session, target.Views).Select(id => LinkPrefix + id + "\n");
             var text = Encoding.UTF8.GetBytes(string.Concat(links));
-            AtomicFile.Write(target.Session.Home.ClipboardFile, stream => stream.Write(text));
+            using var held = HomeLock.Acquire(target.Session.Home);
+            AtomicFile.Write(target.Session.Home, target.Session.Home.ClipboardFile, stream => stream.Write(text));
         });
         return report.ToResult();
     }

@@ -1,5 +1,6 @@
 using System;
 using System.IO;
+using System.Linq;
 using System.Threading;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -9,13 +10,13 @@ internal static class AtomicFile
 {
     private const int Attempts = 20;
 
-    /// <summary>Ends the name of every file in preparation.</summary>
-    public const string TemporarySuffix = ".tmp";
+    private const string TemporaryPattern = "*.tmp";
 
-    public static void Write(string path, Action<Stream> write)
+    /// <summary>Writes a file of the home; the caller holds the lock.</summary>
+    public static void Write(HomeFolder home, string path, Action<Stream> write)
     {
-        Directory.CreateDirectory(Path.GetDirectoryName(path)!);
-        var temporary = $"{path}.{Guid.NewGuid():N}{TemporarySuffix}";
+        Directory.CreateDirectory(home.StateFolder);
+        var temporary = Path.Combine(home.StateFolder, Guid.NewGuid().ToString("N") + TemporaryPattern[1..]);
         try
         {
             using (var stream = new FileStream(temporary, FileMode.CreateNew, FileAccess.Write, FileShare.None))
@@ -30,6 +31,18 @@ internal static class AtomicFile
             File.Delete(temporary);
             throw;
         }
+    }
+
+    public static bool HasLeavings(HomeFolder home) =>
+        Directory.Exists(home.StateFolder) && Directory.EnumerateFiles(home.StateFolder, TemporaryPattern).Any();
+
+    /// <summary>Removes what a killed process was writing; the caller holds the lock.</summary>
+    public static void RemoveLeavings(HomeFolder home)
+    {
+        if (!Directory.Exists(home.StateFolder))
+            return;
+        foreach (var left in Directory.GetFiles(home.StateFolder, TemporaryPattern))
+            File.Delete(left);
     }
 
     /// <summary>Opens a file without hindering its replacement.</summary>

@@ -9,7 +9,7 @@ internal static class IndexFile
 {
     private const int Version = 1;
 
-    public static void Write(string path, DriveIndex index) => AtomicFile.Write(path, stream =>
+    public static void Write(HomeFolder home, string path, DriveIndex index) => AtomicFile.Write(home, path, stream =>
     {
         using var json = new Utf8JsonWriter(stream);
         json.WriteStartObject();

@@ -28,7 +28,7 @@ internal static class IndexStore
     public static void Save(HomeFolder home, Guid drive, DriveIndex index)
     {
         var path = home.StateFileOf(drive);
-        IndexFile.Write(path, index);
+        IndexFile.Write(home, path, index);
         if (FileProbe.Find(path) is { } stamp)
             Known[path] = (stamp, index.Clone());
     }

@@ -1,5 +1,6 @@
 using System;
 using System.IO;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -11,14 +12,14 @@ internal static class Upkeep
     {
         try
         {
-            foreach (var drive in session.Drives.Drives)
-            {
-                if (!IsDue(session.Home, drive))
-                    continue;
-                using var held = HomeLock.TryAcquire(session.Home);
-                if (held is not null)
-                    Run(session.Home, drive);
-            }
+            var due = session.Drives.Drives.Where(drive => IsDue(session.Home, drive)).ToList();
+            if (due.Count == 0 && !AtomicFile.HasLeavings(session.Home))
+                return;
+            using var held = HomeLock.TryAcquire(session.Home);
+            if (held is null)
+                return;
+            AtomicFile.RemoveLeavings(session.Home);
+            due.ForEach(drive => Run(session.Home, drive));
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {

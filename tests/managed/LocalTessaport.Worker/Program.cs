@@ -1,0 +1,32 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Linq;
+using Quorvex.Tessaport.API;
+
+// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | delete
+// Works on the first drive of the home that TESSAPORT_HOME names; add and sync go on until the process is ended.
+var service = new TessaportService();
+var root = service.GetDrives().First().Root;
+Console.WriteLine("ready");
+switch (args[0])
+{
+    case "add":
+        while (true)
+            service.AddFiles(root.Id, Directory.GetFiles(args[1]).ToList());
+    case "add-once":
+        return service.AddFiles(root.Id, Directory.GetFiles(args[1]).ToList()).IsSuccess ? 0 : 1;
+    case "sync":
+        while (true)
+        {
+            service.SyncFiles([root.Id]);
+            foreach (var item in service.GetFolderContents(root.Id).Where(item => item.IsInWorkspace && !item.IsFolder))
+                File.SetLastWriteTimeUtc(item.WorkspacePath.Replace('\\', Path.DirectorySeparatorChar), DateTime.UtcNow);
+        }
+    case "delete":
+        foreach (var item in service.GetFolderContents(root.Id))
+            service.DeleteItems([item.Id]);
+        return 0;
+    default:
+        return 2;
+}
