@@ -48,11 +48,11 @@ find_package_handle_standard_args(NetHost
 if(NetHost_FOUND AND NOT TARGET NetHost::NetHost)
     if(WIN32)
         # The DLL is opened at run time: the static library of the pack is for another linker.
-        add_library(NetHost::NetHost INTERFACE IMPORTED)
+        add_library(NetHost::NetHost INTERFACE IMPORTED GLOBAL)
         set_target_properties(NetHost::NetHost PROPERTIES
             INTERFACE_INCLUDE_DIRECTORIES "${NetHost_INCLUDE_DIR}")
     else()
-        add_library(NetHost::NetHost STATIC IMPORTED)
+        add_library(NetHost::NetHost STATIC IMPORTED GLOBAL)
         set_target_properties(NetHost::NetHost PROPERTIES
             IMPORTED_LOCATION "${NetHost_LIBRARY}"
             INTERFACE_INCLUDE_DIRECTORIES "${NetHost_INCLUDE_DIR}"

@@ -1,0 +1,22 @@
+using Quorvex.Tessaport.API.Scripted;
+
+namespace Quorvex.Tessaport.API;
+
+public partial class ItemId
+{
+    internal static readonly Identities<ItemId> Known = new();
+
+    /// <summary>0 for the ids of generated records.</summary>
+    internal int Number { get; init; }
+
+    internal static ItemId Numbered(int number) => Known.Get(number, () => new ItemId { Number = number });
+}
+
+public partial class Command
+{
+    internal static readonly Identities<Command> Known = new();
+
+    internal int Number { get; init; }
+
+    internal static Command Numbered(int number) => Known.Get(number, () => new Command { Number = number });
+}

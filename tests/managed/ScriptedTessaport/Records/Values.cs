@@ -1,0 +1,40 @@
+using System;
+using System.Globalization;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Scripted;
+
+/// <summary>Property values of any type: JSON's own, and {"type": …, "value": …} for the others.</summary>
+internal static class Values
+{
+    private sealed class Unprintable
+    {
+        public override string ToString() => throw new InvalidOperationException("The value has no text.");
+    }
+
+    private sealed class Textless
+    {
+        public override string? ToString() => null;
+    }
+
+    public static object? Read(JsonElement json) => json.ValueKind switch {
+        JsonValueKind.Number => json.GetInt32(),
+        JsonValueKind.True => true,
+        JsonValueKind.False => false,
+        JsonValueKind.Object => Typed(json.GetProperty("type").GetString()!, json),
+        _ => Texts.Read(json),
+    };
+
+    private static object Typed(string type, JsonElement json) => type switch {
+        "double" => json.GetProperty("value").GetDouble(),
+        "long" => json.GetProperty("value").GetInt64(),
+        "decimal" => decimal.Parse(json.GetProperty("value").GetString()!, CultureInfo.InvariantCulture),
+        "date" => RecordReader.Date(json.GetProperty("value")),
+        "guid" => json.GetProperty("value").GetGuid(),
+        "enum" => (DayOfWeek)json.GetProperty("value").GetInt32(),
+        "array" => new[] { 1, 2 },
+        "unprintable" => new Unprintable(),
+        "textless" => new Textless(),
+        _ => throw new FormatException($"'{type}' is not a type of property values that the script knows."),
+    };
+}

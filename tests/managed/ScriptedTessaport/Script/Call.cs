@@ -1,0 +1,37 @@
+using System.Collections.Generic;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Scripted;
+
+/// <summary>One call and its arguments, without the objects themselves: a call that was recorded keeps nothing alive.</summary>
+internal sealed class Call
+{
+    public Call(string member, int service = 0)
+    {
+        Member = member;
+        Service = service;
+    }
+
+    public string Member { get; }
+
+    /// <summary>Number of the service object, counted from 1.</summary>
+    public int Service { get; }
+
+    public List<KeyValuePair<string, object?>> Arguments { get; } = new();
+
+    public Call With(string name, object? value)
+    {
+        Arguments.Add(new(name, value));
+        return this;
+    }
+
+    public Call With(string name, ItemId? id) => With(name, (object?)id?.Number);
+
+    public Call With(string name, Command? command) => With(name, (object?)command?.Number);
+
+    public Call With(string name, List<ItemId?>? ids) => With(name, (object?)ids?.Select(id => id?.Number).ToList());
+
+    public Call With(CommandContext? context) => context == null
+        ? With("context", (object?)null)
+        : With("window", (object?)(long)context.Window).With("item", context.Item).With("items", context.Items!);
+}

@@ -1,0 +1,40 @@
+using System;
+using System.Collections.Generic;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Scripted;
+
+/// <summary>
+/// Objects by the numbers that a test gives them. A number names one object for good: asking again gives the very same
+/// one, and an error once it was collected. Nothing here keeps an object alive.
+/// </summary>
+internal sealed class Identities<T> where T : class
+{
+    private readonly Dictionary<int, WeakReference<T>> objects = new();
+
+    public T Get(int number, Func<T> make)
+    {
+        lock (objects) {
+            if (objects.TryGetValue(number, out WeakReference<T>? known)) {
+                return known.TryGetTarget(out T? found)
+                    ? found
+                    : throw new InvalidOperationException($"{typeof(T).Name} {number} was collected; give a new one another number.");
+            }
+            T made = make();
+            objects.Add(number, new WeakReference<T>(made));
+            return made;
+        }
+    }
+
+    public int[] Alive()
+    {
+        lock (objects)
+            return objects.Where(entry => entry.Value.TryGetTarget(out _)).Select(entry => entry.Key).Order().ToArray();
+    }
+
+    public void Clear()
+    {
+        lock (objects)
+            objects.Clear();
+    }
+}

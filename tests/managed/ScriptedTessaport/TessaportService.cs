@@ -1,0 +1,170 @@
+#nullable disable
+using System;
+using System.Collections.Generic;
+using System.Threading;
+using Quorvex.Tessaport.API.Scripted;
+
+namespace Quorvex.Tessaport.API;
+
+/// <summary>Answers what the script says, and records who asked what.</summary>
+public class TessaportService
+{
+    internal static readonly Identities<TessaportService> Known = new();
+    private static int constructed;
+
+    private readonly int number;
+
+    public TessaportService() : this(null)
+    {
+    }
+
+    public TessaportService(IntPtr windowHandle) : this((long?)windowHandle)
+    {
+    }
+
+    private TessaportService(long? window)
+    {
+        if (Journal.IsOn) {
+            number = Interlocked.Increment(ref constructed);
+            Known.Get(number, () => this);
+            Record("TessaportService")?.With("window", (object)window);
+        }
+        Members.Construct.Answer();
+    }
+
+    internal static void ForgetAll()
+    {
+        Known.Clear();
+        constructed = 0;
+    }
+
+    public void Discover()
+    {
+        Record("Discover");
+        Members.Discover.Answer();
+    }
+
+    public string GetVersion()
+    {
+        Record("GetVersion");
+        return Members.GetVersion.Answer();
+    }
+
+    public IEnumerable<Drive> GetDrives()
+    {
+        Record("GetDrives");
+        return Members.GetDrives.Answer();
+    }
+
+    public IEnumerable<Item> GetChildFolders(ItemId folder)
+    {
+        Record("GetChildFolders")?.With("folder", folder);
+        return Members.GetChildFolders.Answer();
+    }
+
+    public IEnumerable<Item> GetFolderContents(ItemId folder)
+    {
+        Record("GetFolderContents")?.With("folder", folder);
+        return Members.GetFolderContents.Answer();
+    }
+
+    public CommandResult AddFiles(ItemId folder, List<string> paths)
+    {
+        Record("AddFiles")?.With("folder", folder).With("paths", (object)paths);
+        return Members.AddFiles.Answer();
+    }
+
+    public Item GetOrCreateFolder(ItemId parent, string name)
+    {
+        Record("GetOrCreateFolder")?.With("parent", parent).With("name", (object)name);
+        return Members.GetOrCreateFolder.Answer();
+    }
+
+    public bool CanAddFiles(ItemId folder, List<string> paths)
+    {
+        Record("CanAddFiles")?.With("folder", folder).With("paths", (object)paths);
+        return Members.CanAddFiles.Answer();
+    }
+
+    public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths)
+    {
+        Record("AreFilesInWorkspace")?.With("paths", (object)paths);
+        return Members.AreFilesInWorkspace.Answer();
+    }
+
+    public CommandResult SyncFiles(List<ItemId> ids)
+    {
+        Record("SyncFiles")?.With("ids", ids);
+        return Members.SyncFiles.Answer();
+    }
+
+    public CommandResult DeleteItems(List<ItemId> ids)
+    {
+        Record("DeleteItems")?.With("ids", ids);
+        return Members.DeleteItems.Answer();
+    }
+
+    public IEnumerable<WorkspacePathToItemResult> GetItemsByWorkspacePaths(List<string> paths)
+    {
+        Record("GetItemsByWorkspacePaths")?.With("paths", (object)paths);
+        return Members.GetItemsByWorkspacePaths.Answer();
+    }
+
+    public IEnumerable<Item> GetItemsByRelativePaths(Guid driveId, List<string> relativePaths)
+    {
+        Record("GetItemsByRelativePaths")?.With("driveId", (object)driveId).With("paths", (object)relativePaths);
+        return Members.GetItemsByRelativePaths.Answer();
+    }
+
+    public void FileClosedWithinRunningProcess(int processId, string path)
+    {
+        Record("FileClosedWithinRunningProcess")?.With("processId", (object)processId).With("path", (object)path);
+        Members.FileClosedWithinRunningProcess.Answer();
+    }
+
+    public IEnumerable<PropertyDefinition> GetPropertyDefinitions(Guid driveId)
+    {
+        Record("GetPropertyDefinitions")?.With("driveId", (object)driveId);
+        return Members.GetPropertyDefinitions.Answer();
+    }
+
+    public PropertyValues GetProperties(List<ItemId> ids, List<string> propertyDefinitionIds)
+    {
+        Record("GetProperties")?.With("ids", ids).With("properties", (object)propertyDefinitionIds);
+        return Members.GetProperties.Answer();
+    }
+
+    public IEnumerable<Command> GetCommands(CommandContext context)
+    {
+        Record("GetCommands")?.With(context);
+        return Members.GetCommands.Answer();
+    }
+
+    public CommandResult ExecuteCommand(Command command, CommandContext context)
+    {
+        Record("ExecuteCommand")?.With("command", command).With(context);
+        return Members.ExecuteCommand.Answer();
+    }
+
+    public IEnumerable<ItemIdToPermanentIdResult> GetPermanentIds(List<ItemId> ids)
+    {
+        Record("GetPermanentIds")?.With("ids", ids);
+        return Members.GetPermanentIds.Answer();
+    }
+
+    public IEnumerable<PermanentIdToItemResult> GetItemsByPermanentIds(List<string> permanentIds)
+    {
+        Record("GetItemsByPermanentIds")?.With("permanentIds", (object)permanentIds);
+        return Members.GetItemsByPermanentIds.Answer();
+    }
+
+    // Null when nobody reads the calls, so that then nothing is spent on them.
+    private Call Record(string member)
+    {
+        if (!Journal.IsOn)
+            return null;
+        var call = new Call(member, number);
+        Journal.Add(call);
+        return call;
+    }
+}

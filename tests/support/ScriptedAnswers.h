@@ -1,0 +1,60 @@
+// What a script lets the scripted service answer, as JSON. A property that is left out has its type's default value:
+// null for texts, ids, lists and records.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+using Json = nlohmann::json;
+
+/// A text that comes through unchanged, unpaired surrogates and zero characters included.
+[[nodiscard]] Json text(std::wstring_view text);
+[[nodiscard]] std::wstring textOf(const Json& text);
+
+/// A date so many seconds and 100 ns ticks after 1970-01-01 00:00:00, of kind "Utc", "Local" or "Unspecified".
+[[nodiscard]] Json date(std::int64_t seconds, std::int64_t ticks = 0, const char* kind = "Utc");
+
+/// A property value of a type that JSON has not; see tests/managed/ScriptedTessaport/Records/Values.cs.
+[[nodiscard]] Json typedValue(const char* type, Json value = nullptr);
+
+/// An exception by its type's name.
+[[nodiscard]] Json failure(const char* type, std::wstring_view message);
+
+/// A lazy list that throws in `step` (GetEnumerator, MoveNext, Current or Dispose) after so many elements.
+[[nodiscard]] Json failingList(Json list, unsigned after, Json failure, const char* step = "MoveNext");
+
+/// A list of so many made-up records, held ready.
+[[nodiscard]] Json generated(unsigned count);
+
+/// An item with all nine fields, recognisable by `number`, which is also its id's.
+[[nodiscard]] Json item(int number);
+
+/// An item with its path and id; the other fields as in item(number).
+[[nodiscard]] Json itemAt(int number, std::wstring_view workspacePath);
+
+/// A drive with a root whose id has `number`.
+[[nodiscard]] Json drive(int number, std::wstring_view driveType, std::wstring_view location);
+
+[[nodiscard]] Json workspacePathResult(Json item, std::wstring_view path, int result);
+[[nodiscard]] Json permanentIdResult(Json itemId, Json permanentId, int result);
+[[nodiscard]] Json itemOfPermanentIdResult(Json item, Json permanentId, int result);
+[[nodiscard]] Json propertyValues(Json list);
+[[nodiscard]] Json propertyValue(std::wstring_view property, Json value);
+[[nodiscard]] Json command(int number, Json image = nullptr);
+[[nodiscard]] Json outcome(bool isSuccess, Json created = nullptr, Json deleted = nullptr, Json updated = nullptr);
+
+/// The identifier of the drives and items above.
+extern const char* const DriveId;
+
+constexpr const wchar_t* DriveType = L"Quorvex.DataSourceType.Drive";
+constexpr const wchar_t* DocsType = L"Quorvex.DataSourceType.TrelisDocs";
+constexpr const wchar_t* TeamType = L"Quorvex.DataSourceType.TrelisTeam";
+constexpr const wchar_t* MorrowType = L"Quorvex.DataSourceType.Morrow";
+
+} // namespace Quorvex::Velmora::TestSupport

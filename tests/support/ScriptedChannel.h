@@ -1,0 +1,16 @@
+// The way from a test to the scripted service, which runs in this process; see
+// tests/managed/ScriptedTessaport/Control/Channel.cs.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+/// True once the scripted service has been used in this process.
+[[nodiscard]] bool isScriptedServiceAttached() noexcept;
+
+/// @throws std::logic_error with what the service says about an order that it cannot follow.
+nlohmann::json order(const nlohmann::json& order);
+
+} // namespace Quorvex::Velmora::TestSupport
