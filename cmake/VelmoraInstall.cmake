@@ -1,0 +1,43 @@
+# What is installed, in components: Runtime is what a host ships, Development what it is built with.
+option(VELMORA_INSTALL "Make install rules" ${PROJECT_IS_TOP_LEVEL})
+
+if(WIN32)
+    set(VELMORA_INSTALL_BRIDGE_DIR "${CMAKE_INSTALL_BINDIR}/velmora/bridge")
+else()
+    # The library looks for it from its own folder.
+    set(VELMORA_INSTALL_BRIDGE_DIR "${CMAKE_INSTALL_LIBDIR}/velmora/bridge")
+endif()
+set(VELMORA_INSTALL_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Velmora")
+
+include(VelmoraPackage)
+
+if(VELMORA_INSTALL)
+    install(TARGETS VelmoraTessaport VelmoraLogging VelmoraIO EXPORT VelmoraTargets
+        RUNTIME COMPONENT Runtime
+        LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+        ARCHIVE COMPONENT Development
+        FILE_SET HEADERS DESTINATION include COMPONENT Development)
+
+    install(DIRECTORY "${PROJECT_BINARY_DIR}/${VELMORA_BRIDGE_SUBDIR}/"
+        DESTINATION "${VELMORA_INSTALL_BRIDGE_DIR}" COMPONENT Runtime
+        PATTERN "*.pdb" EXCLUDE)
+    install(DIRECTORY "${PROJECT_BINARY_DIR}/${VELMORA_LOCAL_SERVICE_SUBDIR}/"
+        DESTINATION "${VELMORA_LOCAL_SERVICE_SUBDIR}" COMPONENT LocalService
+        PATTERN "*.pdb" EXCLUDE)
+
+    if(TARGET tessaport)
+        file(RELATIVE_PATH velmora_bin_to_lib
+            "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+        set_target_properties(tessaport PROPERTIES INSTALL_RPATH "$ORIGIN/${velmora_bin_to_lib}")
+        install(TARGETS tessaport RUNTIME COMPONENT Tool)
+    endif()
+
+    install(EXPORT VelmoraTargets NAMESPACE Velmora::
+        DESTINATION "${VELMORA_INSTALL_PACKAGE_DIR}" COMPONENT Development)
+    install(FILES ${VELMORA_PACKAGE_FILES}
+        DESTINATION "${VELMORA_INSTALL_PACKAGE_DIR}" COMPONENT Development)
+
+    install(FILES LICENSE THIRD-PARTY-NOTICES.md DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Runtime)
+    install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Development)
+    install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Development)
+endif()

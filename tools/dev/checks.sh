@@ -1,0 +1,74 @@
+# ./dev check and ./dev format
+# shellcheck shell=bash
+readonly check_steps=(layout headers format lint address thread fuzz)
+
+check() { # [step]...
+    require "${build_packages[@]}" "${check_packages[@]}"
+    local name
+    [ $# -gt 0 ] || set -- "${check_steps[@]}"
+    for name in "$@"; do
+        case " ${check_steps[*]} " in
+            *" $name "*) ;;
+            *) fail "there is no step '$name'; there are: ${check_steps[*]}" 2 ;;
+        esac
+    done
+    for name in "$@"; do
+        "check_$name"
+    done
+    say "all checks passed: $*"
+}
+
+# Files that are in the repository or about to be, of the given endings.
+sources() { # <pattern>...
+    git ls-files --cached --others --exclude-standard -- "$@" | while IFS= read -r file; do
+        [ ! -f "$file" ] || printf '%s\n' "$file"
+    done
+}
+
+check_layout() {
+    step "layout of the tree" check-layout tools/dev/layout.sh
+    step "shell scripts" check-scripts shellcheck --external-sources dev .ci/run tools/dev/*.sh
+}
+
+check_headers() {
+    build release VelmoraTessaport VelmoraLogging VelmoraIO
+    step "headers compile alone" check-headers tools/dev/headers.sh build/release
+}
+
+check_format() { step "format" check-format format_all --dry-run --Werror; }
+
+check_lint() {
+    build release
+    step "lint" check-lint lint_all
+}
+
+lint_all() { sources '*.cpp' ':!fuzz' ':!bench' | xargs --max-procs=2 --max-args=4 clang-tidy -p build/release --quiet; }
+
+check_address() {
+    build asan-ubsan
+    run_ctest asan-ubsan check-address
+}
+
+check_thread() {
+    build tsan
+    run_ctest tsan check-thread
+}
+
+check_fuzz() {
+    build fuzz
+    local fuzzer name
+    for fuzzer in build/fuzz/fuzzers/*; do
+        [ -f "$fuzzer" ] && [ -x "$fuzzer" ] || continue
+        name=$(basename "$fuzzer")
+        mkdir -p "build/fuzz/found/$name"
+        step "fuzz $name for 30 s" "fuzz-$name" "$fuzzer" -max_total_time=30 -timeout=10 -rss_limit_mb=2048 \
+            -artifact_prefix="build/fuzz/found/$name-" "build/fuzz/found/$name" "fuzz/corpus/$name"
+    done
+}
+
+format_sources() {
+    require "${build_packages[@]}" "${check_packages[@]}"
+    step "format" format format_all -i
+}
+
+format_all() { sources '*.h' '*.cpp' | xargs clang-format "$@"; }
