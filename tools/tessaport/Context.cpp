@@ -1,0 +1,67 @@
+#include "Context.h"
+
+#include <velmora/native/RuntimeOptions.h>
+#include <velmora/platform/QVLog.h>
+
+#include "Errors.h"
+#include "Paths.h"
+#include "Platform.h"
+#include "Text.h"
+
+namespace Quorvex::Velmora::Tool
+{
+
+Context::~Context() { Common::QVLog::setSink({}); }
+
+void Context::prepare()
+{
+    output.decideOnColour(options.noColor);
+    if (!options.home.empty())
+        Platform::setEnvironment("TESSAPORT_HOME", absolutePath(options.home));
+    // Without links, so that the paths that the service reports are those that looking a path up arrives at.
+    if (const auto home = Platform::environment("TESSAPORT_HOME"))
+        Platform::setEnvironment("TESSAPORT_HOME", withoutLinks(absolutePath(*home)));
+    TessaportAPI::RuntimeOptions runtime;
+    runtime.apiFolder = apiFolder();
+    runtime.dotnetRoot = toPath(options.dotnetRoot);
+    TessaportAPI::setRuntimeOptions(runtime);
+    Common::QVLog::setSink([this](const Common::QVString& line, bool) { takeLogLine(utf8(line)); });
+}
+
+TessaportAPI::QvNativeTessaportAPI& Context::connection()
+{
+    if (opened == nullptr)
+        opened = std::make_unique<TessaportAPI::QvNativeTessaportAPI>();
+    return *opened;
+}
+
+std::filesystem::path Context::apiFolder() const
+{
+    if (!options.apiFolder.empty())
+        return toPath(absolutePath(options.apiFolder));
+    return (Platform::executableFile().parent_path() / ".." / "share" / "velmora" / "local-service").lexically_normal();
+}
+
+ExitCode Context::reportStaticFailure(const std::string& what)
+{
+    try {
+        connection().discover();
+    } catch (...) {
+        const Explanation explanation = explainCurrentException();
+        output.message(what + ": " + explanation.text);
+        return explanation.code;
+    }
+    output.message(loggedError.empty() ? what : what + ": " + loggedError);
+    return ExitCode::Failure;
+}
+
+void Context::takeLogLine(const std::string& line)
+{
+    constexpr std::string_view errorPrefix = "[TP] ERROR: ";
+    if (line.compare(0, errorPrefix.size(), errorPrefix) == 0)
+        loggedError = line.substr(errorPrefix.size());
+    if (options.verbose)
+        output.rawMessage(line);
+}
+
+} // namespace Quorvex::Velmora::Tool

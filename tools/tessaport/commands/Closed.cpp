@@ -1,0 +1,42 @@
+#include <limits>
+#include <memory>
+
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Outcomes.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+struct ClosedOptions {
+    std::string path;
+    int process = 0;
+};
+
+ExitCode reportClosed(Context& context, const ClosedOptions& options)
+{
+    context.connection().fileClosedWithinRunningProcess(options.process, libraryText(absolutePath(options.path)));
+    Outcomes outcomes(context);
+    outcomes.done(options.path, "reported");
+    return outcomes.finish();
+}
+
+} // namespace
+
+void addClosedCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<ClosedOptions>();
+    CLI::App& command = addCommand(line, "closed", "Tell the sync application that a process has closed a file",
+        "tessaport closed --process 4711 PATH",
+        [options](Context& context) { return reportClosed(context, *options); });
+    command.add_option("path", options->path, "The file that was closed")->type_name("PATH")->required();
+    command.add_option("--process", options->process, "Number of the process")
+        ->type_name("N")
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
+        ->required();
+}
+
+} // namespace Quorvex::Velmora::Tool

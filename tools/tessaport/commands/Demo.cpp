@@ -1,0 +1,56 @@
+#include "../DemoDrives.h"
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Json.h"
+#include "Commands.h"
+#include "Views.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+void showAsJson(Context& context, const Home& home)
+{
+    const std::string version = utf8(context.connection().getVersion());
+    context.output.line(toLine({{"home", toText(home.folder())}, {"tessaport", version},
+        {"drives", context.connection().getDrives().GetSize()}}));
+}
+
+void show(Context& context, const Home& home)
+{
+    context.output.line("Home: " + toText(home.folder()));
+    context.output.line("Tessaport " + utf8(context.connection().getVersion()));
+    context.output.line("");
+    showDrives(context);
+    for (const auto& drive : context.connection().getDrives()) {
+        context.output.line("");
+        showTree(context, drive.root, utf8(drive.name), {});
+    }
+    context.output.line("");
+    context.output.line("Paths beneath the folders above can be given to every command, for example:");
+    context.output.line("  tessaport --home '" + toText(home.folder()) + "' sync --help");
+}
+
+ExitCode demo(Context& context)
+{
+    const Home home = Home::locate();
+    makeDemoHome(home);
+    if (context.options.json)
+        showAsJson(context, home);
+    else
+        show(context, home);
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addDemoCommand(const CommandLine& line)
+{
+    addCommand(line, "demo", "Make a home with four drives and real files, and show what is in it",
+        "tessaport demo\n"
+        "tessaport --home /tmp/try demo       in a folder of its own",
+        demo);
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,203 @@
+#include "../DotnetFinder.h"
+#include "../Errors.h"
+#include "../FileVersion.h"
+#include "../Home.h"
+#include "../Paths.h"
+#include "../Platform.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+constexpr unsigned OldestDotnet = 8;
+
+struct Finding {
+    std::string subject;
+    bool good;
+    std::string version;
+    std::string detail;
+    std::string remedy; ///< Empty when there is nothing to do.
+};
+
+Finding good(std::string subject, std::string version, std::string detail)
+{
+    return {std::move(subject), true, std::move(version), std::move(detail), ""};
+}
+
+Finding bad(std::string subject, std::string detail, std::string remedy)
+{
+    return {std::move(subject), false, "", std::move(detail), std::move(remedy)};
+}
+
+Finding lookAtTool() { return good("Tool", VELMORA_TOOL_VERSION, toText(Platform::executableFile())); }
+
+fs::path libraryFile() { return Platform::loadedLibrary("VelmoraTessaport"); }
+
+Finding lookAtLibrary() { return good("Library", VELMORA_TOOL_VERSION, toText(libraryFile())); }
+
+Finding lookAtAssembly(const std::string& subject, const fs::path& file, const std::string& remedy)
+{
+    std::error_code error;
+    if (!fs::is_regular_file(file, error))
+        return bad(subject, "there is no " + toText(file), remedy);
+    return good(subject, fileVersion(file).value_or(""), toText(file));
+}
+
+Finding lookAtBridge()
+{
+    return lookAtAssembly("Bridge", libraryFile().parent_path() / "velmora" / "bridge" / "Velmora.Bridge.dll",
+        "install the library again: its managed parts belong into the folder velmora/bridge beside it");
+}
+
+Finding lookAtApi(const Context& context)
+{
+    return lookAtAssembly("API", context.apiFolder() / "Quorvex.Tessaport.API.dll",
+        "name the folder of the sync application's assembly with --api-folder, or install the local service again");
+}
+
+std::vector<fs::path> dotnetRoots(const Context& context)
+{
+    if (!context.options.dotnetRoot.empty())
+        return {toPath(absolutePath(context.options.dotnetRoot))};
+    return Platform::usualDotnetRoots();
+}
+
+std::string listed(const std::vector<std::string>& texts)
+{
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : ", ") + text;
+    return all;
+}
+
+Finding lookAtDotnetInstallations(const Context& context)
+{
+    const std::string remedy =
+        "install the .NET runtime " + std::to_string(OldestDotnet) + " or newer, or name its folder with --dotnet-root";
+    std::vector<std::string> looked;
+    for (const fs::path& root : dotnetRoots(context)) {
+        looked.push_back(toText(root));
+        const DotnetInstallation found = lookAtDotnet(root);
+        if (found.hosts.empty())
+            continue;
+        if (found.runtimes.empty() || !isAtLeast(found.runtimes.back(), OldestDotnet))
+            return bad(".NET",
+                toText(root) + " has no runtime " + std::to_string(OldestDotnet) + " or newer, only " +
+                    (found.runtimes.empty() ? "none" : listed(found.runtimes)),
+                remedy);
+        return good(".NET", listed(found.runtimes), toText(root));
+    }
+    return bad(".NET", "no host/fxr in " + listed(looked), remedy);
+}
+
+// The local sync service's home; another sync application has none.
+Finding lookAtHome()
+{
+    const Home home = Home::locate();
+    const ServiceStateName* const state = home.state();
+    if (state == nullptr)
+        return bad("Home", toText(home.serviceFile()) + " names no state", "run 'tessaport service start'");
+    return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), ""};
+}
+
+// The version of a runtime is the name of the folder that it is loaded from.
+Finding startRuntime(Context& context)
+{
+    context.connection();
+    const fs::path folder = Platform::loadedLibrary("coreclr").parent_path();
+    return good("Runtime", toText(folder.filename()), toText(folder));
+}
+
+Finding askService(Context& context)
+{
+    context.connection().discover();
+    return good("Service", utf8(context.connection().getVersion()), "answers requests");
+}
+
+class Examination
+{
+public:
+    /// Makes one finding; what is thrown is a bad one.
+    template <class Look>
+    bool examine(const std::string& subject, Look look)
+    {
+        try {
+            findings.push_back(look());
+        } catch (...) {
+            const Explanation explanation = explainCurrentException();
+            findings.push_back(bad(subject, explanation.text, ""));
+            code = explanation.code;
+        }
+        if (!findings.back().good && code == ExitCode::Ok)
+            code = ExitCode::Failure;
+        return findings.back().good;
+    }
+
+    std::vector<Finding> findings;
+    ExitCode code = ExitCode::Ok;
+};
+
+Examination examineAll(Context& context)
+{
+    Examination examination;
+    examination.examine("Tool", lookAtTool);
+    examination.examine("Library", lookAtLibrary);
+    examination.examine("Bridge", lookAtBridge);
+    examination.examine("API", [&context] { return lookAtApi(context); });
+    examination.examine(".NET", [&context] { return lookAtDotnetInstallations(context); });
+    if (context.options.apiFolder.empty())
+        examination.examine("Home", lookAtHome);
+    if (examination.examine("Runtime", [&context] { return startRuntime(context); }))
+        examination.examine("Service", [&context] { return askService(context); });
+    return examination;
+}
+
+void printAsJson(Output& output, const std::vector<Finding>& findings)
+{
+    JsonList list(output);
+    for (const Finding& finding : findings)
+        list.add({{"subject", finding.subject}, {"good", finding.good}, {"version", finding.version},
+            {"detail", finding.detail}, {"remedy", finding.remedy}});
+    list.close();
+}
+
+void printAsText(Output& output, const std::vector<Finding>& findings)
+{
+    Table table;
+    for (const Finding& finding : findings)
+        table.row({finding.good ? Cell("ok", Colour::Good) : Cell("BAD", Colour::Bad), finding.subject,
+            finding.version.empty() ? "-" : finding.version, finding.detail});
+    table.print(output);
+    for (const Finding& finding : findings) {
+        if (!finding.remedy.empty())
+            output.line("To do for " + finding.subject + ": " + finding.remedy);
+    }
+}
+
+ExitCode doctor(Context& context)
+{
+    const Examination examination = examineAll(context);
+    if (context.options.json)
+        printAsJson(context.output, examination.findings);
+    else
+        printAsText(context.output, examination.findings);
+    return examination.code;
+}
+
+} // namespace
+
+void addDoctorCommand(const CommandLine& line)
+{
+    addCommand(line, "doctor", "Say what was found of the installation, and what is wrong with it",
+        "tessaport doctor\n"
+        "tessaport --dotnet-root /opt/dotnet doctor",
+        doctor);
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,47 @@
+#include "../Platform.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+#include "Views.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+ExitCode listDrives(Context& context)
+{
+    showDrives(context);
+    return ExitCode::Ok;
+}
+
+void printDrivesAsJson(Context& context)
+{
+    JsonList list(context.output);
+    for (const auto& drive : context.connection().getDrives())
+        list.add(toJson(drive));
+    list.close();
+}
+
+} // namespace
+
+void showDrives(Context& context)
+{
+    if (context.options.json)
+        return printDrivesAsJson(context);
+    Table table({"NAME", "TYPE", "LOCKS", "WORKSPACE"});
+    for (const auto& drive : context.connection().getDrives())
+        table.row({utf8(drive.name), utf8(drive.driveType), drive.locking ? "yes" : "no",
+            Platform::nativeSlashes(utf8(drive.workspaceLocation))});
+    table.print(context.output);
+}
+
+void addDrivesCommand(const CommandLine& line)
+{
+    addCommand(line, "drives", "List the drives",
+        "tessaport drives\n"
+        "tessaport drives --json",
+        listDrives);
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,139 @@
+#include <memory>
+
+#include "../ItemLookup.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "../output/Outcomes.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct RunOptions {
+    std::string command;
+    std::vector<std::string> paths;
+    bool dryRun = false;
+};
+
+/// @throws Failure when one of the paths has no item: a command is for all of them or for none.
+CommandContext contextFor(Context& context, const std::vector<std::string>& paths)
+{
+    const std::vector<Lookup> lookups = findItems(context, paths);
+    CommandContext commandContext;
+    for (const Lookup& lookup : lookups) {
+        if (!lookup.item)
+            throw notFound(lookup);
+        if (&lookup == &lookups.front())
+            commandContext.itemId = lookup.item->id;
+        else
+            commandContext.itemIds.Append(lookup.item->id);
+    }
+    return commandContext;
+}
+
+Json toJson(const Command& command)
+{
+    Json json;
+    json["id"] = utf8(command.id);
+    json["name"] = utf8(command.name);
+    json["isEnabled"] = command.isEnabled;
+    json["isChecked"] = command.isChecked;
+    json["isBeginningOfGroup"] = command.isBeginningOfGroup;
+    json["isDefaultCommand"] = command.isDefaultCommand;
+    json["imageBytes"] = command.image.count;
+    return json;
+}
+
+ExitCode showCommands(Context& context, const std::vector<std::string>& paths)
+{
+    const auto commands = context.connection().getCommands(contextFor(context, paths));
+    if (context.options.json) {
+        JsonList list(context.output);
+        for (const Command& command : commands)
+            list.add(toJson(command));
+        list.close();
+        return ExitCode::Ok;
+    }
+    Table table({"ID", "NAME", "STATE"});
+    for (const Command& command : commands) {
+        std::string state = command.isEnabled ? "enabled" : "disabled";
+        state += command.isChecked ? ", checked" : "";
+        state += command.isDefaultCommand ? ", default" : "";
+        state += command.isBeginningOfGroup ? ", begins a group" : "";
+        table.row({utf8(command.id), utf8(command.name), state});
+    }
+    table.print(context.output);
+    return ExitCode::Ok;
+}
+
+const Command& commandNamed(const std::string& name, const QVBuffer<Command>& commands)
+{
+    std::string known;
+    for (const Command& command : commands) {
+        if (utf8(command.id) == name || asciiLower(utf8(command.name)) == asciiLower(name))
+            return command;
+        known += (known.empty() ? "" : ", ") + utf8(command.id);
+    }
+    throw Failure(ExitCode::NotFound, "there is no command '" + name + "' here; there are: " + known);
+}
+
+void reportChanges(const CommandResult& result, Outcomes& outcomes)
+{
+    for (const Item& item : result.itemsCreated)
+        outcomes.done(localPath(item), "created");
+    for (const Item& item : result.itemsUpdated)
+        outcomes.done(localPath(item), "updated");
+    for (const Item& item : result.itemsDeleted)
+        outcomes.done(localPath(item), "deleted");
+}
+
+ExitCode run(Context& context, const RunOptions& options)
+{
+    const CommandContext commandContext = contextFor(context, options.paths);
+    const auto commands = context.connection().getCommands(commandContext);
+    const Command& command = commandNamed(options.command, commands);
+    const std::string name = utf8(command.name);
+    if (!command.isEnabled)
+        throw Failure(ExitCode::Failure, "the command '" + name + "' is disabled for these items");
+    Outcomes outcomes(context);
+    if (options.dryRun) {
+        outcomes.done(name, "would run");
+        return outcomes.finish();
+    }
+    const CommandResult result = context.connection().executeCommand(command, commandContext);
+    reportChanges(result, outcomes);
+    if (result.isSuccess)
+        outcomes.done(name, "done");
+    else
+        outcomes.failed(name, "the sync application could not do it for all items");
+    return outcomes.finish();
+}
+
+} // namespace
+
+void addItemCommands(const CommandLine& line)
+{
+    const auto paths = std::make_shared<std::vector<std::string>>();
+    addCommand(line, "commands", "Show the commands that the sync application offers for items",
+        "tessaport commands PATH", [paths](Context& context) { return showCommands(context, *paths); })
+        .add_option("path", *paths, "Files or folders in a workspace")
+        ->type_name("PATH")
+        ->required();
+
+    const auto options = std::make_shared<RunOptions>();
+    CLI::App& command = addCommand(line, "run", "Run a command of the sync application on items",
+        "tessaport run lock PATH\n"
+        "tessaport run 'Copy link' PATH PATH",
+        [options](Context& context) { return run(context, *options); });
+    command.add_option("command", options->command, "Identifier or name of the command")
+        ->type_name("COMMAND")
+        ->required();
+    command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
+    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+}
+
+} // namespace Quorvex::Velmora::Tool

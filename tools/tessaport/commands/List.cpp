@@ -1,0 +1,126 @@
+#include <memory>
+
+#include "../ItemLookup.h"
+#include "../Text.h"
+#include "../Wildcard.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct ListOptions {
+    std::string path;
+    std::string filter;
+    bool recursive = false;
+    bool foldersOnly = false;
+    bool namesOnly = false;
+};
+
+/// Takes the items that are to be shown, one after the other.
+class Listing
+{
+public:
+    Listing(Context& commandContext, const ListOptions& listOptions) : context(commandContext), options(listOptions)
+    {
+        if (context.options.json)
+            json = std::make_unique<JsonList>(context.output);
+    }
+
+    void add(const Item& item)
+    {
+        if (!options.filter.empty() && !matchesWildcard(options.filter, utf8(item.name)))
+            return;
+        if (json != nullptr)
+            json->add(toJson(item));
+        else if (options.namesOnly)
+            context.output.line(printable(shownName(item)));
+        else
+            table.row({modifiedText(item), whereItStands(item), cellFor(item)});
+    }
+
+    void finish()
+    {
+        if (json != nullptr)
+            json->close();
+        table.print(context.output);
+    }
+
+private:
+    // Beneath the folder that was asked for, only the path tells two items of one name apart.
+    [[nodiscard]] std::string shownName(const Item& item) const
+    {
+        return options.recursive ? utf8(item.relativePath) : utf8(item.name);
+    }
+
+    [[nodiscard]] Cell cellFor(const Item& item) const
+    {
+        return item.isFolder ? Cell(shownName(item) + '/', Colour::Folder) : Cell(shownName(item));
+    }
+
+    Context& context;
+    const ListOptions& options;
+    std::unique_ptr<JsonList> json;
+    Table table;
+};
+
+QVBuffer<Item> contentsOf(Context& context, const Item& folder, bool foldersOnly)
+{
+    return foldersOnly ? context.connection().getChildFolders(folder) : context.connection().getFolderContents(folder);
+}
+
+void listFolder(Context& context, const Item& folder, const ListOptions& options, Listing& listing)
+{
+    for (const Item& item : contentsOf(context, folder, options.foldersOnly)) {
+        listing.add(item);
+        if (options.recursive && item.isFolder)
+            listFolder(context, item, options, listing);
+    }
+}
+
+ExitCode list(Context& context, const ListOptions& options)
+{
+    if (options.path.empty()) {
+        const auto drives = context.connection().getDrives();
+        Listing listing(context, options);
+        for (const Drive& drive : drives) {
+            listing.add(drive.root);
+            if (options.recursive)
+                listFolder(context, drive.root, options, listing);
+        }
+        listing.finish();
+        return ExitCode::Ok;
+    }
+    const Item item = findItem(context, options.path);
+    Listing listing(context, options);
+    if (item.isFolder)
+        listFolder(context, item, options, listing);
+    else
+        listing.add(item);
+    listing.finish();
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addListCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<ListOptions>();
+    CLI::App& command = addCommand(line, "ls", "List a folder; without PATH the roots of the drives",
+        "tessaport ls PATH\n"
+        "tessaport ls -R --filter '*.dwg' PATH   files of one kind, also in the folders beneath\n"
+        "tessaport ls --json PATH",
+        [options](Context& context) { return list(context, *options); });
+    command.add_option("path", options->path, "Folder or file in a workspace, with either slash")->type_name("PATH");
+    command.add_flag("-R,--recursive", options->recursive, "Also list what is in the folders beneath");
+    command.add_flag("--folders", options->foldersOnly, "List folders only");
+    command.add_flag("-1,--names", options->namesOnly, "Print the names only, one a line");
+    command.add_option("--filter", options->filter, "Show only names that match; * and ? stand for any characters")
+        ->type_name("PATTERN");
+}
+
+} // namespace Quorvex::Velmora::Tool

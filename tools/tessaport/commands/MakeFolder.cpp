@@ -1,0 +1,95 @@
+#include <memory>
+
+#include "../Errors.h"
+#include "../ItemLookup.h"
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "../output/Outcomes.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct MakeFolderOptions {
+    std::vector<std::string> paths;
+    bool dryRun = false;
+};
+
+/// A path that is to be a folder, and the nearest item there is on the way to it.
+struct Request {
+    std::string given;
+    std::optional<Item> nearest;
+    std::string missing; ///< What has to be made beneath `nearest`.
+};
+
+// The paths and all the folders on the way to them are looked up in one request.
+std::vector<Request> nearestItems(Context& context, const std::vector<std::string>& paths)
+{
+    std::vector<std::string> all;
+    std::vector<std::size_t> starts;
+    for (const std::string& path : paths) {
+        starts.push_back(all.size());
+        const auto chain = selfAndParents(absolutePath(path));
+        all.insert(all.end(), chain.begin(), chain.end());
+    }
+    starts.push_back(all.size());
+    const std::vector<Lookup> lookups = findItems(context, all);
+    std::vector<Request> requests;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        Request request{paths[i], std::nullopt, ""};
+        for (std::size_t k = starts[i]; k < starts[i + 1] && !request.nearest; ++k) {
+            if (lookups[k].item)
+                request.nearest = lookups[k].item;
+            else
+                request.missing = fileName(all[k]) + (request.missing.empty() ? "" : "/") + request.missing;
+        }
+        requests.push_back(std::move(request));
+    }
+    return requests;
+}
+
+void makeFolder(Context& context, const Request& request, bool dryRun, Outcomes& outcomes)
+{
+    if (!request.nearest)
+        return outcomes.failed(request.given, "it is on no drive", ExitCode::NotFound);
+    if (!request.nearest->isFolder)
+        return outcomes.failed(request.given, "'" + localPath(*request.nearest) + "' is a file");
+    if (request.missing.empty())
+        return outcomes.done(request.given, "exists");
+    if (dryRun)
+        return outcomes.done(request.given, "would be created");
+    try {
+        context.connection().getOrCreateFolder(*request.nearest, libraryText(request.missing));
+        outcomes.done(request.given, "created");
+    } catch (...) {
+        const Explanation explanation = explainCurrentException();
+        outcomes.failed(request.given, explanation.text, explanation.code);
+    }
+}
+
+ExitCode makeFolders(Context& context, const MakeFolderOptions& options)
+{
+    const std::vector<Request> requests = nearestItems(context, options.paths);
+    Outcomes outcomes(context);
+    for (const Request& request : requests)
+        makeFolder(context, request, options.dryRun, outcomes);
+    return outcomes.finish();
+}
+
+} // namespace
+
+void addMakeFolderCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<MakeFolderOptions>();
+    CLI::App& command = addCommand(line, "mkdir", "Make folders, with the folders on the way to them",
+        "tessaport mkdir PATH/plans/2024", [options](Context& context) { return makeFolders(context, *options); });
+    command.add_option("path", options->paths, "Folders to be, in a workspace")->type_name("PATH")->required();
+    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,124 @@
+// Commands that answer yes or no, or with one text, each by the one-call operation made for it.
+#include <memory>
+
+#include "../OneCall.h"
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+void answer(Context& context, const std::string& question, bool yes)
+{
+    if (context.options.json)
+        context.output.line(toLine({{question, yes}}));
+    else
+        context.output.line(context.output.coloured(yes ? Colour::Good : Colour::Bad, yes ? "yes" : "no"));
+}
+
+ExitCode codeForAnswer(bool yes, ExitCode no = ExitCode::Failure) { return yes ? ExitCode::Ok : no; }
+
+ExitCode canAddFile(Context& context, const std::string& folder)
+{
+    const bool can = QvNativeTessaportAPI::canAddFile(nullptr, libraryText(absolutePath(folder)));
+    if (!can) {
+        // A folder that is not there is another answer than one that takes nothing.
+        const std::string reason = context.lastLoggedError();
+        static_cast<void>(requireInOneCall(context, folder));
+        if (!reason.empty())
+            return context.reportStaticFailure("'" + folder + "'");
+    }
+    answer(context, "canAddFile", can);
+    return codeForAnswer(can);
+}
+
+ExitCode isOffline(Context& context)
+{
+    const bool offline = QvNativeTessaportAPI::isOffline(nullptr);
+    answer(context, "offline", offline);
+    return codeForAnswer(offline);
+}
+
+ExitCode areInWorkspace(Context& context, const std::vector<std::string>& paths)
+{
+    ExitCode code = ExitCode::Ok;
+    const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
+    for (const std::string& path : paths) {
+        bool inWorkspace = false;
+        const QVString absolute = libraryText(absolutePath(path));
+        if (QvNativeTessaportAPI::isFileInWorkspace(nullptr, absolute, inWorkspace) != QVCode::Success)
+            return context.reportStaticFailure("'" + path + "'");
+        if (list != nullptr)
+            list->add({{"path", path}, {"inWorkspace", inWorkspace}});
+        else
+            context.output.line((inWorkspace ? "yes  " : "no   ") + printable(path));
+        if (!inWorkspace)
+            code = ExitCode::Failure;
+    }
+    return code;
+}
+
+ExitCode exists(Context& context, const std::string& path)
+{
+    const bool isThere = findInOneCall(context, path).has_value();
+    answer(context, "exists", isThere);
+    return codeForAnswer(isThere, ExitCode::NotFound);
+}
+
+ExitCode showFullPath(Context& context, const std::string& path)
+{
+    const std::string full = utf8(QvNativeTessaportAPI::toTrueFullPath(wide(path)));
+    context.output.line(context.options.json ? toLine({{"path", path}, {"fullPath", full}}) : printable(full));
+    return ExitCode::Ok;
+}
+
+ExitCode check(Context& context)
+{
+    if (!QvNativeTessaportAPI::discover(nullptr))
+        return context.reportStaticFailure("the sync application cannot be reached");
+    if (!QvNativeTessaportAPI::canAccessDriveData(nullptr))
+        return context.reportStaticFailure("the drives cannot be read");
+    if (context.options.json)
+        context.output.line(toLine({{"driveDataAccessible", true}}));
+    else
+        context.output.line("The sync application answers, and its drives can be read.");
+    return ExitCode::Ok;
+}
+
+void addPathQuestion(const CommandLine& line, const char* name, const char* description, const char* example,
+    const char* pathName, ExitCode (*ask)(Context&, const std::string&))
+{
+    const auto path = std::make_shared<std::string>();
+    addCommand(line, name, description, example, [path, ask](Context& context) { return ask(context, *path); })
+        .add_option("path", *path, "A path with either slash")
+        ->type_name(pathName)
+        ->required();
+}
+
+} // namespace
+
+void addQuestionCommands(const CommandLine& line)
+{
+    addPathQuestion(line, "can-add-file", "Say whether a folder takes new files (0: yes, 1: no)",
+        "tessaport can-add-file FOLDER", "FOLDER", canAddFile);
+    addPathQuestion(line, "exists", "Say whether there is an item at a path (0: yes, 3: no)", "tessaport exists PATH",
+        "PATH", exists);
+    addPathQuestion(line, "full-path", "Show the absolute, normalised form of a path, as .NET sees it",
+        "tessaport full-path ../plans", "PATH", showFullPath);
+    addCommand(line, "offline", "Say whether a drive is offline (0: yes, 1: no)", "tessaport offline", isOffline);
+    addCommand(line, "check", "Say whether the drives can be read", "tessaport check", check);
+    const auto paths = std::make_shared<std::vector<std::string>>();
+    addCommand(line, "in-workspace", "Say which local files are in a workspace (0: all of them, 1: not all)",
+        "tessaport in-workspace PATH PATH", [paths](Context& context) { return areInWorkspace(context, *paths); })
+        .add_option("path", *paths, "Local files, with either slash")
+        ->type_name("PATH")
+        ->required();
+}
+
+} // namespace Quorvex::Velmora::Tool

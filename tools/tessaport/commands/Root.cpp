@@ -1,0 +1,66 @@
+#include <memory>
+
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct RootOptions {
+    std::string driveType = "Quorvex.DataSourceType.Drive";
+    bool firstDrive = false;
+};
+
+void print(Context& context, const Item& item)
+{
+    if (context.options.json)
+        context.output.line(toLine(toJson(item)));
+    else
+        context.output.line(printable(localPath(item)));
+}
+
+ExitCode showFirstRoot(Context& context)
+{
+    Item item;
+    if (QvNativeTessaportAPI::getRootFolderItem(nullptr, item) != QVCode::Success)
+        return context.reportStaticFailure("there is no answer");
+    if (item.workspacePath.Empty())
+        throw Failure(ExitCode::NotFound, "there are no drives");
+    print(context, item);
+    return ExitCode::Ok;
+}
+
+ExitCode showWritableFolder(Context& context, const std::string& driveType)
+{
+    Item item;
+    QVString path;
+    if (QvNativeTessaportAPI::getRootFolderLocalPath(nullptr, libraryText(driveType), path, item) == QVCode::Success) {
+        print(context, item);
+        return ExitCode::Ok;
+    }
+    if (!context.lastLoggedError().empty())
+        return context.reportStaticFailure("type '" + driveType + "'");
+    throw Failure(ExitCode::NotFound, "no folder at the top of a drive of type '" + driveType + "' takes new files");
+}
+
+} // namespace
+
+void addRootCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<RootOptions>();
+    CLI::App& command = addCommand(line, "root", "Show the folder at the top of a drive that takes new files",
+        "tessaport root\n"
+        "tessaport root --first       the root of the first drive, whether it takes files or not",
+        [options](Context& context) {
+            return options->firstDrive ? showFirstRoot(context) : showWritableFolder(context, options->driveType);
+        });
+    command.add_option("--type", options->driveType, "Type of the drive")->type_name("TYPE")->capture_default_str();
+    command.add_flag("--first", options->firstDrive, "Show the root of the first drive");
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,75 @@
+#include <memory>
+
+#include "../Home.h"
+#include "../Paths.h"
+#include "../output/Json.h"
+#include "../output/Table.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+ExitCode changeState(Context& context, const std::string& state)
+{
+    const Home home = Home::locate();
+    home.setState(state);
+    if (context.options.json)
+        context.output.line(toLine({{"home", toText(home.folder())}, {"state", state}}));
+    else
+        context.output.line("The local sync service in '" + toText(home.folder()) + "' is now " + state + ".");
+    return ExitCode::Ok;
+}
+
+ExitCode showState(Context& context)
+{
+    const Home home = Home::locate();
+    const ServiceStateName* const state = home.state();
+    if (state == nullptr)
+        throw Failure(ExitCode::Failure, "'" + toText(home.serviceFile()) +
+                                             "' names no state of the service; write it anew with "
+                                             "'tessaport service start'");
+    if (context.options.json) {
+        context.output.line(toLine({{"home", toText(home.folder())}, {"state", state->name}}));
+    } else {
+        const Colour colour = state->code == ExitCode::Ok ? Colour::Good : Colour::Bad;
+        context.output.line(context.output.coloured(colour, state->name) + ": " + state->meaning);
+        context.output.line("Home: " + toText(home.folder()));
+    }
+    return state->code;
+}
+
+CLI::Validator isState()
+{
+    std::vector<std::string> names;
+    for (const ServiceStateName& state : ServiceStates)
+        names.emplace_back(state.name);
+    return CLI::IsMember(names);
+}
+
+} // namespace
+
+void addServiceCommands(const CommandLine& line)
+{
+    CLI::App& group = addGroup(line, "service", "Start, stop and look at the local sync service",
+        "tessaport service status\n"
+        "tessaport service stop\n"
+        "tessaport service set-state requires-update");
+    const CommandLine inside{group, line.context, line.chosen};
+    addCommand(inside, "start", "Let the service answer requests", "tessaport service start",
+        [](Context& context) { return changeState(context, "running"); });
+    addCommand(inside, "stop", "Let requests fail as when the sync application does not run", "tessaport service stop",
+        [](Context& context) { return changeState(context, "not-running"); });
+    addCommand(inside, "status", "Show the state; ends with the code that requests would end with",
+        "tessaport service status", showState);
+    const auto state = std::make_shared<std::string>();
+    addCommand(inside, "set-state", "Put the service into a state, to see how a host behaves then",
+        "tessaport service set-state forced-update", [state](Context& context) { return changeState(context, *state); })
+        .add_option("state", *state, "The state")
+        ->type_name("STATE")
+        ->check(isState())
+        ->required();
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,125 @@
+#include <memory>
+
+#include "../ItemLookup.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+#include "Views.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+QVBuffer<Item> branchesOf(Context& context, const Item& folder, const TreeOptions& options)
+{
+    return options.foldersOnly ? context.connection().getChildFolders(folder)
+                               : context.connection().getFolderContents(folder);
+}
+
+bool isDeepEnough(const TreeOptions& options, unsigned depth) { return options.depth != 0 && depth >= options.depth; }
+
+std::string noteOn(const Item& item)
+{
+    const std::string where = whereItStands(item);
+    return where == "both" ? "" : "  (" + where + " only)";
+}
+
+void draw(Context& context, const Item& folder, const std::string& indent, const TreeOptions& options, unsigned depth)
+{
+    if (isDeepEnough(options, depth))
+        return;
+    const auto branches = branchesOf(context, folder, options);
+    for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
+        const Item& item = *branches[i];
+        const bool last = i + 1 == branches.GetSize();
+        const Cell name = nameCell(item);
+        context.output.line(indent + (last ? "└── " : "├── ") +
+                            context.output.coloured(name.colour, printable(name.text)) +
+                            context.output.coloured(Colour::Dim, noteOn(item)));
+        if (item.isFolder)
+            draw(context, item, indent + (last ? "    " : "│   "), options, depth + 1);
+    }
+}
+
+void addWithDepth(JsonList& list, const Item& item, unsigned depth)
+{
+    Json json = toJson(item);
+    json["depth"] = depth;
+    list.add(json);
+}
+
+void listBranches(Context& context, JsonList& list, const Item& folder, const TreeOptions& options, unsigned depth)
+{
+    if (isDeepEnough(options, depth))
+        return;
+    for (const Item& item : branchesOf(context, folder, options)) {
+        addWithDepth(list, item, depth + 1);
+        if (item.isFolder)
+            listBranches(context, list, item, options, depth + 1);
+    }
+}
+
+struct Root {
+    Item item;
+    std::string title;
+};
+
+std::vector<Root> rootsFor(Context& context, const TreeOptions& options)
+{
+    std::vector<Root> roots;
+    if (options.path.empty()) {
+        for (const Drive& drive : context.connection().getDrives())
+            roots.push_back({drive.root, utf8(drive.name)});
+    } else {
+        const Item item = findItem(context, options.path);
+        roots.push_back({item, localPath(item)});
+    }
+    return roots;
+}
+
+ExitCode tree(Context& context, const TreeOptions& options)
+{
+    const std::vector<Root> roots = rootsFor(context, options);
+    if (!context.options.json) {
+        for (const Root& root : roots)
+            showTree(context, root.item, root.title, options);
+        return ExitCode::Ok;
+    }
+    JsonList list(context.output);
+    for (const Root& root : roots) {
+        addWithDepth(list, root.item, 0);
+        if (root.item.isFolder)
+            listBranches(context, list, root.item, options, 0);
+    }
+    list.close();
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void showTree(Context& context, const Item& root, const std::string& title, const TreeOptions& options)
+{
+    context.output.line(context.output.coloured(Colour::Heading, printable(title)));
+    if (root.isFolder)
+        draw(context, root, "", options, 0);
+}
+
+void addTreeCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<TreeOptions>();
+    CLI::App& command = addCommand(line, "tree", "Show a folder and all that is beneath it; without PATH all drives",
+        "tessaport tree PATH\n"
+        "tessaport tree --depth 2          all drives, two levels\n"
+        "tessaport tree --json PATH        each item with its depth",
+        [options](Context& context) { return tree(context, *options); });
+    command.add_option("path", options->path, "Folder in a workspace, with either slash")->type_name("PATH");
+    command.add_option("--depth", options->depth, "Show this many levels")
+        ->type_name("N")
+        ->check(CLI::Range(1U, 1000000U).description(""));
+    command.add_flag("--folders", options->foldersOnly, "Show folders only");
+}
+
+} // namespace Quorvex::Velmora::Tool

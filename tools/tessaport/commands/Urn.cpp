@@ -1,0 +1,64 @@
+#include <memory>
+
+#include "../OneCall.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct UrnOptions {
+    std::string path;
+    bool parentKey = false;
+};
+
+// By path rather than by item: the service's own spelling of the path is what the drives are compared with.
+Urn urnByPath(const Item& item, bool useParentFolderKey)
+{
+    const std::wstring path = item.workspacePath.w_str();
+    const auto [projectId, urn] = item.isFolder ? QvNativeTessaportAPI::getFolderUrn(nullptr, path, useParentFolderKey)
+                                                : QvNativeTessaportAPI::getFileUrn(nullptr, path);
+    return {projectId, urn};
+}
+
+ExitCode showUrn(Context& context, const UrnOptions& options)
+{
+    const Item item = requireInOneCall(context, options.path);
+    const Urn found = urnByPath(item, options.parentKey);
+    if (found.urn.empty()) {
+        context.output.message(
+            "'" + options.path + "' has no URN" +
+            (item.isFolder && !options.parentKey ? "; some drives give folders one with --parent-key only"
+                : item.isOnServer                ? ""
+                                                 : ", as it is not on the server yet"));
+        return ExitCode::NotFound;
+    }
+    if (context.options.json) {
+        context.output.line(toLine({{"path", options.path}, {"projectId", found.projectId}, {"urn", found.urn}}));
+        return ExitCode::Ok;
+    }
+    if (!found.projectId.empty())
+        context.output.line("project  " + printable(found.projectId));
+    context.output.line("urn      " + printable(found.urn));
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addUrnCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<UrnOptions>();
+    CLI::App& command = addCommand(line, "urn", "Show the cloud identifiers of a file or folder",
+        "tessaport urn PATH\n"
+        "tessaport urn --parent-key FOLDER",
+        [options](Context& context) { return showUrn(context, *options); });
+    command.add_option("path", options->path, "File or folder in a workspace")->type_name("PATH")->required();
+    command.add_flag("--parent-key", options->parentKey, "For a folder, read the property that names it as a parent");
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,30 @@
+#include "../Text.h"
+#include "../output/Json.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+ExitCode showVersions(Context& context)
+{
+    const std::string version = utf8(context.connection().getVersion());
+    if (context.options.json)
+        context.output.line(toLine({{"tool", VELMORA_TOOL_VERSION}, {"tessaport", version}}));
+    else
+        context.output.line("Tessaport " + version + " (tool " VELMORA_TOOL_VERSION ")");
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addVersionCommand(const CommandLine& line)
+{
+    addCommand(line, "version", "Show the version of the sync application",
+        "tessaport version\n"
+        "tessaport version --json",
+        showVersions);
+}
+
+} // namespace Quorvex::Velmora::Tool

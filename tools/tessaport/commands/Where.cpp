@@ -1,0 +1,121 @@
+#include <memory>
+
+#include "../ItemLookup.h"
+#include "../OneCall.h"
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Items.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+using namespace TessaportAPI;
+
+struct WhereOptions {
+    std::string path;
+    std::string id;
+};
+
+/// All that identifies an item, here and in the cloud.
+struct Place {
+    Drive drive;
+    std::string relativePath;
+    std::string localPath;
+    std::string permanentId;
+    Urn urn;
+};
+
+// Some drives name a folder by its own property, others only as a parent.
+Urn anyUrnOf(const Item& item)
+{
+    const Urn own = urnOf(item, false);
+    return own.urn.empty() && item.isFolder ? urnOf(item, true) : own;
+}
+
+std::string permanentIdOf(const Item& item)
+{
+    QVString permanentId;
+    Result result{};
+    return QvNativeTessaportAPI::getPermanentIdByItem(nullptr, item, permanentId, result) ? utf8(permanentId) : "";
+}
+
+Place placeByPath(Context& context, const std::string& path)
+{
+    const Item item = requireInOneCall(context, path);
+    QVString permanentId;
+    if (!QvNativeTessaportAPI::getPermanentIdByFullWorkspacePath(nullptr, item.workspacePath, permanentId))
+        permanentId = libraryText(permanentIdOf(item));
+    return {findDrive(context, utf8(item.driveId)), utf8(item.relativePath), localPath(item), utf8(permanentId),
+        anyUrnOf(item)};
+}
+
+Place placeById(Context& context, const std::string& id)
+{
+    Item item;
+    QVUUID driveId;
+    QVString path;
+    const QVString permanentId = libraryText(id);
+    if (!QvNativeTessaportAPI::getItemByPermanentId(nullptr, permanentId, item) ||
+        !QvNativeTessaportAPI::getDriveUUIDByPermanentId(nullptr, permanentId, driveId) ||
+        !QvNativeTessaportAPI::getFullWorkspacePathByPermanentId(nullptr, permanentId, path)) {
+        context.connection().discover();
+        throw Failure(ExitCode::NotFound, "'" + id + "': no item has this permanent id, or its drive is offline");
+    }
+    item.workspacePath = path;
+    return {findDrive(context, utf8(driveId)), utf8(item.relativePath), localPath(item), id, anyUrnOf(item)};
+}
+
+void printAsJson(Output& output, const Place& place)
+{
+    output.line(toLine({{"drive", utf8(place.drive.name)}, {"driveId", utf8(place.drive.id)},
+        {"driveType", utf8(place.drive.driveType)}, {"relativePath", place.relativePath},
+        {"localPath", place.localPath}, {"permanentId", place.permanentId}, {"projectId", place.urn.projectId},
+        {"urn", place.urn.urn}}));
+}
+
+void printAsText(Output& output, const Place& place)
+{
+    Table table;
+    const auto add = [&table](const char* name, const std::string& value) {
+        table.row({Cell(name, Colour::Heading), value.empty() ? "-" : value});
+    };
+    add("Drive", utf8(place.drive.name));
+    add("Drive id", utf8(place.drive.id));
+    add("Type", utf8(place.drive.driveType));
+    add("Relative path", place.relativePath);
+    add("Local path", place.localPath);
+    add("Permanent id", place.permanentId);
+    add("Project id", place.urn.projectId);
+    add("URN", place.urn.urn);
+    table.print(output);
+}
+
+ExitCode where(Context& context, const WhereOptions& options)
+{
+    if (options.path.empty() == options.id.empty())
+        throw Failure(ExitCode::Usage, "name one item, by its path or with --id");
+    const Place place = options.id.empty() ? placeByPath(context, options.path) : placeById(context, options.id);
+    if (context.options.json)
+        printAsJson(context.output, place);
+    else
+        printAsText(context.output, place);
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addWhereCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<WhereOptions>();
+    CLI::App& command = addCommand(line, "where", "Show drive, type, path and all identifiers of an item in one answer",
+        "tessaport where PATH\n"
+        "tessaport where --id tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
+        [options](Context& context) { return where(context, *options); });
+    command.add_option("path", options->path, "File or folder in a workspace")->type_name("PATH");
+    command.add_option("--id", options->id, "Permanent id of the item")->type_name("ID");
+}
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,38 @@
+#include "Outcomes.h"
+
+#include "../Text.h"
+
+namespace Quorvex::Velmora::Tool
+{
+
+Outcomes::Outcomes(Context& commandContext)
+    : context(commandContext),
+      json(commandContext.options.json ? std::make_unique<JsonList>(commandContext.output) : nullptr)
+{
+}
+
+void Outcomes::done(const std::string& path, const std::string& what)
+{
+    ++count;
+    if (json != nullptr)
+        json->add({{"path", path}, {"outcome", what}});
+    else
+        context.output.line(what + "  " + printable(path));
+}
+
+void Outcomes::failed(const std::string& path, const std::string& reason, ExitCode code)
+{
+    combine(worst, code);
+    if (json != nullptr)
+        json->add({{"path", path}, {"outcome", "failed"}, {"reason", reason}});
+    context.output.message("'" + printable(path) + "': " + reason);
+}
+
+ExitCode Outcomes::finish()
+{
+    if (json != nullptr)
+        json->close();
+    return worst;
+}
+
+} // namespace Quorvex::Velmora::Tool
