@@ -15,7 +15,7 @@ namespace
 
 std::unique_ptr<CommandImp> copied(const CommandImp* source)
 {
-    return source == nullptr ? nullptr : std::make_unique<CommandImp>(*source);
+    return CommandImp::holdsCommand(source) ? std::make_unique<CommandImp>(*source) : nullptr;
 }
 
 std::unique_ptr<std::uint8_t[]> allocated(std::uint64_t count)
@@ -105,7 +105,7 @@ Command& Command::operator=(Command&& other) noexcept
     isBeginningOfGroup = other.isBeginningOfGroup;
     isDefaultCommand = other.isDefaultCommand;
     delete[] std::exchange(image, std::exchange(other.image, {})).data;
-    if (other.implementation != nullptr)
+    if (CommandImp::holdsCommand(other.implementation))
         delete std::exchange(implementation, std::exchange(other.implementation, nullptr));
     return *this;
 }

@@ -24,6 +24,12 @@ public:
         return internalCommand;
     }
 
+    /// False for what names no command; an assignment from such a one changes nothing.
+    [[nodiscard]] static bool holdsCommand(const CommandImp* imp) noexcept
+    {
+        return imp != nullptr && imp->internalCommand != nullptr;
+    }
+
 private:
     std::shared_ptr<Tessaport::CommandWrapper> internalCommand;
 };

@@ -30,7 +30,7 @@ ItemId::~ItemId() { ItemIdImp::destroy(implementation); }
 
 ItemId& ItemId::operator=(const ItemId& other)
 {
-    if (this != &other && other.implementation != nullptr) {
+    if (this != &other && ItemIdImp::holdsId(other.implementation)) {
         ItemIdImp* const former = std::exchange(implementation, copied(other.implementation));
         ItemIdImp::destroy(former);
     }
@@ -39,7 +39,7 @@ ItemId& ItemId::operator=(const ItemId& other)
 
 ItemId& ItemId::operator=(ItemId&& other) noexcept
 {
-    if (this != &other && other.implementation != nullptr) {
+    if (this != &other && ItemIdImp::holdsId(other.implementation)) {
         ItemIdImp* const former = std::exchange(implementation, std::exchange(other.implementation, nullptr));
         ItemIdImp::destroy(former);
     }

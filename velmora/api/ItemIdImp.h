@@ -23,6 +23,12 @@ public:
     void setInternalId(std::shared_ptr<Tessaport::ItemIdWrapper> id) noexcept { internalId = std::move(id); }
     [[nodiscard]] std::shared_ptr<Tessaport::ItemIdWrapper> getInternalId() const noexcept { return internalId; }
 
+    /// False for what names no item; an assignment from such a one changes nothing.
+    [[nodiscard]] static bool holdsId(const ItemIdImp* imp) noexcept
+    {
+        return imp != nullptr && imp->internalId != nullptr;
+    }
+
     static void destroy(ItemIdImp* imp) noexcept
     {
         if (imp != nullptr)

@@ -31,13 +31,15 @@ namespace
 {
 
 // Texts are immutable and counted together with the others of their block: the texts of one record come and go
-// together, and one allocation is a third of the price of three.
-struct Block {
+// together, and one allocation is a third of the price of three. A room for something else may stand between the block
+// and its texts.
+struct alignas(std::max_align_t) Block {
     std::atomic<std::uint32_t> references;
     std::uint32_t textCount;
+    std::uint32_t firstText;
 };
 
-constexpr std::size_t TextAlignment = alignof(std::max_align_t) < 8 ? alignof(std::max_align_t) : 8;
+constexpr std::size_t TextAlignment = 8;
 
 constexpr std::size_t aligned(std::size_t size) noexcept { return (size + TextAlignment - 1) & ~(TextAlignment - 1); }
 
@@ -53,17 +55,19 @@ Block* blockOf(Representation* text) noexcept
     return reinterpret_cast<Block*>(reinterpret_cast<unsigned char*>(text) - text->offsetInBlock);
 }
 
-// Offsets inside a block have 32 bits.
-void checkBlockSize(std::size_t size)
+// Lengths and offsets have 32 bits.
+void checkLength(std::size_t length)
 {
-    if (size > std::numeric_limits<std::uint32_t>::max())
+    if (length > std::numeric_limits<std::uint32_t>::max() / sizeof(wchar_t))
         throw std::bad_alloc();
 }
 
-Block* allocateBlock(std::size_t size)
+Block* allocateBlock(std::size_t roomSize, std::size_t textSize)
 {
-    checkBlockSize(size);
-    return new (::operator new(size)) Block{{0}, 0};
+    const std::size_t firstText = sizeof(Block) + aligned(roomSize);
+    if (textSize > std::numeric_limits<std::uint32_t>::max() - firstText)
+        throw std::bad_alloc();
+    return new (::operator new(firstText + textSize)) Block{{0}, 0, static_cast<std::uint32_t>(firstText)};
 }
 
 template <class Representation>
@@ -71,9 +75,22 @@ Representation* placeText(Block* block, std::size_t offset) noexcept
 {
     auto* const text = new (reinterpret_cast<unsigned char*>(block) + offset) Representation;
     text->offsetInBlock = static_cast<std::uint32_t>(offset);
-    block->references.fetch_add(1, std::memory_order_relaxed);
     ++block->textCount;
     return text;
+}
+
+template <class Representation>
+void releaseBlock(Block* block) noexcept
+{
+    if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        return;
+    auto* position = reinterpret_cast<unsigned char*>(block) + block->firstText;
+    for (std::uint32_t i = 0; i < block->textCount; ++i) {
+        auto* const each = reinterpret_cast<Representation*>(position);
+        delete[] each->narrow.load(std::memory_order_acquire);
+        position += sizeOfText<Representation>(each->length);
+    }
+    ::operator delete(block);
 }
 
 template <class Representation>
@@ -81,10 +98,10 @@ Representation* makeText(std::wstring_view characters)
 {
     if (characters.empty())
         return nullptr;
-    if (characters.size() > std::numeric_limits<std::uint32_t>::max() / sizeof(wchar_t))
-        throw std::bad_alloc();
-    Block* const block = allocateBlock(sizeof(Block) + sizeOfText<Representation>(characters.size()));
-    auto* const text = placeText<Representation>(block, sizeof(Block));
+    checkLength(characters.size());
+    Block* const block = allocateBlock(0, sizeOfText<Representation>(characters.size()));
+    auto* const text = placeText<Representation>(block, block->firstText);
+    block->references.store(1, std::memory_order_relaxed);
     text->length = static_cast<std::uint32_t>(characters.size());
     std::memcpy(text->characters(), characters.data(), characters.size() * sizeof(wchar_t));
     text->characters()[characters.size()] = L'\0';
@@ -113,19 +130,7 @@ QVString::QVString(const wchar_t* text)
 
 QVString::QVString(const QVString& other) noexcept : representation(retain(other.representation)) {}
 
-void QVString::release(Representation* text) noexcept
-{
-    Block* const block = blockOf(text);
-    if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
-        return;
-    auto* position = reinterpret_cast<unsigned char*>(block) + sizeof(Block);
-    for (std::uint32_t i = 0; i < block->textCount; ++i) {
-        auto* const each = reinterpret_cast<Representation*>(position);
-        delete[] each->narrow.load(std::memory_order_acquire);
-        position += sizeOfText<Representation>(each->length);
-    }
-    ::operator delete(block);
-}
+void QVString::release(Representation* text) noexcept { releaseBlock<Representation>(blockOf(text)); }
 
 QVString& QVString::operator=(const QVString& other) noexcept
 {
@@ -192,36 +197,40 @@ QVString TextAccess::make(std::wstring_view text)
     return result;
 }
 
-void TextAccess::assign(const TextAssignment* assignments, std::size_t count)
+void* TextAccess::assign(
+    const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners)
 {
     using Representation = QVString::Representation;
-    std::size_t size = sizeof(Block);
-    bool anyText = false;
+    const auto isEmpty = [](std::u16string_view source) { return source.empty() || source.front() == u'\0'; };
+    std::size_t textSize = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const std::u16string_view source = assignments[i].source;
-        if (source.size() > std::numeric_limits<std::uint32_t>::max() / sizeof(wchar_t))
-            throw std::bad_alloc();
-        if (!source.empty() && source.front() != u'\0') {
-            size += sizeOfText<Representation>(source.size());
-            anyText = true;
-        }
+        checkLength(source.size());
+        textSize += isEmpty(source) ? 0 : sizeOfText<Representation>(source.size());
     }
-    Block* const block = anyText ? allocateBlock(size) : nullptr;
-    std::size_t offset = sizeof(Block);
+    Block* const block = textSize + roomSize != 0 ? allocateBlock(roomSize, textSize) : nullptr;
+    std::size_t offset = block != nullptr ? block->firstText : 0;
     for (std::size_t i = 0; i < count; ++i) {
-        QVString& target = *assignments[i].target;
-        const std::u16string_view source = assignments[i].source;
-        Representation* text = nullptr;
-        if (!source.empty() && source.front() != u'\0') {
-            text = placeText<Representation>(block, offset);
-            text->length = static_cast<std::uint32_t>(widenToFirstZero(source, text->characters()));
+        QVString made;
+        if (!isEmpty(assignments[i].source)) {
+            auto* const text = placeText<Representation>(block, offset);
+            text->length = static_cast<std::uint32_t>(widenToFirstZero(assignments[i].source, text->characters()));
             text->characters()[text->length] = L'\0';
             offset += sizeOfText<Representation>(text->length);
+            made.representation = text;
         }
-        QVString former;
-        former.representation = target.representation;
-        target.representation = text;
+        made.swap(*assignments[i].target);
     }
+    if (block == nullptr)
+        return nullptr;
+    // Last, because nobody else knows the block yet: one store instead of an exchange for each owner.
+    block->references.store(block->textCount + roomOwners, std::memory_order_relaxed);
+    return roomSize == 0 ? nullptr : block + 1;
+}
+
+void TextAccess::releaseRoom(void* room) noexcept
+{
+    releaseBlock<QVString::Representation>(static_cast<Block*>(room) - 1);
 }
 
 } // namespace Quorvex::Velmora::Common

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include <velmora/api/QVString.h>
@@ -18,7 +19,15 @@ struct TextAssignment {
 struct TextAccess {
     /// Assigns all the texts in one allocation that lives as long as any of them, or any copy.
     /// When memory runs out nothing is assigned.
-    static void assign(const TextAssignment* assignments, std::size_t count);
+    static void assign(const TextAssignment* assignments, std::size_t count) { assign(assignments, count, 0, 0); }
+
+    /// The same with room for `roomSize` bytes of something else in the allocation, aligned for anything. The room has
+    /// `roomOwners` owners of its own, each of which calls releaseRoom when it goes.
+    /// @return the room; null when its size is 0.
+    static void* assign(
+        const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners);
+
+    static void releaseRoom(void* room) noexcept;
 
     [[nodiscard]] static std::wstring_view view(const QVString& text) noexcept;
     [[nodiscard]] static QVString make(std::wstring_view text);

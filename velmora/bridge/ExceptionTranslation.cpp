@@ -32,6 +32,12 @@ constexpr std::int32_t LastRow = sizeof Rows / sizeof *Rows;
 
 } // namespace
 
+void throwUnlessDone(std::int32_t row, OwnedReply& reply)
+{
+    if (row != 0)
+        throw ManagedFailure(row, reply.message());
+}
+
 void runWhileHandlingExceptions(std::function<void()> operation)
 {
     try {

@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include <velmora/bridge/replies/OwnedReply.h>
+
 namespace Quorvex::Velmora::Tessaport
 {
 
@@ -24,6 +26,10 @@ private:
     std::int32_t rowNumber;
     std::wstring text;
 };
+
+/// @param row  what the call returned; its message stands in the reply.
+/// @throws ManagedFailure unless the row is 0.
+void throwUnlessDone(std::int32_t row, OwnedReply& reply);
 
 /// Runs the operation once. A managed failure leaves as the native exception of its row, with its message unchanged; a
 /// native exception as ApiException with its what(), unless it is an ApiException already.

@@ -5,7 +5,7 @@
 #include <velmora/api/CommandImp.h>
 #include <velmora/api/ItemIdImp.h>
 #include <velmora/bridge/ExceptionTranslation.h>
-#include <velmora/bridge/IdBlock.h>
+#include <velmora/bridge/IdRoom.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 
 namespace Quorvex::Velmora::Tessaport
@@ -22,8 +22,7 @@ QvManagedTessaportService::QvManagedTessaportService(HWND window)
         VelmoraHandle handle = 0;
         const std::int32_t row = window == nullptr ? entryPoints->createService(&handle, reply.fill())
                                                    : entryPoints->createServiceForWindow(window, &handle, reply.fill());
-        if (row != 0)
-            throw ManagedFailure(row, reply.message());
+        throwUnlessDone(row, reply);
         created->take(handle);
         service = std::move(created);
     });
@@ -43,11 +42,12 @@ void QvManagedTessaportService::setInternalId(ItemId& id, std::shared_ptr<ItemId
     id.implementation->setInternalId(std::move(wrapper));
 }
 
-void QvManagedTessaportService::setInternalId(ItemId& id, ReplyReader& reader)
+void QvManagedTessaportService::setInternalId(ItemId& id, void* room, ReplyReader& reader)
 {
-    TessaportAPI::ItemIdImp* const made = makeItemIdImp(reader.table());
+    ItemIdWrapper* wrapper = nullptr;
+    TessaportAPI::ItemIdImp* const made = makeItemIdImp(room, reader.table(), wrapper);
     TessaportAPI::ItemIdImp::destroy(std::exchange(id.implementation, made));
-    made->getInternalId()->id.take(reader.takeHandle());
+    wrapper->id.take(reader.takeHandle());
 }
 
 std::shared_ptr<CommandWrapper> QvManagedTessaportService::getInternalCommand(const Command& command)

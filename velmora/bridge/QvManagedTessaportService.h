@@ -67,8 +67,8 @@ public:
 
     [[nodiscard]] static std::shared_ptr<ItemIdWrapper> getInternalId(const ItemId& id);
     static void setInternalId(ItemId& id, std::shared_ptr<ItemIdWrapper> wrapper);
-    /// setInternalId of a new wrapper that takes the reader's next handle, in one allocation.
-    static void setInternalId(ItemId& id, ReplyReader& reader);
+    /// setInternalId of a new wrapper in `room` (see IdRoom.h), which takes the reader's next handle.
+    static void setInternalId(ItemId& id, void* room, ReplyReader& reader);
 
     [[nodiscard]] static std::shared_ptr<CommandWrapper> getInternalCommand(const Command& command);
     static void setInternalCommand(Command& command, std::shared_ptr<CommandWrapper> wrapper);
@@ -81,6 +81,8 @@ private:
     /// call(), and the result out of its reply.
     template <class Result, class Function, class... Arguments>
     void request(Result& result, Function function, Arguments... arguments) const;
+    template <class Record, class Function, class... Arguments>
+    void request(QVBuffer<Record>& list, Function function, Arguments... arguments) const;
 
     const TessaportEntryPoints* entryPoints = nullptr;
     std::unique_ptr<ManagedHandle> service;

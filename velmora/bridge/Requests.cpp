@@ -5,13 +5,14 @@
 #include <velmora/bridge/conversions/Handles.h>
 #include <velmora/bridge/conversions/ToManaged.h>
 #include <velmora/bridge/conversions/ToNative.h>
+#include <velmora/bridge/replies/ListReceiver.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
 namespace
 {
 
-// The one record of a reply, or its one list.
+// The one record of a reply.
 template <class Result>
 void read(OwnedReply& reply, Result& result)
 {
@@ -28,9 +29,7 @@ using Kind = CrossingTexts::Kind;
 template <class Function, class... Arguments>
 void QvManagedTessaportService::call(OwnedReply& reply, Function function, Arguments... arguments) const
 {
-    const std::int32_t row = (entryPoints->*function)(service->get(), arguments..., reply.fill());
-    if (row != 0)
-        throw ManagedFailure(row, reply.message());
+    throwUnlessDone((entryPoints->*function)(service->get(), arguments..., reply.fill()), reply);
 }
 
 template <class Result, class Function, class... Arguments>
@@ -39,6 +38,16 @@ void QvManagedTessaportService::request(Result& result, Function function, Argum
     OwnedReply reply(*entryPoints);
     call(reply, function, arguments...);
     read(reply, result);
+}
+
+template <class Record, class Function, class... Arguments>
+void QvManagedTessaportService::request(QVBuffer<Record>& list, Function function, Arguments... arguments) const
+{
+    ListReceiver<Record> receiver(*entryPoints, list);
+    const std::int32_t row = (entryPoints->*function)(service->get(), arguments..., receiver.reply().fill());
+    receiver.rethrowFailure();
+    throwUnlessDone(row, receiver.reply());
+    receiver.finish();
 }
 
 void QvManagedTessaportService::discover()

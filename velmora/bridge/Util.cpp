@@ -13,9 +13,7 @@ std::wstring getFullPath(const std::wstring& path)
     const TessaportEntryPoints& entryPoints = ClrRuntime::ofProcess().entryPoints();
     OwnedReply reply(entryPoints);
     const CrossingText crossing(path);
-    const std::int32_t row = entryPoints.getFullPath(crossing.get(), reply.fill());
-    if (row != 0)
-        throw ManagedFailure(row, reply.message());
+    throwUnlessDone(entryPoints.getFullPath(crossing.get(), reply.fill()), reply);
     return ReplyReader(reply).wideText();
 }
 

@@ -24,7 +24,6 @@ internal static unsafe class Failure
     public static int Report(Exception e, Reply* reply)
     {
         try {
-            *reply = default;
             ReplyWriter.WriteMessage(MessageOf(e), reply);
         } catch (Exception) {
             // Without memory for the message the failure still goes through, without a text.

@@ -26,6 +26,7 @@ internal static class HandleTable
     // returned between the read and the exchange must not pass for an unchanged list.
     private static long firstFree;
 
+    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static long Add(object? target)
     {
         if (target == null)
@@ -55,6 +56,7 @@ internal static class HandleTable
             "The native side passed a handle that is not in use; its native and managed parts do not belong together.");
     }
 
+    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void Release(long handle)
     {
         if (handle == 0 || !IsNumber(handle))

@@ -11,4 +11,12 @@ internal unsafe struct Reply
 
     /// <summary>How many of the reply's handles, from the front, the native side has taken over.</summary>
     public ulong HandlesTaken;
+
+    /// <summary>Takes a full piece of a long list; a result other than 0 ends the request. Null: the list comes in one piece.</summary>
+    public delegate* unmanaged<Reply*, int> TakePiece;
+
+    public void* Taker;
+
+    /// <summary>How many records a list announces, before its first piece; 0 when it does not say.</summary>
+    public ulong ExpectedCount;
 }

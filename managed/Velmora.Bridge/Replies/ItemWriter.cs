@@ -1,5 +1,4 @@
 using System;
-using System.Collections.Generic;
 using System.Runtime.CompilerServices;
 using Quorvex.Tessaport.API;
 
@@ -10,26 +9,12 @@ internal static unsafe class ItemWriter
 {
     // Drive id 16, date 8, lengths of the three texts 4 each, flags 4.
     private const int FixedSize = 40;
-    private const int ExpectedItemSize = 256;
 
     private const uint FolderFlag = 1;
     private const uint InWorkspaceFlag = 2;
     private const uint OnServerFlag = 4;
 
     private static readonly DateTime epoch = new(1970, 1, 1);
-
-    public static void WriteItems(ReplyWriter writer, IEnumerable<Item>? items, ref uint count)
-    {
-        if (items == null)
-            return;
-        foreach (Item item in items) {
-            WriteItem(writer, item);
-            ++count;
-        }
-    }
-
-    public static ReplyWriter WriterFor(IEnumerable<Item>? items) =>
-        new(items is ICollection<Item> list ? (nuint)list.Count * ExpectedItemSize : 0);
 
     // Compiled at its best from the start: the first listing of a process is as likely to be the longest as any.
     [MethodImpl(MethodImplOptions.AggressiveOptimization)]
@@ -49,7 +34,7 @@ internal static unsafe class ItemWriter
         int workspaceLength = workspacePath?.Length ?? 0;
         writer.Align(sizeof(long));
         nuint textSize = ((nuint)nameLength + (nuint)relativeLength + (nuint)workspaceLength) * sizeof(char);
-        byte* target = writer.Append(FixedSize + ((textSize + 7) & ~(nuint)7));
+        byte* target = writer.Append(FixedSize + ((textSize + 3) & ~(nuint)3));
         driveId.TryWriteBytes(new Span<byte>(target, 16), true, out _);
         *(long*)(target + 16) = modified;
         *(int*)(target + 24) = nameLength;

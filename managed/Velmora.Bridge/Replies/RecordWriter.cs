@@ -1,3 +1,4 @@
+using System;
 using System.Collections.Generic;
 using Quorvex.Tessaport.API;
 
@@ -68,7 +69,10 @@ internal static class RecordWriter
     {
         nuint place = writer.ReserveUInt32();
         uint count = 0;
-        ItemWriter.WriteItems(writer, items, ref count);
+        foreach (Item item in items ?? Array.Empty<Item>()) {
+            ItemWriter.WriteItem(writer, item);
+            ++count;
+        }
         writer.WriteUInt32At(place, count);
     }
 }

@@ -19,16 +19,20 @@ internal sealed unsafe class ReplyWriter : IDisposable
     private const int HeaderSize = 16;
     private const nuint FirstCapacity = 512;
 
+    // About a second-level cache: what was written is read again before it leaves it. Smaller pieces were slower here.
+    private const nuint PieceSize = 1024 * 1024;
+
     private byte* data;
     private nuint size = HeaderSize;
     private nuint capacity;
     private long* handles;
     private nuint handleCount;
     private nuint handleCapacity;
+    private uint recordCount;
 
-    public ReplyWriter(nuint expectedSize = 0)
+    public ReplyWriter()
     {
-        capacity = Math.Max(expectedSize, FirstCapacity);
+        capacity = FirstCapacity;
         data = (byte*)NativeMemory.Alloc(capacity);
     }
 
@@ -69,6 +73,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
     public void WriteRequiredText(string text) => WriteText(text.ToString());
 
     /// <summary>Refers to a managed object by the next handle.</summary>
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void WriteHandle(object? target)
     {
         if (handleCount == handleCapacity)
@@ -77,6 +82,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         ++handleCount;
     }
 
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void Align(nuint alignment)
     {
         nuint aligned = Filled(size, alignment);
@@ -94,19 +100,31 @@ internal sealed unsafe class ReplyWriter : IDisposable
         return target;
     }
 
-    /// <summary>Hands memory and handles over to the native side.</summary>
-    public void MoveTo(Reply* reply, uint recordCount)
+    /// <summary>Ends a record of a list: when the native side takes pieces and this one is full, it is passed on now.</summary>
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    public void EndRecord(Reply* reply)
     {
-        Align(sizeof(long));
-        nuint offset = size;
-        nuint handleBytes = handleCount * sizeof(long);
-        NativeMemory.Copy(handles, Append(handleBytes), handleBytes);
-        *(uint*)data = recordCount;
-        *(uint*)(data + 4) = checked((uint)handleCount);
-        *(ulong*)(data + 8) = offset;
-        *reply = new Reply { Data = data, Size = size };
+        ++recordCount;
+        if (size >= PieceSize && reply->TakePiece != null)
+            PassPiece(reply);
+    }
+
+    /// <summary>Hands memory and handles over to the native side: the only piece, or the last one.</summary>
+    public void MoveTo(Reply* reply)
+    {
+        Complete();
+        reply->Data = data;
+        reply->Size = size;
+        reply->HandlesTaken = 0;
         data = null;
         handleCount = 0;
+    }
+
+    /// <summary>MoveTo for a reply that is no list.</summary>
+    public void MoveTo(Reply* reply, uint count)
+    {
+        recordCount = count;
+        MoveTo(reply);
     }
 
     public void Dispose()
@@ -131,7 +149,8 @@ internal sealed unsafe class ReplyWriter : IDisposable
         for (ulong i = reply->HandlesTaken; i < count; ++i)
             HandleTable.Release(handles[i]);
         NativeMemory.Free(data);
-        *reply = default;
+        reply->Data = null;
+        reply->Size = 0;
     }
 
     public static void WriteMessage(string message, Reply* reply)
@@ -139,6 +158,37 @@ internal sealed unsafe class ReplyWriter : IDisposable
         using var writer = new ReplyWriter();
         writer.WriteText(message);
         writer.MoveTo(reply, 1);
+    }
+
+    private void Complete()
+    {
+        Align(sizeof(long));
+        nuint offset = size;
+        nuint handleBytes = handleCount * sizeof(long);
+        NativeMemory.Copy(handles, Append(handleBytes), handleBytes);
+        *(uint*)data = recordCount;
+        *(uint*)(data + 4) = checked((uint)handleCount);
+        *(ulong*)(data + 8) = offset;
+    }
+
+    [MethodImpl(MethodImplOptions.NoInlining)]
+    private void PassPiece(Reply* reply)
+    {
+        Complete();
+        reply->Data = data;
+        reply->Size = size;
+        reply->HandlesTaken = 0;
+        int refused = reply->TakePiece(reply);
+        ulong taken = reply->HandlesTaken;
+        reply->Data = null;
+        reply->Size = 0;
+        for (nuint i = (nuint)taken; i < handleCount; ++i)
+            HandleTable.Release(handles[i]);
+        size = HeaderSize;
+        handleCount = 0;
+        recordCount = 0;
+        if (refused != 0)
+            throw new OperationCanceledException("The native side refused a piece of the list.");
     }
 
     private static nuint Filled(nuint count, nuint alignment) => (count + alignment - 1) & ~(alignment - 1);

@@ -1,4 +1,6 @@
+using System;
 using System.Collections.Generic;
+using System.Runtime.CompilerServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
 using Velmora.Bridge.Replies;
@@ -17,28 +19,23 @@ internal static unsafe class Answers
         writer.MoveTo(reply, 1);
     }
 
+    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void List<T>(IEnumerable<T> records, RecordAction<T> write, Reply* reply)
     {
         using var writer = new ReplyWriter();
-        uint count = 0;
+        reply->ExpectedCount = records is ICollection<T> counted ? (ulong)counted.Count : 0;
         foreach (T record in records) {
             write(writer, record);
-            ++count;
+            writer.EndRecord(reply);
         }
-        writer.MoveTo(reply, count);
+        writer.MoveTo(reply);
     }
 
     /// <summary>For lists that the sync application may leave out.</summary>
     public static void OptionalList<T>(IEnumerable<T>? records, RecordAction<T> write, Reply* reply) =>
-        List(records ?? System.Array.Empty<T>(), write, reply);
+        List(records ?? Array.Empty<T>(), write, reply);
 
-    public static void Items(IEnumerable<Item>? items, Reply* reply)
-    {
-        using ReplyWriter writer = ItemWriter.WriterFor(items);
-        uint count = 0;
-        ItemWriter.WriteItems(writer, items, ref count);
-        writer.MoveTo(reply, count);
-    }
+    public static void Items(IEnumerable<Item>? items, Reply* reply) => OptionalList(items, ItemWriter.WriteItem, reply);
 
     public static void Flag(bool value, Reply* reply) => One(value, static (writer, flag) => writer.WriteBool(flag), reply);
 }

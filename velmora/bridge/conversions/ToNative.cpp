@@ -6,6 +6,7 @@
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
+#include <velmora/bridge/IdRoom.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/Wrappers.h>
 
@@ -31,7 +32,15 @@ constexpr std::uint32_t OnServerFlag = 4;
 
 constexpr std::uint64_t ItemAlignment = 8;
 
-void assignItemTexts(const ItemBlock& block, const std::uint8_t* units, TessaportAPI::Item& item)
+// The id's next handle, and the texts, in one allocation.
+template <std::size_t Count>
+void assignIdAndTexts(ReplyReader& reader, TessaportAPI::ItemId& id, const Common::TextAssignment (&texts)[Count])
+{
+    void* const room = Common::TextAccess::assign(texts, Count, IdRoomSize, IdRoomOwners);
+    QvManagedTessaportService::setInternalId(id, room, reader);
+}
+
+void assignIdAndTexts(ReplyReader& reader, const ItemBlock& block, const std::uint8_t* units, TessaportAPI::Item& item)
 {
     const auto* const name = reinterpret_cast<const char16_t*>(units);
     const char16_t* const relativePath = name + block.nameLength;
@@ -41,7 +50,7 @@ void assignItemTexts(const ItemBlock& block, const std::uint8_t* units, Tessapor
         {&item.relativePath, {relativePath, block.relativePathLength}},
         {&item.workspacePath, {workspacePath, block.workspacePathLength}},
     };
-    Common::TextAccess::assign(texts, std::size(texts));
+    assignIdAndTexts(reader, item.id, texts);
 }
 
 void optionalItem(ReplyReader& reader, TessaportAPI::Item& item)
@@ -89,16 +98,13 @@ void toNative(ReplyReader& reader, Common::QVString& text)
     Common::TextAccess::assign(&assignment, 1);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::ItemId& id) { QvManagedTessaportService::setInternalId(id, reader); }
-
 void toNative(ReplyReader& reader, TessaportAPI::Item& item)
 {
     ItemBlock block;
     std::memcpy(&block, reader.bytes(sizeof block, ItemAlignment), sizeof block);
     const std::uint64_t units = std::uint64_t{block.nameLength} + block.relativePathLength + block.workspacePathLength;
     const std::uint8_t* const texts = reader.bytes(units * sizeof(char16_t), sizeof(char16_t));
-    assignItemTexts(block, texts, item);
-    toNative(reader, item.id);
+    assignIdAndTexts(reader, block, texts, item);
     Common::UuidAccess::assign(item.driveId, block.driveId);
     item.isFolder = (block.flags & FolderFlag) != 0;
     item.isInWorkspace = (block.flags & InWorkspaceFlag) != 0;
@@ -164,8 +170,8 @@ void toNative(ReplyReader& reader, TessaportAPI::Command& command)
 void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& lookup)
 {
     lookup.result = result(reader);
-    toNative(reader, lookup.itemId);
-    toNative(reader, lookup.permanentId);
+    const Common::TextAssignment texts[] = {{&lookup.permanentId, reader.text()}};
+    assignIdAndTexts(reader, lookup.itemId, texts);
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& lookup)

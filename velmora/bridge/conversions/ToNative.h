@@ -10,7 +10,6 @@ namespace Quorvex::Velmora::Tessaport
 {
 
 void toNative(ReplyReader& reader, Common::QVString& text);
-void toNative(ReplyReader& reader, TessaportAPI::ItemId& id);
 void toNative(ReplyReader& reader, TessaportAPI::Item& item);
 void toNative(ReplyReader& reader, TessaportAPI::Drive& drive);
 void toNative(ReplyReader& reader, TessaportAPI::CommandResult& result);
@@ -24,21 +23,14 @@ void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& result
 /// The capacity that appending `count` elements one by one leaves: making room at once cannot be told apart from it.
 [[nodiscard]] std::uint32_t capacityAfterAppending(std::uint32_t count) noexcept;
 
-/// `count` records in a row, into an empty buffer.
+/// Appends `count` records in a row.
 template <class Record>
 void toNative(ReplyReader& reader, std::uint32_t count, Common::QVBuffer<Record>& records)
 {
     // No record has less than four bytes.
-    records.Reserve(capacityAfterAppending(reader.plausible(count, 4)));
+    records.Reserve(capacityAfterAppending(records.GetSize() + reader.plausible(count, 4)));
     for (std::uint32_t i = 0; i < count; ++i)
         toNative(reader, records.Append());
-}
-
-/// All records of a reply that is one list.
-template <class Record>
-void toNative(ReplyReader& reader, Common::QVBuffer<Record>& records)
-{
-    toNative(reader, reader.count(), records);
 }
 
 } // namespace Quorvex::Velmora::Tessaport

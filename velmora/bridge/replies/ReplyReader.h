@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -28,7 +29,10 @@ class ReplyReader
 {
 public:
     /// @throws DamagedReply when the header is not one.
-    explicit ReplyReader(OwnedReply& owned);
+    explicit ReplyReader(OwnedReply& owned) : ReplyReader(owned.reply(), owned.table()) {}
+
+    /// Reads a reply, or a piece of one, that somebody else owns.
+    ReplyReader(VelmoraReply& reply, const TessaportEntryPoints& table);
 
     /// Number of records, which is only as true as the sender: see plausible.
     [[nodiscard]] std::uint32_t count() const noexcept { return recordCount; }
@@ -37,23 +41,49 @@ public:
     /// reserved for a count that nothing has confirmed.
     [[nodiscard]] std::uint32_t plausible(std::uint32_t promised, std::uint32_t size) const noexcept;
 
-    [[nodiscard]] std::uint32_t uint32();
+    [[nodiscard]] std::uint32_t uint32()
+    {
+        return number<std::uint32_t>(bytes(sizeof(std::uint32_t), sizeof(std::uint32_t)));
+    }
     [[nodiscard]] std::int32_t int32() { return static_cast<std::int32_t>(uint32()); }
     [[nodiscard]] bool flag() { return uint32() != 0; }
 
-    /// `size` bytes behind the next multiple of `alignment`; valid as long as the reply.
-    [[nodiscard]] const std::uint8_t* bytes(std::uint64_t size, std::uint64_t alignment);
+    /// `size` bytes behind the next multiple of `alignment`, a power of two; valid as long as the reply.
+    [[nodiscard]] const std::uint8_t* bytes(std::uint64_t size, std::uint64_t alignment)
+    {
+        const std::uint64_t gap = (0 - static_cast<std::uint64_t>(position - begin)) & (alignment - 1);
+        const auto left = static_cast<std::uint64_t>(end - position);
+        if (gap > left || size > left - gap)
+            throw DamagedReply();
+        const std::uint8_t* const found = position + gap;
+        position = found + size;
+        return found;
+    }
 
     [[nodiscard]] std::u16string_view text();
     [[nodiscard]] std::wstring wideText();
 
     /// The next handle, which is the caller's from now on.
-    [[nodiscard]] VelmoraHandle takeHandle();
+    [[nodiscard]] VelmoraHandle takeHandle()
+    {
+        if (reply.handlesTaken >= handleCount)
+            throw DamagedReply();
+        return number<VelmoraHandle>(end + reply.handlesTaken++ * sizeof(VelmoraHandle));
+    }
 
-    [[nodiscard]] const TessaportEntryPoints& table() const noexcept { return owned.table(); }
+    [[nodiscard]] const TessaportEntryPoints& table() const noexcept { return *entryPoints; }
 
 private:
-    OwnedReply& owned;
+    template <class Number>
+    [[nodiscard]] static Number number(const std::uint8_t* place) noexcept
+    {
+        Number value;
+        std::memcpy(&value, place, sizeof value);
+        return value;
+    }
+
+    VelmoraReply& reply;
+    const TessaportEntryPoints* entryPoints;
     const std::uint8_t* position = nullptr;
     const std::uint8_t* end = nullptr;
     const std::uint8_t* begin = nullptr;

@@ -29,6 +29,14 @@ struct VelmoraReply {
     std::uint64_t size;
     /// How many of the reply's handles, from the front, the native side has taken over; the others go with the reply.
     std::uint64_t handlesTaken;
+    /// Set before the call by a native side that takes a long list in pieces: called with each full piece, which it has
+    /// only for the time of that call; the last piece comes as the reply. A result other than 0 ends the request.
+    /// Pieces stay in the processor's cache, and a long list needs no memory for all of it twice. Lets no exception
+    /// out.
+    std::int32_t (*takePiece)(VelmoraReply* piece);
+    void* taker;
+    /// How many records a list announces, before its first piece; 0 when it does not say. Nothing but a hint.
+    std::uint64_t expectedCount;
 };
 
 struct VelmoraContext {
@@ -82,7 +90,7 @@ struct TessaportEntryPoints {
     std::int64_t (*countHandles)();
 };
 
-static_assert(sizeof(VelmoraText) == 16 && sizeof(VelmoraReply) == 24 && sizeof(VelmoraContext) == 32);
+static_assert(sizeof(VelmoraText) == 16 && sizeof(VelmoraReply) == 48 && sizeof(VelmoraContext) == 32);
 static_assert(sizeof(TessaportEntryPoints) == 8 + 27 * 8 && offsetof(TessaportEntryPoints, createService) == 8);
 
 /// The first function of the managed half: fills `table` in, whose version and size the native side has set, and binds

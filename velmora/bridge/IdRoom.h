@@ -1,0 +1,22 @@
+// Where the id of a listed item lives: in the allocation of the item's texts. Lists have many ids.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <velmora/api/ItemIdImp.h>
+#include <velmora/bridge/Wrappers.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+
+/// What TextAccess::assign is asked for: the implementation object, and the wrapper with what its owners share.
+constexpr std::size_t IdRoomSize = 80;
+constexpr std::uint32_t IdRoomOwners = 2;
+
+/// Makes both in the room. The implementation object is released through ItemIdImp::destroy; `wrapper` is the one that
+/// it holds, and has no handle yet.
+[[nodiscard]] TessaportAPI::ItemIdImp* makeItemIdImp(
+    void* room, const TessaportEntryPoints& table, ItemIdWrapper*& wrapper) noexcept;
+
+} // namespace Quorvex::Velmora::Tessaport

@@ -1,0 +1,72 @@
+// Takes a list over the C boundary, piece by piece.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+
+#include <velmora/api/QVBuffer.h>
+#include <velmora/bridge/conversions/ToNative.h>
+#include <velmora/bridge/replies/OwnedReply.h>
+#include <velmora/bridge/replies/ReplyReader.h>
+
+namespace Quorvex::Velmora::Tessaport
+{
+
+/// Appends the records of every piece to a buffer. Lives as long as the call that it is the reply of.
+template <class Record>
+class ListReceiver
+{
+public:
+    ListReceiver(const TessaportEntryPoints& table, Common::QVBuffer<Record>& records)
+        : table(table), owned(table), records(records)
+    {
+        owned.reply().takePiece = &takePiece;
+        owned.reply().taker = this;
+    }
+    ListReceiver(const ListReceiver&) = delete;
+    ListReceiver& operator=(const ListReceiver&) = delete;
+
+    [[nodiscard]] OwnedReply& reply() noexcept { return owned; }
+
+    /// What went wrong while a piece was taken, if anything did; it is then the reason for the call's failure.
+    void rethrowFailure() const
+    {
+        if (failure != nullptr)
+            std::rethrow_exception(failure);
+    }
+
+    /// Takes the last piece, which is the reply itself.
+    void finish() { append(owned.reply()); }
+
+private:
+    // An announcement that nothing has confirmed is believed up to here; longer lists grow as they come.
+    static constexpr std::uint64_t LongestAnnouncement = 1U << 20;
+
+    static std::int32_t takePiece(VelmoraReply* piece) noexcept
+    {
+        auto* const self = static_cast<ListReceiver*>(piece->taker);
+        try {
+            self->append(*piece);
+            return 0;
+        } catch (...) {
+            self->failure = std::current_exception();
+            return 1;
+        }
+    }
+
+    void append(VelmoraReply& piece)
+    {
+        ReplyReader reader(piece, table);
+        records.Reserve(
+            capacityAfterAppending(static_cast<std::uint32_t>(std::min(piece.expectedCount, LongestAnnouncement))));
+        toNative(reader, reader.count(), records);
+    }
+
+    const TessaportEntryPoints& table;
+    OwnedReply owned;
+    Common::QVBuffer<Record>& records;
+    std::exception_ptr failure;
+};
+
+} // namespace Quorvex::Velmora::Tessaport
