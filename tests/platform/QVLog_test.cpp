@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <velmora/platform/QVLog.h>
+
+using Quorvex::Velmora::Common::QVLog;
+using Quorvex::Velmora::Common::QVString;
+
+namespace
+{
+
+using Line = std::pair<std::wstring, bool>;
+
+class Log : public testing::Test
+{
+protected:
+    ~Log() override { QVLog::setSink({}); }
+
+    void collect()
+    {
+        QVLog::setSink([this](const QVString& line, bool flag) { lines.emplace_back(line.w_str(), flag); });
+    }
+
+    std::vector<Line> lines;
+};
+
+} // namespace
+
+TEST_F(Log, IsOneForTheProcess)
+{
+    EXPECT_NE(QVLog::getLogFile(), nullptr);
+    EXPECT_EQ(QVLog::getLogFile(), QVLog::getLogFile());
+}
+
+TEST_F(Log, PassesLinesAndFlagsToTheSink)
+{
+    collect();
+
+    QVLog::getLogFile()->addMessage(L"one", false);
+    QVLog::getLogFile()->addMessage(L"two", true);
+
+    EXPECT_EQ(lines, (std::vector<Line>{{L"one", false}, {L"two", true}}));
+}
+
+TEST_F(Log, DropsLinesWithoutASink)
+{
+    QVLog::getLogFile()->addMessage(L"before", false);
+    collect();
+    QVLog::setSink({});
+
+    QVLog::getLogFile()->addMessage(L"after", false);
+
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(Log, GoesOnWhenTheSinkThrows)
+{
+    QVLog::setSink([](const QVString&, bool) { throw std::runtime_error("disk full"); });
+    EXPECT_NO_THROW(QVLog::getLogFile()->addMessage(L"line", false));
+    QVLog::setSink([](const QVString&, bool) { throw 1; });
+    EXPECT_NO_THROW(QVLog::getLogFile()->addMessage(L"line", false));
+
+    collect();
+    QVLog::getLogFile()->addMessage(L"next", false);
+
+    EXPECT_EQ(lines.size(), 1U);
+}
+
+TEST_F(Log, CallsTheSinkOnTheThreadThatWrites)
+{
+    std::thread::id seen;
+    QVLog::setSink([&seen](const QVString&, bool) { seen = std::this_thread::get_id(); });
+
+    std::thread writer([] { QVLog::getLogFile()->addMessage(L"line", false); });
+    const std::thread::id expected = writer.get_id();
+    writer.join();
+
+    EXPECT_EQ(seen, expected);
+}
+
+TEST_F(Log, LetsTheSinkWriteItself)
+{
+    QVLog::setSink([this](const QVString& line, bool flag) {
+        lines.emplace_back(line.w_str(), flag);
+        if (lines.size() < 3)
+            QVLog::getLogFile()->addMessage(L"nested", true);
+    });
+
+    QVLog::getLogFile()->addMessage(L"line", false);
+
+    EXPECT_EQ(lines.size(), 3U);
+}
+
+TEST_F(Log, LosesNoLineOfAnyThreadWhileSinksAreReplaced)
+{
+    std::atomic<int> received{0};
+    const auto count = [&received] { QVLog::setSink([&received](const QVString&, bool) { ++received; }); };
+    count();
+    std::vector<std::thread> writers;
+    for (int i = 0; i < 4; ++i) {
+        writers.emplace_back([] {
+            for (int line = 0; line < 1000; ++line)
+                QVLog::getLogFile()->addMessage(L"line", false);
+        });
+    }
+    for (int i = 0; i < 200; ++i)
+        count();
+    for (std::thread& writer : writers)
+        writer.join();
+
+    EXPECT_EQ(received, 4000);
+}

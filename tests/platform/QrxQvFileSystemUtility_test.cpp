@@ -1,0 +1,291 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include <tests/support/TemporaryFolder.h>
+#include <velmora/platform/NativePath.h>
+#include <velmora/platform/QrxQvFileSystemUtility.h>
+
+using namespace Quorvex::Velmora::Common;
+using Quorvex::Velmora::TestSupport::TemporaryFolder;
+using Utility = QrxQvFileSystemUtility;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+std::wstring backSlashed(std::wstring text)
+{
+    for (wchar_t& c : text)
+        c = c == L'/' ? L'\\' : c;
+    return text;
+}
+
+void makeFile(const fs::path& path) { std::ofstream(path) << "content"; }
+
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const fs::path& folder) : former(fs::current_path()) { fs::current_path(folder); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+    ~CurrentFolder() { fs::current_path(former); }
+
+private:
+    fs::path former;
+};
+
+// The locale of these tests is "C", as in a host that sets none; a name that is not plain ASCII is in every path.
+class FileSystemUtility : public testing::Test
+{
+protected:
+    FileSystemUtility()
+    {
+        EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+        fs::create_directories(root / "folder" / "inner");
+        makeFile(root / "folder" / "file.txt");
+    }
+
+    // A path in the root, in the platform's own form.
+    [[nodiscard]] std::wstring in(const std::wstring& name = {}) const
+    {
+        return wideText(name.empty() ? root : root / nativePath(name));
+    }
+
+    // Its canonical form.
+    [[nodiscard]] std::wstring key(const std::wstring& name = {}) const { return backSlashed(in(name)); }
+
+    static std::wstring canonical(const std::wstring& path, const std::wstring& base = L"/nowhere")
+    {
+        return Utility::canonical(path, base);
+    }
+
+    TemporaryFolder folder;
+    fs::path root = fs::canonical(folder.path());
+};
+
+} // namespace
+
+TEST_F(FileSystemUtility, CanonicalIsTheSameForEitherSlash)
+{
+    EXPECT_EQ(canonical(in(L"folder/file.txt")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(key(L"folder/file.txt")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(L"/home/u/ws/a.txt"), L"\\home\\u\\ws\\a.txt");
+    EXPECT_EQ(canonical(L"\\home\\u\\ws\\a.txt"), L"\\home\\u\\ws\\a.txt");
+}
+
+TEST_F(FileSystemUtility, CanonicalTakesAPathWithADriveLetterAsTheSyncApplicationWritesIt)
+{
+    EXPECT_EQ(canonical(L"D:\\Drive\\x"), L"D:\\Drive\\x");
+    EXPECT_EQ(canonical(L"D:/Drive/./x"), L"D:\\Drive\\x");
+    EXPECT_EQ(canonical(L"D:\\Drive\\a\\..\\x\\"), L"D:\\Drive\\x");
+    EXPECT_EQ(canonical(L"D:\\..\\..\\x"), L"D:\\x");
+    EXPECT_EQ(canonical(L"D:\\"), L"D:\\");
+    EXPECT_EQ(canonical(L"d:\\X"), L"d:\\X");
+    EXPECT_EQ(canonical(L"D:\\Dr\xEFve\\\x4E2D"), L"D:\\Dr\xEFve\\\x4E2D");
+}
+
+#ifndef _WIN32
+TEST_F(FileSystemUtility, CanonicalDoesNotLookForADriveLetterOnTheDisk)
+{
+    const CurrentFolder current(root);
+    fs::create_directories(root / "D:" / "Drive");
+    fs::create_symlink(root / "folder", root / "D:" / "Drive" / "link");
+
+    EXPECT_EQ(canonical(L"D:\\Drive\\link\\x", in()), L"D:\\Drive\\link\\x");
+}
+
+TEST_F(FileSystemUtility, CanonicalFollowsLinks)
+{
+    fs::create_symlink(root / "folder", root / "link");
+    fs::create_symlink("file.txt", root / "folder" / "other.txt");
+
+    EXPECT_EQ(canonical(in(L"link/file.txt")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(in(L"link/other.txt")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(key(L"link/not there.txt")), key(L"folder/not there.txt"));
+}
+
+TEST_F(FileSystemUtility, CanonicalFollowsALinkBeforeItGoesUp)
+{
+    fs::create_symlink(root / "folder" / "inner", root / "link");
+
+    EXPECT_EQ(canonical(in(L"link/../file.txt")), key(L"folder/file.txt"));
+}
+
+TEST_F(FileSystemUtility, CanonicalIsLexicalWhereALinkGoesInACircle)
+{
+    fs::create_symlink(root / "circle", root / "circle");
+
+    EXPECT_EQ(canonical(in(L"circle/./x")), key(L"circle/x"));
+}
+
+TEST_F(FileSystemUtility, CanonicalIsLexicalForATextThatIsNoPathHere)
+{
+    const std::wstring unpaired{L'/', L'a', L'/', L'.', L'/', static_cast<wchar_t>(0xD800)};
+
+    EXPECT_EQ(canonical(unpaired), (std::wstring{L'\\', L'a', L'\\', static_cast<wchar_t>(0xD800)}));
+}
+
+TEST_F(FileSystemUtility, CanonicalIsLexicalForANameThatIsTooLong)
+{
+    const std::wstring longName(5000, L'x');
+
+    EXPECT_EQ(canonical(L"/a/./" + longName), L"\\a\\" + longName);
+}
+#endif
+
+TEST_F(FileSystemUtility, CanonicalIsLexicalForWhatDoesNotExist)
+{
+    EXPECT_EQ(canonical(in(L"absent/../folder/./x/y/../z")), key(L"folder/x/z"));
+    EXPECT_EQ(canonical(L"/absent//a/../../../b"), L"\\b");
+    EXPECT_EQ(canonical(in(L"folder/file.txt/below")), key(L"folder/file.txt/below"));
+}
+
+TEST_F(FileSystemUtility, CanonicalHasNoSlashAtItsEndButTheRoots)
+{
+    EXPECT_EQ(canonical(in(L"folder/")), key(L"folder"));
+    EXPECT_EQ(canonical(in(L"folder") + L"\\"), key(L"folder"));
+    EXPECT_EQ(canonical(L"/"), L"\\");
+    EXPECT_EQ(canonical(L"\\"), L"\\");
+}
+
+TEST_F(FileSystemUtility, CanonicalTakesARelativePathFromTheBase)
+{
+    EXPECT_EQ(canonical(L"file.txt", in(L"folder")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(L"..\\folder\\file.txt", in(L"folder")), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(L"x", L"D:\\Drive\\"), L"D:\\Drive\\x");
+    EXPECT_EQ(canonical(L"", in(L"folder")), key(L"folder"));
+    EXPECT_EQ(canonical(L".", in(L"folder")), key(L"folder"));
+}
+
+TEST_F(FileSystemUtility, CanonicalKeepsNamesWithSpacesAndDots)
+{
+    EXPECT_EQ(canonical(in(L"a b/...c/.d.")), key(L"a b/...c/.d."));
+}
+
+TEST_F(FileSystemUtility, CurrentPathIsTheProcesss)
+{
+    const CurrentFolder current(root);
+
+    EXPECT_EQ(Utility::currentPath(), in());
+}
+
+#ifndef _WIN32
+TEST_F(FileSystemUtility, CurrentPathFailsWhenTheFolderIsGone)
+{
+    fs::create_directory(root / "gone");
+    const CurrentFolder current(root / "gone");
+    fs::remove(root / "gone");
+
+    EXPECT_THROW((void)Utility::currentPath(), fs::filesystem_error);
+    EXPECT_EQ(canonical(in(L"folder/file.txt")), key(L"folder/file.txt"));
+}
+#endif
+
+TEST_F(FileSystemUtility, ExistsIsTrueForFilesAndFolders)
+{
+    EXPECT_TRUE(Utility::exists(in(L"folder")));
+    EXPECT_TRUE(Utility::exists(in(L"folder/file.txt")));
+    EXPECT_FALSE(Utility::exists(in(L"absent")));
+    EXPECT_FALSE(Utility::exists(L""));
+    EXPECT_FALSE(Utility::exists(std::wstring(5000, L'x')));
+}
+
+TEST_F(FileSystemUtility, RemoveTakesAFileAwayOnce)
+{
+    EXPECT_TRUE(Utility::remove(in(L"folder/file.txt")));
+    EXPECT_FALSE(fs::exists(root / "folder" / "file.txt"));
+    EXPECT_FALSE(Utility::remove(in(L"folder/file.txt")));
+}
+
+TEST_F(FileSystemUtility, RemoveAnswersFalseForWhatCannotBeRemoved)
+{
+    EXPECT_FALSE(Utility::remove(in(L"folder")));
+    EXPECT_TRUE(fs::exists(root / "folder"));
+}
+
+TEST_F(FileSystemUtility, ParentPathKeepsTheSlashesItIsGiven)
+{
+    EXPECT_EQ(Utility::parentPath(L"D:\\Drive\\x"), L"D:\\Drive");
+    EXPECT_EQ(Utility::parentPath(L"D:\\Drive"), L"D:\\");
+    EXPECT_EQ(Utility::parentPath(L"/a/b"), L"/a");
+    EXPECT_EQ(Utility::parentPath(L"/a"), L"/");
+    EXPECT_EQ(Utility::parentPath(L"\\a\\b"), L"\\a");
+    EXPECT_EQ(Utility::parentPath(L"a/b\\c"), L"a/b");
+    EXPECT_EQ(Utility::parentPath(L"a\\b/c"), L"a\\b");
+}
+
+TEST_F(FileSystemUtility, ParentPathOfARootIsItselfAndOfANameEmpty)
+{
+    EXPECT_EQ(Utility::parentPath(L"D:\\"), L"D:\\");
+    EXPECT_EQ(Utility::parentPath(L"/"), L"/");
+    EXPECT_EQ(Utility::parentPath(L"name"), L"");
+    EXPECT_EQ(Utility::parentPath(L""), L"");
+}
+
+TEST_F(FileSystemUtility, CombineGivesAPathThatCanBeOpened)
+{
+    const std::wstring path = Utility::combine(in(L"folder"), L"n\xE9w.txt");
+    makeFile(nativePath(path));
+
+    EXPECT_TRUE(Utility::exists(in(L"folder/n\xE9w.txt")));
+    EXPECT_EQ(path, in(L"folder/n\xE9w.txt"));
+}
+
+TEST_F(FileSystemUtility, CombineAddsASlashOnlyWhereThereIsNone)
+{
+    EXPECT_EQ(Utility::combine(L"/a/", L"b"), L"/a/b");
+    EXPECT_EQ(Utility::combine(L"D:\\", L"b"), L"D:\\b");
+    EXPECT_EQ(Utility::combine(L"", L"b"), L"b");
+}
+
+#ifndef _WIN32
+namespace
+{
+
+class TemporaryVariable
+{
+public:
+    explicit TemporaryVariable(const char* value)
+    {
+        if (const char* const text = std::getenv("TMPDIR"))
+            former = text;
+        setenv("TMPDIR", value, 1);
+    }
+    TemporaryVariable(const TemporaryVariable&) = delete;
+    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
+    ~TemporaryVariable()
+    {
+        if (former)
+            setenv("TMPDIR", former->c_str(), 1);
+        else
+            unsetenv("TMPDIR");
+    }
+
+private:
+    std::optional<std::string> former;
+};
+
+} // namespace
+
+TEST_F(FileSystemUtility, TempPathIsWhereTmpdirPoints)
+{
+    const TemporaryVariable variable((root / "folder").c_str());
+
+    EXPECT_EQ(Utility::tempPath(), in(L"folder"));
+}
+
+TEST_F(FileSystemUtility, TempPathFailsWhenTmpdirPointsNowhere)
+{
+    const TemporaryVariable variable((root / "absent").c_str());
+
+    EXPECT_THROW((void)Utility::tempPath(), fs::filesystem_error);
+}
+#endif
+
+TEST_F(FileSystemUtility, TempPathIsAFolder) { EXPECT_TRUE(fs::is_directory(nativePath(Utility::tempPath()))); }
