@@ -69,7 +69,9 @@ internal static class DriveFile
     {
         var folder = element.TryGetProperty(member, out _) ? Text(element, member) : $"drives/{id:D}/{member}";
         var full = PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)));
-        return new DriveSide(full ?? throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path"));
+        if (full is null)
+            throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path");
+        return new DriveSide(RealPath.Of(full));
     }
 
     private static string Text(JsonElement element, string member) =>

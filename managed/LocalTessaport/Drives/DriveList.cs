@@ -29,6 +29,11 @@ internal sealed class DriveList
     {
         if (PathForm.TryNormalise(path) is not { } full)
             return null;
+        return LocateNormalised(full) ?? LocateNormalised(RealPath.Of(full));
+    }
+
+    private DrivePlace? LocateNormalised(string full)
+    {
         foreach (var drive in Drives)
         {
             if (drive.Workspace.TryGetRelative(full) is { } relative)

@@ -29,12 +29,16 @@ internal static class FileProbe
             return null;
         var file = new FileInfo(path);
         if (file.Exists)
-            return file.LinkTarget is null ? new FileEntry(false, file.Length, file.LastWriteTimeUtc, default) : null;
+            return !IsLink(file) ? new FileEntry(false, file.Length, file.LastWriteTimeUtc, default) : null;
         var folder = new DirectoryInfo(path);
-        return folder.Exists && folder.LinkTarget is null
+        return folder.Exists && !IsLink(folder)
             ? new FileEntry(true, 0, folder.LastWriteTimeUtc, default)
             : null;
     }
+
+    // The target is looked up last: it takes opening the file.
+    private static bool IsLink(FileSystemInfo info) =>
+        (info.Attributes & FileAttributes.ReparsePoint) != 0 && info.LinkTarget is not null;
 
     private static string? TargetOf(string path)
     {

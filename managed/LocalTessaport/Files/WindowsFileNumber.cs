@@ -30,7 +30,9 @@ internal static partial class WindowsFileNumber
     }
 
     private static string Extended(string path) =>
-        path.StartsWith(@"\\", StringComparison.Ordinal) ? @"\\?\UNC" + path[1..] : @"\\?\" + path;
+        path.StartsWith(@"\\?\", StringComparison.Ordinal) ? path
+        : path.StartsWith(@"\\", StringComparison.Ordinal) ? @"\\?\UNC" + path[1..]
+        : @"\\?\" + path;
 
     [LibraryImport("kernel32", EntryPoint = "CreateFileW", SetLastError = true, StringMarshalling = StringMarshalling.Utf16)]
     private static partial IntPtr Open(

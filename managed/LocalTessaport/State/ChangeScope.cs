@@ -27,17 +27,24 @@ internal sealed class ChangeScope : IDisposable
 
     public void Save()
     {
+        // What was deleted makes room first: deleting is what one does when a disk is full.
+        ClearStaging();
         foreach (var edit in _edits.Values.Where(edit => edit.Index.IsChanged))
             IndexStore.Save(_home, edit.Drive.Id, edit.Index);
     }
 
     public void Dispose()
     {
+        ClearStaging();
+        _held.Dispose();
+    }
+
+    private void ClearStaging()
+    {
         foreach (var edit in _edits.Values)
         {
             Staging.Clear(edit.Drive.Workspace.Root);
             Staging.Clear(edit.Drive.Server.Root);
         }
-        _held.Dispose();
     }
 }

@@ -66,11 +66,9 @@ public sealed class ListingTests : IDisposable
         Assert.Equal(@"sub\inner", inner.RelativePath);
     }
 
-    [Fact]
+    [UnixFact]
     public void WhatCannotBeToldFaithfullyIsLeftOut()
     {
-        if (OperatingSystem.IsWindows())
-            return;
         _drive.PutInWorkspace("plain.txt");
         File.WriteAllText(_drive.InWorkspace("back\\slash.txt"), "x");
         File.CreateSymbolicLink(_drive.InWorkspace("link"), "/etc");
@@ -118,6 +116,22 @@ public sealed class ListingTests : IDisposable
         Assert.Equal(paths, results.Select(result => result.WorkspacePath));
         Assert.All(results, result => Assert.Equal(Result.Success, result.Result));
         Assert.Equal([@"sub\é 漢.txt", @"sub\é 漢.txt", @"sub\é 漢.txt", "sub", ""], results.Select(result => result.Item.RelativePath));
+    }
+
+    [UnixFact]
+    public void PathsThroughLinksLeadToTheItemsRealPath()
+    {
+        _drive.PutBoth("sub/a.txt");
+        var link = Path.Combine(_home.Root, "link");
+        File.CreateSymbolicLink(link, _drive.Workspace);
+        _home.Configure(_drive, "workspace", link);
+
+        Assert.Equal(_drive.Workspace.Replace('/', '\\'), _drive.Root.WorkspacePath);
+        foreach (var root in new[] { link, _drive.Workspace })
+        {
+            var result = _home.Service.GetItemsByWorkspacePaths([Path.Combine(root, "sub/a.txt")]).Single();
+            Assert.Equal(_drive.WorkspacePath("sub/a.txt"), result.Item.WorkspacePath);
+        }
     }
 
     [Fact]

@@ -233,6 +233,21 @@ public sealed class SyncTests : IDisposable
         Assert.Equal("content", File.ReadAllText(_drive.OnServer("y.txt")));
     }
 
+    [UnixFact]
+    public void ANameThatSomePlatformRefusesIsListedAndNotSynced()
+    {
+        _drive.PutInWorkspace("a:b.txt", "mine");
+        _drive.PutInWorkspace("con/inner.txt", "mine");
+        _drive.PutInWorkspace("good.txt");
+
+        var result = _drive.Sync("");
+
+        Assert.False(result.IsSuccess);
+        Assert.Equal(["good.txt"], result.ItemsUpdated.Select(item => item.Name));
+        Assert.Equal(["good.txt"], _drive.FilesOnServer());
+        Assert.Equal(["a:b.txt", "con", "good.txt"], _home.Service.GetFolderContents(_drive.Root.Id).Select(item => item.Name));
+    }
+
     [Fact]
     public void AReadOnlyDriveOnlyComesDown()
     {

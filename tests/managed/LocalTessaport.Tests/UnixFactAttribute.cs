@@ -1,0 +1,14 @@
+using System;
+using Xunit;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>A test about something that only Unix file systems have; elsewhere it is reported as left out.</summary>
+public sealed class UnixFactAttribute : FactAttribute
+{
+    public UnixFactAttribute()
+    {
+        if (OperatingSystem.IsWindows())
+            Skip = "Windows has no such files.";
+    }
+}
