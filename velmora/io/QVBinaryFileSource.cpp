@@ -35,7 +35,7 @@ struct QVBinaryFileSource::Impl {
         return bytes;
     }
 
-    void takeUnits(std::wstring& text, std::uint32_t count);
+    void takeUnits(std::wstring& text, std::size_t count);
 
     void copyBuffered(void* target, std::size_t count)
     {
@@ -108,6 +108,10 @@ void QVBinaryFileSource::readString(std::wstring& out)
     std::uint32_t count = 0;
     readUInt32(count);
     std::wstring text;
+    // Only memory that is there already is taken from the caller before the text is whole.
+    if (count <= out.capacity())
+        text.swap(out);
+    text.clear();
     m_impl->takeUnits(text, count);
     out = std::move(text);
 }
@@ -130,22 +134,25 @@ void QVBinaryFileSource::readBytes(void* bytes, std::int64_t count)
 
 bool QVBinaryFileSource::failed() const { return m_impl->failed; }
 
-// Goes through the file in pieces, so that memory for a wrong count is asked for only once the bytes have run out.
-void QVBinaryFileSource::Impl::takeUnits(std::wstring& text, std::uint32_t count)
+// Takes what the buffer holds before it asks for more, so that memory for a wrong count is asked for only once the
+// bytes have run out.
+void QVBinaryFileSource::Impl::takeUnits(std::wstring& text, std::size_t count)
 {
-    constexpr std::size_t PieceUnits = 8 * 1024;
-    std::array<unsigned char, PieceUnits * 2> piece;
     SerialFormat::UnitDecoder decoder(text);
-    std::size_t left = count;
-    while (left > 0 && !failed) {
-        const std::size_t wanted = std::min(left, PieceUnits) * 2;
-        const std::size_t taken = take(piece.data(), wanted);
-        std::fill(piece.begin() + static_cast<std::ptrdiff_t>(taken), piece.end(), static_cast<unsigned char>(0));
-        const std::size_t units = (taken + 1) / 2;
-        decoder.append(piece.data(), units);
-        left -= units;
+    while (count > 0 && !failed) {
+        std::size_t units = std::min(count, (limit - position) / 2);
+        if (units > 0) {
+            decoder.append(buffer.get() + position, units);
+            position += 2 * units;
+        } else {
+            // Half a unit at the end of the file counts, its other half being zero.
+            std::array<unsigned char, 2> unit{};
+            units = (take(unit.data(), unit.size()) + 1) / 2;
+            decoder.append(unit.data(), units);
+        }
+        count -= units;
     }
-    text.resize(text.size() + left);
+    text.resize(text.size() + count);
 }
 
 } // namespace Quorvex::Velmora::IO

@@ -1,43 +1,14 @@
 #include <velmora/io/QVChecksum.h>
 
 #include <velmora/io/SerialFormat.h>
-#include <velmora/io/WideFileStream.h>
 #include <velmora/io/crc/Crc32.h>
+#include <velmora/io/crc/FileReader.h>
 #include <velmora/io/crc/Slicing.h>
 
 #include <cstddef>
-#include <memory>
 
 namespace Quorvex::Velmora::IO
 {
-namespace
-{
-
-/// Reads a file in pieces and keeps the check of what it has read.
-class FileChecksum
-{
-public:
-    explicit FileChecksum(const std::wstring& path) { openUnbuffered(m_stream, path, std::ios::in); }
-
-    [[nodiscard]] const boost::filesystem::ifstream& stream() const noexcept { return m_stream; }
-
-    [[nodiscard]] std::uint32_t value() const noexcept { return m_checksum.value(); }
-
-    void readPiece()
-    {
-        m_stream.read(m_piece.get(), PieceSize);
-        m_checksum.writeBytes(m_piece.get(), m_stream.gcount());
-    }
-
-private:
-    static constexpr std::streamsize PieceSize = 64 * 1024;
-
-    boost::filesystem::ifstream m_stream;
-    std::unique_ptr<char[]> m_piece{new char[static_cast<std::size_t>(PieceSize)]};
-    QVChecksum m_checksum;
-};
-
-} // namespace
 
 void QVChecksum::writeUInt32(std::uint32_t value)
 {
@@ -67,18 +38,18 @@ void QVChecksum::writeBytes(const void* bytes, std::int64_t count)
 
 std::uint32_t checksumOfFile(const std::wstring& path)
 {
-    FileChecksum file(path);
-    while (!file.stream().eof())
+    Crc32::FileReader file(path, Crc32::update);
+    while (!file.atEnd())
         file.readPiece();
     return file.value();
 }
 
 bool tryChecksumOfFile(const std::wstring& path, std::uint32_t& out)
 {
-    FileChecksum file(path);
-    while (file.stream())
+    Crc32::FileReader file(path, Crc32::update);
+    while (file.sound() && !file.atEnd())
         file.readPiece();
-    if (!file.stream().eof() || file.stream().bad())
+    if (!file.sound())
         return false;
     out = file.value();
     return true;

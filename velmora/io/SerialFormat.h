@@ -128,13 +128,13 @@ public:
         const std::size_t start = m_target.size();
         m_target.resize(start + units);
         wchar_t* out = m_target.data() + start;
-        bool surrogates = false;
+        unsigned surrogates = 0;
         for (std::size_t i = 0; i < units; ++i) {
             const unsigned unit = bytes[2 * i] | (static_cast<unsigned>(bytes[2 * i + 1]) << 8);
-            surrogates |= Common::Unicode::isSurrogate(unit);
+            surrogates |= static_cast<unsigned>(Common::Unicode::isSurrogate(unit));
             out[i] = static_cast<wchar_t>(unit);
         }
-        if (sizeof(wchar_t) > 2 && surrogates)
+        if (sizeof(wchar_t) > 2 && surrogates != 0)
             joinPairs(start);
     }
 

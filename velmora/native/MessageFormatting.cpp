@@ -1,5 +1,8 @@
 #include <velmora/native/MessageFormatting.h>
 
+#include <velmora/platform/LargeText.h>
+
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -65,6 +68,10 @@ bool isTrailingPunctuation(wchar_t c) noexcept
     return isQuote(c) || c == L'.' || c == L',' || c == L':' || c == L';' || c == L'?';
 }
 
+/// Whether an address goes on behind this character, whatever follows: it is no punctuation, and no separator starts
+/// here.
+bool isInsideAddress(wchar_t c) noexcept { return c > L'?' || (c > L'\'' && c != L',' && c != L'.' && c < L':'); }
+
 bool isLineTerminator(wchar_t c) noexcept
 {
     return c == L'\n' || c == L'\r' || c == wchar_t{0x2028} || c == wchar_t{0x2029};
@@ -83,55 +90,42 @@ std::size_t skipWhile(std::wstring_view text, std::size_t position, Predicate pr
     return position;
 }
 
-/// The end of a line break tag ("<br>", "<br />", ...) that starts at `position`.
-std::optional<std::size_t> endOfLineBreakTag(std::wstring_view text, std::size_t position) noexcept
+bool endsWith(std::wstring_view text, std::wstring_view suffix) noexcept
 {
-    constexpr std::wstring_view Opening = L"<br";
-    if (!startsWith(text, position, Opening))
-        return std::nullopt;
-    std::size_t end = skipWhile(text, position + Opening.size(), isSpace);
+    return text.size() >= suffix.size() && text.substr(text.size() - suffix.size()) == suffix;
+}
+
+// What separates words: white space, an escaped space, or a line break tag ("<br>", "<br />", ...).
+constexpr std::wstring_view EscapedSpace = L"&nbsp;";
+constexpr std::wstring_view LineBreakOpening = L"<br";
+
+bool lineBreakTagStartsAt(std::wstring_view text, std::size_t position) noexcept
+{
+    if (!startsWith(text, position, LineBreakOpening))
+        return false;
+    std::size_t end = skipWhile(text, position + LineBreakOpening.size(), isSpace);
     if (end < text.size() && text[end] == L'/')
         ++end;
-    if (end == text.size() || text[end] != L'>')
-        return std::nullopt;
-    return end + 1;
+    return end < text.size() && text[end] == L'>';
 }
 
-/// The end of what separates words at `position`: white space, an escaped space or a line break tag.
-std::optional<std::size_t> endOfSeparator(std::wstring_view text, std::size_t position) noexcept
+/// @param text  ends with ">".
+bool endsWithLineBreakTag(std::wstring_view text) noexcept
 {
-    constexpr std::wstring_view EscapedSpace = L"&nbsp;";
+    text.remove_suffix(1);
+    if (!text.empty() && text.back() == L'/')
+        text.remove_suffix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return endsWith(text, LineBreakOpening);
+}
+
+bool separatorStartsAt(std::wstring_view text, std::size_t position) noexcept
+{
     const wchar_t first = text[position];
-    if (isSpace(first))
-        return position + 1;
     if (first == L'&')
-        return startsWith(text, position, EscapedSpace) ? std::optional(position + EscapedSpace.size()) : std::nullopt;
-    return first == L'<' ? endOfLineBreakTag(text, position) : std::nullopt;
-}
-
-/// The end of an address's opening at `position`; any character may follow "www".
-std::optional<std::size_t> endOfOpening(std::wstring_view text, std::size_t position) noexcept
-{
-    for (const std::wstring_view scheme : {std::wstring_view(L"http://"), std::wstring_view(L"https://")}) {
-        if (startsWith(text, position, scheme))
-            return position + scheme.size();
-    }
-    const std::size_t wildcard = position + 3;
-    if (wildcard < text.size() && startsWith(text, position, L"www") && !isLineTerminator(text[wildcard]))
-        return wildcard + 1;
-    return std::nullopt;
-}
-
-/// The end of an address whose body starts at `body`: it takes one character at least, and ends where nothing but
-/// punctuation stands before a separator or the end of the text. A white space is always such a place.
-std::size_t endOfAddress(std::wstring_view text, std::size_t body) noexcept
-{
-    for (std::size_t end = body + 1;; ++end) {
-        const std::size_t afterPunctuation = skipWhile(text, end, isTrailingPunctuation);
-        if (afterPunctuation == text.size() || endOfSeparator(text, afterPunctuation))
-            return end;
-        end = afterPunctuation;
-    }
+        return startsWith(text, position, EscapedSpace);
+    return first == L'<' ? lineBreakTagStartsAt(text, position) : isSpace(first);
 }
 
 struct Range {
@@ -139,37 +133,118 @@ struct Range {
     std::size_t end;
 };
 
-/// The address behind a separator that ends at `position`, if one follows it there.
-std::optional<Range> addressBehind(std::wstring_view text, std::size_t position) noexcept
+/// Whether a separator ends at `position`, all of it at or behind `floor`. The start of the text counts as one.
+bool separatorEndsAt(std::wstring_view text, std::size_t floor, std::size_t position) noexcept
 {
-    const std::size_t begin = skipWhile(text, position, isQuote);
-    const auto body = endOfOpening(text, begin);
-    if (!body || *body == text.size() || isSpace(text[*body]))
+    if (position == 0)
+        return true;
+    if (position == floor)
+        return false;
+    const std::wstring_view before = text.substr(floor, position - floor);
+    if (isSpace(before.back()))
+        return true;
+    if (before.back() == L';')
+        return endsWith(before, EscapedSpace);
+    return before.back() == L'>' && endsWithLineBreakTag(before);
+}
+
+/// The first place at or behind `position` where an opening may stand: "ww" or ":/" is there.
+std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
+{
+    const auto isHint = [&text](std::size_t i) {
+        return ((text[i] == L'w') & (text[i + 1] == L'w')) | ((text[i] == L':') & (text[i + 1] == L'/'));
+    };
+    // Whole blocks without a hint are passed by a loop that compilers turn into vector instructions.
+    constexpr std::size_t Block = 32;
+    for (; text.size() - position > Block; position += Block) {
+        int hints = 0;
+        for (std::size_t i = 0; i < Block; ++i)
+            hints |= isHint(position + i);
+        if (hints == 0)
+            continue;
+        while (!isHint(position))
+            ++position;
+        return position;
+    }
+    for (; position + 1 < text.size(); ++position) {
+        if (isHint(position))
+            return position;
+    }
+    return NotFound;
+}
+
+/// An address's opening: "http://", "https://", or "www" and any character.
+std::optional<Range> openingAtHint(std::wstring_view text, std::size_t hint) noexcept
+{
+    if (text[hint] == L'w') {
+        const std::size_t wildcard = hint + 3;
+        if (wildcard < text.size() && text[hint + 2] == L'w' && !isLineTerminator(text[wildcard]))
+            return Range{hint, wildcard + 1};
         return std::nullopt;
-    return Range{begin, endOfAddress(text, *body)};
-}
-
-std::size_t skipToSeparatorStart(std::wstring_view text, std::size_t position) noexcept
-{
-    return skipWhile(text, position, [](wchar_t c) { return c != L'&' && c != L'<' && !isSpace(c); });
-}
-
-/// The first address at or behind `position` that a separator there leads to.
-std::optional<Range> findAddress(std::wstring_view text, std::size_t position) noexcept
-{
-    for (position = skipToSeparatorStart(text, position); position < text.size();
-         position = skipToSeparatorStart(text, position + 1)) {
-        const auto separatorEnd = endOfSeparator(text, position);
-        const auto address = separatorEnd ? addressBehind(text, *separatorEnd) : std::nullopt;
-        if (address)
-            return address;
+    }
+    if (!startsWith(text, hint, L"://"))
+        return std::nullopt;
+    for (const std::wstring_view scheme : {std::wstring_view(L"http"), std::wstring_view(L"https")}) {
+        if (endsWith(text.substr(0, hint), scheme))
+            return Range{hint - scheme.size(), hint + 3};
     }
     return std::nullopt;
 }
 
-void appendLink(std::wstring& target, std::wstring_view address)
+/// The end of an address whose body starts at `body`: it takes one character at least, and ends where nothing but
+/// punctuation stands before a separator or the end of the text. A white space is always such a place.
+std::size_t endOfAddress(std::wstring_view text, std::size_t body) noexcept
 {
-    target.append(L"<a href=\"").append(address).append(L"\">").append(address).append(L"</a>");
+    for (std::size_t start = body + 1;;) {
+        const std::size_t end = skipWhile(text, start, isInsideAddress);
+        const std::size_t afterPunctuation = skipWhile(text, end, isTrailingPunctuation);
+        if (afterPunctuation == text.size() || separatorStartsAt(text, afterPunctuation))
+            return end;
+        start = afterPunctuation + 1;
+    }
+}
+
+/// The address whose opening is hinted at, none of whose context lies before `floor`.
+std::optional<Range> addressAtHint(std::wstring_view text, std::size_t floor, std::size_t hint) noexcept
+{
+    const auto opening = openingAtHint(text, hint);
+    if (!opening || opening->begin < floor)
+        return std::nullopt;
+    const std::size_t body = opening->end;
+    if (body == text.size() || isSpace(text[body]))
+        return std::nullopt;
+    std::size_t context = opening->begin;
+    while (context > floor && isQuote(text[context - 1]))
+        --context;
+    if (!separatorEndsAt(text, floor, context))
+        return std::nullopt;
+    return Range{opening->begin, endOfAddress(text, body)};
+}
+
+std::vector<Range> findAddresses(std::wstring_view text)
+{
+    std::vector<Range> addresses;
+    std::size_t floor = 0;
+    for (std::size_t hint = findHint(text, 0); hint != NotFound;) {
+        if (const auto address = addressAtHint(text, floor, hint)) {
+            addresses.push_back(*address);
+            floor = address->end;
+        }
+        hint = findHint(text, std::max(floor, hint + 1));
+    }
+    return addresses;
+}
+
+constexpr std::wstring_view LinkStart = L"<a href=\"";
+constexpr std::wstring_view LinkMiddle = L"\">";
+constexpr std::wstring_view LinkEnd = L"</a>";
+
+std::size_t sizeWithLinks(std::wstring_view text, const std::vector<Range>& addresses) noexcept
+{
+    std::size_t size = text.size();
+    for (const Range& address : addresses)
+        size += LinkStart.size() + (address.end - address.begin) + LinkMiddle.size() + LinkEnd.size();
+    return size;
 }
 
 } // namespace
@@ -183,7 +258,7 @@ int replaceAll(std::wstring& text, const std::wstring& from, const std::wstring&
     if (hit == NotFound)
         return 0;
     std::wstring result;
-    result.reserve(text.size());
+    Common::reserveLarge(result, text.size());
     std::size_t copied = 0;
     int count = 0;
     for (; hit != NotFound; hit = searcher.find(text, copied)) {
@@ -209,17 +284,15 @@ std::wstring toHtml(const std::wstring& text)
 std::wstring linkify(const std::wstring& html)
 {
     const std::wstring_view text = html;
+    const std::vector<Range> addresses = findAddresses(text);
     std::wstring result;
-    result.reserve(text.size());
+    Common::reserveLarge(result, sizeWithLinks(text, addresses));
     std::size_t copied = 0;
-    // The start of the text counts as a separator.
-    auto address = addressBehind(text, 0);
-    if (!address)
-        address = findAddress(text, 0);
-    for (; address; address = findAddress(text, copied)) {
-        result.append(text, copied, address->begin - copied);
-        appendLink(result, text.substr(address->begin, address->end - address->begin));
-        copied = address->end;
+    for (const Range& range : addresses) {
+        const std::wstring_view address = text.substr(range.begin, range.end - range.begin);
+        result.append(text, copied, range.begin - copied);
+        result.append(LinkStart).append(address).append(LinkMiddle).append(address).append(LinkEnd);
+        copied = range.end;
     }
     result.append(text, copied);
     return result;

@@ -1,0 +1,100 @@
+#include "Ratios.h"
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVKeyValueEvent.h>
+#include <velmora/logging/QVLoggerBase.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/property_tree/json_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+
+#include <array>
+#include <memory>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <utility>
+
+namespace
+{
+
+using namespace Quorvex::Velmora;
+
+constexpr int EventCount = 100'000;
+
+using Leaf = std::pair<std::wstring, std::wstring>;
+const std::array<Leaf, 7> Leaves{
+    Leaf{L"operation", L"getFolderContents"},
+    Leaf{L"path", L"C:\\Drive\\Project\\Folder"},
+    Leaf{L"count", L"1234"},
+    Leaf{L"bytes", L"18446744073709"},
+    Leaf{L"seconds", L"0.12345678901234568"},
+    Leaf{L"offline", L"false"},
+    Leaf{L"message", L"a text of usual length"},
+};
+
+/// Takes characters and forgets them.
+class Discarding : public std::wstreambuf
+{
+public:
+    Discarding() { setp(m_buffer.data(), m_buffer.data() + m_buffer.size()); }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
+        return traits_type::not_eof(c);
+    }
+
+private:
+    std::array<wchar_t, 4096> m_buffer{};
+};
+
+void logEvents(Logging::QVLoggerBase& logger)
+{
+    for (int i = 0; i < EventCount; ++i) {
+        auto event = std::make_unique<Logging::QVKeyValueEvent>(L"event");
+        for (const auto& [key, value] : Leaves)
+            event->putString(key, value);
+        logger.log(std::move(event));
+    }
+}
+
+void Flush(benchmark::State& state)
+{
+    Discarding buffer;
+    std::wostream stream(&buffer);
+    for (auto _ : state) {
+        state.PauseTiming();
+        Logging::QVLoggerBase logger(std::make_unique<Logging::QVJsonLogTarget>(stream, false));
+        logEvents(logger);
+        state.ResumeTiming();
+        logger.flush();
+    }
+}
+
+void FillAndWriteJson(benchmark::State& state)
+{
+    Discarding buffer;
+    std::wostream stream(&buffer);
+    for (auto _ : state) {
+        for (int i = 0; i < EventCount; ++i) {
+            boost::property_tree::wptree tree;
+            for (const auto& [key, value] : Leaves)
+                tree.put(key, value);
+            boost::property_tree::write_json(stream, tree, false);
+        }
+    }
+}
+
+BENCHMARK(Flush)->Unit(benchmark::kMillisecond);
+BENCHMARK(FillAndWriteJson)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return Bench::runWithRatios(argc, argv,
+        {{"flush of 100,000 events against filling a tree and write_json", "Flush", "FillAndWriteJson",
+            Bench::Goal::AtMost, 1.15}});
+}

@@ -1,0 +1,76 @@
+#include "Ratios.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <optional>
+
+namespace Quorvex::Velmora::Bench
+{
+namespace
+{
+
+/// Shows the runs and keeps the best time of each benchmark; with repetitions, what disturbs a run only makes it
+/// slower.
+class TimeKeeper : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+                keep(run.run_name.function_name, run.GetAdjustedCPUTime());
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    [[nodiscard]] std::optional<double> timeOf(const std::string& name) const
+    {
+        const auto found = m_times.find(name);
+        return found == m_times.end() ? std::nullopt : std::optional(found->second);
+    }
+
+private:
+    void keep(const std::string& name, double time)
+    {
+        const auto [entry, added] = m_times.try_emplace(name, time);
+        if (!added && time < entry->second)
+            entry->second = time;
+    }
+
+    std::map<std::string, double> m_times;
+};
+
+/// Whether the goal was met; nothing when one of the two did not run.
+std::optional<bool> print(const Ratio& ratio, const TimeKeeper& times)
+{
+    const auto measured = times.timeOf(ratio.measured);
+    const auto peer = times.timeOf(ratio.peer);
+    if (!measured || !peer)
+        return std::nullopt;
+    const bool wantsMore = ratio.goal == Goal::AtLeast;
+    const double value = wantsMore ? *peer / *measured : *measured / *peer;
+    const bool met = wantsMore ? value >= ratio.bound : value <= ratio.bound;
+    std::printf("%-6s %8.2f  (goal: %s %.2f)  %s\n", met ? "met" : "MISSED", value, wantsMore ? "at least" : "at most",
+        ratio.bound, ratio.what.c_str());
+    return met;
+}
+
+} // namespace
+
+int runWithRatios(int argc, char** argv, const std::vector<Ratio>& ratios)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    TimeKeeper times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    std::printf("\nRatios of this run:\n");
+    bool allMet = true;
+    for (const Ratio& ratio : ratios)
+        allMet &= print(ratio, times).value_or(true);
+    return allMet ? 0 : 2;
+}
+
+} // namespace Quorvex::Velmora::Bench
