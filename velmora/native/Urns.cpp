@@ -1,7 +1,6 @@
 // The cloud identifiers of files and folders.
 #include <velmora/native/QvNativeTessaportAPI.h>
 
-#include <cwctype>
 #include <exception>
 #include <string>
 #include <tuple>
@@ -9,8 +8,8 @@
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/UrnIdNames.h>
+#include <velmora/platform/LowerCase.h>
 #include <velmora/platform/QrxQvFileSystemUtility.h>
-#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {
@@ -20,13 +19,7 @@ namespace
 /// Project id and URN; both empty when there is no answer.
 using Urn = std::tuple<std::string, std::string>;
 
-std::wstring toLower(const std::wstring& text)
-{
-    std::wstring lowered = text;
-    for (wchar_t& c : lowered)
-        c = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(c)));
-    return lowered;
-}
+using Common::toLower;
 
 bool hasUrn(const Urn& urn) { return !std::get<1>(urn).empty(); }
 
