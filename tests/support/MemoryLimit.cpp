@@ -30,12 +30,19 @@ bool exceeds(std::size_t size) noexcept
     return allowed != Unlimited && (used > allowed || size > allowed - used);
 }
 
-void* allocate(std::size_t size)
+void* allocateOrNull(std::size_t size) noexcept
 {
     void* const block = exceeds(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (block != nullptr)
+        inUse += sizeOf(block);
+    return block;
+}
+
+void* allocate(std::size_t size)
+{
+    void* const block = allocateOrNull(size);
     if (block == nullptr)
         throw std::bad_alloc();
-    inUse += sizeOf(block);
     return block;
 }
 
@@ -51,6 +58,8 @@ void release(void* block) noexcept
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
 void operator delete(void* block) noexcept { release(block); }
 void operator delete[](void* block) noexcept { release(block); }
 void operator delete(void* block, std::size_t) noexcept { release(block); }

@@ -1,0 +1,70 @@
+// Full paths as the managed runtime makes them.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <velmora/api/Exceptions.h>
+#include <velmora/bridge/ExceptionTranslation.h>
+#include <velmora/bridge/Util.h>
+#include <velmora/platform/NativePath.h>
+
+#include "../support/ScriptedTest.h"
+
+namespace Quorvex::Velmora::TestSupport
+{
+namespace
+{
+
+using Tessaport::Util::getFullPath;
+
+class FullPath : public ScriptedTest
+{
+};
+
+std::wstring inCurrentFolder(const char* name)
+{
+    return Common::wideText((std::filesystem::current_path() / name).make_preferred());
+}
+
+TEST_F(FullPath, OfARelativePathIsInTheCurrentFolder)
+{
+    EXPECT_EQ(getFullPath(L"a.txt"), inCurrentFolder("a.txt"));
+    EXPECT_EQ(getFullPath(L"x/../a.txt"), inCurrentFolder("a.txt"));
+}
+
+#ifndef _WIN32
+TEST_F(FullPath, HasNoDots)
+{
+    EXPECT_EQ(getFullPath(L"/a/./b/../c"), L"/a/c");
+    EXPECT_EQ(getFullPath(L"/../.."), L"/");
+}
+
+TEST_F(FullPath, LeavesBackSlashesWhereTheyAreNoSeparators) { EXPECT_EQ(getFullPath(L"/a\\..\\b"), L"/a\\..\\b"); }
+
+TEST_F(FullPath, KeepsEveryCharacter)
+{
+    EXPECT_EQ(getFullPath(L"/\xE9\x4E2D\U0001F600/\xD800"), L"/\xE9\x4E2D\U0001F600/\xD800");
+}
+
+TEST_F(FullPath, OfALongPathIsWhole)
+{
+    const std::wstring path = L"/" + std::wstring(50'000, L'x');
+
+    EXPECT_EQ(getFullPath(path), path);
+}
+#endif
+
+TEST_F(FullPath, ThatThereIsNoneIsAManagedFailure)
+{
+    EXPECT_THROW((void)getFullPath(L""), Tessaport::ManagedFailure);
+    EXPECT_THROW((void)getFullPath(std::wstring(L"a\0b", 3)), Tessaport::ManagedFailure);
+}
+
+TEST_F(FullPath, ThatThereIsNoneIsApiExceptionInsideAnOperation)
+{
+    EXPECT_THROW(Tessaport::runWhileHandlingExceptions([] { (void)getFullPath(L""); }), TessaportAPI::ApiException);
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::TestSupport

@@ -1,0 +1,107 @@
+// A host that ends in the way that its second argument names, with exit code 7. The first is the API folder.
+#include <atomic>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <velmora/native/QvNativeTessaportAPI.h>
+#include <velmora/native/RuntimeOptions.h>
+
+using namespace Quorvex::Velmora::TessaportAPI;
+using Quorvex::Velmora::Common::QVBuffer;
+
+namespace
+{
+
+constexpr int ExitCode = 7;
+
+// What hosts keep in globals. They are constructed before the runtime starts, and so are destroyed after it is out of
+// reach.
+struct Kept {
+    std::unique_ptr<QvNativeTessaportAPI> connection;
+    QVBuffer<Drive> drives;
+    QVBuffer<Item> items;
+    QVBuffer<Command> commands;
+};
+Kept kept;
+
+QVBuffer<Item> list(QvNativeTessaportAPI& connection)
+{
+    const QVBuffer<Drive> drives = connection.getDrives();
+    return connection.getFolderContents(drives[0]->root);
+}
+
+void keepEverything()
+{
+    kept.connection = std::make_unique<QvNativeTessaportAPI>();
+    kept.drives = kept.connection->getDrives();
+    kept.items = kept.connection->getFolderContents(kept.drives[0]->root);
+    CommandContext context;
+    context.itemId = kept.items[0]->id;
+    kept.commands = kept.connection->getCommands(context);
+}
+
+void keepInThreadLocal()
+{
+    thread_local QVBuffer<Item> items;
+    QvNativeTessaportAPI connection;
+    items = list(connection);
+}
+
+[[noreturn]] void exitFromAnotherThread()
+{
+    std::thread([] { std::exit(ExitCode); }).detach();
+    for (;;)
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+}
+
+[[noreturn]] void exitWhileThisThreadIsInARequest()
+{
+    QvNativeTessaportAPI connection;
+    std::thread([] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        std::exit(ExitCode);
+    }).detach();
+    for (;;)
+        (void)connection.getVersion();
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    if (count != 3)
+        return 2;
+    setRuntimeOptions({arguments[1], {}});
+    const std::string_view way = arguments[2];
+    if (way == "full-cache") {
+        QvNativeTessaportAPI connection;
+        return list(connection).GetSize() == 5000 ? ExitCode : 1;
+    }
+    if (way == "nothing-done")
+        return ExitCode;
+    keepEverything();
+    if (way == "globals")
+        return kept.items.GetSize() == 5000 && kept.commands.GetSize() == 1 ? ExitCode : 1;
+    if (way == "thread-local") {
+        keepInThreadLocal();
+        std::thread(keepInThreadLocal).join();
+        return ExitCode;
+    }
+    if (way == "second-thread")
+        exitFromAnotherThread();
+    if (way == "during-a-request")
+        exitWhileThisThreadIsInARequest();
+    if (way == "exit-handler") {
+        // Registered after ours, so run before it: requests still work.
+        std::atexit([] {
+            const QVBuffer<Item> items = list(*kept.connection);
+            std::_Exit(items.GetSize() == 5000 ? ExitCode : 1);
+        });
+        return 1;
+    }
+    return 2;
+}

@@ -1,0 +1,34 @@
+// How the host programs write what they saw.
+#pragma once
+
+#include <iostream>
+#include <typeinfo>
+
+#include <velmora/api/Exceptions.h>
+#include <velmora/api/QVString.h>
+
+namespace Quorvex::Velmora::TestHosts
+{
+
+inline const char* kindOf(const TessaportAPI::ApiException& e)
+{
+    using namespace TessaportAPI;
+    if (dynamic_cast<const TessaportNotRunningException*>(&e) != nullptr)
+        return "TessaportNotRunningException";
+    if (dynamic_cast<const TessaportNotInstalledException*>(&e) != nullptr)
+        return "TessaportNotInstalledException";
+    return typeid(e) == typeid(ApiException) ? "ApiException" : "another exception";
+}
+
+/// Runs the step; a failure becomes a line "failed <kind>: <message>".
+template <class Step>
+void report(Step step)
+{
+    try {
+        step();
+    } catch (const TessaportAPI::ApiException& e) {
+        std::cout << "failed " << kindOf(e) << ": " << e.what() << std::endl;
+    }
+}
+
+} // namespace Quorvex::Velmora::TestHosts
