@@ -1,5 +1,6 @@
 #include <velmora/logging/QVJsonLogTarget.h>
 
+#include <velmora/logging/RecordTree.h>
 #include <velmora/logging/ValueTree.h>
 #include <velmora/platform/Unicode.h>
 
@@ -45,18 +46,20 @@ public:
 
     void put(const std::wstring& key, const std::wstring& text)
     {
-        auto& node = needsPairs(key) ? ValueTree::nodeAt(m_record, inPairs(key)) : ValueTree::nodeAt(m_record, key);
-        node.data() = needsPairs(text) ? inPairs(text) : text;
+        if (needsPairs(key) || needsPairs(text))
+            m_record.put(inPairs(key), inPairs(text));
+        else
+            m_record.put(key, text);
     }
 
     void clear() { m_record.clear(); }
 
-    void write() const { boost::property_tree::write_json(m_stream, m_record, m_pretty); }
+    void write() { boost::property_tree::write_json(m_stream, m_record.finished(), m_pretty); }
 
 private:
     std::wostream& m_stream;
     const bool m_pretty;
-    ValueTree::Tree m_record;
+    RecordTree m_record;
 };
 
 QVJsonLogTarget::QVJsonLogTarget(std::wostream& stream, bool pretty) : m_impl(std::make_unique<Impl>(stream, pretty)) {}
