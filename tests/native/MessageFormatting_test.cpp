@@ -1,3 +1,5 @@
+#include "../support/LinkExpression.h"
+
 #include <velmora/native/MessageFormatting.h>
 
 #include <gtest/gtest.h>
@@ -5,9 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <locale>
 #include <random>
-#include <regex>
 #include <string>
 
 namespace Quorvex::Velmora::TessaportAPI
@@ -27,20 +27,6 @@ Replacement replaced(std::wstring text, const std::wstring& from, const std::wst
 }
 
 std::wstring linkTo(const std::wstring& address) { return L"<a href=\"" + address + L"\">" + address + L"</a>"; }
-
-/// The definition of linkify, by the standard library's regular expressions.
-std::wstring linkifiedByExpression(const std::wstring& html)
-{
-    static const std::wregex expression = [] {
-        std::wregex result;
-        result.imbue(std::locale::classic());
-        result.assign(L"((?:^|\\s|&nbsp;|<br\\s*/?>)[\"']*)"
-                      L"((?:http://|www.|https://)\\S+?)"
-                      L"(?=[.,:;?\"']*(?:$|\\s|&nbsp;|<br\\s*/?>))");
-        return result;
-    }();
-    return std::regex_replace(html, expression, L"$1<a href=\"$2\">$2</a>");
-}
 
 TEST(ReplaceAll, CountsItsReplacements)
 {
@@ -194,7 +180,8 @@ void expectTheExpression(unsigned seed, int count, MakeText makeText)
     std::mt19937 random(seed);
     for (int i = 0; i < count; ++i) {
         const std::wstring text = makeText(random);
-        ASSERT_EQ(linkify(text), linkifiedByExpression(text)) << "in the text " << testing::PrintToString(text);
+        ASSERT_EQ(linkify(text), TestSupport::linkifiedByExpression(text))
+            << "in the text " << testing::PrintToString(text);
     }
 }
 
@@ -224,7 +211,7 @@ TEST(Linkify, EqualsTheExpressionOnEveryShortTextBehindAnOpening)
         std::wstring text = L"www";
         for (unsigned rest = code, i = 0; i < 5; ++i, rest /= 8)
             text += alphabet[rest % 8];
-        ASSERT_EQ(linkify(text), linkifiedByExpression(text)) << testing::PrintToString(text);
+        ASSERT_EQ(linkify(text), TestSupport::linkifiedByExpression(text)) << testing::PrintToString(text);
     }
 }
 

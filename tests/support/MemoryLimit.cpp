@@ -68,7 +68,7 @@ void operator delete[](void* block, std::size_t) noexcept { release(block); }
 namespace Quorvex::Velmora::TestSupport
 {
 
-MemoryLimit::MemoryLimit(std::size_t bytes) noexcept { limit = bytes; }
+MemoryLimit::MemoryLimit(std::size_t bytes) noexcept { limit = inUse + bytes; }
 
 MemoryLimit::~MemoryLimit() { limit = Unlimited; }
 

@@ -151,8 +151,9 @@ bool separatorEndsAt(std::wstring_view text, std::size_t floor, std::size_t posi
 /// The first place at or behind `position` where an opening may stand: "ww" or ":/" is there.
 std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
 {
-    const auto isHint = [&text](std::size_t i) {
-        return ((text[i] == L'w') & (text[i + 1] == L'w')) | ((text[i] == L':') & (text[i + 1] == L'/'));
+    const auto is = [&text](std::size_t i, wchar_t c) { return static_cast<int>(text[i] == c); };
+    const auto isHint = [&is](std::size_t i) {
+        return (is(i, L'w') & is(i + 1, L'w')) | (is(i, L':') & is(i + 1, L'/'));
     };
     // Whole blocks without a hint are passed by a loop that compilers turn into vector instructions.
     constexpr std::size_t Block = 32;
@@ -162,12 +163,12 @@ std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
             hints |= isHint(position + i);
         if (hints == 0)
             continue;
-        while (!isHint(position))
+        while (isHint(position) == 0)
             ++position;
         return position;
     }
     for (; position + 1 < text.size(); ++position) {
-        if (isHint(position))
+        if (isHint(position) != 0)
             return position;
     }
     return NotFound;
