@@ -7,6 +7,7 @@
 #include <coreclr_delegates.h>
 #include <nethost.h>
 
+#include <velmora/bridge/runtime/Globalization.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include <velmora/platform/Unicode.h>
 
@@ -149,6 +150,8 @@ private:
         getDelegate = library.symbol<hostfxr_get_runtime_delegate_fn>("hostfxr_get_runtime_delegate");
         close = library.symbol<hostfxr_close_fn>("hostfxr_close");
         setErrorWriter = library.symbol<hostfxr_set_error_writer_fn>("hostfxr_set_error_writer");
+        properties.get = library.symbol<hostfxr_get_runtime_property_value_fn>("hostfxr_get_runtime_property_value");
+        properties.set = library.symbol<hostfxr_set_runtime_property_value_fn>("hostfxr_set_runtime_property_value");
         if (initialize == nullptr || getDelegate == nullptr || close == nullptr) {
             status.code = static_cast<std::int32_t>(0x80008084);
             status.details = library.error();
@@ -166,6 +169,8 @@ private:
         std::int32_t code = initialize(config.c_str(), dotnetRoot.empty() ? nullptr : &parameters, &context.handle);
         if (code < 0 || code > 2)
             return code;
+        if (code == 0) // Otherwise a runtime is there already, with its own properties.
+            allowMissingIcu(context.handle, properties);
         load_assembly_and_get_function_pointer_fn loadFunction = nullptr;
         code = getDelegate(
             context.handle, hdt_load_assembly_and_get_function_pointer, reinterpret_cast<void**>(&loadFunction));
@@ -182,6 +187,7 @@ private:
     hostfxr_get_runtime_delegate_fn getDelegate = nullptr;
     hostfxr_close_fn close = nullptr;
     hostfxr_set_error_writer_fn setErrorWriter = nullptr;
+    RuntimeProperties properties;
 };
 
 } // namespace

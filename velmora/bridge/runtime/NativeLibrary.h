@@ -21,6 +21,8 @@ public:
         return reinterpret_cast<Function>(address(name));
     }
 
+    [[nodiscard]] bool isOpen() const noexcept { return handle != nullptr; }
+
     /// Why the library could not be opened; empty when it could.
     [[nodiscard]] const std::string& error() const noexcept { return failure; }
 
