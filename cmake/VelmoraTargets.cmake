@@ -14,6 +14,14 @@ function(velmora_target_defaults target)
     endif()
 endfunction()
 
+# velmora_use_boost_headers(<target>)
+# No link dependency, so that those who use the package need no Boost.
+function(velmora_use_boost_headers target)
+    find_package(Boost REQUIRED)
+    target_include_directories(${target} SYSTEM PRIVATE
+        $<TARGET_PROPERTY:Boost::headers,INTERFACE_INCLUDE_DIRECTORIES>)
+endfunction()
+
 # velmora_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [NATIVE])
 # One GoogleTest program; each of its tests becomes one ctest entry with a time limit. NATIVE says that it starts no .NET:
 # such tests also run under the sanitizers.

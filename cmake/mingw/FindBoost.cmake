@@ -1,0 +1,6 @@
+include(DebianHeaders)
+if(NOT TARGET Boost::headers)
+    velmora_add_debian_headers(Boost::headers boost)
+    add_library(Boost::boost ALIAS Boost::headers)
+endif()
+set(Boost_FOUND TRUE)

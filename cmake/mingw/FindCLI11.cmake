@@ -1,0 +1,5 @@
+include(DebianHeaders)
+if(NOT TARGET CLI11::CLI11)
+    velmora_add_debian_headers(CLI11::CLI11 CLI)
+endif()
+set(CLI11_FOUND TRUE)

@@ -1,0 +1,5 @@
+include(DebianHeaders)
+if(NOT TARGET nlohmann_json::nlohmann_json)
+    velmora_add_debian_headers(nlohmann_json::nlohmann_json nlohmann)
+endif()
+set(nlohmann_json_FOUND TRUE)

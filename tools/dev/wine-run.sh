@@ -1,0 +1,14 @@
+#!/bin/sh
+# usage: wine-run.sh BUILD_FOLDER PROGRAM [ARGUMENT...]
+# Runs a Windows program of a build tree under Wine, with the tree's own prefix (wine), .NET installation (dotnet) and
+# the C++ runtime's DLLs of the cross compiler.
+build_folder=$1
+shift
+export WINEPREFIX="$build_folder/wine"
+export WINELOADER=/usr/lib/wine/wine64
+export WINESERVER=/usr/lib/wine/wineserver64
+export WINEDEBUG="${WINEDEBUG:--all}"
+export DISPLAY=
+export WINEPATH="${WINEPATH:-Z:\\usr\\lib\\gcc\\x86_64-w64-mingw32\\12-posix;Z:\\usr\\x86_64-w64-mingw32\\lib}"
+export DOTNET_ROOT="${VELMORA_WINE_DOTNET_ROOT-Z:$build_folder/dotnet}"
+exec "$WINELOADER" "$@"
