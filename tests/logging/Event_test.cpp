@@ -259,6 +259,27 @@ TEST(KeyValueEvent, RefusesKeysThatNestTooDeeply)
     EXPECT_THROW(event.putUInt32(std::wstring(1'000'000, L'.'), 1), std::invalid_argument);
 }
 
+TEST(KeyValueEvent, FindsItsWayAmongManyKeys)
+{
+    constexpr std::uint32_t Count = 20'000;
+    QVKeyValueEvent event(L"e");
+    for (std::uint32_t i = 0; i < Count; ++i)
+        event.putUInt32(std::to_wstring((i * 7919) % Count), i);
+    for (std::uint32_t i = 0; i < Count; ++i)
+        event.putUInt32(L"nested." + std::to_wstring(i), i + 1);
+
+    const QVKeyValueEvent copy(event);
+    for (std::uint32_t i = 0; i < Count; ++i) {
+        ASSERT_EQ(textOf(copy, std::to_wstring((i * 7919) % Count)), std::to_wstring(i));
+        ASSERT_EQ(textOf(copy, L"nested." + std::to_wstring(i)), std::to_wstring(i + 1));
+    }
+    const auto keys = copy.keys();
+    ASSERT_EQ(keys.size(), Count + 1U);
+    EXPECT_EQ(keys[1], L"7919");
+    EXPECT_EQ(keys.back(), L"nested");
+    EXPECT_EQ(textOf(copy, std::to_wstring(Count)), L"(none)");
+}
+
 TEST(KeyValueEvent, CopiesItsValues)
 {
     QVKeyValueEvent original(L"e");

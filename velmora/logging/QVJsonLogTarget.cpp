@@ -1,7 +1,7 @@
 #include <velmora/logging/QVJsonLogTarget.h>
 
 #include <velmora/logging/RecordTree.h>
-#include <velmora/logging/ValueTree.h>
+#include <velmora/logging/ValueText.h>
 #include <velmora/platform/Unicode.h>
 
 #include <boost/property_tree/json_parser.hpp>
@@ -14,7 +14,7 @@ namespace Quorvex::Velmora::Logging
 namespace
 {
 
-[[maybe_unused]] bool isBeyondBasicPlane(wchar_t c) noexcept { return static_cast<char32_t>(c) > 0xFFFF; }
+[[maybe_unused]] bool isBeyondBasicPlane(char32_t c) noexcept { return c > 0xFFFF; }
 
 // The JSON writer has four digits for each wchar_t and would clip what needs more: it gets pairs of surrogates.
 std::wstring inPairs(const std::wstring& text)
@@ -70,18 +70,18 @@ void QVJsonLogTarget::prepare() {}
 
 void QVJsonLogTarget::putUInt32(const std::wstring& key, std::uint32_t value)
 {
-    m_impl->put(key, ValueTree::toText(value));
+    m_impl->put(key, ValueText::from(value));
 }
 
-void QVJsonLogTarget::putDouble(const std::wstring& key, double value) { m_impl->put(key, ValueTree::toText(value)); }
+void QVJsonLogTarget::putDouble(const std::wstring& key, double value) { m_impl->put(key, ValueText::from(value)); }
 
 void QVJsonLogTarget::putString(const std::wstring& key, const std::wstring& value) { m_impl->put(key, value); }
 
-void QVJsonLogTarget::putBool(const std::wstring& key, bool value) { m_impl->put(key, ValueTree::toText(value)); }
+void QVJsonLogTarget::putBool(const std::wstring& key, bool value) { m_impl->put(key, ValueText::from(value)); }
 
 void QVJsonLogTarget::putUInt64(const std::wstring& key, std::uint64_t value)
 {
-    m_impl->put(key, ValueTree::toText(value));
+    m_impl->put(key, ValueText::from(value));
 }
 
 void QVJsonLogTarget::finish() {}

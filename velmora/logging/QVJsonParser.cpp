@@ -1,6 +1,8 @@
 #include <velmora/logging/QVJsonParser.h>
 
+#include <velmora/logging/KeyPath.h>
 #include <velmora/logging/NestingGuard.h>
+#include <velmora/logging/ValueText.h>
 #include <velmora/logging/ValueTree.h>
 
 #include <boost/property_tree/json_parser.hpp>
@@ -29,13 +31,20 @@ ValueTree::Tree readTree(std::wistream& stream)
 {
     ValueTree::Tree tree;
     try {
-        NestingGuard guard(stream.rdbuf(), ValueTree::MaximumDepth);
+        NestingGuard guard(stream.rdbuf(), MaximumDepth);
         std::wistream guarded(&guard);
         boost::property_tree::read_json(guarded, tree);
     } catch (const boost::property_tree::json_parser_error& error) {
         report(error, stream);
     }
     return tree;
+}
+
+template <class Value>
+bool get(const ValueTree::Tree& document, const std::wstring& key, Value& out)
+{
+    const auto* const node = ValueTree::findNode(document, key);
+    return node != nullptr && ValueText::to(node->data(), out);
 }
 
 } // namespace
@@ -52,37 +61,31 @@ bool QVJsonParser::queryFlag() const { return false; }
 
 bool QVJsonParser::getUInt32(const std::wstring& key, std::uint32_t& out) const
 {
-    return ValueTree::get(m_impl->document, key, out);
+    return get(m_impl->document, key, out);
 }
 
-bool QVJsonParser::getDouble(const std::wstring& key, double& out) const
-{
-    return ValueTree::get(m_impl->document, key, out);
-}
+bool QVJsonParser::getDouble(const std::wstring& key, double& out) const { return get(m_impl->document, key, out); }
 
 bool QVJsonParser::getString(const std::wstring& key, std::wstring& out) const
 {
-    return ValueTree::get(m_impl->document, key, out);
+    return get(m_impl->document, key, out);
 }
 
-bool QVJsonParser::getBool(const std::wstring& key, bool& out) const
-{
-    return ValueTree::get(m_impl->document, key, out);
-}
+bool QVJsonParser::getBool(const std::wstring& key, bool& out) const { return get(m_impl->document, key, out); }
 
 bool QVJsonParser::getUInt64(const std::wstring& key, std::uint64_t& out) const
 {
-    return ValueTree::get(m_impl->document, key, out);
+    return get(m_impl->document, key, out);
 }
 
-bool QVJsonParser::valueAsUInt32(std::uint32_t& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsUInt32(std::uint32_t& out) const { return ValueText::to(m_impl->document.data(), out); }
 
-bool QVJsonParser::valueAsDouble(double& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsDouble(double& out) const { return ValueText::to(m_impl->document.data(), out); }
 
-bool QVJsonParser::valueAsString(std::wstring& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsString(std::wstring& out) const { return ValueText::to(m_impl->document.data(), out); }
 
-bool QVJsonParser::valueAsBool(bool& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsBool(bool& out) const { return ValueText::to(m_impl->document.data(), out); }
 
-bool QVJsonParser::valueAsUInt64(std::uint64_t& out) const { return ValueTree::fromText(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsUInt64(std::uint64_t& out) const { return ValueText::to(m_impl->document.data(), out); }
 
 } // namespace Quorvex::Velmora::Logging

@@ -1,14 +1,29 @@
 #include <velmora/logging/QVKeyValueEvent.h>
 
-#include <velmora/logging/ValueTree.h>
+#include <velmora/logging/ValueNode.h>
+#include <velmora/logging/ValueText.h>
+
+#include <utility>
 
 namespace Quorvex::Velmora::Logging
 {
 
 struct QVKeyValueEvent::Record {
     std::wstring name;
-    ValueTree::Tree values;
+    ValueNode values;
 };
+
+namespace
+{
+
+template <class Value>
+bool get(const ValueNode& values, const std::wstring& key, Value& out)
+{
+    const ValueNode* const node = values.find(key);
+    return node != nullptr && ValueText::to(node->text, out);
+}
+
+} // namespace
 
 QVKeyValueEvent::QVKeyValueEvent(const std::wstring& name) : m_record(std::make_unique<Record>(Record{name, {}})) {}
 
@@ -35,37 +50,37 @@ std::wstring QVKeyValueEvent::name() const { return m_record->name; }
 std::vector<std::wstring> QVKeyValueEvent::keys() const
 {
     std::vector<std::wstring> result;
-    result.reserve(m_record->values.size());
-    for (const auto& entry : m_record->values)
-        result.push_back(entry.first);
+    result.reserve(m_record->values.entries().size());
+    for (const auto& entry : m_record->values.entries())
+        result.push_back(entry.key);
     return result;
 }
 
 void QVKeyValueEvent::writeTo(IO::QVKeyValueSink& sink) const
 {
-    for (const auto& [key, node] : m_record->values)
-        sink.putString(key, node.data());
+    for (const auto& entry : m_record->values.entries())
+        sink.putString(entry.key, entry.node.text);
 }
 
 void QVKeyValueEvent::prepare() {}
 
 void QVKeyValueEvent::putUInt32(const std::wstring& key, std::uint32_t value)
 {
-    putString(key, ValueTree::toText(value));
+    putString(key, ValueText::from(value));
 }
 
-void QVKeyValueEvent::putDouble(const std::wstring& key, double value) { putString(key, ValueTree::toText(value)); }
+void QVKeyValueEvent::putDouble(const std::wstring& key, double value) { putString(key, ValueText::from(value)); }
 
 void QVKeyValueEvent::putString(const std::wstring& key, const std::wstring& value)
 {
-    ValueTree::nodeAt(m_record->values, key).data() = value;
+    m_record->values.at(key).text = value;
 }
 
-void QVKeyValueEvent::putBool(const std::wstring& key, bool value) { putString(key, ValueTree::toText(value)); }
+void QVKeyValueEvent::putBool(const std::wstring& key, bool value) { putString(key, ValueText::from(value)); }
 
 void QVKeyValueEvent::putUInt64(const std::wstring& key, std::uint64_t value)
 {
-    putString(key, ValueTree::toText(value));
+    putString(key, ValueText::from(value));
 }
 
 void QVKeyValueEvent::finish() {}
@@ -74,27 +89,21 @@ bool QVKeyValueEvent::queryFlag() const { return false; }
 
 bool QVKeyValueEvent::getUInt32(const std::wstring& key, std::uint32_t& out) const
 {
-    return ValueTree::get(m_record->values, key, out);
+    return get(m_record->values, key, out);
 }
 
-bool QVKeyValueEvent::getDouble(const std::wstring& key, double& out) const
-{
-    return ValueTree::get(m_record->values, key, out);
-}
+bool QVKeyValueEvent::getDouble(const std::wstring& key, double& out) const { return get(m_record->values, key, out); }
 
 bool QVKeyValueEvent::getString(const std::wstring& key, std::wstring& out) const
 {
-    return ValueTree::get(m_record->values, key, out);
+    return get(m_record->values, key, out);
 }
 
-bool QVKeyValueEvent::getBool(const std::wstring& key, bool& out) const
-{
-    return ValueTree::get(m_record->values, key, out);
-}
+bool QVKeyValueEvent::getBool(const std::wstring& key, bool& out) const { return get(m_record->values, key, out); }
 
 bool QVKeyValueEvent::getUInt64(const std::wstring& key, std::uint64_t& out) const
 {
-    return ValueTree::get(m_record->values, key, out);
+    return get(m_record->values, key, out);
 }
 
 } // namespace Quorvex::Velmora::Logging
