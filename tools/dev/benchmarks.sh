@@ -3,7 +3,7 @@
 
 bench() { # [name]...
     require "${build_packages[@]}" "${bench_packages[@]}"
-    build bench
+    build bench bench/all
     local program count=0
     for program in build/bench/bench/*; do
         [ -f "$program" ] && [ -x "$program" ] || continue

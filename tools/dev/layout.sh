@@ -3,7 +3,8 @@
 set -euo pipefail
 # So that the last part of a pipe counts into this shell.
 shopt -s lastpipe
-readonly longest_file=400
+readonly longest_source=400
+readonly longest_test=500
 failures=0
 
 tracked() { git ls-files --cached --others --exclude-standard -- "$@"; }
@@ -44,15 +45,23 @@ check_headers() {
     for header in $(tracked '*.h'); do
         grep -q '^#pragma once$' "$header" || echo "$header"
     done | forbid 'A header has #pragma once:'
-    lines_with '^ *using namespace' -- '*.h' | forbid 'A header brings in no namespace:'
+    lines_with '^using namespace' -- '*.h' | forbid 'A header brings in no namespace:'
 }
 
 check_lengths() {
-    local file length
-    for file in $(tracked '*.h' '*.cpp' '*.cs' '*.cmake' '*CMakeLists.txt' '*.sh' dev); do
+    longer_than "$longest_source" 'velmora/*' 'managed/*' 'tools/*' 'cmake/*' '*CMakeLists.txt' dev |
+        forbid "A source file has at most $longest_source lines:"
+    longer_than "$longest_test" 'tests/*' 'bench/*' 'fuzz/*.cpp' |
+        forbid "A test or benchmark has at most $longest_test lines:"
+}
+
+longer_than() { # <lines> <file pattern>...
+    local most=$1 file length
+    shift
+    for file in $(tracked "$@"); do
         length=$(wc -l <"$file")
-        [ "$length" -le "$longest_file" ] || echo "$file: $length lines"
-    done | forbid "A source file has at most $longest_file lines:"
+        [ "$length" -le "$most" ] || echo "$file: $length lines"
+    done
 }
 
 check_texts() {

@@ -1,0 +1,102 @@
+# Builds the example host and a program of the support libraries as a user of Velmora would, and runs both.
+#
+#   MODE             install, build or subdirectory: how they get at Velmora
+#   SOURCE_DIR       the repository          BUILD_DIR   its build tree
+#   WORK_DIR         emptied and used        CONFIG      the build type
+#   GENERATOR, CXX   what to build with
+cmake_minimum_required(VERSION 3.25)
+
+function(run)
+    execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(expect_equal found wanted what)
+    if(NOT found STREQUAL wanted)
+        message(FATAL_ERROR "${what}: found '${found}', wanted '${wanted}'")
+    endif()
+endfunction()
+
+# Moved after the install: nothing in it may know where it was.
+function(install_elsewhere prefix)
+    run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}-first")
+    file(RENAME "${prefix}-first" "${prefix}")
+endfunction()
+
+function(build_consumer)
+    run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/consumer" -B "${WORK_DIR}/consumer"
+        "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
+        ${ARGN})
+    run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
+endfunction()
+
+function(make_home home)
+    file(WRITE "${home}/service.json" [[{"state": "running"}]])
+    file(WRITE "${home}/drives.json" [=[
+        [{
+            "id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01",
+            "name": "Harbour Project",
+            "type": "Quorvex.DataSourceType.Drive",
+            "workspace": "workspace",
+            "server": "server"
+        }]
+    ]=])
+    file(WRITE "${home}/workspace/Plan.txt" "plan")
+    file(MAKE_DIRECTORY "${home}/server/Drawings")
+endfunction()
+
+function(run_host home result output errors)
+    file(READ "${WORK_DIR}/consumer/local-service.txt" service)
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -E env "TESSAPORT_HOME=${home}" "${host}" "${service}"
+        RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    set(${result} "${code}" PARENT_SCOPE)
+    set(${output} "${out}" PARENT_SCOPE)
+    set(${errors} "${err}" PARENT_SCOPE)
+endfunction()
+
+function(check_host_lists_the_drives)
+    make_home("${WORK_DIR}/home")
+    run_host("${WORK_DIR}/home" code out err)
+    expect_equal("${err}" "" "the host's messages")
+    expect_equal("${out}" "Harbour Project:\n  Drawings/\n  Plan.txt\n" "the host's listing")
+    expect_equal("${code}" 0 "the host's exit code")
+endfunction()
+
+function(check_host_says_that_nothing_is_installed)
+    run_host("${WORK_DIR}/nowhere" code out err)
+    expect_equal("${code}" 1 "the host's exit code without a home")
+    expect_equal("${out}" "" "the host's listing without a home")
+    if(NOT err MATCHES "nowhere")
+        message(FATAL_ERROR "the host's message without a home does not name it: '${err}'")
+    endif()
+endfunction()
+
+function(find_program_of_consumer name result)
+    file(GLOB_RECURSE found LIST_DIRECTORIES false
+        "${WORK_DIR}/consumer/${name}" "${WORK_DIR}/consumer/${name}.exe")
+    list(FILTER found EXCLUDE REGEX "CMakeFiles")
+    list(LENGTH found count)
+    expect_equal("${count}" 1 "programs named ${name}")
+    set(${result} "${found}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${WORK_DIR}")
+if(MODE STREQUAL "install")
+    install_elsewhere("${WORK_DIR}/prefix")
+    build_consumer("-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix")
+elseif(MODE STREQUAL "build")
+    build_consumer("-DCMAKE_PREFIX_PATH=${BUILD_DIR}")
+elseif(MODE STREQUAL "subdirectory")
+    build_consumer("-DVELMORA_SOURCES=${SOURCE_DIR}")
+else()
+    message(FATAL_ERROR "there is no mode '${MODE}'")
+endif()
+find_program_of_consumer(velmora_host host)
+find_program_of_consumer(support support)
+
+run("${support}")
+check_host_lists_the_drives()
+check_host_says_that_nothing_is_installed()
+if(MODE STREQUAL "install")
+    run("${WORK_DIR}/prefix/bin/tessaport" --home "${WORK_DIR}/home" drives)
+endif()
