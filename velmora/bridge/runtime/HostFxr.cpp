@@ -153,7 +153,7 @@ private:
         properties.get = library.symbol<hostfxr_get_runtime_property_value_fn>("hostfxr_get_runtime_property_value");
         properties.set = library.symbol<hostfxr_set_runtime_property_value_fn>("hostfxr_set_runtime_property_value");
         if (initialize == nullptr || getDelegate == nullptr || close == nullptr) {
-            status.code = static_cast<std::int32_t>(0x80008084);
+            status.code = static_cast<std::int32_t>(library.isOpen() ? 0x80008084 : 0x80008082);
             status.details = library.error();
         }
         return status;

@@ -42,7 +42,7 @@ constexpr KnownFailure KnownFailures[] = {
     {0x8000808c, L"a list of the runtime's libraries could not be read", RepairDotnet},
     {0x8000808d, L"the bridge's folder could not be read", RepairBridge},
     {0x8000808e, L"the .NET runtime's core library was not found", RepairDotnet},
-    {0x8000808f, L"the .NET runtime failed to unload", RestartProcess},
+    {0x8000808f, L"the .NET runtime failed to unload", RepairDotnet},
     {0x80008091, L"the application's executable is not bound to one", RepairBridge},
     {0x80008092, L"the .NET host library is missing", InstallDotnet},
     {0x80008093, L"the bridge's .runtimeconfig.json is invalid or asks for a self-contained runtime", RepairBridge},
@@ -68,6 +68,21 @@ constexpr KnownFailure KnownFailures[] = {
     {0x800080a7, L"the hosting scenario is not supported", OtherHost},
 };
 
+// What is said of codes that the table does not have.
+constexpr KnownFailure UnknownHostingFailure = {0, L"an unexpected failure", RepairDotnet};
+constexpr KnownFailure BridgeFailure = {0, L"the bridge's assembly could not be loaded", RepairBridge};
+
+const KnownFailure& failureOf(std::uint32_t code)
+{
+    const auto* const known = std::find_if(std::begin(KnownFailures), std::end(KnownFailures),
+        [code](const KnownFailure& failure) { return failure.code == code; });
+    if (known != std::end(KnownFailures))
+        return *known;
+    // Other numbers come from the runtime, once it runs and loads the bridge.
+    const bool isHostingCode = (code & 0xFFFFFF00) == 0x80008000;
+    return isHostingCode ? UnknownHostingFailure : BridgeFailure;
+}
+
 std::wstring hexadecimal(std::int32_t code)
 {
     char text[16];
@@ -92,14 +107,12 @@ std::wstring searched(const std::filesystem::path& dotnetRoot)
 std::wstring describeHostingFailure(
     const HostingStatus& status, const std::filesystem::path& dotnetRoot, const std::filesystem::path& bridgeFolder)
 {
-    const auto known = std::find_if(std::begin(KnownFailures), std::end(KnownFailures),
-        [&](const KnownFailure& failure) { return failure.code == static_cast<std::uint32_t>(status.code); });
-    const bool isKnown = known != std::end(KnownFailures);
+    const KnownFailure& failure = failureOf(static_cast<std::uint32_t>(status.code));
     std::wstring message = L".NET could not be started: ";
-    message += isKnown ? known->meaning : L"an unexpected failure";
+    message += failure.meaning;
     message += L" (" + hexadecimal(status.code) + L"). .NET was looked for " + searched(dotnetRoot);
     message += L", the bridge in '" + Common::wideText(bridgeFolder) + L"'. ";
-    message += isKnown ? known->remedy : RepairDotnet;
+    message += failure.remedy;
     if (!status.details.empty())
         message += L" .NET's own words: " + Common::Unicode::fromUtf8(status.details);
     return message;

@@ -52,7 +52,8 @@ void listFolders()
 {
     QvNativeTessaportAPI connection;
     const auto drives = connection.getDrives();
-    std::cout << "folders " << connection.getChildFolders(drives[0]->root).GetSize() << std::endl;
+    const auto folders = connection.getChildFolders(drives[0]->root);
+    std::cout << "folders " << folders.GetSize() << std::endl;
 }
 
 void rename(std::string_view fromTo)

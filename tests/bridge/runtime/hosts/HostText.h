@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iostream>
+#include <string>
 #include <typeinfo>
 
 #include <velmora/api/Exceptions.h>
@@ -20,6 +21,14 @@ inline const char* kindOf(const TessaportAPI::ApiException& e)
     return typeid(e) == typeid(ApiException) ? "ApiException" : "another exception";
 }
 
+/// The message in one line.
+inline std::string lineOf(std::string message)
+{
+    for (char& c : message)
+        c = c == '\n' ? ' ' : c;
+    return message;
+}
+
 /// Runs the step; a failure becomes a line "failed <kind>: <message>".
 template <class Step>
 void report(Step step)
@@ -27,7 +36,7 @@ void report(Step step)
     try {
         step();
     } catch (const TessaportAPI::ApiException& e) {
-        std::cout << "failed " << kindOf(e) << ": " << e.what() << std::endl;
+        std::cout << "failed " << kindOf(e) << ": " << lineOf(e.what()) << std::endl;
     }
 }
 

@@ -1,8 +1,11 @@
-// Sends requests from 10,000 threads, one after the other and a few at a time, and writes by how many bytes the
-// process has grown after a first 2,000.
+// Sends requests from rounds of 10,000 threads, a few at a time, and writes by how many KiB the process has grown in
+// the round in which it grew least. Ends at the first round that stays below the limit.
 //   Threads_host API_FOLDER
+#include <algorithm>
+#include <climits>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,6 +21,7 @@ namespace
 {
 
 constexpr int AtATime = 4;
+constexpr long Limit = 1024;
 
 void useThreads(QvNativeTessaportAPI& connection, int count)
 {
@@ -41,7 +45,7 @@ long usedMemory()
         if (line.rfind("Private_Dirty:", 0) == 0)
             return std::stol(line.substr(14));
     }
-    return -1;
+    throw std::runtime_error("no Private_Dirty in /proc/self/smaps_rollup");
 }
 
 } // namespace
@@ -52,11 +56,15 @@ int main(int count, char** arguments)
         return 2;
     setRuntimeOptions({arguments[1], {}});
     QvNativeTessaportAPI connection;
-    useThreads(connection, 2000);
-    const long before = usedMemory();
-    useThreads(connection, 10'000);
-    const long after = usedMemory();
-    std::cerr << before << " KiB before, " << after << " KiB after" << std::endl;
-    std::cout << after - before << std::endl;
-    return before > 0 ? 7 : 1;
+    // The runtime grows once, some time after its start; what threads leave behind would come with every round.
+    long least = LONG_MAX;
+    for (int round = 0; round < 4 && least >= Limit; ++round) {
+        const long before = usedMemory();
+        useThreads(connection, 10'000);
+        const long after = usedMemory();
+        std::cerr << before << " KiB before, " << after << " KiB after" << std::endl;
+        least = std::min(least, after - before);
+    }
+    std::cout << least << std::endl;
+    return 7;
 }

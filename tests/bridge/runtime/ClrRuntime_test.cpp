@@ -1,0 +1,339 @@
+// Starting, step by step, over a host that fails where the test wants it.
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tests/bridge/runtime/FakeHostFxr.h>
+#include <tests/bridge/runtime/Installation.h>
+#include <velmora/api/Exceptions.h>
+#include <velmora/bridge/runtime/ClrRuntime.h>
+
+using namespace Quorvex::Velmora;
+using namespace Quorvex::Velmora::Tessaport;
+using namespace Quorvex::Velmora::TestSupport;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+constexpr std::uint32_t FirstCode = 0x80008081;
+constexpr std::uint32_t LastCode = 0x800080a7;
+constexpr std::uint32_t RuntimeFailedToStart = 0x80008089;
+constexpr std::uint32_t InvalidState = 0x800080a3;
+
+// What the fake bridge does when it is started.
+struct BridgeScript {
+    std::int32_t row = 0;
+    std::vector<std::u16string> texts;
+    int started = 0;
+    int repliesReleased = 0;
+    std::u16string apiFolder;
+    std::uint32_t version = 0;
+    std::uint32_t size = 0;
+};
+BridgeScript bridgeScript;
+
+// A reply of texts: count and offset of the handles, then each text behind its length, in units of UTF-16.
+std::u16string packed(const std::vector<std::u16string>& texts)
+{
+    std::u16string units(8, u'\0');
+    for (const std::u16string& text : texts) {
+        units.resize((units.size() + 1) / 2 * 2);
+        units += {static_cast<char16_t>(text.size()), u'\0'};
+        units += text;
+    }
+    units.resize((units.size() + 3) / 4 * 4);
+    units[0] = static_cast<char16_t>(texts.size());
+    units[4] = static_cast<char16_t>(units.size() * sizeof(char16_t));
+    return units;
+}
+
+std::int32_t startFakeBridge(TessaportEntryPoints* table, const VelmoraText* apiFolder, VelmoraReply* reply)
+{
+    static std::u16string content;
+    ++bridgeScript.started;
+    bridgeScript.apiFolder.assign(apiFolder->data, apiFolder->length);
+    bridgeScript.version = table->version;
+    bridgeScript.size = table->size;
+    table->releaseReply = [](VelmoraReply*) { ++bridgeScript.repliesReleased; };
+    content = packed(bridgeScript.texts);
+    reply->data = reinterpret_cast<std::uint8_t*>(content.data());
+    reply->size = content.size() * sizeof(char16_t);
+    return bridgeScript.row;
+}
+
+std::string hexadecimal(std::uint32_t code)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08x", code);
+    return text;
+}
+
+HostingStatus statusOf(std::uint32_t code) { return {static_cast<std::int32_t>(code), "words of the host"}; }
+
+class Starting : public testing::Test
+{
+protected:
+    Starting()
+    {
+        bridgeScript = {};
+        bridgeScript.texts = {u".NET 8.0.1", u"0.1.0.0", u"/api/Quorvex.Tessaport.API.dll", u"3.0.0.0"};
+        script.startBridge = startFakeBridge;
+        writeText(bridge / "Velmora.Bridge.dll", "");
+        writeText(bridge / "Velmora.Bridge.runtimeconfig.json", "");
+    }
+
+    std::string failureOfStart()
+    {
+        try {
+            (void)runtime.entryPoints();
+        } catch (const TessaportAPI::ApiException& e) {
+            return e.what();
+        }
+        ADD_FAILURE() << "the start succeeded";
+        return {};
+    }
+
+    void expectSuccess() { EXPECT_EQ(runtime.entryPoints().version, EntryPointsVersion); }
+
+    TemporaryFolder folder;
+    const std::filesystem::path bridge = folder.path() / "bridge";
+    HostScript script;
+    ClrRuntime runtime{std::make_unique<FakeHostFxr>(script), bridge};
+};
+
+class HostingCodes : public Starting, public testing::WithParamInterface<std::uint32_t>
+{
+protected:
+    void expectMessageFor(std::uint32_t code, const std::string& message) const
+    {
+        EXPECT_THAT(message, HasSubstr(hexadecimal(code)));
+        EXPECT_THAT(message, HasSubstr("'" + bridge.string() + "'"));
+        EXPECT_THAT(message, HasSubstr("'" + folder.path().string() + "'"));
+        EXPECT_THAT(message, HasSubstr("words of the host"));
+        EXPECT_THAT(message, testing::AnyOf(HasSubstr("Install the .NET runtime"),
+                                 HasSubstr("Repair or reinstall .NET"), HasSubstr("Reinstall this library"),
+                                 HasSubstr("Restart this process"), HasSubstr("start it here first")));
+        EXPECT_EQ(code == RuntimeFailedToStart || code == InvalidState,
+            message.find("Restart this process") != std::string::npos)
+            << message;
+    }
+
+    // Where the fake looks for .NET, so that the message has a folder to name.
+    void pointToFolder()
+    {
+        std::filesystem::create_directories(folder.path() / "host" / "fxr");
+        runtime.setLocations({{}, folder.path()});
+    }
+};
+
+class SuccessCodes : public Starting, public testing::WithParamInterface<std::int32_t>
+{
+};
+
+std::string nameOfCode(const testing::TestParamInfo<std::uint32_t>& info) { return hexadecimal(info.param); }
+
+} // namespace
+
+TEST_P(HostingCodes, WhenOpeningBecomeAMessageAndLeaveTheNextStartFree)
+{
+    pointToFolder();
+    script.open = statusOf(GetParam());
+
+    expectMessageFor(GetParam(), failureOfStart());
+    EXPECT_EQ(script.started, 0);
+
+    script.open = {};
+    expectSuccess();
+}
+
+TEST_P(HostingCodes, WhenStartingBecomeAMessageAndLeaveTheNextStartFree)
+{
+    pointToFolder();
+    script.start = statusOf(GetParam());
+
+    expectMessageFor(GetParam(), failureOfStart());
+    EXPECT_EQ(bridgeScript.started, 0);
+
+    script.start = {};
+    expectSuccess();
+}
+
+INSTANTIATE_TEST_SUITE_P(Starting, HostingCodes, testing::Range(FirstCode, LastCode + 1), nameOfCode);
+
+TEST_P(SuccessCodes, OfBothStepsAreAccepted)
+{
+    script.open.code = GetParam();
+    script.start.code = GetParam();
+
+    expectSuccess();
+}
+
+INSTANTIATE_TEST_SUITE_P(Starting, SuccessCodes, testing::Values(0, 1, 2));
+
+TEST_F(Starting, ReportsCodesThatNobodyHasDocumented)
+{
+    for (const std::uint32_t code : {3U, 0x80008080U, 0x800080a8U, 0x80070002U, 0xFFFFFFFFU}) {
+        script.start = statusOf(code);
+
+        EXPECT_THAT(failureOfStart(), HasSubstr(hexadecimal(code)));
+    }
+}
+
+TEST_F(Starting, HappensOnce)
+{
+    const TessaportEntryPoints& first = runtime.entryPoints();
+    const TessaportEntryPoints& second = runtime.entryPoints();
+
+    EXPECT_EQ(&first, &second);
+    EXPECT_EQ(script.opened, 1);
+    EXPECT_EQ(script.started, 1);
+    EXPECT_EQ(bridgeScript.started, 1);
+    EXPECT_EQ(bridgeScript.repliesReleased, 1);
+}
+
+TEST_F(Starting, HandsTheHostAndTheBridgeWhatWasSet)
+{
+    const std::filesystem::path api = folder.path() / "api";
+    std::filesystem::create_directories(folder.path() / "host" / "fxr");
+    runtime.setLocations({api, folder.path()});
+
+    expectSuccess();
+
+    EXPECT_EQ(script.dotnetRoot, folder.path());
+    EXPECT_EQ(script.bridgeFolder, bridge);
+    EXPECT_EQ(std::filesystem::path(bridgeScript.apiFolder), api);
+    EXPECT_EQ(bridgeScript.version, EntryPointsVersion);
+    EXPECT_EQ(bridgeScript.size, sizeof(TessaportEntryPoints));
+}
+
+TEST_F(Starting, DescribesWhatRuns)
+{
+    EXPECT_TRUE(runtime.description().framework.empty());
+
+    expectSuccess();
+
+    EXPECT_EQ(runtime.description().framework, L".NET 8.0.1");
+    EXPECT_EQ(runtime.description().bridgeVersion, L"0.1.0.0");
+    EXPECT_EQ(runtime.description().apiAssembly, L"/api/Quorvex.Tessaport.API.dll");
+    EXPECT_EQ(runtime.description().apiVersion, L"3.0.0.0");
+}
+
+TEST_F(Starting, ReportsTheBridgesOwnMessageUnchangedAndDoesNotStartTheHostAgain)
+{
+    const std::vector<std::u16string> described = bridgeScript.texts;
+    bridgeScript.row = 6;
+    bridgeScript.texts = {u"the assembly is not there"};
+
+    EXPECT_EQ(failureOfStart(), "the assembly is not there");
+    EXPECT_TRUE(runtime.description().framework.empty());
+
+    bridgeScript.row = 0;
+    bridgeScript.texts = described;
+    expectSuccess();
+    EXPECT_EQ(script.started, 1);
+    EXPECT_EQ(bridgeScript.started, 2);
+    EXPECT_EQ(bridgeScript.repliesReleased, 2);
+}
+
+TEST_F(Starting, SurvivesAReplyThatDoesNotDescribeWhatRuns)
+{
+    bridgeScript.texts = {u".NET 8.0.1"};
+
+    EXPECT_THROW((void)runtime.entryPoints(), std::exception);
+    EXPECT_TRUE(runtime.description().apiVersion.empty());
+    EXPECT_EQ(bridgeScript.repliesReleased, 1);
+}
+
+TEST_F(Starting, TakesNewLocationsUntilItHasSucceeded)
+{
+    script.open = statusOf(FirstCode);
+    (void)failureOfStart();
+    EXPECT_NO_THROW(runtime.setLocations({folder.path() / "other", {}}));
+
+    script.open = {};
+    expectSuccess();
+
+    EXPECT_THROW(runtime.setLocations({}), std::logic_error);
+    EXPECT_EQ(runtime.locations().apiFolder, folder.path() / "other");
+}
+
+TEST_F(Starting, TakesRelativeLocationsFromTheCurrentFolderOfTheCall)
+{
+    runtime.setLocations({"api", {}});
+
+    EXPECT_EQ(runtime.locations().apiFolder, std::filesystem::current_path() / "api");
+    EXPECT_TRUE(runtime.locations().dotnetRoot.empty());
+}
+
+TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
+{
+    runtime.setLocations({{}, folder.path() / "absent"});
+
+    EXPECT_THAT(failureOfStart(), HasSubstr((folder.path() / "absent").string()));
+    EXPECT_EQ(script.opened, 0);
+}
+
+TEST_F(Starting, AsksNoHostWhenTheBridgeIsMissing)
+{
+    std::filesystem::remove(bridge / "Velmora.Bridge.dll");
+
+    EXPECT_THAT(failureOfStart(), testing::AllOf(HasSubstr("Velmora.Bridge.dll"), HasSubstr(bridge.string())));
+    EXPECT_EQ(script.opened, 0);
+}
+
+TEST_F(Starting, GivesWayToOtherEntryPointsForTests)
+{
+    TessaportEntryPoints other{};
+    runtime.replaceEntryPoints(&other);
+    EXPECT_EQ(&runtime.entryPoints(), &other);
+    EXPECT_EQ(script.opened, 0);
+
+    runtime.replaceEntryPoints(nullptr);
+
+    EXPECT_NE(&runtime.entryPoints(), &other);
+    EXPECT_EQ(script.opened, 1);
+}
+
+TEST(RunningRuntime, IsJoinedByASecondHostAndRefusesATableOfAnotherSizeOrVersion)
+{
+    // Given the runtime that this process has started through one host.
+    auto& ofProcess = ClrRuntime::ofProcess();
+    ofProcess.setBridgeFolder(VELMORA_BRIDGE_FOLDER);
+    ofProcess.setLocations({vendorFolder("fitting"), {}});
+    (void)ofProcess.entryPoints();
+
+    // When another joins it.
+    const auto second = HostFxr::system();
+    StartBridge startBridge = nullptr;
+    ASSERT_TRUE(second->open({}).succeeded());
+    ASSERT_TRUE(second->start(VELMORA_BRIDGE_FOLDER, startBridge).succeeded());
+
+    // Then its tables are checked as the first one was.
+    const std::u16string api = vendorFolder("fitting").u16string();
+    const VelmoraText apiFolder{api.data(), api.size()};
+    for (const auto& [version, size] : {std::pair(EntryPointsVersion + 1, sizeof(TessaportEntryPoints)),
+             std::pair(EntryPointsVersion, sizeof(TessaportEntryPoints) - 8), std::pair(0U, std::size_t{0})}) {
+        TessaportEntryPoints table{};
+        table.version = version;
+        table.size = static_cast<std::uint32_t>(size);
+        VelmoraReply reply{};
+        EXPECT_EQ(startBridge(&table, &apiFolder, &reply), 6);
+        EXPECT_EQ(table.createService, nullptr);
+        ofProcess.entryPoints().releaseReply(&reply);
+    }
+    TessaportEntryPoints table{};
+    table.version = EntryPointsVersion;
+    table.size = sizeof table;
+    VelmoraReply reply{};
+    EXPECT_EQ(startBridge(&table, &apiFolder, &reply), 0);
+    EXPECT_NE(table.createService, nullptr);
+    table.releaseReply(&reply);
+}

@@ -1,0 +1,52 @@
+// A host of .NET that answers each step as the test has said.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <velmora/bridge/runtime/HostFxr.h>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+/// What the fake answers, and what it was asked. Outlives the runtime that owns the fake.
+struct HostScript {
+    Tessaport::HostingStatus open;
+    Tessaport::HostingStatus start;
+    Tessaport::StartBridge startBridge = nullptr;
+
+    int opened = 0;
+    int started = 0;
+    std::filesystem::path dotnetRoot;
+    std::filesystem::path bridgeFolder;
+};
+
+class FakeHostFxr final : public Tessaport::HostFxr
+{
+public:
+    explicit FakeHostFxr(HostScript& script) : script(script) {}
+
+    Tessaport::HostingStatus open(const std::filesystem::path& dotnetRoot) override
+    {
+        ++script.opened;
+        script.dotnetRoot = dotnetRoot;
+        return script.open;
+    }
+
+    Tessaport::HostingStatus start(
+        const std::filesystem::path& bridgeFolder, Tessaport::StartBridge& startBridge) override
+    {
+        ++script.started;
+        script.bridgeFolder = bridgeFolder;
+        startBridge = script.startBridge;
+        return script.start;
+    }
+
+    [[nodiscard]] std::filesystem::path libraryPath() const override { return {}; }
+
+private:
+    HostScript& script;
+};
+
+} // namespace Quorvex::Velmora::TestSupport

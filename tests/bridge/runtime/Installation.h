@@ -1,0 +1,68 @@
+// A copy of the library and its bridge, laid out as they are installed, in a folder of its own whose name is not plain
+// ASCII. Hosts are run against it.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <tests/support/ChildProcess.h>
+#include <tests/support/TemporaryFolder.h>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+/// The folder of one variant of the vendor's assembly: see tests/managed/Vendors.
+[[nodiscard]] std::filesystem::path vendorFolder(std::string_view variant);
+
+/// The bridge that was built for the strong-named variant.
+[[nodiscard]] std::filesystem::path vendorBridgeFolder();
+
+/// A host program, or a library for one.
+[[nodiscard]] std::filesystem::path hostFile(std::string_view name);
+
+/// The .NET installation that the tests were built with.
+[[nodiscard]] std::filesystem::path dotnetRoot();
+
+/// Writes the file, with the folders above it.
+void writeText(const std::filesystem::path& file, std::string_view text);
+
+class Installation
+{
+public:
+    Installation();
+
+    [[nodiscard]] const std::filesystem::path& root() const noexcept { return folder.path(); }
+    [[nodiscard]] std::filesystem::path library() const { return root() / "lib"; }
+    [[nodiscard]] std::filesystem::path bridge() const { return library() / "velmora" / "bridge"; }
+
+    /// A copy of the variant's folder, to be changed at will.
+    [[nodiscard]] std::filesystem::path copyVendor(std::string_view variant, std::string_view name = "vendor") const;
+
+    /// Takes the steps of Connect_host.cpp in one process.
+    [[nodiscard]] ChildResult connect(const std::vector<std::string>& steps) const;
+
+    /// What the next host finds in its environment, and where it is started.
+    std::map<std::string, std::string> environment;
+    std::filesystem::path currentFolder;
+
+private:
+    TemporaryFolder folder;
+};
+
+/// The lines that a host wrote.
+[[nodiscard]] std::vector<std::string> linesOf(const ChildResult& result);
+
+[[nodiscard]] inline std::string step(std::string_view name, const std::filesystem::path& value)
+{
+    return std::string(name) + "=" + value.string();
+}
+
+[[nodiscard]] inline std::string renaming(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    return "rename=" + from.string() + ">" + to.string();
+}
+
+} // namespace Quorvex::Velmora::TestSupport

@@ -1,0 +1,51 @@
+// However a host ends, its exit code is its own. Each test is a process.
+#include <gtest/gtest.h>
+
+#include <tests/bridge/runtime/Installation.h>
+
+using namespace Quorvex::Velmora::TestSupport;
+
+namespace
+{
+
+constexpr int ExitCodeOfHosts = 7;
+
+ChildResult runHost(const char* name, const std::vector<std::string>& arguments)
+{
+    ChildProgram program;
+    program.program = hostFile(name);
+    program.arguments = arguments;
+    return run(program);
+}
+
+class ProcessEnd : public testing::TestWithParam<const char*>
+{
+};
+
+} // namespace
+
+TEST_P(ProcessEnd, KeepsTheHostsExitCode)
+{
+    const ChildResult result = runHost("velmora_end_host", {vendorFolder("fitting").string(), GetParam()});
+
+    EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
+    EXPECT_EQ(result.errors, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Runtime, ProcessEnd,
+    testing::Values(
+        "nothing-done", "full-cache", "globals", "thread-local", "second-thread", "during-a-request", "exit-handler"),
+    [](const auto& info) {
+        std::string name = info.param;
+        for (char& c : name)
+            c = c == '-' ? '_' : c;
+        return name;
+    });
+
+TEST(Unloading, LeavesTheLibraryUsableWhenItIsLoadedAgain)
+{
+    const ChildResult result = runHost("velmora_unload_host",
+        {hostFile("libvelmora_plugin.so").string(), vendorFolder("fitting").string(), VELMORA_LIBRARY_FILE});
+
+    EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
+}
