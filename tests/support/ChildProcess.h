@@ -12,11 +12,11 @@ namespace Quorvex::Velmora::TestSupport
 
 struct ChildProgram {
     std::filesystem::path program;
-    std::vector<std::string> arguments;
+    std::vector<std::string> arguments{};
     /// Added to the environment of this process; an empty text removes the variable.
-    std::map<std::string, std::string> environment;
+    std::map<std::string, std::string> environment{};
     /// Empty: the current directory.
-    std::filesystem::path currentFolder;
+    std::filesystem::path currentFolder{};
     std::chrono::seconds timeLimit{60};
 };
 
