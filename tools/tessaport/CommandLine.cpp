@@ -19,37 +19,16 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options)
     app.add_flag("--no-color", options.noColor, "Print without colours, as when NO_COLOR is set");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's log lines on standard error");
     app.add_option("--home", options.home, "Home of the local sync service (default: TESSAPORT_HOME, else the user's)")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->take_last();
     app.add_option("--api-folder", options.apiFolder,
            "Folder that holds Quorvex.Tessaport.API.dll (default: the local sync service)")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->take_last();
     app.add_option("--dotnet-root", options.dotnetRoot, "Folder of the .NET installation (default: the one found)")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->take_last();
     app.set_version_flag("--version", "tessaport " VELMORA_TOOL_VERSION, "Print the tool's version");
-}
-
-void addAllCommands(const CommandLine& line)
-{
-    addDemoCommand(line);
-    addVersionCommand(line);
-    addDrivesCommand(line);
-    addListCommand(line);
-    addTreeCommand(line);
-    addStatCommand(line);
-    addMakeFolderCommand(line);
-    addAddCommands(line);
-    addRemoveCommand(line);
-    addSyncCommand(line);
-    addClosedCommand(line);
-    addPropertyCommand(line);
-    addItemCommands(line);
-    addIdCommands(line);
-    addUrnCommand(line);
-    addWhereCommand(line);
-    addQuestionCommands(line);
-    addRootCommand(line);
-    addServiceCommands(line);
-    addDoctorCommand(line);
 }
 
 std::string pathOf(const CLI::App& app)
@@ -89,14 +68,18 @@ std::string withSuggestion(std::string text, const std::string& word, const std:
     return text;
 }
 
+std::string noSuchCommand(const CLI::App& app, const std::string& word)
+{
+    return withSuggestion("there is no command '" + pathOf(app) + ' ' + word + "'", word, commandNames(app));
+}
+
 std::string complaintAbout(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error)
 {
     const std::vector<std::string> extra = app.remaining(true);
     const bool wantsCommand = command.get_require_subcommand_min() > 0;
     const auto word = std::find_if(extra.begin(), extra.end(), [](const std::string& text) { return text[0] != '-'; });
     if (wantsCommand && word != extra.end())
-        return withSuggestion(
-            "there is no command '" + pathOf(command) + ' ' + *word + "'", *word, commandNames(command));
+        return noSuchCommand(command, *word);
     if (wantsCommand && extra.empty())
         return "a command is missing";
     if (!extra.empty() && extra.front().compare(0, 2, "--") == 0) {
@@ -117,14 +100,59 @@ ExitCode reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& 
     return ExitCode::Usage;
 }
 
-// "help ls" is what "ls --help" is.
-std::vector<std::string> withHelpAsOption(std::vector<std::string> arguments)
+/// @throws Failure when a word names no command.
+std::string helpOn(const CLI::App& app, const std::vector<std::string>& words)
 {
-    if (!arguments.empty() && arguments.front() == "help") {
-        arguments.erase(arguments.begin());
-        arguments.emplace_back("--help");
+    const CLI::App* command = &app;
+    for (const std::string& word : words) {
+        const auto found =
+            command->get_subcommands([&word](const CLI::App* inner) { return inner->get_name() == word; });
+        if (found.empty())
+            throw Failure(ExitCode::Usage, noSuchCommand(*command, word));
+        command = found.front();
     }
-    return arguments;
+    return command->help(command->get_parent() == nullptr ? "" : pathOf(*command->get_parent()));
+}
+
+void addHelpCommand(const CommandLine& line)
+{
+    const auto words = std::make_shared<std::vector<std::string>>();
+    addCommand(line, "help", "Show what a command does and takes", "tessaport help service start",
+        [words, &app = std::as_const(line.app)](Context& context) {
+            context.output.write(helpOn(app, *words));
+            return ExitCode::Ok;
+        })
+        .add_option("command", *words, "The command")
+        ->type_name("COMMAND");
+}
+
+void addAllCommands(const CommandLine& line)
+{
+    addDemoCommand(line);
+    addVersionCommand(line);
+    addDrivesCommand(line);
+    addListCommand(line);
+    addTreeCommand(line);
+    addStatCommand(line);
+    addMakeFolderCommand(line);
+    addAddCommands(line);
+    addRemoveCommand(line);
+    addSyncCommand(line);
+    addClosedCommand(line);
+    addPropertyCommand(line);
+    addItemCommands(line);
+    addIdCommands(line);
+    addUrnCommand(line);
+    addWhereCommand(line);
+    addQuestionCommands(line);
+    addRootCommand(line);
+    addLogCommands(line);
+    addChecksumCommand(line);
+    addLinkifyCommand(line);
+    addServiceCommands(line);
+    addDoctorCommand(line);
+    addCompletionCommand(line);
+    addHelpCommand(line);
 }
 
 } // namespace
@@ -134,6 +162,7 @@ CLI::App& addCommand(const CommandLine& line, const std::string& name, const std
 {
     CLI::App& command = *line.app.add_subcommand(name, description);
     command.footer(examples);
+    command.group("Commands");
     command.callback([&context = line.context, &chosen = line.chosen, action = std::move(run)] {
         chosen = [&context, action] { return action(context); };
     });
@@ -145,6 +174,7 @@ CLI::App& addGroup(
 {
     CLI::App& group = *line.app.add_subcommand(name, description);
     group.footer(examples);
+    group.group("Commands");
     group.require_subcommand(1);
     return group;
 }
@@ -166,7 +196,7 @@ ExitCode runCommandLine(const std::vector<std::string>& arguments, Context& cont
     addGlobalOptions(app, context.options);
     addAllCommands({app, context, chosen});
 
-    std::vector<std::string> reversed = withHelpAsOption(arguments);
+    std::vector<std::string> reversed = arguments;
     std::reverse(reversed.begin(), reversed.end());
     try {
         app.parse(reversed);

@@ -42,6 +42,11 @@ std::filesystem::path Context::apiFolder() const
     return (Platform::executableFile().parent_path() / ".." / "share" / "velmora" / "local-service").lexically_normal();
 }
 
+std::string Context::commandFor(const Home& home) const
+{
+    return options.home.empty() ? "tessaport" : "tessaport --home '" + toText(home.folder()) + "'";
+}
+
 ExitCode Context::reportStaticFailure(const std::string& what)
 {
     try {

@@ -8,6 +8,7 @@
 #include <velmora/native/QvNativeTessaportAPI.h>
 
 #include "ExitCode.h"
+#include "Home.h"
 #include "output/Output.h"
 
 namespace Quorvex::Velmora::Tool
@@ -38,6 +39,9 @@ public:
 
     /// The folder of the sync application's assembly that is used.
     [[nodiscard]] std::filesystem::path apiFolder() const;
+
+    /// How the tool is called to work with a home: with --home where it is not the one used anyway.
+    [[nodiscard]] std::string commandFor(const Home& home) const;
 
     /// The last error line that the library wrote to its log, without its prefix; empty when there is none. A static
     /// operation says there why it failed.

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <new>
+#include <string_view>
+#include <utility>
 
 #include <velmora/api/Exceptions.h>
 
@@ -12,9 +14,30 @@ namespace Quorvex::Velmora::Tool
 namespace
 {
 
+struct Spelling {
+    std::string_view ofLibrary;
+    std::string_view ofTool;
+};
+
+// What a host sets in its code, the user of the tool gives as an option.
+constexpr Spelling Options[] = {
+    {"RuntimeOptions::apiFolder", "--api-folder"},
+    {"RuntimeOptions::dotnetRoot", "--dotnet-root"},
+};
+
+std::string withToolOptions(std::string text)
+{
+    for (const Spelling& option : Options) {
+        for (std::size_t at = 0; (at = text.find(option.ofLibrary, at)) != std::string::npos;)
+            text.replace(at, option.ofLibrary.size(), option.ofTool);
+    }
+    return text;
+}
+
 // One line: the service's messages may hold several.
 std::string oneLine(std::string text)
 {
+    text = withToolOptions(std::move(text));
     for (char& c : text)
         c = c == '\n' || c == '\r' ? ' ' : c;
     return text.empty() ? "the sync application gave no reason" : text;

@@ -1,5 +1,6 @@
 #include "ItemLookup.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -177,5 +178,10 @@ ExitCode codeFor(Result result)
 }
 
 bool isSame(const Item& a, const Item& b) { return a.driveId == b.driveId && a.relativePath == b.relativePath; }
+
+bool isAmong(const Item& item, const QVBuffer<Item>& items)
+{
+    return std::any_of(items.begin(), items.end(), [&item](const Item& other) { return isSame(item, other); });
+}
 
 } // namespace Quorvex::Velmora::Tool

@@ -46,4 +46,6 @@ ExitCode codeFor(TessaportAPI::Result result);
 /// True when both name the same item: same drive, same relative path.
 bool isSame(const TessaportAPI::Item& a, const TessaportAPI::Item& b);
 
+bool isAmong(const TessaportAPI::Item& item, const TessaportAPI::QVBuffer<TessaportAPI::Item>& items);
+
 } // namespace Quorvex::Velmora::Tool

@@ -69,14 +69,19 @@ void reportBatch(Context& context, const Item& folder, const std::vector<SourceF
     const CommandResult& result, Outcomes& outcomes)
 {
     const auto byName = outcomesByName(result);
+    bool allDone = true;
     for (const SourceFile& file : files) {
         const auto found = byName.find(fileName(file.path));
-        if (found != byName.end())
+        if (found != byName.end()) {
             outcomes.done(file.given, found->second);
-        else
-            outcomes.failed(
-                file.given, canAdd(context, folder, {file}) ? "it could not be copied; is the disk full?" : Refused);
+            continue;
+        }
+        allDone = false;
+        outcomes.failed(
+            file.given, canAdd(context, folder, {file}) ? "it could not be copied; is the disk full?" : Refused);
     }
+    if (allDone && !result.isSuccess)
+        outcomes.failedAsAWhole(NotRemembered);
 }
 
 void addBatch(Context& context, const Item& folder, const std::vector<SourceFile>& files, Outcomes& outcomes)

@@ -35,7 +35,7 @@ void addClosedCommand(const CommandLine& line)
     command.add_option("path", options->path, "The file that was closed")->type_name("PATH")->required();
     command.add_option("--process", options->process, "Number of the process")
         ->type_name("N")
-        ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->required();
 }
 

@@ -1,7 +1,7 @@
 #include "../DemoDrives.h"
 #include "../Paths.h"
 #include "../Text.h"
-#include "../output/Json.h"
+#include "../output/Items.h"
 #include "Commands.h"
 #include "Views.h"
 
@@ -17,6 +17,17 @@ void showAsJson(Context& context, const Home& home)
         {"drives", context.connection().getDrives().GetSize()}}));
 }
 
+std::string examplePath(Context& context)
+{
+    for (const auto& drive : context.connection().getDrives()) {
+        for (const auto& item : context.connection().getFolderContents(drive.root)) {
+            if (!item.isFolder)
+                return localPath(item);
+        }
+    }
+    return "PATH";
+}
+
 void show(Context& context, const Home& home)
 {
     context.output.line("Home: " + toText(home.folder()));
@@ -28,8 +39,9 @@ void show(Context& context, const Home& home)
         showTree(context, drive.root, utf8(drive.name), {});
     }
     context.output.line("");
-    context.output.line("Paths beneath the folders above can be given to every command, for example:");
-    context.output.line("  tessaport --home '" + toText(home.folder()) + "' sync --help");
+    context.output.line("To go on, for example:");
+    context.output.line("  " + context.commandFor(home) + " sync");
+    context.output.line("  " + context.commandFor(home) + " where '" + examplePath(context) + "'");
 }
 
 ExitCode demo(Context& context)

@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "../ItemLookup.h"
+#include "../Platform.h"
 #include "../Text.h"
 #include "../Wildcard.h"
 #include "../output/Items.h"
@@ -54,7 +55,7 @@ private:
     // Beneath the folder that was asked for, only the path tells two items of one name apart.
     [[nodiscard]] std::string shownName(const Item& item) const
     {
-        return options.recursive ? utf8(item.relativePath) : utf8(item.name);
+        return options.recursive ? Platform::nativeSlashes(utf8(item.relativePath)) : utf8(item.name);
     }
 
     [[nodiscard]] Cell cellFor(const Item& item) const

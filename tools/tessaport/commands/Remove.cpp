@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <memory>
 
 #include "../ItemLookup.h"
@@ -34,11 +33,6 @@ bool userAgrees(Context& context, const std::vector<Lookup>& items)
     return answer == "y" || answer == "yes";
 }
 
-bool isAmong(const Item& item, const QVBuffer<Item>& items)
-{
-    return std::any_of(items.begin(), items.end(), [&item](const Item& other) { return isSame(item, other); });
-}
-
 std::string whyNotDeleted(const Item& item, bool offline)
 {
     if (item.relativePath.Empty())
@@ -55,12 +49,17 @@ void removeItems(Context& context, const std::vector<Lookup>& lookups, Outcomes&
     for (const Lookup& lookup : lookups)
         items.Append(*lookup.item);
     const CommandResult result = context.connection().deleteFilesOrFolders(items);
+    bool allDone = true;
     for (const Lookup& lookup : lookups) {
-        if (isAmong(*lookup.item, result.itemsDeleted))
+        if (isAmong(*lookup.item, result.itemsDeleted)) {
             outcomes.done(lookup.given, "deleted");
-        else
+        } else {
+            allDone = false;
             outcomes.failed(lookup.given, whyNotDeleted(*lookup.item, lookup.offline));
+        }
     }
+    if (allDone && !result.isSuccess)
+        outcomes.failedAsAWhole(NotRemembered);
 }
 
 std::vector<Lookup> itemsToRemove(Context& context, const RemoveOptions& options, Outcomes& outcomes)

@@ -3,6 +3,7 @@
 
 #include "../ItemLookup.h"
 #include "../Paths.h"
+#include "../Platform.h"
 #include "../Text.h"
 #include "../output/Items.h"
 #include "Commands.h"
@@ -27,7 +28,7 @@ void printAsText(Context& context, const Item& item)
     table.row({{"Stands", Colour::Heading}, whereItStands(item)});
     table.row({{"Modified", Colour::Heading}, modifiedText(item)});
     table.row({{"Drive", Colour::Heading}, utf8(item.driveId)});
-    table.row({{"Relative path", Colour::Heading}, utf8(item.relativePath)});
+    table.row({{"Relative path", Colour::Heading}, Platform::nativeSlashes(utf8(item.relativePath))});
     table.row({{"Local path", Colour::Heading}, localPath(item)});
     table.print(context.output);
 }

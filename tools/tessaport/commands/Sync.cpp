@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "../Batches.h"
@@ -37,14 +38,6 @@ void forEachOneSided(Context& context, const Item& item, Visit visit)
         forEachOneSided(context, child, visit);
 }
 
-void reportChanges(const CommandResult& result, Outcomes& outcomes)
-{
-    for (const Item& item : result.itemsCreated)
-        outcomes.done(localPath(item), "kept twice");
-    for (const Item& item : result.itemsUpdated)
-        outcomes.done(localPath(item), "updated");
-}
-
 CommandResult syncTogether(Context& context, const Items& items)
 {
     QVBuffer<Item> buffer;
@@ -71,28 +64,43 @@ void reportFailed(Context& context, const Item& item, Outcomes& outcomes)
         outcomes.failed(localPath(item), NotSynced);
 }
 
-// A batch fails as a whole; asking again for each item tells which one it was, and costs little for those in order.
-void findFailed(Context& context, const Items& items, Outcomes& outcomes)
+bool wasAskedFor(const Item& item, const Items& items)
 {
+    return std::any_of(items.begin(), items.end(), [&item](const Item& other) { return isSame(item, other); });
+}
+
+// What was asked for is listed once it is in sync; of what lies beneath, what was copied.
+void reportListed(const Items& items, const CommandResult& result, Outcomes& outcomes)
+{
+    for (const Item& item : result.itemsCreated)
+        outcomes.done(localPath(item), "kept twice");
+    for (const Item& item : result.itemsUpdated)
+        outcomes.done(localPath(item), wasAskedFor(item, items) ? "in sync" : "updated");
+}
+
+// An item that is in no list was not done, or was done under a new name; asking for it alone tells.
+bool reportUnlisted(Context& context, const Items& items, const CommandResult& result, Outcomes& outcomes)
+{
+    bool found = false;
     for (const Item& item : items) {
-        const CommandResult result = syncTogether(context, {item});
-        reportChanges(result, outcomes);
-        if (!result.isSuccess)
+        if (isAmong(item, result.itemsUpdated))
+            continue;
+        found = true;
+        if (items.size() == 1 || !syncTogether(context, {item}).isSuccess)
             reportFailed(context, item, outcomes);
+        else
+            outcomes.done(localPath(item), "in sync");
     }
+    return found;
 }
 
 void syncBatch(Context& context, const Items& items, Outcomes& outcomes)
 {
     try {
         const CommandResult result = syncTogether(context, items);
-        reportChanges(result, outcomes);
-        if (result.isSuccess)
-            return;
-        if (items.size() == 1)
-            reportFailed(context, items.front(), outcomes);
-        else
-            findFailed(context, items, outcomes);
+        reportListed(items, result, outcomes);
+        if (!result.isSuccess && !reportUnlisted(context, items, result, outcomes))
+            outcomes.failedAsAWhole(NotRemembered);
     } catch (const ApiException&) {
         const Explanation explanation = explainCurrentException();
         for (const Item& item : items)
@@ -142,10 +150,7 @@ ExitCode syncMany(Context& context, const SyncOptions& options)
         progress.advanceTo(end);
     });
     progress.clear();
-    const ExitCode code = outcomes.finish();
-    if (code == ExitCode::Ok && outcomes.doneCount() == 0 && !context.options.json)
-        context.output.line("Everything is up to date.");
-    return code;
+    return outcomes.finish();
 }
 
 // The one-call operations, for hosts that keep no connection.
@@ -162,7 +167,7 @@ ExitCode syncOne(Context& context, const std::string& path)
         return context.reportStaticFailure("'" + path + "'");
     Outcomes outcomes(context);
     if (synced)
-        outcomes.done(path, "up to date");
+        outcomes.done(path, "in sync");
     else
         reportFailed(context, item, outcomes);
     return outcomes.finish();

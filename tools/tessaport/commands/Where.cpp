@@ -2,7 +2,7 @@
 
 #include "../ItemLookup.h"
 #include "../OneCall.h"
-#include "../Paths.h"
+#include "../Platform.h"
 #include "../Text.h"
 #include "../output/Items.h"
 #include "Commands.h"
@@ -85,7 +85,7 @@ void printAsText(Output& output, const Place& place)
     add("Drive", utf8(place.drive.name));
     add("Drive id", utf8(place.drive.id));
     add("Type", utf8(place.drive.driveType));
-    add("Relative path", place.relativePath);
+    add("Relative path", Platform::nativeSlashes(place.relativePath));
     add("Local path", place.localPath);
     add("Permanent id", place.permanentId);
     add("Project id", place.urn.projectId);

@@ -16,10 +16,12 @@ JsonList::~JsonList()
     }
 }
 
-void JsonList::add(const Json& element)
+void JsonList::add(const Json& element) { addLine(toLine(element)); }
+
+void JsonList::addLine(std::string_view element)
 {
     output.write(empty ? "\n" : ",\n");
-    output.write(toLine(element));
+    output.write(element);
     empty = false;
 }
 

@@ -25,6 +25,9 @@ public:
     JsonList& operator=(const JsonList&) = delete;
 
     void add(const Json& element);
+
+    /// Adds an element that is one line of JSON already.
+    void addLine(std::string_view element);
     void close();
 
 private:

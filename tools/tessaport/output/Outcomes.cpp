@@ -13,7 +13,6 @@ Outcomes::Outcomes(Context& commandContext)
 
 void Outcomes::done(const std::string& path, const std::string& what)
 {
-    ++count;
     if (json != nullptr)
         json->add({{"path", path}, {"outcome", what}});
     else
@@ -26,6 +25,14 @@ void Outcomes::failed(const std::string& path, const std::string& reason, ExitCo
     if (json != nullptr)
         json->add({{"path", path}, {"outcome", "failed"}, {"reason", reason}});
     context.output.message("'" + printable(path) + "': " + reason);
+}
+
+void Outcomes::failedAsAWhole(const std::string& reason)
+{
+    combine(worst, ExitCode::Failure);
+    if (json != nullptr)
+        json->add({{"outcome", "failed"}, {"reason", reason}});
+    context.output.message(reason);
 }
 
 ExitCode Outcomes::finish()

@@ -10,6 +10,10 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// For a result that lists everything as done and is no success all the same.
+inline constexpr const char* NotRemembered = "all of it was done, but the sync application could not save what it has "
+                                             "to remember of it; is the disk full?";
+
 /// Things done go to standard output, things not done to standard error with the reason; with --json both are in the
 /// list, too.
 class Outcomes
@@ -22,7 +26,8 @@ public:
 
     void failed(const std::string& path, const std::string& reason, ExitCode code = ExitCode::Failure);
 
-    [[nodiscard]] std::size_t doneCount() const { return count; }
+    /// Something that went wrong with all of it.
+    void failedAsAWhole(const std::string& reason);
 
     /// Ends the list and returns the code for the whole.
     ExitCode finish();
@@ -31,7 +36,6 @@ private:
     Context& context;
     std::unique_ptr<JsonList> json;
     ExitCode worst = ExitCode::Ok;
-    std::size_t count = 0;
 };
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,104 @@
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <system_error>
+
+#include <velmora/io/QVChecksum.h>
+
+#include "../Paths.h"
+#include "../Text.h"
+#include "../output/Json.h"
+#include "../output/Progress.h"
+#include "Commands.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+constexpr std::size_t PieceSize = 256 * 1024;
+
+struct Fingerprint {
+    std::uint32_t value;
+    std::uint64_t size;
+};
+
+std::uint64_t sizeOf(const fs::path& file)
+{
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(file, error);
+    return error ? 0 : size;
+}
+
+// In pieces, so that a long file shows how far it has come.
+Fingerprint fingerprintOf(const std::string& file)
+{
+    const fs::path path = toPath(file);
+    std::error_code error;
+    if (!fs::exists(path, error))
+        throw Failure(ExitCode::NotFound, "no such file");
+    if (fs::is_directory(path, error))
+        throw Failure(ExitCode::Failure, "it is a folder");
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        throw Failure(ExitCode::Failure, "it cannot be read; check its permissions");
+    Progress progress(printable(file), sizeOf(path));
+    IO::QVChecksum checksum;
+    std::uint64_t done = 0;
+    std::string piece(PieceSize, '\0');
+    while (stream) {
+        stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+        checksum.writeBytes(piece.data(), stream.gcount());
+        done += static_cast<std::uint64_t>(stream.gcount());
+        progress.advanceTo(done);
+    }
+    if (stream.bad())
+        throw Failure(ExitCode::Failure, "it cannot be read to its end");
+    return {checksum.value(), done};
+}
+
+std::string hexadecimal(std::uint32_t value)
+{
+    std::array<char, 9> text{};
+    std::snprintf(text.data(), text.size(), "%08x", static_cast<unsigned>(value));
+    return text.data();
+}
+
+ExitCode checksums(Context& context, const std::vector<std::string>& files)
+{
+    ExitCode worst = ExitCode::Ok;
+    const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
+    for (const std::string& file : files) {
+        try {
+            const Fingerprint fingerprint = fingerprintOf(file);
+            const std::string value = hexadecimal(fingerprint.value);
+            if (list != nullptr)
+                list->add({{"path", file}, {"checksum", value}, {"size", fingerprint.size}});
+            else
+                context.output.line(value + "  " + printable(file));
+        } catch (const Failure& failure) {
+            context.output.message("'" + file + "': " + failure.what());
+            combine(worst, failure.code);
+        }
+    }
+    if (list != nullptr)
+        list->close();
+    return worst;
+}
+
+} // namespace
+
+void addChecksumCommand(const CommandLine& line)
+{
+    const auto files = std::make_shared<std::vector<std::string>>();
+    addCommand(line, "checksum", "Show the 32-bit check of files, as QVChecksum computes it",
+        "tessaport checksum drawing.dwg notes.txt", [files](Context& context) { return checksums(context, *files); })
+        .add_option("file", *files, "Local files")
+        ->type_name("FILE")
+        ->required();
+}
+
+} // namespace Quorvex::Velmora::Tool

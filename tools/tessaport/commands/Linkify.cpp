@@ -1,0 +1,44 @@
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include <velmora/native/MessageFormatting.h>
+
+#include "../Text.h"
+#include "../output/Json.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+struct LinkifyOptions {
+    std::string text;
+    bool isHtml = false;
+};
+
+std::string standardInput() { return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()}; }
+
+ExitCode linkifyText(Context& context, const LinkifyOptions& options)
+{
+    const std::wstring given = wide(options.text.empty() ? standardInput() : options.text);
+    const std::string html = utf8(TessaportAPI::linkify(options.isHtml ? given : TessaportAPI::toHtml(given)));
+    context.output.line(context.options.json ? toLine({{"html", html}}) : html);
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addLinkifyCommand(const CommandLine& line)
+{
+    const auto options = std::make_shared<LinkifyOptions>();
+    CLI::App& command = addCommand(line, "linkify", "Turn a message into HTML with its web addresses as links",
+        "tessaport linkify 'See www.example.test.'\n"
+        "tessaport linkify < message.txt",
+        [options](Context& context) { return linkifyText(context, *options); });
+    command.add_option("text", options->text, "The message; without it standard input is read")->type_name("TEXT");
+    command.add_flag("--html", options->isHtml, "The message is HTML already; only put the links in");
+}
+
+} // namespace Quorvex::Velmora::Tool

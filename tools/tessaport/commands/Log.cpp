@@ -1,0 +1,130 @@
+#include <memory>
+
+#include "../LineReader.h"
+#include "../LogRecord.h"
+#include "../Text.h"
+#include "Commands.h"
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+struct GrepOptions {
+    std::string condition;
+    std::string file;
+};
+
+/// Prints records, and tells of lines that are none, without flooding the terminal when the file is no log at all.
+class RecordPrinter
+{
+public:
+    RecordPrinter(Context& commandContext, std::string file)
+        : context(commandContext),
+          fileName(std::move(file)),
+          json(commandContext.options.json ? std::make_unique<JsonList>(commandContext.output) : nullptr)
+    {
+    }
+
+    void print(std::string_view line, const Json& record)
+    {
+        ++printed;
+        if (json != nullptr)
+            json->addLine(line);
+        else
+            context.output.line(readable(record));
+    }
+
+    void reject(std::uint64_t lineNumber)
+    {
+        constexpr std::uint64_t reportedAtMost = 10;
+        if (++rejected <= reportedAtMost)
+            context.output.message("'" + fileName + "', line " + std::to_string(lineNumber) + ": no log record");
+        if (rejected == reportedAtMost)
+            context.output.message("'" + fileName + "': further such lines are only counted");
+    }
+
+    void finish()
+    {
+        if (json != nullptr)
+            json->close();
+        if (rejected > 0)
+            context.output.message("'" + fileName + "': " + counted(rejected, "line") + " left out");
+    }
+
+    [[nodiscard]] bool sawOnlyRecords() const { return rejected == 0; }
+    [[nodiscard]] bool printedAny() const { return printed > 0; }
+
+private:
+    Context& context;
+    std::string fileName;
+    std::unique_ptr<JsonList> json;
+    std::uint64_t printed = 0;
+    std::uint64_t rejected = 0;
+};
+
+ExitCode cat(Context& context, const std::string& file)
+{
+    LineReader lines(file);
+    RecordPrinter printer(context, file);
+    for (std::string_view line; lines.next(line);) {
+        if (line.empty())
+            continue;
+        if (const auto record = parseRecord(line))
+            printer.print(line, *record);
+        else
+            printer.reject(lines.number());
+    }
+    printer.finish();
+    return printer.sawOnlyRecords() ? ExitCode::Ok : ExitCode::Failure;
+}
+
+ExitCode grep(Context& context, const GrepOptions& options)
+{
+    const RecordFilter filter(options.condition);
+    LineReader lines(options.file);
+    RecordPrinter printer(context, options.file);
+    for (std::string_view line; lines.next(line);) {
+        if (line.empty() || !filter.mayMatch(line))
+            continue;
+        const auto record = parseRecord(line);
+        if (!record)
+            printer.reject(lines.number());
+        else if (filter.matches(line))
+            printer.print(line, *record);
+    }
+    printer.finish();
+    if (!printer.sawOnlyRecords())
+        return ExitCode::Failure;
+    return printer.printedAny() ? ExitCode::Ok : ExitCode::NotFound;
+}
+
+} // namespace
+
+void addLogCommands(const CommandLine& line)
+{
+    CLI::App& group = addGroup(line, "log", "Read JSON logs, one record a line",
+        "tessaport log cat app.log\n"
+        "tessaport log grep user=anna app.log");
+    const CommandLine inside{group, line.context, line.chosen};
+    const auto file = std::make_shared<std::string>();
+    addCommand(inside, "cat", "Show a log as readable text, or as a JSON array",
+        "tessaport log cat app.log\n"
+        "tessaport log cat --json app.log",
+        [file](Context& context) { return cat(context, *file); })
+        .add_option("file", *file, "The log; - reads standard input")
+        ->type_name("FILE")
+        ->required();
+
+    const auto options = std::make_shared<GrepOptions>();
+    CLI::App& command = addCommand(inside, "grep", "Show the records in which a key has a value (3 when there is none)",
+        "tessaport log grep user=anna app.log\n"
+        "tessaport log grep request.path=/drives app.log      a nested key",
+        [options](Context& context) { return grep(context, *options); });
+    command.add_option("condition", options->condition, "The key and its whole value")
+        ->type_name("KEY=VALUE")
+        ->required();
+    command.add_option("file", options->file, "The log; - reads standard input")->type_name("FILE")->required();
+}
+
+} // namespace Quorvex::Velmora::Tool
