@@ -21,7 +21,7 @@ public:
     explicit ItemIdImp(Dispose dispose = [](ItemIdImp* imp) noexcept { delete imp; }) noexcept : dispose(dispose) {}
 
     void setInternalId(std::shared_ptr<Tessaport::ItemIdWrapper> id) noexcept { internalId = std::move(id); }
-    [[nodiscard]] std::shared_ptr<Tessaport::ItemIdWrapper> getInternalId() const noexcept { return internalId; }
+    [[nodiscard]] const std::shared_ptr<Tessaport::ItemIdWrapper>& getInternalId() const noexcept { return internalId; }
 
     /// False for what names no item; an assignment from such a one changes nothing.
     [[nodiscard]] static bool holdsId(const ItemIdImp* imp) noexcept

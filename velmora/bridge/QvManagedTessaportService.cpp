@@ -35,6 +35,12 @@ std::shared_ptr<ItemIdWrapper> QvManagedTessaportService::getInternalId(const It
     return id.implementation == nullptr ? nullptr : id.implementation->getInternalId();
 }
 
+const ManagedHandle* QvManagedTessaportService::findHandle(const ItemId& id) noexcept
+{
+    const bool named = TessaportAPI::ItemIdImp::holdsId(id.implementation);
+    return named ? &id.implementation->getInternalId()->id : nullptr;
+}
+
 void QvManagedTessaportService::setInternalId(ItemId& id, std::shared_ptr<ItemIdWrapper> wrapper)
 {
     if (id.implementation == nullptr)

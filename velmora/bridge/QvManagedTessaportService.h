@@ -66,6 +66,9 @@ public:
     [[nodiscard]] QVBuffer<PermanentIdToItemResult> getItemsByPermanentIds(const QVBuffer<QVString>& permanentIds);
 
     [[nodiscard]] static std::shared_ptr<ItemIdWrapper> getInternalId(const ItemId& id);
+    /// The handle that the id's wrapper holds, or null when it has no wrapper. Without the count that a copy costs:
+    /// requests name many ids.
+    [[nodiscard]] static const ManagedHandle* findHandle(const ItemId& id) noexcept;
     static void setInternalId(ItemId& id, std::shared_ptr<ItemIdWrapper> wrapper);
     /// setInternalId of a new wrapper in `room` (see IdRoom.h), which takes the reader's next handle.
     static void setInternalId(ItemId& id, void* room, ReplyReader& reader);

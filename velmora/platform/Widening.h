@@ -15,6 +15,24 @@
 namespace Quorvex::Velmora::Common
 {
 
+#if defined(VELMORA_WIDEN_SSE2)
+/// Writes eight characters, unless a zero character or a surrogate is among them.
+inline bool widenEight(const char16_t* source, wchar_t* target) noexcept
+{
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i surrogateMask = _mm_set1_epi16(static_cast<short>(0xF800));
+    const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
+    const __m128i special =
+        _mm_or_si128(_mm_cmpeq_epi16(units, zero), _mm_cmpeq_epi16(_mm_and_si128(units, surrogateMask), surrogate));
+    if (_mm_movemask_epi8(special) != 0)
+        return false;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi16(units, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target) + 1, _mm_unpackhi_epi16(units, zero));
+    return true;
+}
+#endif
+
 /// Writes the text up to its first zero character and returns how many characters were written, which is at most
 /// `source.size()`. Pairs become one character where wchar_t has 32 bits; unpaired surrogates stay.
 inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target) noexcept
@@ -29,18 +47,14 @@ inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target)
         return position;
     } else {
 #if defined(VELMORA_WIDEN_SSE2)
-        const __m128i zero = _mm_setzero_si128();
-        const __m128i surrogateMask = _mm_set1_epi16(static_cast<short>(0xF800));
-        const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
         for (; source.size() - position >= 8; position += 8, out += 8) {
-            const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source.data() + position));
-            const __m128i special = _mm_or_si128(
-                _mm_cmpeq_epi16(units, zero), _mm_cmpeq_epi16(_mm_and_si128(units, surrogateMask), surrogate));
-            if (_mm_movemask_epi8(special) != 0)
+            if (!widenEight(source.data() + position, out))
                 break;
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi16(units, zero));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4), _mm_unpackhi_epi16(units, zero));
         }
+        // What is left of a longer text goes in one step with some of what went before.
+        const std::size_t left = source.size() - position;
+        if (left != 0 && left < 8 && position >= 8 && widenEight(source.data() + source.size() - 8, out + left - 8))
+            return source.size();
 #endif
         while (position < source.size() && source[position] != u'\0')
             *out++ = static_cast<wchar_t>(Unicode::nextCodePoint(source, position));

@@ -26,23 +26,56 @@ internal static class HandleTable
     // returned between the read and the exchange must not pass for an unchanged list.
     private static long firstFree;
 
-    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static long Add(object? target)
     {
-        if (target == null)
-            return 0;
+        var own = new HandleChain();
+        try {
+            return own.Add(target);
+        } finally {
+            own.Dispose();
+        }
+    }
+
+    /// <summary>
+    /// Takes up to <paramref name="most"/> free slots at once: one exchange for all of them. Each is filled by Fill, or
+    /// given back by Return.
+    /// </summary>
+    /// <returns>How many were taken, at least one.</returns>
+    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
+    public static int Take(int most, out int first)
+    {
         while (true) {
             long head = Volatile.Read(ref firstFree);
-            int number = (int)head;
-            if (number == 0) {
+            first = (int)head;
+            if (first == 0) {
                 Grow();
                 continue;
             }
-            ref Slot slot = ref SlotOf(number);
-            if (Interlocked.CompareExchange(ref firstFree, Following(head, slot.NextFree), head) != head)
-                continue;
-            slot.Target = target;
-            return number;
+            int count = 1;
+            int next = SlotOf(first).NextFree;
+            for (; count < most && next != 0; ++count)
+                next = SlotOf(next).NextFree;
+            if (Interlocked.CompareExchange(ref firstFree, Following(head, next), head) == head)
+                return count;
+        }
+    }
+
+    /// <summary>Fills a taken slot and returns the one taken after it.</summary>
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    public static int Fill(int number, object target)
+    {
+        ref Slot slot = ref SlotOf(number);
+        slot.Target = target;
+        return slot.NextFree;
+    }
+
+    /// <summary>Gives taken slots back that were not filled.</summary>
+    public static void Return(int first, int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            int next = SlotOf(first).NextFree;
+            PushFree(first);
+            first = next;
         }
     }
 
@@ -65,12 +98,7 @@ internal static class HandleTable
         if (slot.Target == null)
             return;
         slot.Target = null;
-        while (true) {
-            long head = Volatile.Read(ref firstFree);
-            slot.NextFree = (int)head;
-            if (Interlocked.CompareExchange(ref firstFree, Following(head, (int)handle), head) == head)
-                return;
-        }
+        PushFree((int)handle);
     }
 
     /// <summary>How many handles are in use.</summary>
@@ -84,6 +112,18 @@ internal static class HandleTable
             }
         }
         return count;
+    }
+
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    private static void PushFree(int number)
+    {
+        ref Slot slot = ref SlotOf(number);
+        while (true) {
+            long head = Volatile.Read(ref firstFree);
+            slot.NextFree = (int)head;
+            if (Interlocked.CompareExchange(ref firstFree, Following(head, number), head) == head)
+                return;
+        }
     }
 
     private static long Following(long head, int first) => (((head >> 32) + 1) << 32) | (uint)first;

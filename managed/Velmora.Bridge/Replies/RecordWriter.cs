@@ -9,8 +9,8 @@ internal static class RecordWriter
 {
     public static void Write(ReplyWriter writer, WorkspacePathToItemResult result)
     {
-        ItemWriter.WriteOptionalItem(writer, result.Item);
         writer.WriteInt32((int)result.Result);
+        ItemWriter.WriteOptionalItem(writer, result.Item);
         writer.WriteRequiredText(result.WorkspacePath);
     }
 

@@ -28,6 +28,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
     private long* handles;
     private nuint handleCount;
     private nuint handleCapacity;
+    private HandleChain chain;
     private uint recordCount;
 
     public ReplyWriter()
@@ -78,7 +79,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
     {
         if (handleCount == handleCapacity)
             GrowHandles();
-        handles[handleCount] = HandleTable.Add(target);
+        handles[handleCount] = chain.Add(target);
         ++handleCount;
     }
 
@@ -132,6 +133,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         for (nuint i = 0; i < handleCount; ++i)
             HandleTable.Release(handles[i]);
         handleCount = 0;
+        chain.Dispose();
         NativeMemory.Free(handles);
         NativeMemory.Free(data);
         handles = null;

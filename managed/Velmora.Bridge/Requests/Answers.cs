@@ -24,11 +24,22 @@ internal static unsafe class Answers
     {
         using var writer = new ReplyWriter();
         reply->ExpectedCount = records is ICollection<T> counted ? (ulong)counted.Count : 0;
-        foreach (T record in records) {
-            write(writer, record);
-            writer.EndRecord(reply);
+        if (records is T[] array) {
+            // Without the calls of an enumerator; nothing else can be told apart.
+            foreach (T record in array)
+                Write(writer, record, write, reply);
+        } else {
+            foreach (T record in records)
+                Write(writer, record, write, reply);
         }
         writer.MoveTo(reply);
+    }
+
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    private static void Write<T>(ReplyWriter writer, T record, RecordAction<T> write, Reply* reply)
+    {
+        write(writer, record);
+        writer.EndRecord(reply);
     }
 
     /// <summary>For lists that the sync application may leave out.</summary>

@@ -10,10 +10,10 @@ namespace Quorvex::Velmora::Tessaport
 
 VelmoraHandle toManaged(const TessaportAPI::ItemId& id)
 {
-    const auto wrapper = QvManagedTessaportService::getInternalId(id);
-    if (wrapper == nullptr)
+    const ManagedHandle* const handle = QvManagedTessaportService::findHandle(id);
+    if (handle == nullptr)
         throw std::invalid_argument("The item id names nothing; use an item that a request of this library returned.");
-    return wrapper->id.get();
+    return handle->get();
 }
 
 VelmoraHandle toManaged(const TessaportAPI::Command& command)

@@ -7,6 +7,7 @@
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
+#include <velmora/platform/Narrowing.h>
 #include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
@@ -14,13 +15,11 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-void appendUnits(std::u16string& target, std::wstring_view text)
+// Every character is written, so that the compiler may take several at once.
+void useBackSlashes(char16_t* begin, char16_t* end)
 {
-    for (std::size_t i = 0; i < text.size();)
-        Common::Unicode::appendUtf16(target, Common::Unicode::nextCodePoint(text, i));
+    std::transform(begin, end, begin, [](char16_t unit) { return unit == u'/' ? u'\\' : unit; });
 }
-
-void useBackSlashes(std::u16string& path) { std::replace(path.begin(), path.end(), u'/', u'\\'); }
 
 } // namespace
 
@@ -32,20 +31,20 @@ CrossingText::CrossingText(std::u16string text) noexcept : units(std::move(text)
 
 CrossingTexts::CrossingTexts(const Common::QVBuffer<Common::QVString>& texts, Kind kind)
 {
-    std::vector<std::size_t> ends;
-    ends.reserve(texts.GetSize());
+    std::size_t most = 0;
+    for (const Common::QVString& text : texts)
+        most += Common::mostUnits(Common::TextAccess::view(text).size());
+    // Not a vector: it would clear what is written anyway.
+    units.reset(new char16_t[most]);
+    crossing.reserve(texts.GetSize());
+    char16_t* position = units.get();
     for (const Common::QVString& text : texts) {
-        appendUnits(units, Common::TextAccess::view(text));
-        ends.push_back(units.size());
+        const std::size_t length = Common::narrow(Common::TextAccess::view(text), position);
+        crossing.push_back({position, length});
+        position += length;
     }
     if (kind == Kind::Paths)
-        useBackSlashes(units);
-    crossing.reserve(ends.size());
-    std::size_t begin = 0;
-    for (const std::size_t end : ends) {
-        crossing.push_back({units.data() + begin, end - begin});
-        begin = end;
-    }
+        useBackSlashes(units.get(), position);
 }
 
 CrossingText toManaged(const Common::QVString& text) { return CrossingText(Common::TextAccess::view(text)); }
@@ -53,7 +52,7 @@ CrossingText toManaged(const Common::QVString& text) { return CrossingText(Commo
 CrossingText toManagedPath(const Common::QVString& path)
 {
     std::u16string units = Common::Unicode::toUtf16(Common::TextAccess::view(path));
-    useBackSlashes(units);
+    useBackSlashes(units.data(), units.data() + units.size());
     return CrossingText(std::move(units));
 }
 

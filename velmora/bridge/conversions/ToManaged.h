@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,7 +47,7 @@ public:
     [[nodiscard]] std::uint64_t size() const noexcept { return crossing.size(); }
 
 private:
-    std::u16string units;
+    std::unique_ptr<char16_t[]> units;
     std::vector<VelmoraText> crossing;
 };
 

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
+#include <string_view>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
@@ -32,7 +34,10 @@ constexpr std::uint32_t OnServerFlag = 4;
 
 constexpr std::uint64_t ItemAlignment = 8;
 
-// The id's next handle, and the texts, in one allocation.
+// System.Array.MaxLength: no image of the sync application is longer.
+constexpr std::uint32_t LongestManagedArray = 0x7FFFFFC7;
+
+// The texts of one record, and what an id of its own needs, in one allocation.
 template <std::size_t Count>
 void assignIdAndTexts(ReplyReader& reader, TessaportAPI::ItemId& id, const Common::TextAssignment (&texts)[Count])
 {
@@ -40,28 +45,64 @@ void assignIdAndTexts(ReplyReader& reader, TessaportAPI::ItemId& id, const Commo
     QvManagedTessaportService::setInternalId(id, room, reader);
 }
 
-void assignIdAndTexts(ReplyReader& reader, const ItemBlock& block, const std::uint8_t* units, TessaportAPI::Item& item)
-{
-    const auto* const name = reinterpret_cast<const char16_t*>(units);
-    const char16_t* const relativePath = name + block.nameLength;
-    const char16_t* const workspacePath = relativePath + block.relativePathLength;
-    const Common::TextAssignment texts[] = {
-        {&item.name, {name, block.nameLength}},
-        {&item.relativePath, {relativePath, block.relativePathLength}},
-        {&item.workspacePath, {workspacePath, block.workspacePathLength}},
-    };
-    assignIdAndTexts(reader, item.id, texts);
-}
+// An item's fixed block, and where its texts are.
+struct PackedItem {
+    explicit PackedItem(ReplyReader& reader)
+    {
+        std::memcpy(&block, reader.bytes(sizeof block, ItemAlignment), sizeof block);
+        const std::uint64_t units =
+            std::uint64_t{block.nameLength} + block.relativePathLength + block.workspacePathLength;
+        name = reinterpret_cast<const char16_t*>(reader.bytes(units * sizeof(char16_t), sizeof(char16_t)));
+    }
 
-void optionalItem(ReplyReader& reader, TessaportAPI::Item& item)
+    [[nodiscard]] Common::TextAssignment nameOf(Item& item) const { return {&item.name, {name, block.nameLength}}; }
+    [[nodiscard]] Common::TextAssignment relativePathOf(Item& item) const
+    {
+        return {&item.relativePath, {name + block.nameLength, block.relativePathLength}};
+    }
+    [[nodiscard]] Common::TextAssignment workspacePathOf(Item& item) const
+    {
+        return {&item.workspacePath, {name + block.nameLength + block.relativePathLength, block.workspacePathLength}};
+    }
+
+    // Everything but the texts and the id.
+    void assignNumbers(Item& item) const
+    {
+        Common::UuidAccess::assign(item.driveId, block.driveId);
+        item.isFolder = (block.flags & FolderFlag) != 0;
+        item.isInWorkspace = (block.flags & InWorkspaceFlag) != 0;
+        item.isOnServer = (block.flags & OnServerFlag) != 0;
+        item.lastModifiedDate = block.lastModified;
+    }
+
+    ItemBlock block;
+    const char16_t* name;
+};
+
+// The texts of one record, in one allocation.
+void assignTexts(std::initializer_list<Common::TextAssignment> texts)
 {
-    if (reader.flag())
-        toNative(reader, item);
+    Common::TextAccess::assign(texts.begin(), texts.size());
 }
 
 void uuid(ReplyReader& reader, Common::QVUUID& id) { Common::UuidAccess::assign(id, reader.bytes(16, 4)); }
 
 TessaportAPI::Result result(ReplyReader& reader) { return static_cast<TessaportAPI::Result>(reader.int32()); }
+
+// The outcome of a lookup, its item if there is one, and the key that it was looked up by.
+void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Common::QVString& key)
+{
+    outcome = result(reader);
+    if (!reader.flag()) {
+        toNative(reader, key);
+        return;
+    }
+    const PackedItem packed(reader);
+    const Common::TextAssignment texts[] = {
+        packed.nameOf(item), packed.relativePathOf(item), packed.workspacePathOf(item), {&key, reader.text()}};
+    assignIdAndTexts(reader, item.id, texts);
+    packed.assignNumbers(item);
+}
 
 TessaportAPI::PropertyDataType dataType(ReplyReader& reader)
 {
@@ -79,6 +120,8 @@ TessaportAPI::Command::Image emptyImage(std::uint32_t size)
 {
     if (size == 0)
         return {};
+    if (size > LongestManagedArray)
+        throw DamagedReply();
     return {new std::uint8_t[size](), size};
 }
 
@@ -92,24 +135,15 @@ std::uint32_t capacityAfterAppending(std::uint32_t count) noexcept
     return capacity < count ? count : capacity;
 }
 
-void toNative(ReplyReader& reader, Common::QVString& text)
-{
-    const Common::TextAssignment assignment{&text, reader.text()};
-    Common::TextAccess::assign(&assignment, 1);
-}
+void toNative(ReplyReader& reader, Common::QVString& text) { assignTexts({{&text, reader.text()}}); }
 
 void toNative(ReplyReader& reader, TessaportAPI::Item& item)
 {
-    ItemBlock block;
-    std::memcpy(&block, reader.bytes(sizeof block, ItemAlignment), sizeof block);
-    const std::uint64_t units = std::uint64_t{block.nameLength} + block.relativePathLength + block.workspacePathLength;
-    const std::uint8_t* const texts = reader.bytes(units * sizeof(char16_t), sizeof(char16_t));
-    assignIdAndTexts(reader, block, texts, item);
-    Common::UuidAccess::assign(item.driveId, block.driveId);
-    item.isFolder = (block.flags & FolderFlag) != 0;
-    item.isInWorkspace = (block.flags & InWorkspaceFlag) != 0;
-    item.isOnServer = (block.flags & OnServerFlag) != 0;
-    item.lastModifiedDate = block.lastModified;
+    const PackedItem packed(reader);
+    const Common::TextAssignment texts[] = {
+        packed.nameOf(item), packed.relativePathOf(item), packed.workspacePathOf(item)};
+    assignIdAndTexts(reader, item.id, texts);
+    packed.assignNumbers(item);
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::Drive& drive)
@@ -130,27 +164,28 @@ void toNative(ReplyReader& reader, TessaportAPI::CommandResult& outcome)
     countedItems(reader, outcome.itemsUpdated);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::WorkspacePathToItemResult& lookup)
+void toNative(ReplyReader& reader, TessaportAPI::WorkspacePathToItemResult& found)
 {
-    optionalItem(reader, lookup.item);
-    lookup.result = result(reader);
-    toNative(reader, lookup.workspacePath);
+    lookup(reader, found.result, found.item, found.workspacePath);
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::PropertyDefinition& definition)
 {
-    toNative(reader, definition.displayName);
-    toNative(reader, definition.id);
+    const std::u16string_view displayName = reader.text();
+    const std::u16string_view id = reader.text();
+    assignTexts({{&definition.displayName, displayName}, {&definition.id, id}});
     definition.valueDataType = dataType(reader);
     definition.displayDataType = dataType(reader);
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::StringPropertyValue& value)
 {
-    toNative(reader, value.relativePath);
+    const std::u16string_view relativePath = reader.text();
     uuid(reader, value.driveId);
-    toNative(reader, value.propertyDefinitionId);
-    toNative(reader, value.value);
+    const std::u16string_view propertyDefinitionId = reader.text();
+    const std::u16string_view text = reader.text();
+    assignTexts({{&value.relativePath, relativePath}, {&value.propertyDefinitionId, propertyDefinitionId},
+        {&value.value, text}});
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::Command& command)
@@ -167,18 +202,16 @@ void toNative(ReplyReader& reader, TessaportAPI::Command& command)
     wrapper->command.take(reader.takeHandle());
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& lookup)
+void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& found)
 {
-    lookup.result = result(reader);
-    const Common::TextAssignment texts[] = {{&lookup.permanentId, reader.text()}};
-    assignIdAndTexts(reader, lookup.itemId, texts);
+    found.result = result(reader);
+    const Common::TextAssignment texts[] = {{&found.permanentId, reader.text()}};
+    assignIdAndTexts(reader, found.itemId, texts);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& lookup)
+void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& found)
 {
-    lookup.result = result(reader);
-    optionalItem(reader, lookup.item);
-    toNative(reader, lookup.permanentId);
+    lookup(reader, found.result, found.item, found.permanentId);
 }
 
 } // namespace Quorvex::Velmora::Tessaport

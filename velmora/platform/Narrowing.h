@@ -1,0 +1,77 @@
+// From wchar_t to UTF-16, eight characters at a time where the processor can: long lists of keys cross the boundary.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include <velmora/platform/Unicode.h>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define VELMORA_NARROW_SSE2 1
+#include <emmintrin.h>
+#endif
+
+namespace Quorvex::Velmora::Common
+{
+
+/// The most UTF-16 code units that a text of that many characters can need.
+constexpr std::size_t mostUnits(std::size_t characters) noexcept
+{
+    return sizeof(wchar_t) == sizeof(char16_t) ? characters : 2 * characters;
+}
+
+/// Puts code units where there is room for them, with the face of a string.
+struct UnitWriter {
+    using value_type = char16_t;
+
+    void push_back(char16_t unit) noexcept { *position++ = unit; }
+
+    char16_t* position;
+};
+
+#if defined(VELMORA_NARROW_SSE2)
+/// Writes eight characters, unless one of them is beyond the basic plane.
+inline bool narrowEight(const wchar_t* source, char16_t* target) noexcept
+{
+    const auto* const characters = reinterpret_cast<const __m128i*>(source);
+    const __m128i low = _mm_loadu_si128(characters);
+    const __m128i high = _mm_loadu_si128(characters + 1);
+    const __m128i beyond = _mm_srli_epi32(_mm_or_si128(low, high), 16);
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(beyond, _mm_setzero_si128())) != 0xFFFF)
+        return false;
+    // Sign-extended, the lower halves pass the signed packing unchanged.
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target),
+        _mm_packs_epi32(_mm_srai_epi32(_mm_slli_epi32(low, 16), 16), _mm_srai_epi32(_mm_slli_epi32(high, 16), 16)));
+    return true;
+}
+#endif
+
+/// Writes the text as UTF-16 and returns the number of code units. Characters beyond the basic plane become pairs;
+/// unpaired surrogates stay.
+inline std::size_t narrow(std::wstring_view source, char16_t* target) noexcept
+{
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        std::memcpy(target, source.data(), source.size() * sizeof(char16_t));
+        return source.size();
+    } else {
+        std::size_t position = 0;
+        char16_t* out = target;
+#if defined(VELMORA_NARROW_SSE2)
+        for (; source.size() - position >= 8; position += 8, out += 8) {
+            if (!narrowEight(source.data() + position, out))
+                break;
+        }
+        // What is left of a longer text goes in one step with some of what went before.
+        const std::size_t left = source.size() - position;
+        if (left != 0 && left < 8 && position >= 8 && narrowEight(source.data() + source.size() - 8, out + left - 8))
+            return source.size();
+#endif
+        UnitWriter writer{out};
+        while (position < source.size())
+            Unicode::appendUtf16(writer, Unicode::nextCodePoint(source, position));
+        return static_cast<std::size_t>(writer.position - target);
+    }
+}
+
+} // namespace Quorvex::Velmora::Common
