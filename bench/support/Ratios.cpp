@@ -42,6 +42,19 @@ private:
     std::map<std::string, double> m_times;
 };
 
+double valueOf(Goal goal, double measured, double peer)
+{
+    switch (goal) {
+    case Goal::AtLeast:
+        return peer / measured;
+    case Goal::AtMost:
+        return measured / peer;
+    case Goal::AtMostAbove:
+        break;
+    }
+    return measured - peer;
+}
+
 /// Whether the goal was met; nothing when one of the two did not run.
 std::optional<bool> print(const Ratio& ratio, const TimeKeeper& times)
 {
@@ -49,8 +62,8 @@ std::optional<bool> print(const Ratio& ratio, const TimeKeeper& times)
     const auto peer = times.timeOf(ratio.peer);
     if (!measured || !peer)
         return std::nullopt;
+    const double value = valueOf(ratio.goal, *measured, *peer);
     const bool wantsMore = ratio.goal == Goal::AtLeast;
-    const double value = wantsMore ? *peer / *measured : *measured / *peer;
     const bool met = wantsMore ? value >= ratio.bound : value <= ratio.bound;
     std::printf("%-6s %8.2f  (goal: %s %.2f)  %s\n", met ? "met" : "MISSED", value, wantsMore ? "at least" : "at most",
         ratio.bound, ratio.what.c_str());

@@ -7,10 +7,10 @@
 namespace Quorvex::Velmora::Bench
 {
 
-enum class Goal { AtLeast, AtMost };
+enum class Goal { AtLeast, AtMost, AtMostAbove };
 
 /// How often `measured` goes into `peer`: the speed of the one divided by the speed of the other, or their times for
-/// Goal::AtMost.
+/// Goal::AtMost. Goal::AtMostAbove is the difference of the times, in the benchmarks' unit.
 struct Ratio {
     std::string what;
     std::string measured;

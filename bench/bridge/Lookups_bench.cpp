@@ -1,0 +1,169 @@
+// 10,000 keys in one request, beside plain C++ that builds the same results.
+#include "NativeLimit.h"
+
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include <tests/support/ScriptedService.h>
+#include <velmora/bridge/QvManagedTessaportService.h>
+
+#include "../support/Ratios.h"
+#include "SteadyAllocator.h"
+
+namespace
+{
+
+using namespace Quorvex::Velmora;
+using Bench::Ids;
+using Common::QVBuffer;
+using Common::QVString;
+using Tessaport::QvManagedTessaportService;
+
+constexpr unsigned Count = 10000;
+
+struct Keys {
+    Keys()
+    {
+        QvManagedTessaportService bridge;
+        const auto root = bridge.getDrives()[0]->root;
+        for (const auto& item : bridge.getFolderContents(root.id)) {
+            paths.Append(item.workspacePath.w_str());
+            ids.Append(item.id);
+        }
+        properties.Append(L"SourceObjectId");
+        items = Bench::sourceOf(bridge.getFolderContents(root.id));
+        for (const auto& result : bridge.getPermanentIds(ids))
+            permanentIds.push_back(result.permanentId.w_str());
+        for (const auto& value : bridge.getStringPropertyValues(ids, properties))
+            values.push_back(
+                {value.driveId, value.relativePath.w_str(), value.propertyDefinitionId.w_str(), value.value.w_str()});
+    }
+
+    struct Value {
+        Common::QVUUID driveId;
+        std::wstring relativePath, property, value;
+    };
+
+    QVBuffer<QVString> paths, properties;
+    QVBuffer<TessaportAPI::ItemId> ids;
+    std::vector<Bench::SourceItem> items;
+    std::vector<std::wstring> permanentIds;
+    std::vector<Value> values;
+};
+
+const Keys& keys()
+{
+    static const Keys keys;
+    return keys;
+}
+
+template <class Make>
+void measure(benchmark::State& state, Make make)
+{
+    keys();
+    for (auto _ : state) {
+        auto results = make();
+        if (results.GetSize() != Count)
+            state.SkipWithError("the results are not complete");
+        state.PauseTiming();
+        {
+            auto dropped = std::move(results);
+        }
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * Count);
+}
+
+void ItemsByWorkspacePaths(benchmark::State& state)
+{
+    QvManagedTessaportService bridge;
+    measure(state, [&] { return bridge.getItemsByWorkspacePaths(keys().paths); });
+}
+
+void NativeItemsByWorkspacePaths(benchmark::State& state)
+{
+    measure(state, [] {
+        QVBuffer<TessaportAPI::WorkspacePathToItemResult> results;
+        results.Reserve(Count);
+        for (const auto& source : keys().items) {
+            auto& result = results.Append();
+            Bench::fill(result.item, source, Ids::Own);
+            result.result = TessaportAPI::Result::Success;
+            result.workspacePath = source.workspacePath.c_str();
+        }
+        return results;
+    });
+}
+
+void PermanentIds(benchmark::State& state)
+{
+    QvManagedTessaportService bridge;
+    measure(state, [&] { return bridge.getPermanentIds(keys().ids); });
+}
+
+void NativePermanentIds(benchmark::State& state)
+{
+    measure(state, [] {
+        QVBuffer<TessaportAPI::ItemIdToPermanentIdResult> results;
+        results.Reserve(Count);
+        for (const auto& permanentId : keys().permanentIds) {
+            auto& result = results.Append();
+            Bench::setOwnId(result.itemId);
+            result.permanentId = permanentId.c_str();
+            result.result = TessaportAPI::Result::Success;
+        }
+        return results;
+    });
+}
+
+void PropertyValues(benchmark::State& state)
+{
+    QvManagedTessaportService bridge;
+    measure(state, [&] { return bridge.getStringPropertyValues(keys().ids, keys().properties); });
+}
+
+void NativePropertyValues(benchmark::State& state)
+{
+    measure(state, [] {
+        QVBuffer<TessaportAPI::StringPropertyValue> values;
+        values.Reserve(Count);
+        for (const auto& source : keys().values) {
+            auto& value = values.Append();
+            value.driveId = source.driveId;
+            value.relativePath = source.relativePath.c_str();
+            value.propertyDefinitionId = source.property.c_str();
+            value.value = source.value.c_str();
+        }
+        return values;
+    });
+}
+
+BENCHMARK(ItemsByWorkspacePaths);
+BENCHMARK(NativeItemsByWorkspacePaths);
+BENCHMARK(PermanentIds);
+BENCHMARK(NativePermanentIds);
+BENCHMARK(PropertyValues);
+BENCHMARK(NativePropertyValues);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Quorvex::Velmora::Bench::keepMemory();
+    TestSupport::ScriptedService scripted;
+    scripted.record(false);
+    scripted.answer("GetFolderContents", TestSupport::generated(Count));
+    scripted.answer("GetItemsByWorkspacePaths", TestSupport::generated(Count));
+    scripted.answer("GetPermanentIds", TestSupport::generated(Count));
+    scripted.answer("GetProperties", TestSupport::propertyValues(TestSupport::generated(Count)));
+    using Bench::Goal;
+    return Bench::runWithRatios(argc, argv,
+        {
+            {"items by workspace paths to native limit", "ItemsByWorkspacePaths", "NativeItemsByWorkspacePaths",
+                Goal::AtMost, 1.5},
+            {"permanent ids to native limit", "PermanentIds", "NativePermanentIds", Goal::AtMost, 1.5},
+            {"property values to native limit", "PropertyValues", "NativePropertyValues", Goal::AtMost, 1.5},
+        });
+}
