@@ -76,7 +76,7 @@ TEST(Narrowing, AgreesWithThePlainConversionOnAnyCharacters)
     for (int round = 0; round < 2000; ++round) {
         std::wstring text;
         for (std::size_t length = random() % 40; length > 0; --length)
-            Unicode::appendWide(text, random() % 8 == 0 ? random() % 0x110000 : random() % 0x10000);
+            Unicode::appendWide(text, static_cast<char32_t>(random() % (random() % 8 == 0 ? 0x110000 : 0x10000)));
 
         ASSERT_EQ(narrowed(text), Unicode::toUtf16(text));
     }
