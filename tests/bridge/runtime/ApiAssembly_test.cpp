@@ -1,7 +1,7 @@
 // The sync application's assembly: looked for, checked, bound, and reported on when it does not fit.
 #include <tests/bridge/runtime/StartTest.h>
 
-#include <fstream>
+#include <algorithm>
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::_;
@@ -39,6 +39,14 @@ TEST_F(ApiAssembly, IsMissedInAFolderThatIsNone)
     fs::remove(folder);
 
     EXPECT_THAT(connectThenCorrect(),
+        ElementsAre(failsNaming(AssemblyName, folder.string(), "is not a folder", SetFolder), Connected));
+}
+
+TEST_F(ApiAssembly, IsMissedInAFolderWhoseNameIsNoText)
+{
+    const std::string name = (folder / "\xFF").string();
+
+    EXPECT_THAT(take({"api=" + name, "connect", api, "connect"}),
         ElementsAre(failsNaming(AssemblyName, folder.string(), "is not a folder", SetFolder), Connected));
 }
 
@@ -157,7 +165,13 @@ TEST_P(VendorVariant, ListsItsDrives)
 INSTANTIATE_TEST_SUITE_P(ApiAssembly, VendorVariant,
     testing::Values(std::pair("fitting", "3.0.0.0"), std::pair("version-0.5", "0.5.0.0"),
         std::pair("version-5.2", "5.2.0.0"), std::pair("strong-named", "5.2.0.0"),
-        std::pair("without-exception", "3.0.0.0")));
+        std::pair("without-exception", "3.0.0.0")),
+    [](const auto& info) {
+        std::string name = info.param.first;
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return c == '-' || c == '.'; }, '_');
+        return name;
+    });
 
 TEST_F(ApiAssembly, ListsItsDrivesThroughABridgeBuiltForItsStrongName)
 {

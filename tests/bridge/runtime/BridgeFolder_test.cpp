@@ -75,6 +75,17 @@ TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsNone)
         ElementsAre(failsNaming(installation.bridge().string(), Reinstall), Connected));
 }
 
+TEST_F(BridgeFolder, IsFoundThroughALinkToTheLibrary)
+{
+    const fs::path links = installation.root() / "links";
+    fs::create_directory(links);
+    fs::create_symlink(installation.library() / VELMORA_LIBRARY_NAME, links / VELMORA_LIBRARY_NAME);
+    installation.environment["LD_LIBRARY_PATH"] = links.string();
+
+    EXPECT_THAT(take({renaming(file(".dll"), away()), api, "connect", renaming(away(), file(".dll")), "connect"}),
+        ElementsAre(failsNaming(installation.bridge().string()), Connected));
+}
+
 TEST_F(BridgeFolder, ServesWithoutADependencyFile)
 {
     fs::remove(file(".deps.json"));

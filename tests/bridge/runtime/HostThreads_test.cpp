@@ -1,31 +1,20 @@
 // The host's threads and signal handlers beside a runtime that has its own.
+#include <chrono>
+#include <string>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include <tests/bridge/runtime/Installation.h>
 
 using namespace Quorvex::Velmora::TestSupport;
-
-namespace
-{
-
-constexpr int ExitCodeOfHosts = 7;
-
-ChildResult runHost(const char* name, const std::vector<std::string>& arguments, int seconds)
-{
-    ChildProgram program;
-    program.program = hostFile(name);
-    program.arguments = arguments;
-    program.timeLimit = std::chrono::seconds(seconds);
-    return run(program);
-}
-
-} // namespace
+using namespace std::chrono_literals;
 
 TEST(FirstUse, IsRacedBy64ThreadsIn200ProcessesWithoutAHang)
 {
     for (int process = 0; process < 200; ++process) {
         const ChildResult result =
-            runHost("velmora_race_host", {VELMORA_BRIDGE_FOLDER, vendorFolder("fitting").string()}, 30);
+            runHost("velmora_race_host", {VELMORA_BRIDGE_FOLDER, vendorFolder("fitting").string()}, 30s);
 
         ASSERT_TRUE(result.exitedWith(ExitCodeOfHosts)) << "process " << process << ": " << result.description();
     }
@@ -33,7 +22,7 @@ TEST(FirstUse, IsRacedBy64ThreadsIn200ProcessesWithoutAHang)
 
 TEST(HostThreads, ComeAndGoWithoutLeavingAnythingBehind)
 {
-    const ChildResult result = runHost("velmora_threads_host", {vendorFolder("fitting").string()}, 120);
+    const ChildResult result = runHost("velmora_threads_host", {vendorFolder("fitting").string()}, 120s);
 
     ASSERT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
     EXPECT_LT(std::stol(result.output), 1024) << result.description();
@@ -47,7 +36,7 @@ TEST_P(HostSignals, ReachTheHostsOwnHandler)
 {
     const auto [when, signal] = GetParam();
 
-    const ChildResult result = runHost("velmora_signals_host", {vendorFolder("fitting").string(), when, signal}, 60);
+    const ChildResult result = runHost("velmora_signals_host", {vendorFolder("fitting").string(), when, signal}, 60s);
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
 }

@@ -14,6 +14,15 @@ fs::path vendorBridgeFolder() { return VELMORA_VENDOR_BRIDGE_FOLDER; }
 
 fs::path hostFile(std::string_view name) { return fs::path(VELMORA_HOSTS_FOLDER) / name; }
 
+ChildResult runHost(std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit)
+{
+    ChildProgram program;
+    program.program = hostFile(name);
+    program.arguments = arguments;
+    program.timeLimit = timeLimit;
+    return run(program);
+}
+
 fs::path dotnetRoot() { return VELMORA_DOTNET_ROOT; }
 
 void writeText(const fs::path& file, std::string_view text)

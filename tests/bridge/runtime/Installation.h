@@ -2,6 +2,7 @@
 // ASCII. Hosts are run against it.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -22,6 +23,13 @@ namespace Quorvex::Velmora::TestSupport
 
 /// A host program, or a library for one.
 [[nodiscard]] std::filesystem::path hostFile(std::string_view name);
+
+/// The exit code by which hosts say that all went well: no failure of the runtime has it.
+constexpr int ExitCodeOfHosts = 7;
+
+/// Runs a host that takes the library of the build tree.
+[[nodiscard]] ChildResult runHost(
+    std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit);
 
 /// The .NET installation that the tests were built with.
 [[nodiscard]] std::filesystem::path dotnetRoot();

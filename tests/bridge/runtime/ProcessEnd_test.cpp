@@ -1,22 +1,16 @@
 // However a host ends, its exit code is its own. Each test is a process.
+#include <chrono>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include <tests/bridge/runtime/Installation.h>
 
 using namespace Quorvex::Velmora::TestSupport;
+using namespace std::chrono_literals;
 
 namespace
 {
-
-constexpr int ExitCodeOfHosts = 7;
-
-ChildResult runHost(const char* name, const std::vector<std::string>& arguments)
-{
-    ChildProgram program;
-    program.program = hostFile(name);
-    program.arguments = arguments;
-    return run(program);
-}
 
 class ProcessEnd : public testing::TestWithParam<const char*>
 {
@@ -26,7 +20,7 @@ class ProcessEnd : public testing::TestWithParam<const char*>
 
 TEST_P(ProcessEnd, KeepsTheHostsExitCode)
 {
-    const ChildResult result = runHost("velmora_end_host", {vendorFolder("fitting").string(), GetParam()});
+    const ChildResult result = runHost("velmora_end_host", {vendorFolder("fitting").string(), GetParam()}, 60s);
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
     EXPECT_EQ(result.errors, "");
@@ -45,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(Runtime, ProcessEnd,
 TEST(Unloading, LeavesTheLibraryUsableWhenItIsLoadedAgain)
 {
     const ChildResult result = runHost("velmora_unload_host",
-        {hostFile("libvelmora_plugin.so").string(), vendorFolder("fitting").string(), VELMORA_LIBRARY_FILE});
+        {hostFile("libvelmora_plugin.so").string(), vendorFolder("fitting").string(), VELMORA_LIBRARY_FILE}, 60s);
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
 }
