@@ -248,7 +248,7 @@ TEST_F(Starting, SurvivesAReplyThatDoesNotDescribeWhatRuns)
     bridgeScript.texts = {u".NET 8.0.1"};
 
     EXPECT_THROW((void)runtime.entryPoints(), std::exception);
-    EXPECT_TRUE(runtime.description().apiVersion.empty());
+    EXPECT_TRUE(runtime.description().framework.empty());
     EXPECT_EQ(bridgeScript.repliesReleased, 1);
 }
 
@@ -300,40 +300,4 @@ TEST_F(Starting, GivesWayToOtherEntryPointsForTests)
 
     EXPECT_NE(&runtime.entryPoints(), &other);
     EXPECT_EQ(script.opened, 1);
-}
-
-TEST(RunningRuntime, IsJoinedByASecondHostAndRefusesATableOfAnotherSizeOrVersion)
-{
-    // Given the runtime that this process has started through one host.
-    auto& ofProcess = ClrRuntime::ofProcess();
-    ofProcess.setBridgeFolder(VELMORA_BRIDGE_FOLDER);
-    ofProcess.setLocations({vendorFolder("fitting"), {}});
-    (void)ofProcess.entryPoints();
-
-    // When another joins it.
-    const auto second = HostFxr::system();
-    StartBridge startBridge = nullptr;
-    ASSERT_TRUE(second->open({}).succeeded());
-    ASSERT_TRUE(second->start(VELMORA_BRIDGE_FOLDER, startBridge).succeeded());
-
-    // Then its tables are checked as the first one was.
-    const std::u16string api = vendorFolder("fitting").u16string();
-    const VelmoraText apiFolder{api.data(), api.size()};
-    for (const auto& [version, size] : {std::pair(EntryPointsVersion + 1, sizeof(TessaportEntryPoints)),
-             std::pair(EntryPointsVersion, sizeof(TessaportEntryPoints) - 8), std::pair(0U, std::size_t{0})}) {
-        TessaportEntryPoints table{};
-        table.version = version;
-        table.size = static_cast<std::uint32_t>(size);
-        VelmoraReply reply{};
-        EXPECT_EQ(startBridge(&table, &apiFolder, &reply), 6);
-        EXPECT_EQ(table.createService, nullptr);
-        ofProcess.entryPoints().releaseReply(&reply);
-    }
-    TessaportEntryPoints table{};
-    table.version = EntryPointsVersion;
-    table.size = sizeof table;
-    VelmoraReply reply{};
-    EXPECT_EQ(startBridge(&table, &apiFolder, &reply), 0);
-    EXPECT_NE(table.createService, nullptr);
-    table.releaseReply(&reply);
 }

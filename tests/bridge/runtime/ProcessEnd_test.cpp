@@ -27,8 +27,8 @@ TEST_P(ProcessEnd, KeepsTheHostsExitCode)
 }
 
 INSTANTIATE_TEST_SUITE_P(Runtime, ProcessEnd,
-    testing::Values(
-        "nothing-done", "full-cache", "globals", "thread-local", "second-thread", "during-a-request", "exit-handler"),
+    testing::Values("nothing-done", "full-cache", "globals", "connected-static", "thread-local", "second-thread",
+        "during-a-request", "exit-handler"),
     [](const auto& info) {
         std::string name = info.param;
         for (char& c : name)

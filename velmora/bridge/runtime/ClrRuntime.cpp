@@ -115,10 +115,12 @@ void ClrRuntime::startBridge()
     if (row != 0)
         fail(reply.message());
     ReplyReader reader(reply);
-    running.framework = reader.wideText();
-    running.bridgeVersion = reader.wideText();
-    running.apiAssembly = reader.wideText();
-    running.apiVersion = reader.wideText();
+    RuntimeDescription described;
+    described.framework = reader.wideText();
+    described.bridgeVersion = reader.wideText();
+    described.apiAssembly = reader.wideText();
+    described.apiVersion = reader.wideText();
+    running = std::move(described);
     table = filled;
 }
 

@@ -51,6 +51,17 @@ void keepInThreadLocal()
     items = list(connection);
 }
 
+// Destroyed while the runtime is still in reach, because it was complete after the runtime had started.
+int useConnectedStatic()
+{
+    struct Connected {
+        QvNativeTessaportAPI connection;
+        QVBuffer<Item> items = list(connection);
+    };
+    static const Connected connected;
+    return connected.items.GetSize() == 5000 ? ExitCode : 1;
+}
+
 [[noreturn]] void exitFromAnotherThread()
 {
     std::thread([] { std::exit(ExitCode); }).detach();
@@ -83,6 +94,8 @@ int main(int count, char** arguments)
     }
     if (way == "nothing-done")
         return ExitCode;
+    if (way == "connected-static")
+        return useConnectedStatic();
     keepEverything();
     if (way == "globals")
         return kept.items.GetSize() == 5000 && kept.commands.GetSize() == 1 ? ExitCode : 1;
