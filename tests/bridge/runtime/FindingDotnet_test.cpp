@@ -96,7 +96,8 @@ TEST_F(FindingDotnet, SaysThatTheProcessMustBeRestartedWhenTheRuntimeItselfFaile
     installation.environment["DOTNET_GCHeapHardLimit"] = "1"; // No heap is that small.
 
     EXPECT_THAT(take({api, "connect", "connect"}),
-        ElementsAre(failsNaming("0x80008089", "Restart this process"), failsNaming("Restart this process")));
+        ElementsAre(failsNaming("0x80008089", "standard error", "ulimit", "Restart this process"),
+            failsNaming("0x800080a3", "Restart this process")));
 }
 
 TEST_F(FindingDotnet, TakesNothingFromTheCurrentDirectory)

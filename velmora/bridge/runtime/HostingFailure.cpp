@@ -24,6 +24,9 @@ constexpr const wchar_t* RepairDotnet = L"Repair or reinstall .NET.";
 constexpr const wchar_t* RepairBridge = L"Reinstall this library with its bridge folder.";
 constexpr const wchar_t* RestartProcess =
     L"Restart this process once the cause is gone; it cannot start .NET any more.";
+constexpr const wchar_t* LiftLimits =
+    L"Often a limit on memory or open files (ulimit) is the cause. Restart this process once the cause is gone; it "
+    L"cannot start .NET any more.";
 constexpr const wchar_t* OtherHost =
     L"Another part of this process has started .NET in a way that cannot serve this library; start it here first, or "
     L"with a framework of version 8.0 or newer.";
@@ -37,7 +40,7 @@ constexpr KnownFailure KnownFailures[] = {
     {0x80008085, L"the folder of .NET's own host could not be found", RepairDotnet},
     {0x80008087, L"the .NET SDK was looked for and not found", InstallDotnet},
     {0x80008088, L"the runtime library hostpolicy reported an error", RepairDotnet},
-    {0x80008089, L"the .NET runtime itself failed to start", RestartProcess},
+    {0x80008089, L"the .NET runtime itself failed to start and wrote the cause to standard error", LiftLimits},
     {0x8000808b, L"the executable of the process could not be determined", RepairDotnet},
     {0x8000808c, L"a list of the runtime's libraries could not be read", RepairDotnet},
     {0x8000808d, L"the bridge's folder could not be read", RepairBridge},
