@@ -215,8 +215,8 @@ int main(int argc, char** argv)
         {"for comparison: the chosen code against ISA-L", "Chosen", "IsaL", Goal::AtLeast, 0},
     };
     if (Quorvex::Velmora::IO::Crc32::hasFolding128()) {
-        ratios.push_back({"carry-less multiplication of 128 bits against the byte table", "Folding128", "ByteTable",
-            Goal::AtLeast, 25});
+        ratios.push_back(
+            {"for comparison: 128 bits at a time against the byte table", "Folding128", "ByteTable", Goal::AtLeast, 0});
         ratios.push_back({"the chosen code against the byte table", "Chosen", "ByteTable", Goal::AtLeast, 25});
         ratios.push_back(
             {"a file with the chosen code against a plain read", "FileChosen", "FilePlainRead", Goal::AtLeast, 0.45});
