@@ -209,14 +209,14 @@ TEST_F(FailingEnumeration, OfAPropertyValueThatHasNoTextFailsTheCall)
     }
 }
 
-// The reply grows and moves many times before the failure comes.
+// So long that much of it has crossed the boundary before the failure comes.
 TEST_F(FailingEnumeration, OfALongListLeavesNothingBehind)
 {
     const ItemId folder = idOf(9);
     Json many = Json::array();
-    for (int i = 0; i < 5'000; ++i)
+    for (int i = 0; i < 30'000; ++i)
         many.push_back(item(1000 + i));
-    service.answer("GetFolderContents", failingList(many, 5'000, halfWay));
+    service.answer("GetFolderContents", failingList(many, 30'000, halfWay));
 
     expectFailure([&] { (void)bridge.getFolderContents(folder); });
 }

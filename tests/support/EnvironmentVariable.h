@@ -1,0 +1,43 @@
+// An environment variable of this process while an object lives.
+#pragma once
+
+#include <cstdlib>
+#include <string>
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+class EnvironmentVariable
+{
+public:
+    EnvironmentVariable(const char* name, const std::string& value) : name(name)
+    {
+        if (const char* const former = std::getenv(name)) {
+            wasSet = true;
+            formerValue = former;
+        }
+        set(value.c_str());
+    }
+    ~EnvironmentVariable() { set(wasSet ? formerValue.c_str() : nullptr); }
+    EnvironmentVariable(const EnvironmentVariable&) = delete;
+    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+
+private:
+    void set(const char* value)
+    {
+#ifdef _WIN32
+        _putenv_s(name, value == nullptr ? "" : value);
+#else
+        if (value == nullptr)
+            unsetenv(name);
+        else
+            setenv(name, value, 1);
+#endif
+    }
+
+    const char* name;
+    bool wasSet = false;
+    std::string formerValue;
+};
+
+} // namespace Quorvex::Velmora::TestSupport
