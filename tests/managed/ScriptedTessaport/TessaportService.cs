@@ -82,7 +82,7 @@ public class TessaportService
 
     public bool CanAddFiles(ItemId folder, List<string> paths)
     {
-        Record("CanAddFiles")?.With("folder", folder).With("paths", (object)paths);
+        Record("CanAddFiles")?.With("folder", folder).With("paths", (object)paths).With("contents", LocalFiles.ContentsOf(paths));
         return Members.CanAddFiles.Answer();
     }
 

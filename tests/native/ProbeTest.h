@@ -1,0 +1,37 @@
+// The fixture of tests of what asks the sync application about a probe file: a temporary folder of its own, which must
+// be empty in the end.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "../support/EnvironmentVariable.h"
+#include "../support/TemporaryFolder.h"
+#include "StaticTest.h"
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+class ProbeTest : public StaticTest
+{
+protected:
+    ~ProbeTest() override { expectNoProbeFile(); }
+
+    void expectNoProbeFile()
+    {
+        if (std::filesystem::exists(temporary.path())) {
+            EXPECT_TRUE(std::filesystem::is_empty(temporary.path())) << "a probe file was left behind";
+        }
+    }
+
+    TemporaryFolder temporary;
+
+private:
+#ifdef _WIN32
+    EnvironmentVariable variable{"TMP", temporary.path().u8string()};
+#else
+    EnvironmentVariable variable{"TMPDIR", temporary.path().native()};
+#endif
+};
+
+} // namespace Quorvex::Velmora::TestSupport

@@ -1,0 +1,46 @@
+// The fixture of tests of the operations that open a connection of their own.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <velmora/native/QvNativeTessaportAPI.h>
+
+#include "../support/BridgeTest.h"
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+class StaticTest : public BridgeTest
+{
+protected:
+    using Api = TessaportAPI::QvNativeTessaportAPI;
+
+    StaticTest() { (void)service.takeCalls(); }
+
+    /// An exception of the service, and the end of the log line that tells of it.
+    const Json notRunning = failure("TessaportNotRunningException", L"it is off");
+    const std::wstring saysOff = L" - it is off";
+
+    /// The calls since the last time, without their arguments, and fails unless every connection was opened for `hwnd`.
+    std::vector<std::string> takeMembersAskedForWindow()
+    {
+        std::vector<std::string> members;
+        for (const Json& call : service.takeCalls()) {
+            members.push_back(call["member"]);
+            if (members.back() == "TessaportService") {
+                EXPECT_EQ(call["window"], 0x1234);
+            }
+        }
+        return members;
+    }
+
+    /// Fails unless no service is left but the fixture's own.
+    void expectConnectionsClosed() { EXPECT_EQ(service.collect().services.size(), 1U); }
+
+    const HWND hwnd = reinterpret_cast<HWND>(std::intptr_t{0x1234});
+};
+
+} // namespace Quorvex::Velmora::TestSupport
