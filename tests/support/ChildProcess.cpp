@@ -9,9 +9,7 @@
 
 #include "TemporaryFolder.h"
 
-#ifndef _WIN32
 #include <sys/wait.h>
-#endif
 
 namespace Quorvex::Velmora::TestSupport
 {
@@ -52,13 +50,10 @@ bool waitUntil(process::child& child, Clock::time_point deadline)
 
 void setEnd(ChildResult& result, process::child& child)
 {
-#ifndef _WIN32
-    if (WIFSIGNALED(child.native_exit_code())) {
+    if (WIFSIGNALED(child.native_exit_code()))
         result.signal = WTERMSIG(child.native_exit_code());
-        return;
-    }
-#endif
-    result.exitCode = child.exit_code();
+    else
+        result.exitCode = child.exit_code();
 }
 
 } // namespace
