@@ -2,11 +2,7 @@
 // serves again.
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <new>
 #include <string>
-
-#include <velmora/api/Exceptions.h>
 
 #include "../support/FailingAllocations.h"
 #include "EveryRequest.h"
@@ -20,36 +16,6 @@ using namespace TessaportAPI;
 using Bridge = Tessaport::QvManagedTessaportService;
 
 std::string nameOf(const ::testing::TestParamInfo<RequestCase>& info) { return info.param.name; }
-
-// Runs the operation with the n-th allocation failing, for every n that there is, and `check` after each run. Returns
-// how many there are.
-std::int64_t failEverywhere(const std::function<void()>& operation, const std::function<void()>& check)
-{
-    constexpr std::int64_t Endless = 10'000;
-    std::int64_t failures = 0;
-    for (const Failing manner : {Failing::Once, Failing::ForEverAfter}) {
-        for (std::int64_t n = 1; n < Endless; ++n) {
-            bool failed = false;
-            const std::int64_t live = liveAllocations();
-            {
-                const FailingAllocations failing(n, manner);
-                try {
-                    operation();
-                } catch (const ApiException&) {
-                } catch (const std::bad_alloc&) {
-                }
-                failed = FailingAllocations::hasFailed();
-            }
-            EXPECT_EQ(liveAllocations(), live) << "memory was left behind, allocation " << n;
-            check();
-            if (!failed)
-                break;
-            ++failures;
-        }
-    }
-    EXPECT_LT(failures, Endless) << "the operation allocates without end";
-    return failures;
-}
 
 class FailingAllocation : public ::testing::TestWithParam<RequestCase>
 {

@@ -4,6 +4,10 @@
 #include <cstdlib>
 #include <new>
 
+#include <gtest/gtest.h>
+
+#include <velmora/api/Exceptions.h>
+
 namespace
 {
 
@@ -64,5 +68,32 @@ FailingAllocations::~FailingAllocations() { untilFailure = 0; }
 bool FailingAllocations::hasFailed() noexcept { return failed; }
 
 std::int64_t liveAllocations() noexcept { return live.load(std::memory_order_relaxed); }
+
+std::int64_t failEverywhere(const std::function<void()>& operation, const std::function<void()>& check)
+{
+    constexpr std::int64_t Endless = 10'000;
+    std::int64_t failures = 0;
+    for (const Failing manner : {Failing::Once, Failing::ForEverAfter}) {
+        for (std::int64_t n = 1; n < Endless; ++n) {
+            const std::int64_t before = liveAllocations();
+            {
+                const FailingAllocations failing(n, manner);
+                try {
+                    operation();
+                } catch (const TessaportAPI::ApiException&) {
+                } catch (const std::bad_alloc&) {
+                }
+            }
+            const bool hasFailed = FailingAllocations::hasFailed();
+            check();
+            EXPECT_EQ(liveAllocations(), before) << "memory was left behind, allocation " << n;
+            if (!hasFailed)
+                break;
+            ++failures;
+        }
+    }
+    EXPECT_LT(failures, Endless) << "the operation allocates without end";
+    return failures;
+}
 
 } // namespace Quorvex::Velmora::TestSupport

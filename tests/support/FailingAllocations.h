@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace Quorvex::Velmora::TestSupport
 {
@@ -25,5 +26,10 @@ public:
 
 /// Blocks of operator new that are out, on all threads.
 [[nodiscard]] std::int64_t liveAllocations() noexcept;
+
+/// Runs the operation with its n-th allocation failing, for every n that there is, and `check` after each run: fails
+/// the test when any memory is out then that was not out before, or when anything but ApiException and std::bad_alloc
+/// leaves. Returns how many allocations failed.
+std::int64_t failEverywhere(const std::function<void()>& operation, const std::function<void()>& check);
 
 } // namespace Quorvex::Velmora::TestSupport

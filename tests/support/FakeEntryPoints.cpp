@@ -4,6 +4,7 @@
 #include <bitset>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <tuple>
 #include <utility>
 
@@ -30,6 +31,8 @@ struct Outstanding {
 struct State {
     // All but the last are pieces.
     std::vector<PackedReply> replies;
+    // For requests with a reply of their own, by their place in the table.
+    std::map<std::size_t, PackedReply> ownReplies;
     std::uint64_t expectedCount = 0;
     std::size_t shift = 0;
     std::int32_t row = 0;
@@ -143,7 +146,6 @@ bool passPiece(const PackedReply& piece, VelmoraReply* reply)
 
 std::int32_t respond(VelmoraReply* reply)
 {
-    ++state->calls;
     if (state->replies.empty())
         return state->row;
     reply->expectedCount = state->expectedCount;
@@ -155,35 +157,40 @@ std::int32_t respond(VelmoraReply* reply)
     return state->row;
 }
 
+std::int32_t respond(std::size_t slot, VelmoraReply* reply)
+{
+    ++state->calls;
+    const auto own = state->ownReplies.find(slot);
+    if (own == state->ownReplies.end())
+        return respond(reply);
+    handOut(own->second, reply);
+    return 0;
+}
+
 // A request of any arguments, the reply being the last.
-template <class Function>
+template <auto Member>
 struct Request;
 
-template <class... Arguments>
-struct Request<std::int32_t (*)(Arguments...)> {
+template <class... Arguments, std::int32_t (*TessaportEntryPoints::*Member)(Arguments...)>
+struct Request<Member> {
     static std::int32_t run(Arguments... arguments)
     {
-        return respond(std::get<sizeof...(Arguments) - 1>(std::tuple<Arguments...>(arguments...)));
+        return respond(FakeEntryPoints::slotOf(Member),
+            std::get<sizeof...(Arguments) - 1>(std::tuple<Arguments...>(arguments...)));
     }
 };
 
-template <class Function>
-void fill(Function& function)
+template <auto... Members>
+void fill(TessaportEntryPoints& table)
 {
-    function = &Request<Function>::run;
-}
-
-template <class... Functions>
-void fillAll(Functions&... functions)
-{
-    (fill(functions), ...);
+    ((table.*Members = &Request<Members>::run), ...);
 }
 
 std::int32_t createService(VelmoraHandle* service, VelmoraReply* reply)
 {
+    ++state->calls;
     if (state->row != 0)
         return respond(reply);
-    ++state->calls;
     *service = newHandle();
     return 0;
 }
@@ -201,11 +208,13 @@ const TessaportEntryPoints& table()
         t.size = sizeof t;
         t.createService = createService;
         t.createServiceForWindow = createServiceForWindow;
-        fillAll(t.discover, t.getVersion, t.getDrives, t.getChildFolders, t.getFolderContents, t.addFiles,
-            t.getOrCreateFolder, t.canAddFiles, t.isFileInWorkspace, t.syncFiles, t.deleteItems,
-            t.getItemsByWorkspacePaths, t.getItemsByRelativePaths, t.fileClosedWithinRunningProcess,
-            t.getPropertyDefinitions, t.getProperties, t.getCommands, t.executeCommand, t.getPermanentIds,
-            t.getItemsByPermanentIds, t.getFullPath);
+        using Table = TessaportEntryPoints;
+        fill<&Table::discover, &Table::getVersion, &Table::getDrives, &Table::getChildFolders,
+            &Table::getFolderContents, &Table::addFiles, &Table::getOrCreateFolder, &Table::canAddFiles,
+            &Table::isFileInWorkspace, &Table::syncFiles, &Table::deleteItems, &Table::getItemsByWorkspacePaths,
+            &Table::getItemsByRelativePaths, &Table::fileClosedWithinRunningProcess, &Table::getPropertyDefinitions,
+            &Table::getProperties, &Table::getCommands, &Table::executeCommand, &Table::getPermanentIds,
+            &Table::getItemsByPermanentIds, &Table::getFullPath>(t);
         t.releaseHandle = releaseHandle;
         t.releaseHandles = releaseHandles;
         t.releaseReply = releaseReply;
@@ -242,6 +251,8 @@ void FakeEntryPoints::replyInPieces(std::vector<PackedReply> pieces, std::uint64
     state->shift = 0;
     state->row = 0;
 }
+
+void FakeEntryPoints::replyTo(std::size_t slot, PackedReply reply) { state->ownReplies[slot] = std::move(reply); }
 
 void FakeEntryPoints::replyWithNothing() { replyInPieces({}); }
 

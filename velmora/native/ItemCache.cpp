@@ -17,23 +17,43 @@ using ItemMap = std::map<std::wstring, Item>;
 
 ItemMap sFullWorkspacePathToItemMap;
 
-// The first answer for a path stays: a host that wants a fresh one removes it first. Lists mostly come sorted, so the
-// place behind the last one is a good guess for the next.
-ItemMap::iterator addBehind(ItemMap::iterator hint, const Item& item)
+// What one request reported, on its way into the cache: all of it gets there, or nothing when memory runs out. The
+// first answer for a path stays: a host that wants a fresh one removes it first. Lists mostly come sorted, so the place
+// behind the last item is a good guess for the next.
+class Report
 {
-    const auto added =
-        sFullWorkspacePathToItemMap.try_emplace(hint, std::wstring(Common::TextAccess::view(item.workspacePath)), item);
-    return std::next(added);
-}
+public:
+    void add(const Item& item)
+    {
+        const auto added = items.try_emplace(place, std::wstring(Common::TextAccess::view(item.workspacePath)), item);
+        place = std::next(added);
+    }
+
+    void moveIntoCache() noexcept
+    {
+        if (sFullWorkspacePathToItemMap.empty()) {
+            sFullWorkspacePathToItemMap.swap(items);
+            return;
+        }
+        auto behind = sFullWorkspacePathToItemMap.end();
+        while (!items.empty())
+            behind = std::next(sFullWorkspacePathToItemMap.insert(behind, items.extract(items.begin())));
+    }
+
+private:
+    ItemMap items;
+    ItemMap::iterator place = items.end();
+};
 
 template <class Results>
 void addSuccessful(const Results& results)
 {
-    auto hint = sFullWorkspacePathToItemMap.end();
+    Report report;
     for (const auto& result : results) {
         if (result.result == Result::Success)
-            hint = addBehind(hint, result.item);
+            report.add(result.item);
     }
+    report.moveIntoCache();
 }
 
 } // namespace
@@ -51,19 +71,27 @@ const Item* findCachedItem(const std::wstring& key)
     return found == sFullWorkspacePathToItemMap.end() ? nullptr : &found->second;
 }
 
-void QvNativeTessaportAPI::addCachedItem(const Item& item) { addBehind(sFullWorkspacePathToItemMap.end(), item); }
+void QvNativeTessaportAPI::addCachedItem(const Item& item)
+{
+    Report report;
+    report.add(item);
+    report.moveIntoCache();
+}
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<Item>& items)
 {
-    auto hint = sFullWorkspacePathToItemMap.end();
+    Report report;
     for (const Item& item : items)
-        hint = addBehind(hint, item);
+        report.add(item);
+    report.moveIntoCache();
 }
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<Drive>& drives)
 {
+    Report report;
     for (const Drive& drive : drives)
-        addCachedItem(drive.root);
+        report.add(drive.root);
+    report.moveIntoCache();
 }
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<WorkspacePathToItemResult>& results)

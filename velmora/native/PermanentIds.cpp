@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 #include <velmora/native/DiagnosticLog.h>
 
@@ -18,7 +19,7 @@ bool withItemOf(HWND hwnd, const QVString& permanentId, const wchar_t* failure, 
     try {
         QVBuffer<QVString> permanentIds;
         permanentIds.Append(permanentId);
-        const auto results = QvNativeTessaportAPI(hwnd).getItemsByPermanentIds(permanentIds);
+        auto results = QvNativeTessaportAPI(hwnd).getItemsByPermanentIds(permanentIds);
         if (results.GetSize() == 0 || results[0]->result != Result::Success)
             return false;
         use(results[0]->item);
@@ -54,7 +55,8 @@ bool QvNativeTessaportAPI::getFullWorkspacePathByPermanentId(HWND hwnd, QVString
 
 bool QvNativeTessaportAPI::getItemByPermanentId(HWND hwnd, QVString permanentId, Item& outItem)
 {
-    return withItemOf(hwnd, permanentId, L"Failed to get item from pid", [&](const Item& item) { outItem = item; });
+    return withItemOf(
+        hwnd, permanentId, L"Failed to get item from pid", [&](Item& item) { outItem = std::move(item); });
 }
 
 bool QvNativeTessaportAPI::getDriveUUIDByPermanentId(HWND hwnd, QVString permanentId, QVUUID& outDriveId)

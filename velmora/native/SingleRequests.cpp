@@ -35,9 +35,9 @@ bool QvNativeTessaportAPI::getVersion(HWND hwnd, QVString& outVersion)
 void QvNativeTessaportAPI::getRootFolderItemWithExceptions(HWND hwnd, Item& outItem)
 {
     QvNativeTessaportAPI connection(hwnd);
-    const QVBuffer<Drive> drives = connection.getDrives();
+    QVBuffer<Drive> drives = connection.getDrives();
     if (drives.GetSize() != 0)
-        outItem = drives[0]->root;
+        outItem = std::move(drives[0]->root);
 }
 
 QVCode QvNativeTessaportAPI::getRootFolderItem(HWND hwnd, Item& outItem)

@@ -22,11 +22,13 @@ void QvNativeTessaportAPI::init()
 {
     const UrnIdNames hub{"", "", HUB_ITEM_ID.c_str(), HUB_ITEM_ID.c_str()};
     const UrnIdNames kelda{KELDA_PROJECT_ID.c_str(), KELDA_PARENT_ID.c_str(), "", KELDA_ITEM_ID.c_str()};
-    gUrnIdNamesMap.clear();
-    gUrnIdNamesMap[QuorvexDriveTypeName.c_str()] = hub;
-    gUrnIdNamesMap[Trelis360DriveTypeName.c_str()] = kelda;
-    gUrnIdNamesMap[Trelis360TeamDriveTypeName.c_str()] = kelda;
-    gUrnIdNamesMap[MorrowDriveTypeName.c_str()] = hub;
+    // Made apart: without memory for a row the table stays as it is.
+    std::map<std::string, UrnIdNames> rows;
+    rows[QuorvexDriveTypeName.c_str()] = hub;
+    rows[Trelis360DriveTypeName.c_str()] = kelda;
+    rows[Trelis360TeamDriveTypeName.c_str()] = kelda;
+    rows[MorrowDriveTypeName.c_str()] = hub;
+    gUrnIdNamesMap.swap(rows);
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

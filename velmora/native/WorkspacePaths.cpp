@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/DiagnosticLog.h>
@@ -15,21 +16,22 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
 {
     const std::wstring key = cacheKey(workspacePath);
     if (const Item* const cached = findCachedItem(key)) {
-        outItem = *cached;
+        // Copied first: without memory for a copy the output stays as it is.
+        outItem = Item(*cached);
         return true;
     }
     try {
         QvNativeTessaportAPI connection(hwnd);
         QVBuffer<QVString> paths;
         paths.Append(Common::TextAccess::make(key));
-        const QVBuffer<WorkspacePathToItemResult> results = connection.getItemsByWorkspacePaths(paths);
+        QVBuffer<WorkspacePathToItemResult> results = connection.getItemsByWorkspacePaths(paths);
         if (results.GetSize() == 0)
             return false;
         if (results[0]->result != Result::Success) {
             logErrorText(L"Failed to get item from workspace path " + std::wstring(workspacePath.w_str()), false);
             return false;
         }
-        outItem = results[0]->item;
+        outItem = std::move(results[0]->item);
         return true;
     } catch (const std::exception& e) {
         logError(L"Failed to find item " + key, e, false);

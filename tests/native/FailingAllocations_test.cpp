@@ -1,0 +1,303 @@
+// Memory that runs out at every single place of every public operation: no leak, no crash, and outputs and item cache
+// as before or as after, nothing between.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <velmora/native/ItemCache.h>
+#include <velmora/native/QvNativeTessaportAPI.h>
+#include <velmora/platform/QVLog.h>
+
+#include "../support/Buffers.h"
+#include "../support/EnvironmentVariable.h"
+#include "../support/FailingAllocations.h"
+#include "../support/FakeEntryPoints.h"
+#include "../support/TemporaryFolder.h"
+
+namespace Quorvex::Velmora::TestSupport
+{
+namespace
+{
+
+using namespace TessaportAPI;
+using Api = QvNativeTessaportAPI;
+using Table = Tessaport::TessaportEntryPoints;
+
+// Everything that an operation can fill.
+struct Outputs {
+    QVString text = L"before";
+    Item item;
+    QVBuffer<Item> items;
+    QVUUID uuid{"11111111-2222-3333-4444-555555555555"};
+    bool flag = false;
+    Result result = static_cast<Result>(77);
+};
+
+struct Given {
+    Api connection;
+    Item folder;
+    Command command;
+    CommandContext context;
+    QVBuffer<Item> items;
+    QVBuffer<ItemId> ids;
+    QVBuffer<QVString> paths = texts({L"D:/a/b/c and some more"});
+};
+
+struct Operation {
+    const char* name;
+    std::function<void(Given&, Outputs&)> run;
+    // Whether its outputs may be between.
+    bool mayWriteOutputs = false;
+    // Whether it makes several requests, each of which fills the cache for itself.
+    bool mayFillCacheInSteps = false;
+};
+
+void PrintTo(const Operation& operation, std::ostream* stream) { *stream << operation.name; }
+
+std::string nameOf(const ::testing::TestParamInfo<Operation>& info) { return info.param.name; }
+
+constexpr HWND NoWindow = nullptr;
+
+PackedReply itemList() { return ReplyBuilder().item(1).item(2).item(3).item(4).item(5).build(5); }
+
+PackedReply driveList()
+{
+    ReplyBuilder builder;
+    for (int i = 1; i <= 2; ++i)
+        builder.text(u"Quorvex.DataSourceType.Drive").number(1).uuid().text(u"Drive").text(u"D:\\Drive").item(i);
+    return builder.build(2);
+}
+
+PackedReply commandList()
+{
+    return ReplyBuilder().text(u"C").text(u"c").number(1).number(0).number(1).number(0).number(8).handle().build(1);
+}
+
+PackedReply foundItems()
+{
+    return ReplyBuilder().number(1).number(1).item(1).text(u"k").number(1).number(1).item(2).text(u"l").build(2);
+}
+
+void setReplies(FakeEntryPoints& table)
+{
+    const PackedReply flag = ReplyBuilder().number(1).build(1);
+    const PackedReply outcome = ReplyBuilder().number(1).number(1).item(1).number(0).number(2).item(2).item(3).build(1);
+    table.replyWith(ReplyBuilder().build(0));
+    table.replyTo(&Table::getVersion, ReplyBuilder().text(u"12.5.1234.5678 (final)").build(1));
+    table.replyTo(&Table::getDrives, driveList());
+    table.replyTo(&Table::getCommands, commandList());
+    table.replyTo(&Table::getOrCreateFolder, ReplyBuilder().item(1).build(1));
+    table.replyTo(&Table::canAddFiles, flag);
+    table.replyTo(&Table::isFileInWorkspace, flag);
+    table.replyTo(&Table::getPermanentIds, ReplyBuilder().number(1).handle().text(u"permanent").build(1));
+    table.replyTo(&Table::getProperties,
+        ReplyBuilder().text(u"rel").uuid().text(u"SourceObjectId").text(u"urn:of a certain length").build(1));
+    table.replyTo(
+        &Table::getPropertyDefinitions, ReplyBuilder().text(u"Size").text(u"size").number(1).number(2).build(1));
+    table.replyTo(&Table::getFullPath, ReplyBuilder().text(u"/a/path/of/a/certain/length").build(1));
+    for (const auto list : {&Table::getChildFolders, &Table::getFolderContents})
+        table.replyTo(list, itemList());
+    table.replyTo(&Table::getItemsByRelativePaths, itemList());
+    for (const auto lookUp : {&Table::getItemsByWorkspacePaths, &Table::getItemsByPermanentIds})
+        table.replyTo(lookUp, foundItems());
+    for (const auto change : {&Table::syncFiles, &Table::deleteItems})
+        table.replyTo(change, outcome);
+    table.replyTo(&Table::addFiles, outcome);
+    table.replyTo(&Table::executeCommand, outcome);
+}
+
+class FailingAllocation : public ::testing::TestWithParam<Operation>
+{
+protected:
+    FailingAllocation()
+    {
+        setReplies(table);
+        given = std::make_unique<Given>();
+        given->folder = *given->connection.getItemsByRelativePaths({}, {})[0];
+        given->items.Append(given->folder);
+        given->ids.Append(given->folder.id);
+        given->context.itemId = given->folder.id;
+        given->command = *given->connection.getCommands(given->context)[0];
+        Api::clearCachedItems();
+        // What the log makes for itself once, it keeps.
+        Common::QVLog::getLogFile()->addMessage(L"", false);
+    }
+    ~FailingAllocation() override { Api::clearCachedItems(); }
+
+    static std::string stateOf(const Outputs& outputs)
+    {
+        const Item& item = outputs.item;
+        std::string state = std::string(outputs.text.c_str()) + '|' + item.driveId.getString().c_str() + '|' +
+                            item.name.c_str() + '|' + item.workspacePath.c_str() + '|' +
+                            std::to_string(item.lastModifiedDate) + '|' + (item.isFolder ? 'f' : '-') + '|';
+        state += std::to_string(outputs.items.GetSize()) + '|' + outputs.uuid.getString().c_str() + '|';
+        return state + (outputs.flag ? '1' : '0') + '|' + std::to_string(static_cast<int>(outputs.result));
+    }
+
+    static std::string cacheState()
+    {
+        std::string state;
+        for (char number = '0'; number <= '9'; ++number)
+            state += findCachedItem(L"D:\\Drive\\item " + std::wstring(1, static_cast<wchar_t>(number))) ? number : '-';
+        return state;
+    }
+
+    FakeEntryPoints table;
+    TemporaryFolder temporary;
+    EnvironmentVariable variable{"TMPDIR", temporary.path().u8string()};
+    std::unique_ptr<Given> given;
+};
+
+TEST_P(FailingAllocation, LeavesOutputsAndCacheAsBeforeOrAsAfter)
+{
+    const Operation& operation = GetParam();
+    Outputs initial;
+    initial.item.driveId = QVUUID("11111111-2222-3333-4444-555555555555");
+    const std::int64_t handles = table.liveHandles();
+    const std::string outputsBefore = stateOf(initial);
+    const std::string cacheBefore = cacheState();
+    auto outputs = std::make_unique<Outputs>(initial);
+    operation.run(*given, *outputs);
+    const std::string outputsAfter = stateOf(*outputs);
+    const std::string cacheAfter = cacheState();
+    outputs = std::make_unique<Outputs>(initial);
+    Api::clearCachedItems();
+
+    const std::int64_t failures = failEverywhere([&] { operation.run(*given, *outputs); },
+        [&] {
+            const std::string outputsNow = stateOf(*outputs);
+            if (!operation.mayWriteOutputs) {
+                EXPECT_TRUE(outputsNow == outputsBefore || outputsNow == outputsAfter) << outputsNow;
+            }
+            const std::string cacheNow = cacheState();
+            if (!operation.mayFillCacheInSteps) {
+                EXPECT_TRUE(cacheNow == cacheBefore || cacheNow == cacheAfter) << cacheNow;
+            }
+            outputs = std::make_unique<Outputs>(initial);
+            Api::clearCachedItems();
+            EXPECT_EQ(table.liveHandles(), handles);
+            EXPECT_EQ(table.liveReplies(), 0);
+            EXPECT_EQ(table.wrongReleases(), 0);
+            EXPECT_TRUE(std::filesystem::is_empty(temporary.path())) << "a probe file was left behind";
+        });
+
+    EXPECT_GE(failures, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfConnections, FailingAllocation,
+    ::testing::Values(Operation{"construct", [](Given&, Outputs&) { Api other; }},
+        Operation{"copy", [](Given& in, Outputs&) { Api other(in.connection); }},
+        Operation{"discover", [](Given& in, Outputs&) { in.connection.discover(); }},
+        Operation{"getVersion", [](Given& in, Outputs& out) { out.text = in.connection.getVersion(); }},
+        Operation{"getDrives", [](Given& in, Outputs&) { (void)in.connection.getDrives(); }},
+        Operation{"getFolderContents",
+            [](Given& in, Outputs& out) { out.items = in.connection.getFolderContents(in.folder); }},
+        Operation{
+            "getChildFolders", [](Given& in, Outputs& out) { out.items = in.connection.getChildFolders(in.folder); }},
+        Operation{"getOrCreateFolder",
+            [](Given& in, Outputs& out) { out.item = in.connection.getOrCreateFolder(in.folder, L"a/b"); }},
+        Operation{"isFileInWorkspace",
+            [](Given& in, Outputs& out) { out.flag = in.connection.isFileInWorkspace(*in.paths[0]); }},
+        Operation{
+            "canAddFiles", [](Given& in, Outputs& out) { out.flag = in.connection.canAddFiles(in.folder, in.paths); }},
+        Operation{"addFiles", [](Given& in, Outputs&) { (void)in.connection.addFiles(in.folder, in.paths); }},
+        Operation{"syncFiles", [](Given& in, Outputs&) { (void)in.connection.syncFiles(in.items); }},
+        Operation{
+            "deleteFilesOrFolders", [](Given& in, Outputs&) { (void)in.connection.deleteFilesOrFolders(in.items); }},
+        Operation{"getItemsByRelativePaths",
+            [](Given& in, Outputs& out) { out.items = in.connection.getItemsByRelativePaths({}, in.paths); }},
+        Operation{"getItemsByWorkspacePaths",
+            [](Given& in, Outputs&) { (void)in.connection.getItemsByWorkspacePaths(in.paths); }},
+        Operation{"fileClosedWithinRunningProcess",
+            [](Given& in, Outputs&) { in.connection.fileClosedWithinRunningProcess(1, *in.paths[0]); }},
+        Operation{
+            "getPropertyDefinitions", [](Given& in, Outputs&) { (void)in.connection.getPropertyDefinitions({}); }},
+        Operation{"getStringPropertyValues",
+            [](Given& in, Outputs&) { (void)in.connection.getStringPropertyValues(in.ids, in.paths); }},
+        Operation{"getCommands", [](Given& in, Outputs&) { (void)in.connection.getCommands(in.context); }},
+        Operation{
+            "executeCommand", [](Given& in, Outputs&) { (void)in.connection.executeCommand(in.command, in.context); }},
+        Operation{"getPermanentIds", [](Given& in, Outputs&) { (void)in.connection.getPermanentIds(in.ids); }},
+        Operation{"getItemsByPermanentIds",
+            [](Given& in, Outputs&) { (void)in.connection.getItemsByPermanentIds(in.paths); }}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(OfStaticOperations, FailingAllocation,
+    ::testing::Values(Operation{"discover", [](Given&, Outputs& out) { out.flag = Api::discover(NoWindow); }},
+        Operation{"getVersion", [](Given&, Outputs& out) { Api::getVersion(NoWindow, out.text); }},
+        Operation{"getRootFolderItemWithExceptions",
+            [](Given&, Outputs& out) { Api::getRootFolderItemWithExceptions(NoWindow, out.item); }},
+        Operation{"getRootFolderItem", [](Given&, Outputs& out) { (void)Api::getRootFolderItem(NoWindow, out.item); }},
+        Operation{"canAccessDriveData", [](Given&, Outputs& out) { out.flag = Api::canAccessDriveData(NoWindow); },
+            false, true},
+        Operation{"getFolderContents",
+            [](Given& in, Outputs& out) { Api::getFolderContents(NoWindow, in.folder, out.items); }},
+        Operation{"syncItem", [](Given& in, Outputs& out) { out.flag = Api::syncItem(NoWindow, in.folder); }},
+        Operation{"isFileInWorkspace",
+            [](Given& in, Outputs& out) { (void)Api::isFileInWorkspace(NoWindow, *in.paths[0], out.flag); }},
+        Operation{
+            "checkExistence", [](Given& in, Outputs& out) { Api::checkExistence(NoWindow, *in.paths[0], out.item); }},
+        Operation{"getItemByCachedPath",
+            [](Given& in, Outputs& out) {
+                (void)in.connection.getDrives();
+                Api::getItemByWorkspacePath(NoWindow, L"D:/Drive/item 1", out.item);
+            }},
+        Operation{"isOffline", [](Given&, Outputs& out) { out.flag = Api::isOffline(NoWindow); }, false, true},
+        Operation{"getRootFolderLocalPath",
+            [](Given&, Outputs& out) {
+                (void)Api::getRootFolderLocalPath(NoWindow, L"Quorvex.DataSourceType.Drive", out.text, out.item);
+            },
+            true, true},
+        Operation{"toTrueFullPath",
+            [](Given&, Outputs& out) { out.text = QVString(Api::toTrueFullPath(L"a/b/c and some more").c_str()); }},
+        Operation{"getFullWorkspacePathByPermanentId",
+            [](Given&, Outputs& out) { Api::getFullWorkspacePathByPermanentId(NoWindow, L"permanent", out.text); }},
+        Operation{"getItemByPermanentId",
+            [](Given&, Outputs& out) { Api::getItemByPermanentId(NoWindow, L"permanent", out.item); }},
+        Operation{"getDriveUUIDByPermanentId",
+            [](Given&, Outputs& out) { Api::getDriveUUIDByPermanentId(NoWindow, L"permanent", out.uuid); }},
+        Operation{"getPermanentIdByItem",
+            [](Given& in, Outputs& out) { Api::getPermanentIdByItem(NoWindow, in.folder, out.text, out.result); },
+            true},
+        Operation{"getPermanentIdByFullWorkspacePath",
+            [](Given& in, Outputs& out) { Api::getPermanentIdByFullWorkspacePath(NoWindow, *in.paths[0], out.text); }},
+        Operation{"getFolderUrnOfPath",
+            [](Given&, Outputs&) { (void)Api::getFolderUrn(NoWindow, L"D:\\Drive\\item 1", false); }, false, true},
+        Operation{"getFolderUrnOfItem", [](Given& in, Outputs&) { (void)Api::getFolderUrn(NoWindow, in.folder, true); },
+            false, true},
+        Operation{"getFileUrnOfPath", [](Given&, Outputs&) { (void)Api::getFileUrn(NoWindow, L"D:\\Drive\\item 1"); },
+            false, true},
+        Operation{
+            "getFileUrnOfItem", [](Given& in, Outputs&) { (void)Api::getFileUrn(NoWindow, in.folder); }, false, true},
+        Operation{"canAddFile", [](Given&, Outputs& out) { out.flag = Api::canAddFile(NoWindow, L"D:\\Drive\\x"); }},
+        Operation{
+            "removeCachedItem", [](Given&, Outputs& out) { out.flag = Api::removeCachedItem(L"D:/Drive/item 1"); }}),
+    nameOf);
+
+TEST(FailingAssignment, LeavesTheConnectionAsItIs)
+{
+    FakeEntryPoints table;
+    setReplies(table);
+    Api source;
+    Api target;
+    const std::int64_t handles = table.liveHandles();
+    for (const std::int64_t n : {1, 2}) {
+        const FailingAllocations failing(n, Failing::ForEverAfter);
+        try {
+            target = source;
+        } catch (const std::bad_alloc&) {
+        }
+    }
+
+    EXPECT_EQ(table.liveHandles(), handles);
+    EXPECT_EQ(target.getVersion(), source.getVersion());
+    EXPECT_EQ(table.wrongReleases(), 0);
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::TestSupport
