@@ -5,6 +5,7 @@
 #include <string>
 
 #include "../support/FailingAllocations.h"
+#include "../support/SampleReplies.h"
 #include "EveryRequest.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -64,10 +65,7 @@ TEST(FailingAllocationInPieces, LeavesNothingBehind)
 {
     FakeEntryPoints table;
     Bridge bridge;
-    ReplyBuilder builder;
-    for (int i = 0; i < 5; ++i)
-        builder.item(i);
-    const PackedReply piece = builder.build(5);
+    const PackedReply piece = SampleReplies::items(5);
     table.replyInPieces({piece, piece, piece}, 7);
     const std::int64_t handles = table.liveHandles();
 

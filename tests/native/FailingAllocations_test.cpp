@@ -17,6 +17,7 @@
 #include "../support/EnvironmentVariable.h"
 #include "../support/FailingAllocations.h"
 #include "../support/FakeEntryPoints.h"
+#include "../support/SampleReplies.h"
 #include "../support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -63,52 +64,29 @@ std::string nameOf(const ::testing::TestParamInfo<Operation>& info) { return inf
 
 constexpr HWND NoWindow = nullptr;
 
-PackedReply itemList() { return ReplyBuilder().item(1).item(2).item(3).item(4).item(5).build(5); }
-
-PackedReply driveList()
-{
-    ReplyBuilder builder;
-    for (int i = 1; i <= 2; ++i)
-        builder.text(u"Quorvex.DataSourceType.Drive").number(1).uuid().text(u"Drive").text(u"D:\\Drive").item(i);
-    return builder.build(2);
-}
-
-PackedReply commandList()
-{
-    return ReplyBuilder().text(u"C").text(u"c").number(1).number(0).number(1).number(0).number(8).handle().build(1);
-}
-
-PackedReply foundItems()
-{
-    return ReplyBuilder().number(1).number(1).item(1).text(u"k").number(1).number(1).item(2).text(u"l").build(2);
-}
-
 void setReplies(FakeEntryPoints& table)
 {
-    const PackedReply flag = ReplyBuilder().number(1).build(1);
-    const PackedReply outcome = ReplyBuilder().number(1).number(1).item(1).number(0).number(2).item(2).item(3).build(1);
-    table.replyWith(ReplyBuilder().build(0));
-    table.replyTo(&Table::getVersion, ReplyBuilder().text(u"12.5.1234.5678 (final)").build(1));
-    table.replyTo(&Table::getDrives, driveList());
-    table.replyTo(&Table::getCommands, commandList());
-    table.replyTo(&Table::getOrCreateFolder, ReplyBuilder().item(1).build(1));
-    table.replyTo(&Table::canAddFiles, flag);
-    table.replyTo(&Table::isFileInWorkspace, flag);
-    table.replyTo(&Table::getPermanentIds, ReplyBuilder().number(1).handle().text(u"permanent").build(1));
-    table.replyTo(&Table::getProperties,
-        ReplyBuilder().text(u"rel").uuid().text(u"SourceObjectId").text(u"urn:of a certain length").build(1));
-    table.replyTo(
-        &Table::getPropertyDefinitions, ReplyBuilder().text(u"Size").text(u"size").number(1).number(2).build(1));
-    table.replyTo(&Table::getFullPath, ReplyBuilder().text(u"/a/path/of/a/certain/length").build(1));
-    for (const auto list : {&Table::getChildFolders, &Table::getFolderContents})
-        table.replyTo(list, itemList());
-    table.replyTo(&Table::getItemsByRelativePaths, itemList());
-    for (const auto lookUp : {&Table::getItemsByWorkspacePaths, &Table::getItemsByPermanentIds})
-        table.replyTo(lookUp, foundItems());
-    for (const auto change : {&Table::syncFiles, &Table::deleteItems})
-        table.replyTo(change, outcome);
-    table.replyTo(&Table::addFiles, outcome);
-    table.replyTo(&Table::executeCommand, outcome);
+    namespace Sample = SampleReplies;
+    table.replyWith(Sample::nothing());
+    table.replyTo(&Table::getVersion, Sample::version());
+    table.replyTo(&Table::getDrives, Sample::drives());
+    table.replyTo(&Table::getCommands, Sample::commands());
+    table.replyTo(&Table::getOrCreateFolder, Sample::items(1));
+    table.replyTo(&Table::canAddFiles, Sample::flag());
+    table.replyTo(&Table::isFileInWorkspace, Sample::flag());
+    table.replyTo(&Table::getPermanentIds, Sample::permanentIds());
+    table.replyTo(&Table::getProperties, Sample::propertyValues());
+    table.replyTo(&Table::getPropertyDefinitions, Sample::propertyDefinitions());
+    table.replyTo(&Table::getFullPath, Sample::fullPath());
+    table.replyTo(&Table::getChildFolders, Sample::items(5));
+    table.replyTo(&Table::getFolderContents, Sample::items(5));
+    table.replyTo(&Table::getItemsByRelativePaths, Sample::items(5));
+    table.replyTo(&Table::getItemsByWorkspacePaths, Sample::foundItems());
+    table.replyTo(&Table::getItemsByPermanentIds, Sample::foundItems());
+    table.replyTo(&Table::addFiles, Sample::outcome());
+    table.replyTo(&Table::syncFiles, Sample::outcome());
+    table.replyTo(&Table::deleteItems, Sample::outcome());
+    table.replyTo(&Table::executeCommand, Sample::outcome());
 }
 
 class FailingAllocation : public ::testing::TestWithParam<Operation>
@@ -122,7 +100,7 @@ protected:
         given->items.Append(given->folder);
         given->ids.Append(given->folder.id);
         given->context.itemId = given->folder.id;
-        given->command = *given->connection.getCommands(given->context)[0];
+        given->command = *given->connection.getCommands(given->context)[1];
         Api::clearCachedItems();
         // What the log makes for itself once, it keeps.
         Common::QVLog::getLogFile()->addMessage(L"", false);

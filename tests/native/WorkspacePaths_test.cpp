@@ -241,10 +241,8 @@ class DeletedFolder : public WorkspacePaths
 protected:
     DeletedFolder()
     {
-        const auto folder = std::filesystem::temp_directory_path() / "velmora-deleted";
-        std::filesystem::create_directories(folder);
-        std::filesystem::current_path(folder);
-        std::filesystem::remove(folder);
+        const TemporaryFolder folder;
+        std::filesystem::current_path(folder.path());
     }
     ~DeletedFolder() override { std::filesystem::current_path(former); }
 
