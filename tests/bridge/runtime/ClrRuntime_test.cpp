@@ -18,7 +18,6 @@ using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;
 using namespace Quorvex::Velmora::TestSupport;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace
 {

@@ -46,7 +46,8 @@ std::filesystem::path findGlobalizationLibrary(std::string_view folders)
 {
     while (!folders.empty()) {
         const std::size_t end = folders.find(':');
-        const auto path = std::filesystem::path(folders.substr(0, end)) / "libSystem.Globalization.Native.so";
+        std::filesystem::path path =
+            std::filesystem::path(folders.substr(0, end)) / "libSystem.Globalization.Native.so";
         std::error_code error;
         if (std::filesystem::is_regular_file(path, error))
             return path;
