@@ -29,6 +29,7 @@ void onAllThreads(const std::function<void()>& operation)
 {
     std::atomic<int> waiting{Threads};
     std::vector<std::thread> threads;
+    threads.reserve(Threads);
     for (int i = 0; i < Threads; ++i) {
         threads.emplace_back([&] {
             for (--waiting; waiting > 0;)

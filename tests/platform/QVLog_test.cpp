@@ -102,8 +102,10 @@ TEST_F(Log, LosesNoLineOfAnyThreadWhileSinksAreReplaced)
     std::atomic<int> received{0};
     const auto count = [&received] { QVLog::setSink([&received](const QVString&, bool) { ++received; }); };
     count();
+    constexpr int Writers = 4;
     std::vector<std::thread> writers;
-    for (int i = 0; i < 4; ++i) {
+    writers.reserve(Writers);
+    for (int i = 0; i < Writers; ++i) {
         writers.emplace_back([] {
             for (int line = 0; line < 1000; ++line)
                 QVLog::getLogFile()->addMessage(L"line", false);
@@ -114,5 +116,5 @@ TEST_F(Log, LosesNoLineOfAnyThreadWhileSinksAreReplaced)
     for (std::thread& writer : writers)
         writer.join();
 
-    EXPECT_EQ(received, 4000);
+    EXPECT_EQ(received, 1000 * Writers);
 }

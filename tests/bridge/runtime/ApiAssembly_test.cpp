@@ -4,14 +4,14 @@
 #include <algorithm>
 
 using namespace Quorvex::Velmora::TestSupport;
-using testing::_;
 using testing::ElementsAre;
-using testing::StartsWith;
 using testing::StrEq;
 namespace fs = std::filesystem;
 
 namespace
 {
+
+using testing::_;
 
 constexpr const char* AssemblyName = "Quorvex.Tessaport.API.dll";
 constexpr const char* SetFolder = "RuntimeOptions::apiFolder";

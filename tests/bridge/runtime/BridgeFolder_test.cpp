@@ -2,12 +2,13 @@
 #include <tests/bridge/runtime/StartTest.h>
 
 using namespace Quorvex::Velmora::TestSupport;
-using testing::_;
 using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 namespace
 {
+
+using testing::_;
 
 class BridgeFolder : public StartTest
 {

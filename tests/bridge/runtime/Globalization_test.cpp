@@ -2,12 +2,13 @@
 #include <tests/bridge/runtime/StartTest.h>
 
 using namespace Quorvex::Velmora::TestSupport;
-using testing::_;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace
 {
+
+using testing::_;
 
 class Globalization : public StartTest
 {

@@ -39,6 +39,7 @@ int main(int count, char** arguments)
     std::atomic<int> waiting{Threads};
     std::atomic<int> succeeded{0};
     std::vector<std::thread> threads;
+    threads.reserve(Threads);
     for (int i = 0; i < Threads; ++i) {
         threads.emplace_back([&] {
             for (--waiting; waiting > 0;)

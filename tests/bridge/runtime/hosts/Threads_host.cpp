@@ -27,6 +27,7 @@ void useThreads(QvNativeTessaportAPI& connection, int count)
 {
     for (int i = 0; i < count; i += AtATime) {
         std::vector<std::thread> threads;
+        threads.reserve(AtATime);
         for (int k = 0; k < AtATime; ++k)
             threads.emplace_back([&] { (void)connection.getDrives(); });
         for (std::thread& thread : threads)
