@@ -42,7 +42,10 @@ check_lint() {
     step "lint" check-lint lint_all
 }
 
-lint_all() { sources '*.cpp' ':!fuzz' ':!bench' | xargs --max-procs=2 --max-args=4 clang-tidy -p build/release --quiet; }
+lint_all() {
+    sources 'velmora/*.cpp' 'tools/*.cpp' 'examples/*.cpp' |
+        xargs --max-procs=2 --max-args=2 clang-tidy -p build/release --quiet
+}
 
 check_address() {
     build asan-ubsan

@@ -28,9 +28,10 @@ is_installed() { # <package>
     [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
+# A package source that cannot be reached does not matter when the packages can be had all the same.
 install_packages() { # <package>...
-    as_root apt-get update &&
-        as_root env DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "$@"
+    as_root apt-get update
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "$@"
 }
 
 as_root() { # <command>...
