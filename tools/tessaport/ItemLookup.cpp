@@ -109,19 +109,26 @@ std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& 
     return all;
 }
 
-std::vector<Lookup> findItemsOrReport(Context& context, const std::vector<std::string>& paths, ExitCode& worst)
+std::vector<Lookup> findItemsOr(
+    Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing)
 {
     std::vector<Lookup> found;
     for (Lookup& lookup : findItems(context, paths)) {
-        if (lookup.item) {
+        if (lookup.item)
             found.push_back(std::move(lookup));
-        } else {
-            const Failure failure = notFound(lookup);
-            context.output.message(failure.what());
-            combine(worst, failure.code);
-        }
+        else
+            reportMissing(lookup);
     }
     return found;
+}
+
+std::vector<Lookup> findItemsOrReport(Context& context, const std::vector<std::string>& paths, ExitCode& worst)
+{
+    return findItemsOr(context, paths, [&](const Lookup& missing) {
+        const Failure failure = notFound(missing);
+        context.output.message(failure.what());
+        combine(worst, failure.code);
+    });
 }
 
 Item findItem(Context& context, const std::string& path)

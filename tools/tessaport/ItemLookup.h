@@ -1,6 +1,7 @@
 // From what the user names to the items of the sync application, with one request for many names.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,7 +22,11 @@ struct Lookup {
 /// Looks all paths up, in order. On offline drives the last known items are found, too.
 std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& paths);
 
-/// The looked-up paths that have an item; the others are named on standard error and recorded in `worst`.
+/// The looked-up paths that have an item; `reportMissing` is called for each of the others.
+std::vector<Lookup> findItemsOr(
+    Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
+
+/// The same; the others are named on standard error and recorded in `worst`.
 std::vector<Lookup> findItemsOrReport(Context& context, const std::vector<std::string>& paths, ExitCode& worst);
 
 /// The one item at a path. @throws Failure with NotFound when there is none.

@@ -39,7 +39,16 @@ Finding lookAtTool() { return good("Tool", VELMORA_TOOL_VERSION, toText(Platform
 
 fs::path libraryFile() { return Platform::loadedLibrary("VelmoraTessaport"); }
 
-Finding lookAtLibrary() { return good("Library", VELMORA_TOOL_VERSION, toText(libraryFile())); }
+// "libVelmoraTessaport.so.1.2.3" is what the name that programs load leads to; on Windows the file itself says it.
+std::string versionOf(const fs::path& library)
+{
+    std::error_code error;
+    const std::string real = toText(fs::canonical(library, error).filename());
+    const std::size_t suffix = real.find(".so.");
+    return suffix == std::string::npos ? fileVersion(library).value_or("") : real.substr(suffix + 4);
+}
+
+Finding lookAtLibrary() { return good("Library", versionOf(libraryFile()), toText(libraryFile())); }
 
 Finding lookAtAssembly(const std::string& subject, const fs::path& file, const std::string& remedy)
 {

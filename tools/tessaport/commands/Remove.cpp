@@ -62,25 +62,14 @@ void removeItems(Context& context, const std::vector<Lookup>& lookups, Outcomes&
         outcomes.failedAsAWhole(NotRemembered);
 }
 
-std::vector<Lookup> itemsToRemove(Context& context, const RemoveOptions& options, Outcomes& outcomes)
-{
-    std::vector<Lookup> found;
-    for (Lookup& lookup : findItems(context, options.paths)) {
-        if (lookup.item)
-            found.push_back(std::move(lookup));
-        else
-            outcomes.failed(lookup.given, whyNotFound(lookup), ExitCode::NotFound);
-    }
-    return found;
-}
-
 ExitCode remove(Context& context, const RemoveOptions& options)
 {
     const bool mustAsk = !options.yes && !options.dryRun;
     if (mustAsk && !Platform::isTerminal(Platform::Stream::Input))
         throw Failure(ExitCode::Usage, "nobody can be asked, as input is no terminal; add -y to delete without asking");
     Outcomes outcomes(context);
-    const std::vector<Lookup> items = itemsToRemove(context, options, outcomes);
+    const std::vector<Lookup> items =
+        findItemsOr(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
     if (items.empty())
         return outcomes.finish();
     if (options.dryRun) {

@@ -116,12 +116,9 @@ Items itemsToSync(Context& context, const std::vector<std::string>& paths, Outco
             items.push_back(drive.root);
         return items;
     }
-    for (const Lookup& lookup : findItems(context, paths)) {
-        if (lookup.item)
-            items.push_back(*lookup.item);
-        else
-            outcomes.failed(lookup.given, whyNotFound(lookup), ExitCode::NotFound);
-    }
+    const auto report = [&outcomes](const Lookup& missing) { outcomes.notFound(missing); };
+    for (const Lookup& lookup : findItemsOr(context, paths, report))
+        items.push_back(*lookup.item);
     return items;
 }
 

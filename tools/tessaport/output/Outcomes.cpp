@@ -27,6 +27,8 @@ void Outcomes::failed(const std::string& path, const std::string& reason, ExitCo
     context.output.message("'" + printable(path) + "': " + reason);
 }
 
+void Outcomes::notFound(const Lookup& lookup) { failed(lookup.given, whyNotFound(lookup), ExitCode::NotFound); }
+
 void Outcomes::failedAsAWhole(const std::string& reason)
 {
     combine(worst, ExitCode::Failure);

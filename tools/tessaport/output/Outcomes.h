@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "../Context.h"
+#include "../ItemLookup.h"
 #include "Json.h"
 
 namespace Quorvex::Velmora::Tool
@@ -25,6 +25,9 @@ public:
     void done(const std::string& path, const std::string& what);
 
     void failed(const std::string& path, const std::string& reason, ExitCode code = ExitCode::Failure);
+
+    /// A path that the user named and that has no item.
+    void notFound(const Lookup& lookup);
 
     /// Something that went wrong with all of it.
     void failedAsAWhole(const std::string& reason);

@@ -1,0 +1,317 @@
+#include <set>
+
+#include <gmock/gmock.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "ToolTest.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::HasSubstr;
+
+class Changes : public ToolTest
+{
+protected:
+    Changes() { makeDemo(); }
+
+    std::string source(const std::string& name, const std::string& content)
+    {
+        writeFile(folder / "sources" / name, content);
+        return (folder / "sources" / name).string();
+    }
+
+    [[nodiscard]] std::string plans() const { return (workspace("harbour") / "plans").string(); }
+
+    void setDrive(const std::string& member, bool value)
+    {
+        auto drives = nlohmann::json::parse(readFile(home / "drives.json"));
+        drives[0][member] = value;
+        writeFile(home / "drives.json", drives.dump());
+    }
+};
+
+// Root may read everything; a process without these capabilities may not, whoever it belongs to.
+void dropRightToReadEverything()
+{
+    constexpr unsigned long CapabilityDacOverride = 1;
+    constexpr unsigned long CapabilityDacReadSearch = 2;
+    if (geteuid() != 0)
+        return;
+    ASSERT_EQ(prctl(PR_CAPBSET_DROP, CapabilityDacOverride, 0, 0, 0), 0) << "root needs CAP_SETPCAP for this test";
+    ASSERT_EQ(prctl(PR_CAPBSET_DROP, CapabilityDacReadSearch, 0, 0, 0), 0);
+}
+
+TEST_F(Changes, MakesNestedFoldersOnBothSides)
+{
+    const std::string path = plans() + "/2024/Übersicht/a";
+
+    EXPECT_EQ(expectOk({"mkdir", path}), "created  " + path + '\n');
+
+    EXPECT_TRUE(fs::is_directory(path));
+    EXPECT_TRUE(fs::is_directory(server("harbour") / "plans/2024/Übersicht/a"));
+    EXPECT_EQ(expectOk({"mkdir", path + '/'}), "exists  " + path + "/\n");
+}
+
+TEST_F(Changes, OnlySayWhatWouldBeDone)
+{
+    const std::string file = source("new.txt", "new");
+    const std::string before = expectOk({"tree", "--json"});
+
+    EXPECT_THAT(expectOk({"mkdir", "-n", plans() + "/x"}), HasSubstr("would be created"));
+    EXPECT_THAT(expectOk({"add", "-n", file, plans()}), HasSubstr("would be added"));
+    EXPECT_THAT(expectOk({"rm", "-n", plans()}), HasSubstr("would be deleted"));
+    EXPECT_THAT(expectOk({"sync", "-n"}), HasSubstr("would come down"));
+    EXPECT_THAT(expectOk({"sync", "--dry-run"}), HasSubstr("would go up"));
+    EXPECT_THAT(expectOk({"run", "-n", "lock", readme()}), HasSubstr("would run"));
+
+    EXPECT_EQ(expectOk({"tree", "--json"}), before);
+}
+
+TEST_F(Changes, MakesNoFolderOutsideTheDrivesOrBeneathAFile)
+{
+    const Finished finished = run({"mkdir", "/etc/x", readme() + "/x", plans() + "/good"});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr("'/etc/x': it is on no drive"));
+    EXPECT_THAT(finished.errors, HasSubstr("is a file"));
+    EXPECT_TRUE(fs::is_directory(plans() + "/good"));
+}
+
+TEST_F(Changes, AddsTheGoodFilesOfABatchAndNamesTheOthers)
+{
+    const std::string good = source("gut – добре.txt", "good");
+    const std::string clash = source("details", "a folder of this name is there");
+    const std::string twin = source("other/gut – добре.txt", "same name");
+    const std::string badName = source("what?.txt", "not for every platform");
+    const std::string backslash = source("back\\slash", "x");
+    const std::string missing = (folder / "missing").string();
+    const std::string dangling = (folder / "dangling").string();
+    fs::create_symlink(missing, dangling);
+    const std::string pipe = (folder / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+
+    const Finished finished = run(
+        {"--json", "add", missing, good, clash, twin, folder.string(), badName, dangling, pipe, backslash, plans()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(readFile(plans() + "/gut – добре.txt"), "good");
+    EXPECT_EQ(readFile(server("harbour") / "plans/gut – добре.txt"), "good");
+    const auto outcomes = nlohmann::json::parse(finished.output);
+    EXPECT_EQ(outcomes.size(), 9U);
+    for (const auto& outcome : outcomes) {
+        EXPECT_EQ(outcome["outcome"] == "added", outcome["path"] == good) << outcome;
+        if (outcome["path"] == good)
+            continue;
+        const std::string line =
+            "'" + outcome["path"].get<std::string>() + "': " + outcome["reason"].get<std::string>();
+        EXPECT_THAT(finished.errors, HasSubstr(line));
+    }
+    EXPECT_EQ(linesOf(finished.errors).size(), 8U) << finished.errors;
+    EXPECT_EQ(std::distance(fs::directory_iterator(plans()), {}), 4);
+}
+
+TEST_F(Changes, AddsManyFilesInFewRequests)
+{
+    std::vector<std::string> arguments{"add"};
+    for (int i = 0; i < 250; ++i)
+        arguments.push_back(source(std::to_string(i) + ".txt", std::to_string(i)));
+    arguments.push_back(plans());
+
+    EXPECT_EQ(linesOf(expectOk(arguments)).size(), 250U);
+
+    for (int i = 0; i < 250; ++i)
+        EXPECT_EQ(readFile(server("harbour") / "plans" / (std::to_string(i) + ".txt")), std::to_string(i));
+}
+
+TEST_F(Changes, ReplacesAFileThatIsThere)
+{
+    const std::string file = source("README.txt", "the new version");
+
+    EXPECT_EQ(expectOk({"add", file, workspace("harbour").string()}), "updated  " + file + '\n');
+
+    EXPECT_EQ(readFile(readme()), "the new version");
+    EXPECT_EQ(readFile(server("harbour") / "README.txt"), "the new version");
+}
+
+TEST_F(Changes, RefusesAFileThatCannotBeRead)
+{
+    const std::string file = source("secret.txt", "secret");
+    ASSERT_EQ(chmod(file.c_str(), 0), 0);
+    ASSERT_NO_FATAL_FAILURE(dropRightToReadEverything());
+
+    const Finished finished = run({"add", file, source("open.txt", "open"), plans()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr("'" + file + "': it cannot be read; check its permissions"));
+    EXPECT_EQ(readFile(plans() + "/open.txt"), "open");
+    EXPECT_FALSE(fs::exists(plans() + "/secret.txt"));
+}
+
+TEST_F(Changes, AddsNothingToAReadOnlyOrOfflineDrive)
+{
+    const std::string file = source("new.txt", "new");
+    for (const auto& [member, value] : {std::pair<std::string, bool>{"writable", false}, {"offline", true}}) {
+        setDrive(member, value);
+
+        EXPECT_EQ(run({"can-add", file, plans()}).exitCode, 1);
+        const Finished finished = run({"add", file, plans()});
+        EXPECT_EQ(finished.exitCode, 1);
+        EXPECT_THAT(finished.errors, HasSubstr("read-only or offline"));
+        EXPECT_FALSE(fs::exists(plans() + "/new.txt"));
+        EXPECT_EQ(run({"rm", "-y", readme()}).exitCode, 1);
+        setDrive(member, !value);
+    }
+}
+
+TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
+{
+    expectOk({"run", "lock", readme()});
+    const std::string missing = plans() + "/none";
+
+    const Finished finished = run({"rm", "-y", missing, readme(), workspace("harbour").string(), plans() + "/details"});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(finished.output, "deleted  " + plans() + "/details\n");
+    EXPECT_THAT(finished.errors, HasSubstr("'" + missing + "': no such item"));
+    EXPECT_THAT(finished.errors, HasSubstr("'" + readme() + "': not deleted: it is locked"));
+    EXPECT_THAT(finished.errors, HasSubstr("the root of a drive cannot be deleted"));
+    EXPECT_TRUE(fs::exists(readme()));
+    EXPECT_FALSE(fs::exists(plans() + "/details"));
+    EXPECT_FALSE(fs::exists(server("harbour") / "plans/details"));
+}
+
+TEST_F(Changes, DeleteNothingWithoutAnAnswer)
+{
+    const Finished finished = run({"rm", readme()});
+
+    EXPECT_EQ(finished.exitCode, 2);
+    EXPECT_THAT(finished.errors, HasSubstr("-y"));
+    EXPECT_TRUE(fs::exists(readme()));
+}
+
+TEST_F(Changes, AskOnATerminalBeforeDeleting)
+{
+    for (const auto& [answer, deleted] : {std::pair<std::string, bool>{"n\n", false}, {"\n", false}, {"y\n", true}}) {
+        Start start;
+        start.arguments = {"rm", readme()};
+        start.environment["TESSAPORT_HOME"] = home.string();
+        start.input = answer;
+
+        const Finished finished = runToolOnTerminal(start);
+
+        EXPECT_THAT(finished.output, HasSubstr("Delete 1 item with all that is beneath"));
+        EXPECT_EQ(fs::exists(readme()), !deleted) << finished.output;
+        EXPECT_EQ(finished.exitCode, deleted ? 0 : 1);
+    }
+}
+
+TEST_F(Changes, SyncBringsBothSidesUpToDate)
+{
+    const std::string output = expectOk({"sync"});
+
+    EXPECT_THAT(output, HasSubstr("updated  " + (workspace("team") / "model/図面.txt").string()));
+    EXPECT_EQ(readFile(workspace("team") / "model/図面.txt"), "橋の図面\n");
+    EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
+    EXPECT_EQ(expectOk({"sync", "-n"}), "");
+    EXPECT_EQ(linesOf(expectOk({"sync"})).size(), 4U);
+}
+
+TEST_F(Changes, SyncKeepsBothVersionsOfAFileChangedOnBothSides)
+{
+    expectOk({"sync"});
+    writeFile(readme(), "changed here");
+    writeFile(server("harbour") / "README.txt", "changed over there");
+
+    const std::string output = expectOk({"sync", readme()});
+
+    EXPECT_THAT(output, HasSubstr("kept twice  "));
+    std::set<std::string> contents;
+    for (const auto& entry : fs::directory_iterator(workspace("harbour"))) {
+        if (entry.is_regular_file())
+            contents.insert(readFile(entry.path()));
+    }
+    EXPECT_THAT(contents, testing::ElementsAre("changed here", "changed over there"));
+}
+
+TEST_F(Changes, SyncDoesManyItemsInBatchesAndNamesTheOneThatFailed)
+{
+    std::vector<std::string> arguments{"sync"};
+    for (int i = 0; i < 205; ++i) {
+        const std::string name = "batch/" + std::to_string(i) + ".txt";
+        writeFile(workspace("harbour") / name, std::to_string(i));
+        arguments.push_back((workspace("harbour") / name).string());
+    }
+    const fs::path clash = workspace("harbour") / "batch/150.txt";
+    fs::create_directories(server("harbour") / "batch/150.txt");
+
+    const Finished finished = run(arguments);
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(linesOf(finished.output).size(), 204U);
+    ASSERT_EQ(linesOf(finished.errors).size(), 1U) << finished.errors;
+    EXPECT_THAT(finished.errors, HasSubstr("'" + clash.string() + "': not synced"));
+    EXPECT_EQ(readFile(server("harbour") / "batch/204.txt"), "204");
+}
+
+TEST_F(Changes, SyncOfAFolderNamesWhatCouldNotBeDoneBeneathIt)
+{
+    writeFile(workspace("harbour") / "survey/bad:name.txt", "x");
+
+    const Finished finished = run({"sync", workspace("harbour").string()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr("bad:name.txt': not synced"));
+    EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
+}
+
+TEST_F(Changes, SyncOneItemInOneCall)
+{
+    const std::string notes = (workspace("harbour") / "survey/notes.txt").string();
+
+    EXPECT_EQ(expectOk({"sync", "--one", notes}), "in sync  " + notes + '\n');
+
+    EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
+    EXPECT_EQ(run({"sync", "--one", notes + "x"}).exitCode, 3);
+}
+
+TEST_F(Changes, AreUploadedWhenAProcessClosesTheFile)
+{
+    writeFile(readme(), "changed by a process");
+
+    expectOk({"closed", "--process", "4711", readme()});
+
+    EXPECT_EQ(readFile(server("harbour") / "README.txt"), "changed by a process");
+}
+
+TEST_F(Changes, ByCommandsOfTheSyncApplicationTakeEffect)
+{
+    const auto stateOf = [this](const std::string& id) {
+        for (const auto& command : expectJson({"commands", readme()})) {
+            if (command["id"] == id)
+                return std::pair<bool, bool>(command["isEnabled"], command["isChecked"]);
+        }
+        ADD_FAILURE() << "no command " << id;
+        return std::pair(false, false);
+    };
+    ASSERT_EQ(stateOf("unlock").first, false);
+
+    expectOk({"run", "Lock", readme()});
+
+    EXPECT_TRUE(stateOf("lock").second);
+    EXPECT_TRUE(stateOf("unlock").first);
+    EXPECT_EQ(run({"run", "none", readme()}).exitCode, 3);
+    expectOk({"run", "copy-link", readme()});
+    EXPECT_THAT(readFile(home / "clipboard.txt"), HasSubstr("tessaport://tp."));
+    expectOk({"run", "unlock", readme()});
+    EXPECT_EQ(run({"run", "unlock", readme()}).exitCode, 1);
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

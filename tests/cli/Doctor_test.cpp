@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+
+#include "ToolTest.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::HasSubstr;
+
+class Doctor : public ToolTest
+{
+protected:
+    std::map<std::string, nlohmann::json> examine(std::vector<std::string> arguments, int exitCode)
+    {
+        arguments.insert(arguments.end(), {"doctor", "--json"});
+        const Finished finished = run(std::move(arguments));
+        EXPECT_EQ(finished.exitCode, exitCode) << finished.output << finished.errors;
+        std::map<std::string, nlohmann::json> bySubject;
+        for (const auto& finding : nlohmann::json::parse(finished.output))
+            bySubject[finding["subject"]] = finding;
+        return bySubject;
+    }
+};
+
+TEST_F(Doctor, FindsNothingWrongWithAGoodInstallation)
+{
+    makeDemo();
+
+    const auto findings = examine({}, 0);
+
+    for (const std::string subject : {"Tool", "Library", "Bridge", "API", ".NET", "Home", "Runtime", "Service"}) {
+        ASSERT_EQ(findings.count(subject), 1U) << subject;
+        EXPECT_EQ(findings.at(subject)["good"], true) << findings.at(subject);
+        EXPECT_NE(findings.at(subject)["version"], "") << subject;
+        EXPECT_EQ(findings.at(subject)["remedy"], "");
+    }
+    for (const std::string subject : {"Tool", "Library", "Bridge", "API", "Runtime"})
+        EXPECT_TRUE(fs::exists(findings.at(subject)["detail"].get<std::string>())) << findings.at(subject);
+    EXPECT_THAT(expectOk({"doctor"}), HasSubstr("Velmora.Bridge.dll"));
+}
+
+TEST_F(Doctor, SaysWhatToDoWithoutDotnet)
+{
+    makeDemo();
+    fs::create_directory(folder / "empty");
+
+    const auto findings = examine({"--dotnet-root", (folder / "empty").string()}, 1);
+
+    EXPECT_EQ(findings.at(".NET")["good"], false);
+    EXPECT_THAT(findings.at(".NET")["remedy"], HasSubstr("install the .NET runtime"));
+    EXPECT_EQ(findings.at("Runtime")["good"], false);
+    EXPECT_THAT(findings.at("Runtime")["detail"], HasSubstr((folder / "empty").string()));
+    EXPECT_THAT(findings.at("Runtime")["detail"], HasSubstr("--dotnet-root"));
+    EXPECT_EQ(findings.at("API")["good"], true);
+    EXPECT_EQ(findings.count("Service"), 0U);
+}
+
+TEST_F(Doctor, SaysWhichVersionsOfDotnetAreTooOld)
+{
+    makeDemo();
+    fs::create_directories(folder / "old/host/fxr/6.0.36");
+    fs::create_directories(folder / "old/shared/Microsoft.NETCore.App/6.0.36");
+
+    const auto findings = examine({"--dotnet-root", (folder / "old").string()}, 1);
+
+    EXPECT_EQ(findings.at(".NET")["good"], false);
+    EXPECT_THAT(findings.at(".NET")["detail"], HasSubstr("6.0.36"));
+}
+
+TEST_F(Doctor, SaysThatTheAssemblyIsMissing)
+{
+    makeDemo();
+    fs::create_directory(folder / "ohne Schnittstelle");
+
+    const auto findings = examine({"--api-folder", (folder / "ohne Schnittstelle").string()}, 1);
+
+    EXPECT_EQ(findings.at("API")["good"], false);
+    EXPECT_THAT(findings.at("API")["detail"], HasSubstr("ohne Schnittstelle/Quorvex.Tessaport.API.dll"));
+    EXPECT_THAT(findings.at("API")["remedy"], HasSubstr("--api-folder"));
+    EXPECT_EQ(findings.at("Runtime")["good"], false);
+}
+
+TEST_F(Doctor, SaysThatTheServiceIsNotInstalled)
+{
+    const auto findings = examine({}, 4);
+
+    EXPECT_EQ(findings.at("Runtime")["good"], true);
+    EXPECT_EQ(findings.at("Service")["good"], false);
+    EXPECT_THAT(findings.at("Service")["detail"], HasSubstr("tessaport demo"));
+}
+
+TEST_F(Doctor, WorksFromANonAsciiFolderInTheCLocale)
+{
+    makeDemo();
+    const fs::path copy = folder / "Встановлення ü";
+    fs::copy(fs::path(TESSAPORT_TOOL).parent_path().parent_path() / "share/velmora/local-service", copy,
+        fs::copy_options::recursive);
+    Start start;
+    start.arguments = {"--api-folder", copy.string(), "drives"};
+    start.environment["LC_ALL"] = "C";
+
+    const Finished finished = run(start);
+
+    EXPECT_EQ(finished.exitCode, 0) << finished.errors;
+}
+
+TEST_F(Doctor, UsesTheUsersDataFolderWhenNoHomeIsNamed)
+{
+    Start start;
+    start.arguments = {"--json", "service", "status"};
+    start.environment = {{"TESSAPORT_HOME", ""}, {"XDG_DATA_HOME", (folder / "data").string()}};
+
+    const Finished finished = run(start);
+
+    EXPECT_EQ(finished.exitCode, 4);
+    EXPECT_EQ(nlohmann::json::parse(finished.output)["home"], (folder / "data/Tessaport").string());
+    start.arguments = {"demo"};
+    EXPECT_EQ(run(start).exitCode, 0);
+    EXPECT_TRUE(fs::exists(folder / "data/Tessaport/service.json"));
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

@@ -1,0 +1,112 @@
+#include <cerrno>
+#include <cstring>
+
+#include <gmock/gmock.h>
+#include <sched.h>
+#include <sys/mount.h>
+
+#include "ToolTest.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::HasSubstr;
+
+/// The workspace of the first drive is a small file system of its own.
+class FullDisk : public ToolTest
+{
+protected:
+    void SetUp() override
+    {
+        makeDemo();
+        expectOk({"sync"});
+        small = folder / "small";
+        fs::create_directory(small);
+        // In a name space of its own the mount goes with this process, however it ends.
+        ASSERT_EQ(unshare(CLONE_NEWNS), 0) << advice();
+        ASSERT_EQ(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << advice();
+        ASSERT_EQ(mount("tmpfs", small.c_str(), "tmpfs", 0, "size=1m"), 0) << advice();
+        mounted = true;
+        moveDrive("workspace", (small / "workspace").string());
+    }
+
+    void TearDown() override
+    {
+        if (mounted)
+            umount2(small.c_str(), MNT_DETACH);
+    }
+
+    static std::string advice()
+    {
+        return std::string("a small file system cannot be mounted (") + std::strerror(errno) +
+               "); run this test as root with CAP_SYS_ADMIN";
+    }
+
+    void moveDrive(const std::string& side, const std::string& place)
+    {
+        auto drives = nlohmann::json::parse(readFile(home / "drives.json"));
+        drives[0][side] = place;
+        fs::remove_all(home / "state");
+        writeFile(home / "drives.json", drives.dump());
+    }
+
+    void makeRoom() const { ASSERT_EQ(mount("tmpfs", small.c_str(), "tmpfs", MS_REMOUNT, "size=64m"), 0) << advice(); }
+
+    fs::path small;
+    bool mounted = false;
+};
+
+std::string bigContent() { return std::string(3 * 1024 * 1024, 'b'); }
+
+TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndDoesTheOthers)
+{
+    writeFile(server("harbour") / "big.bin", bigContent());
+    writeFile(server("harbour") / "zoo/small.txt", "small");
+
+    const Finished finished = run({"sync", (small / "workspace").string()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr((small / "workspace/big.bin").string()));
+    EXPECT_THAT(finished.errors, HasSubstr("disk is full"));
+    EXPECT_FALSE(fs::exists(small / "workspace/big.bin"));
+    EXPECT_EQ(readFile(small / "workspace/zoo/small.txt"), "small");
+    EXPECT_EQ(readFile(server("harbour") / "big.bin"), bigContent());
+}
+
+TEST_F(FullDisk, SyncKeepsTheOldVersionWholeAndTakesTheNewOneOnceThereIsRoom)
+{
+    expectOk({"sync"});
+    const std::string old = readFile(small / "workspace/README.txt");
+    writeFile(server("harbour") / "README.txt", bigContent());
+
+    EXPECT_EQ(run({"sync"}).exitCode, 1);
+
+    EXPECT_EQ(readFile(small / "workspace/README.txt"), old);
+    ASSERT_NO_FATAL_FAILURE(makeRoom());
+    expectOk({"sync"});
+    EXPECT_EQ(readFile(small / "workspace/README.txt"), bigContent());
+}
+
+TEST_F(FullDisk, AddLeavesNothingHalfDone)
+{
+    expectOk({"sync"});
+    writeFile(folder / "big.bin", bigContent());
+    writeFile(folder / "little.txt", "little");
+
+    const Finished finished = run(
+        {"add", (folder / "big.bin").string(), (folder / "little.txt").string(), (small / "workspace/plans").string()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr("big.bin': it could not be copied; is the disk full?"));
+    EXPECT_FALSE(fs::exists(small / "workspace/plans/big.bin"));
+    EXPECT_FALSE(fs::exists(server("harbour") / "plans/big.bin"));
+    EXPECT_EQ(readFile(small / "workspace/plans/little.txt"), "little");
+    EXPECT_EQ(readFile(server("harbour") / "plans/little.txt"), "little");
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

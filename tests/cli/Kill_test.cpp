@@ -1,0 +1,185 @@
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <set>
+
+#include <gmock/gmock.h>
+
+#include "ToolTest.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+constexpr int Rounds = 100;
+constexpr int Files = 12;
+constexpr std::size_t FileSize = 300 * 1000;
+
+/// What a file holds in a round: long, and different in every byte's neighbourhood, so that a half copy shows.
+std::string contentOf(int file, int round)
+{
+    std::string content(FileSize, '\0');
+    const std::string mark = std::to_string(file) + '/' + std::to_string(round) + ';';
+    for (std::size_t i = 0; i < content.size(); ++i)
+        content[i] = mark[i % mark.size()];
+    return content;
+}
+
+std::string nameOf(int file) { return "file " + std::to_string(file) + ".bin"; }
+
+/// Runs a command again and again, kills it at a random moment, and has the outcome looked at.
+class Kill : public ToolTest
+{
+protected:
+    Kill()
+    {
+        makeDemo();
+        expectOk({"sync"});
+    }
+
+    [[nodiscard]] fs::path here(int file) const { return workspace("harbour") / "work" / nameOf(file); }
+    [[nodiscard]] fs::path there(int file) const { return server("harbour") / "work" / nameOf(file); }
+
+    std::chrono::microseconds durationOf(const std::vector<std::string>& arguments)
+    {
+        const auto begin = std::chrono::steady_clock::now();
+        expectOk(arguments);
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+    }
+
+    void killAtRandomMoment(const std::vector<std::string>& arguments, std::chrono::microseconds longest)
+    {
+        Start start;
+        start.arguments = arguments;
+        start.killAfter =
+            std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, longest.count())(random));
+        const Finished finished = run(start);
+        ++(finished.signal != 0 ? killed : finishedFirst);
+    }
+
+    /// Every file that can be seen on a side is whole: one of the versions it has had.
+    static bool isWhole(const fs::path& file, int number, const std::set<int>& versions)
+    {
+        const std::string content = readFile(file);
+        return std::any_of(
+            versions.begin(), versions.end(), [&](int version) { return content == contentOf(number, version); });
+    }
+
+    void expectOnlyWholeFiles(const std::set<int>& versions)
+    {
+        for (int file = 0; file < Files; ++file) {
+            for (const fs::path& path : {here(file), there(file)})
+                EXPECT_TRUE(!fs::exists(path) || isWhole(path, file, versions)) << path;
+        }
+    }
+
+    void expectNothingElse()
+    {
+        std::set<std::string> expected;
+        for (int file = 0; file < Files; ++file)
+            expected.insert(nameOf(file));
+        for (const auto& item : expectJson({"ls", (workspace("harbour") / "work").string()}))
+            EXPECT_EQ(expected.count(item["name"]), 1U) << item;
+    }
+
+    void TearDown() override
+    {
+        std::cout << "killed " << killed << " times, finished before it " << finishedFirst << " times\n";
+        EXPECT_GT(killed, Rounds / 4) << "most kills came too late to say anything";
+    }
+
+    // The seed changes with every run; it is shown with a failure.
+    unsigned seed = std::random_device()();
+    testing::ScopedTrace trace{__FILE__, __LINE__, "seed " + std::to_string(seed)};
+    std::mt19937 random{seed};
+    int killed = 0;
+    int finishedFirst = 0;
+};
+
+TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
+{
+    std::vector<std::string> add{"add"};
+    for (int file = 0; file < Files; ++file) {
+        writeFile(folder / "sources" / nameOf(file), contentOf(file, 0));
+        add.push_back((folder / "sources" / nameOf(file)).string());
+    }
+    add.push_back((workspace("harbour") / "work").string());
+    expectOk({"mkdir", add.back()});
+    const auto longest = durationOf(add);
+    for (int round = 1; round <= Rounds; ++round) {
+        for (int file = 0; file < Files; ++file)
+            writeFile(folder / "sources" / nameOf(file), contentOf(file, round));
+
+        killAtRandomMoment(add, longest);
+
+        expectOnlyWholeFiles({round - 1, round});
+        expectNothingElse();
+        expectOk(add);
+        for (int file = 0; file < Files; ++file) {
+            ASSERT_EQ(readFile(here(file)), contentOf(file, round));
+            ASSERT_EQ(readFile(there(file)), contentOf(file, round));
+        }
+    }
+}
+
+TEST_F(Kill, OfSyncLosesNothingAndShowsOnlyWholeFiles)
+{
+    const std::vector<std::string> sync{"sync", (workspace("harbour") / "work").string()};
+    const auto changeHalfOnEachSide = [this](int round) {
+        for (int file = 0; file < Files; ++file)
+            writeFile(file % 2 == 0 ? here(file) : there(file), contentOf(file, round));
+    };
+    changeHalfOnEachSide(0);
+    const auto longest = durationOf(sync);
+    for (int round = 1; round <= Rounds; ++round) {
+        changeHalfOnEachSide(round);
+
+        killAtRandomMoment(sync, longest);
+
+        expectOnlyWholeFiles({round - 1, round});
+        for (int file = 0; file < Files; ++file)
+            ASSERT_EQ(readFile(file % 2 == 0 ? here(file) : there(file)), contentOf(file, round));
+        expectOk(sync);
+        expectNothingElse();
+        for (int file = 0; file < Files; ++file) {
+            ASSERT_EQ(readFile(here(file)), contentOf(file, round));
+            ASSERT_EQ(readFile(there(file)), contentOf(file, round));
+        }
+    }
+}
+
+TEST_F(Kill, OfRmDeletesWholeFilesOrNone)
+{
+    const std::string kept = readFile(readme());
+    std::vector<std::string> rm{"rm", "-y"};
+    for (int file = 0; file < Files; ++file)
+        rm.push_back(here(file).string());
+    const auto makeFiles = [this](int round) {
+        for (int file = 0; file < Files; ++file)
+            writeFile(here(file), contentOf(file, round));
+        expectOk({"sync", (workspace("harbour") / "work").string()});
+    };
+    makeFiles(0);
+    const auto longest = durationOf(rm);
+    for (int round = 1; round <= Rounds; ++round) {
+        makeFiles(round);
+
+        killAtRandomMoment(rm, longest);
+
+        expectOnlyWholeFiles({round});
+        expectNothingElse();
+        EXPECT_EQ(readFile(readme()), kept);
+        const Finished again = run(rm);
+        EXPECT_TRUE(again.exitCode == 0 || again.exitCode == 3) << again.errors;
+        for (int file = 0; file < Files; ++file) {
+            EXPECT_FALSE(fs::exists(here(file)));
+            EXPECT_FALSE(fs::exists(there(file)));
+        }
+    }
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+
+#include "ToolTest.h"
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Listing : public ToolTest
+{
+protected:
+    Listing() { makeDemo(); }
+
+    static std::vector<std::string> namesIn(const nlohmann::json& items)
+    {
+        std::vector<std::string> names;
+        for (const auto& item : items)
+            names.push_back(item["name"]);
+        return names;
+    }
+};
+
+TEST_F(Listing, PutsOneItemOnEachLineOfAValidArray)
+{
+    const std::string output = expectOk({"ls", "--json", workspace("harbour").string()});
+
+    const std::vector<std::string> lines = linesOf(output);
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines.front(), "[");
+    EXPECT_EQ(lines.back(), "]");
+    for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
+        const std::string line = i + 2 < lines.size() ? lines[i].substr(0, lines[i].size() - 1) : lines[i];
+        EXPECT_TRUE(nlohmann::json::accept(line)) << line;
+    }
+    EXPECT_THAT(namesIn(nlohmann::json::parse(output)), ElementsAre("plans", "README.txt", "survey"));
+}
+
+TEST_F(Listing, GivesEveryFieldOfAnItem)
+{
+    const auto items = expectJson({"stat", readme()});
+
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items[0], nlohmann::json::parse(R"({
+        "driveId": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "isFolder": false, "isInWorkspace": true,
+        "isOnServer": true, "name": "README.txt", "relativePath": "README.txt",
+        "workspacePath": )" + nlohmann::json(withBackslashes(readme())).dump() +
+                                              R"(,
+        "lastModifiedDate": "2024-05-01T10:15:30Z"})"));
+}
+
+TEST_F(Listing, GivesAnEmptyArrayForAnEmptyFolder)
+{
+    std::filesystem::create_directory(workspace("harbour") / "empty");
+
+    EXPECT_EQ(expectJson({"ls", (workspace("harbour") / "empty").string()}), nlohmann::json::array());
+    EXPECT_EQ(expectOk({"ls", (workspace("harbour") / "empty").string()}), "");
+}
+
+TEST_F(Listing, TakesPathsOfEitherSlashWithDotsAndRelativeOnes)
+{
+    const auto expected = expectJson({"stat", readme()});
+
+    EXPECT_EQ(expectJson({"stat", withBackslashes(readme())}), expected);
+    EXPECT_EQ(expectJson({"stat", (workspace("harbour") / "plans/../README.txt").string()}), expected);
+    Start start;
+    start.arguments = {"--json", "stat", "./README.txt"};
+    start.workingFolder = workspace("harbour");
+    EXPECT_EQ(nlohmann::json::parse(run(start).output), expected);
+}
+
+TEST_F(Listing, FollowsALinkIntoTheWorkspace)
+{
+    std::filesystem::create_directory_symlink(workspace("harbour"), folder / "link");
+
+    EXPECT_EQ(expectJson({"stat", (folder / "link/README.txt").string()}), expectJson({"stat", readme()}));
+}
+
+TEST_F(Listing, WorksInAHomeThatIsReachedThroughALink)
+{
+    std::filesystem::create_directory_symlink(home, folder / "link");
+    const std::string linked = (folder / "link/drives/harbour/workspace/README.txt").string();
+
+    EXPECT_EQ(expectJson({"--home", (folder / "link").string(), "exists", linked})["exists"], true);
+}
+
+TEST_F(Listing, ShowsWhereThingsStand)
+{
+    EXPECT_EQ(expectOk({"ls", (workspace("harbour") / "survey").string()}),
+        "2024-05-01T10:20:30Z  server  2024-05-01.csv\n"
+        "2024-05-01T10:21:30Z  local   notes.txt\n");
+}
+
+TEST_F(Listing, ListsRecursivelyAndFiltersByName)
+{
+    const std::string root = workspace("harbour").string();
+
+    EXPECT_EQ(expectOk({"ls", "-1R", "--filter", "*R*.TXT", root}),
+        "plans/details/crane rail.txt\nplans/details/stairs.txt\nplans/ground floor.txt\nplans/Übersicht.txt\n"
+        "README.txt\n");
+    EXPECT_EQ(expectOk({"ls", "-1R", "--filter", "?bersicht.txt", root}), "plans/Übersicht.txt\n");
+    EXPECT_EQ(expectOk({"ls", "-1R", "--folders", root}), "plans\nplans/details\nsurvey\n");
+}
+
+TEST_F(Listing, ListsTheDrivesWithoutAPath)
+{
+    EXPECT_EQ(expectOk({"ls", "-1"}), "Harbour Project\nTrelis Documents\nBridge Team\nMorrow Archive\n");
+}
+
+TEST_F(Listing, LimitsTheDepthOfATree)
+{
+    EXPECT_EQ(expectOk({"tree", "--depth", "1", "--folders", workspace("harbour").string()}),
+        workspace("harbour").string() + "\n├── plans/\n└── survey/\n");
+    for (const auto& item : expectJson({"tree", "--depth", "2"}))
+        EXPECT_LE(item["depth"], 2);
+}
+
+TEST_F(Listing, NamesEveryMissingItemAndStillShowsTheOthers)
+{
+    const std::string missing = (workspace("harbour") / "none.txt").string();
+
+    const Finished finished = run({"--json", "stat", missing, readme(), "/etc/hosts"});
+
+    EXPECT_EQ(finished.exitCode, 3);
+    EXPECT_EQ(nlohmann::json::parse(finished.output).size(), 1U);
+    EXPECT_THAT(finished.errors, HasSubstr("'" + missing + "': no such item on any drive\n"));
+    EXPECT_THAT(finished.errors, HasSubstr("'/etc/hosts': no such item on any drive\n"));
+}
+
+TEST_F(Listing, FindsItemsRelativeToADriveByNameAndById)
+{
+    const auto byName = expectJson({"stat", "--drive", "Harbour Project", "plans/Übersicht.txt", "\\README.txt"});
+
+    EXPECT_THAT(namesIn(byName), ElementsAre("Übersicht.txt", "README.txt"));
+    EXPECT_EQ(
+        expectJson({"stat", "--drive", "5B1F7F0E-6C0E-4A53-9A39-0F6A3C1D2B01", "plans\\Übersicht.txt", "README.txt"}),
+        byName);
+    const Finished finished = run({"stat", "--drive", "Harbour Project", "none", "README.txt"});
+    EXPECT_EQ(finished.exitCode, 3);
+    EXPECT_THAT(finished.errors, HasSubstr("'none': no such item on the drive 'Harbour Project'"));
+    EXPECT_THAT(finished.output, HasSubstr("README.txt"));
+    EXPECT_EQ(run({"stat", "--drive", "Harbor", "README.txt"}).exitCode, 3);
+}
+
+TEST_F(Listing, SurvivesOddPaths)
+{
+    const std::string longPath = workspace("harbour").string() + '/' + std::string(5000, 'x');
+    for (const std::string& path :
+        {longPath, std::string("\xED\xA0\x80"), std::string("\xFF\xFE"), std::string("~"), std::string("/")}) {
+        for (const std::string command : {"ls", "stat", "exists", "where", "urn", "in-workspace", "can-add-file"}) {
+            const Finished finished = run({command, path});
+            EXPECT_EQ(finished.signal, 0);
+            EXPECT_TRUE(finished.exitCode == 3 || finished.exitCode == 1) << command << ' ' << finished.errors;
+        }
+    }
+}
+
+TEST_F(Listing, KeepsControlCharactersOfNamesFromTheTerminal)
+{
+    writeFile(workspace("harbour") / "two\nlines\x1b[31m", "x");
+
+    const std::string output = expectOk({"ls", "-1", workspace("harbour").string()});
+
+    EXPECT_THAT(linesOf(output), testing::Contains("two?lines?[31m"));
+    EXPECT_EQ(output.find('\x1b'), std::string::npos);
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

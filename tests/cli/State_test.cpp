@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+
+#include "ToolTest.h"
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::HasSubstr;
+
+struct StateCase {
+    const char* state;
+    int exitCode;
+    const char* word;
+};
+
+class State : public ToolTest
+{
+protected:
+    State() { makeDemo(); }
+};
+
+class EachState : public State, public testing::WithParamInterface<StateCase>
+{
+};
+
+TEST_P(EachState, DecidesHowRequestsEnd)
+{
+    expectOk({"service", "set-state", GetParam().state});
+
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"version"}, {"drives"}, {"ls"}, {"tree"},
+             {"stat", readme()}, {"mkdir", readme()}, {"add", readme(), readme()}, {"rm", "-y", readme()}, {"sync"},
+             {"sync", "--one", readme()}, {"props", readme()}, {"commands", readme()}, {"run", "sync", readme()},
+             {"id", readme()}, {"resolve", "x"}, {"where", readme()}, {"where", "--id", "x"}, {"urn", readme()},
+             {"root"}, {"root", "--first"}, {"can-add-file", readme()}, {"offline"}, {"in-workspace", readme()},
+             {"exists", readme()}, {"check"}, {"closed", "--process", "1", readme()}, {"doctor"}}) {
+        const Finished finished = run(arguments);
+
+        EXPECT_EQ(finished.exitCode, GetParam().exitCode) << arguments[0] << '\n' << finished.errors;
+        if (arguments[0] != "doctor") {
+            EXPECT_THAT(finished.errors, HasSubstr(GetParam().word)) << arguments[0];
+            EXPECT_EQ(finished.output, "") << arguments[0];
+        }
+    }
+}
+
+TEST_P(EachState, IsWhatStatusShowsAndEndsWith)
+{
+    expectOk({"service", "set-state", GetParam().state});
+
+    const Finished finished = run({"service", "status", "--json"});
+
+    EXPECT_EQ(finished.exitCode, GetParam().exitCode);
+    EXPECT_EQ(nlohmann::json::parse(finished.output)["state"], GetParam().state);
+}
+
+TEST_P(EachState, EndsWithAStart)
+{
+    expectOk({"service", "set-state", GetParam().state});
+    expectOk({"service", "start"});
+
+    expectOk({"drives"});
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachState,
+    testing::Values(StateCase{"not-running", 5, "not running"}, StateCase{"not-installed", 4, "not installed"},
+        StateCase{"requires-update", 6, "update"}, StateCase{"forced-update", 6, "update"},
+        StateCase{"api-requires-update", 6, "update"}),
+    [](const auto& info) {
+        std::string name = info.param.state;
+        for (char& c : name)
+            c = c == '-' ? '_' : c;
+        return name;
+    });
+
+TEST_F(State, StopsAndStarts)
+{
+    expectOk({"service", "stop"});
+    EXPECT_EQ(run({"drives"}).exitCode, 5);
+
+    expectOk({"service", "start"});
+    expectOk({"drives"});
+    expectOk({"service", "status"});
+}
+
+TEST_F(State, ThatCannotBeReadSaysWhichFileAndWhatToDo)
+{
+    for (const std::string content : {"", "{", "[]", "{\"state\": 7}", "{\"state\": \"asleep\"}"}) {
+        writeFile(home / "service.json", content);
+
+        const Finished status = run({"service", "status"});
+        EXPECT_EQ(status.exitCode, 1);
+        EXPECT_THAT(status.errors, HasSubstr((home / "service.json").string()));
+        EXPECT_THAT(status.errors, HasSubstr("tessaport service start"));
+        EXPECT_EQ(run({"drives"}).exitCode, 1);
+    }
+    expectOk({"service", "start"});
+    expectOk({"drives"});
+}
+
+TEST_F(State, IsReadWithAByteOrderMark)
+{
+    writeFile(home / "service.json", "\xEF\xBB\xBF{\"state\": \"running\"}");
+
+    expectOk({"service", "status"});
+}
+
+TEST_F(State, NeedsAHome)
+{
+    const Finished finished = run({"--home", (folder / "none").string(), "service", "start"});
+
+    EXPECT_EQ(finished.exitCode, 4);
+    EXPECT_THAT(finished.errors, HasSubstr("tessaport demo"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "none"));
+}
+
+TEST_F(State, IsReplacedAsAWholeAndLeavesNothingBehind)
+{
+    expectOk({"service", "stop"});
+
+    EXPECT_EQ(readFile(home / "service.json"), "{\"state\":\"not-running\"}\n");
+    for (const auto& entry : std::filesystem::directory_iterator(home))
+        EXPECT_NE(entry.path().extension(), ".new") << entry.path();
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest

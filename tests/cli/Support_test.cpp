@@ -1,0 +1,204 @@
+// The commands over the support libraries: logs, checksums, messages.
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <fstream>
+
+#include "ToolTest.h"
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Log : public ToolTest
+{
+protected:
+    std::string log(const std::string& content)
+    {
+        writeFile(folder / "app.log", content);
+        return (folder / "app.log").string();
+    }
+};
+
+constexpr const char* Records = R"({"timestamp":"2024-05-06T07:08:09.123456","threadId":"0","user":"anna","size":"7"}
+{"timestamp":"2024-05-06T07:08:10.000000","request":{"path":"\/drives","took":"1.5"},"text":"two words"}
+{"user":"\u041e\u043b\u0435\u043d\u0430","note":"\ud834\udd1e"}
+)";
+
+TEST_F(Log, IsShownAsReadableText)
+{
+    EXPECT_THAT(linesOf(expectOk({"log", "cat", log(Records)})),
+        ElementsAre("2024-05-06T07:08:09.123456 threadId=0 user=anna size=7",
+            "2024-05-06T07:08:10.000000 request.path=/drives request.took=1.5 text=\"two words\"",
+            "user=Олена note=𝄞"));
+}
+
+TEST_F(Log, IsShownAsAnArray)
+{
+    const auto records = expectJson({"log", "cat", log(Records)});
+
+    ASSERT_EQ(records.size(), 3U);
+    EXPECT_EQ(records[1]["request"]["path"], "/drives");
+}
+
+TEST_F(Log, IsSearchedForAValueOfAKey)
+{
+    const std::string file = log(Records);
+
+    EXPECT_THAT(linesOf(expectOk({"log", "grep", "user=anna", file})), testing::SizeIs(1));
+    EXPECT_THAT(expectOk({"log", "grep", "request.path=/drives", file}), HasSubstr("two words"));
+    EXPECT_THAT(expectOk({"log", "grep", "user=Олена", file}), HasSubstr("𝄞"));
+    EXPECT_EQ(expectJson({"log", "grep", "note=𝄞", file}).size(), 1U);
+    EXPECT_EQ(run({"log", "grep", "user=ann", file}).exitCode, 3);
+    EXPECT_EQ(run({"log", "grep", "size=anna", file}).exitCode, 3);
+    EXPECT_EQ(run({"log", "grep", "anna", file}).exitCode, 2);
+    EXPECT_EQ(run({"log", "grep", "=anna", file}).exitCode, 2);
+}
+
+TEST_F(Log, WithADamagedLineShowsTheOthers)
+{
+    const std::string text(Records);
+    const Finished finished = run({"log", "cat", log(text.substr(0, text.size() - 10))});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(linesOf(finished.output).size(), 2U);
+    EXPECT_THAT(finished.errors, HasSubstr("line 3: no log record"));
+}
+
+TEST_F(Log, OfAnyOtherKindOfFileIsRefusedBriefly)
+{
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += "no json\n";
+
+    const Finished finished = run({"log", "cat", "--json", log(text)});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(nlohmann::json::parse(finished.output), nlohmann::json::array());
+    EXPECT_LT(linesOf(finished.errors).size(), 15U);
+    EXPECT_THAT(finished.errors, HasSubstr("1000 lines left out"));
+}
+
+TEST_F(Log, NestedBeyondReasonIsNoRecord)
+{
+    const std::string deep = "{\"a\":" + std::string(1000000, '[') + std::string(1000000, ']') + "}\n";
+
+    for (const auto& arguments :
+        std::vector<std::vector<std::string>>{{"log", "cat", log(deep)}, {"log", "grep", "a=", log(deep)}}) {
+        const Finished finished = run(arguments);
+
+        EXPECT_EQ(finished.exitCode, 1);
+        EXPECT_EQ(finished.signal, 0);
+        EXPECT_THAT(finished.errors, HasSubstr("line 1: no log record"));
+    }
+}
+
+TEST_F(Log, IsReadFromStandardInput)
+{
+    Start start;
+    start.arguments = {"log", "cat", "-"};
+    start.input = Records;
+
+    EXPECT_EQ(linesOf(run(start).output).size(), 3U);
+}
+
+TEST_F(Log, ThatIsMissingIsNotFound)
+{
+    EXPECT_EQ(run({"log", "cat", (folder / "none").string()}).exitCode, 3);
+    EXPECT_EQ(run({"log", "cat", folder.string()}).exitCode, 1);
+}
+
+TEST_F(Log, OfMillionsOfLinesIsReadInConstantMemory)
+{
+    constexpr int lines = 2000000;
+    {
+        std::ofstream stream(folder / "long.log", std::ios::binary);
+        for (int i = 0; i < lines; ++i)
+            stream << R"({"timestamp":"2024-05-06T07:08:09.123456","threadId":"0","number":")" << i << "\"}\n";
+    }
+
+    EXPECT_EQ(linesOf(expectOk({"log", "grep", "number=1999999", (folder / "long.log").string()})).size(), 1U);
+
+    // The largest process that these tests have run so far, in KiB. The log has 150 MB.
+    rusage usage{};
+    ASSERT_EQ(getrusage(RUSAGE_CHILDREN, &usage), 0);
+    EXPECT_LT(usage.ru_maxrss, 64 * 1024);
+}
+
+class Checksum : public ToolTest
+{
+};
+
+TEST_F(Checksum, IsTheOneOfTheLibrary)
+{
+    writeFile(folder / "digits", "123456789");
+    writeFile(folder / "leer – порожній", "");
+
+    EXPECT_EQ(expectOk({"checksum", (folder / "digits").string(), (folder / "leer – порожній").string()}),
+        "0376e6e7  " + (folder / "digits").string() + "\nffffffff  " + (folder / "leer – порожній").string() + '\n');
+    EXPECT_EQ(expectJson({"checksum", (folder / "digits").string()})[0]["size"], 9);
+}
+
+TEST_F(Checksum, OfALongFileIsThatOfItsPieces)
+{
+    std::string content(3000000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i)
+        content[i] = static_cast<char>(i * i % 251);
+    writeFile(folder / "long", content);
+    // Bit by bit, as the polynomial is defined.
+    std::uint32_t expected = 0xFFFFFFFFU;
+    for (const char c : content) {
+        expected ^= static_cast<std::uint32_t>(static_cast<unsigned char>(c)) << 24U;
+        for (int bit = 0; bit < 8; ++bit)
+            expected = (expected & 0x80000000U) != 0 ? (expected << 1U) ^ 0x04C11DB7U : expected << 1U;
+    }
+    char text[9];
+    std::snprintf(text, sizeof text, "%08x", expected);
+
+    EXPECT_EQ(expectJson({"checksum", (folder / "long").string()})[0]["checksum"], text);
+}
+
+TEST_F(Checksum, IsGivenForTheGoodFilesWhenOthersAreBad)
+{
+    writeFile(folder / "digits", "123456789");
+
+    const Finished finished =
+        run({"checksum", (folder / "none").string(), (folder / "digits").string(), folder.string()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.output, HasSubstr("0376e6e7"));
+    EXPECT_EQ(linesOf(finished.errors).size(), 2U);
+}
+
+TEST_F(Checksum, ShowsProgressOnATerminal)
+{
+    writeFile(folder / "digits", "123456789");
+    Start start;
+    start.arguments = {"checksum", (folder / "digits").string()};
+
+    EXPECT_THAT(runToolOnTerminal(start).output, HasSubstr("100%"));
+}
+
+class Linkify : public ToolTest
+{
+};
+
+TEST_F(Linkify, LinksTheAddressesOfAMessage)
+{
+    const std::string expected = "See&nbsp;<a href=\"www.example.test\">www.example.test</a>.\n";
+    Start start;
+    start.arguments = {"linkify"};
+    start.input = "See www.example.test.";
+
+    EXPECT_EQ(expectOk({"linkify", "See www.example.test."}), expected);
+    EXPECT_EQ(run(start).output, expected);
+    EXPECT_EQ(
+        expectOk({"linkify", "--html", "<b> http://ü.test"}), "<b> <a href=\"http://ü.test\">http://ü.test</a>\n");
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest
