@@ -43,7 +43,7 @@ check_lint() {
 }
 
 lint_all() {
-    sources 'velmora/*.cpp' 'tools/*.cpp' 'examples/*.cpp' |
+    sources 'velmora/*.cpp' 'tools/*.cpp' 'examples/*.cpp' 'tests/*.cpp' ':!tests/package' |
         xargs --max-procs=2 --max-args=2 clang-tidy -p build/release --quiet
 }
 

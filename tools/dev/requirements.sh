@@ -7,12 +7,14 @@ readonly check_packages=(clang clang-format clang-tidy libclang-rt-dev shellchec
 
 require() { # <package>...
     if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
+        require_dotnet
         install_missing_packages "$@"
     elif ! can_build_here; then
         fail "this system has no apt-get: install CMake 3.25, Ninja, a C++17 compiler, GoogleTest with GoogleMock, \
 CLI11, JSON for Modern C++ (nlohmann_json), Boost with its Filesystem library and the .NET SDK 8.0 or newer, then run this again"
+    else
+        require_dotnet
     fi
-    require_dotnet
 }
 
 install_missing_packages() { # <package>...
