@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <utility>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -25,8 +26,9 @@ class Report
 public:
     void add(const Item& item)
     {
-        const auto added = items.try_emplace(place, std::wstring(Common::TextAccess::view(item.workspacePath)), item);
-        place = std::next(added);
+        std::wstring key(Common::TextAccess::view(item.workspacePath));
+        if (!isCached(key))
+            place = std::next(items.try_emplace(place, std::move(key), item));
     }
 
     void moveIntoCache() noexcept
@@ -41,8 +43,21 @@ public:
     }
 
 private:
+    // A folder that is listed again finds its items one behind the other.
+    bool isCached(const std::wstring& key)
+    {
+        const auto end = sFullWorkspacePathToItemMap.end();
+        if (next == end || next->first != key)
+            next = sFullWorkspacePathToItemMap.find(key);
+        if (next == end)
+            return false;
+        ++next;
+        return true;
+    }
+
     ItemMap items;
     ItemMap::iterator place = items.end();
+    ItemMap::iterator next = sFullWorkspacePathToItemMap.end();
 };
 
 template <class Results>
