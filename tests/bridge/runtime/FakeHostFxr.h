@@ -43,8 +43,6 @@ public:
         return script.start;
     }
 
-    [[nodiscard]] std::filesystem::path libraryPath() const override { return {}; }
-
 private:
     HostScript& script;
 };

@@ -144,24 +144,10 @@ RuntimeLocations ClrRuntime::locations() const
     return wanted;
 }
 
-std::filesystem::path ClrRuntime::bridgeFolder() const
-{
-    const std::lock_guard lock(mutex);
-    return bridge;
-}
-
 RuntimeDescription ClrRuntime::description() const
 {
     const std::lock_guard lock(mutex);
     return running;
-}
-
-std::filesystem::path ClrRuntime::findHostFxr()
-{
-    const std::lock_guard lock(mutex);
-    if (host->libraryPath().empty())
-        (void)host->open(wanted.dotnetRoot);
-    return host->libraryPath();
 }
 
 void ClrRuntime::replaceEntryPoints(const TessaportEntryPoints* replacement)

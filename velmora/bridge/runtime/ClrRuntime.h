@@ -49,13 +49,9 @@ public:
     void setLocations(const RuntimeLocations& locations);
 
     [[nodiscard]] RuntimeLocations locations() const;
-    [[nodiscard]] std::filesystem::path bridgeFolder() const;
 
     /// Empty texts before the start.
     [[nodiscard]] RuntimeDescription description() const;
-
-    /// Path of the hostfxr library in use or that would be used; empty when there is none.
-    [[nodiscard]] std::filesystem::path findHostFxr();
 
     /// Makes calls go to `table` from now on, which must outlive them; null goes back to the runtime. For tests.
     void replaceEntryPoints(const TessaportEntryPoints* table);

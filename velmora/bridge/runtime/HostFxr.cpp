@@ -108,8 +108,6 @@ public:
         return status;
     }
 
-    [[nodiscard]] std::filesystem::path libraryPath() const override { return path; }
-
 private:
     std::int32_t locate()
     {

@@ -35,9 +35,6 @@ public:
     /// function that fills the table in.
     virtual HostingStatus start(const std::filesystem::path& bridgeFolder, StartBridge& startBridge) = 0;
 
-    /// The opened hostfxr library; empty before.
-    [[nodiscard]] virtual std::filesystem::path libraryPath() const = 0;
-
     /// The one that really starts .NET.
     [[nodiscard]] static std::unique_ptr<HostFxr> system();
 };
