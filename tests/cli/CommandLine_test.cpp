@@ -123,13 +123,14 @@ try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _tessaport; ech
 try tessaport dr
 try tessaport --json service sta
 try tessaport --home sync service set
-try tessaport sync --d
+try tessaport sync --dr
+try tessaport drives --js
 )");
     const std::string command = "bash " + (folder / "try.bash").string() + " > " + (folder / "out").string() + " 2>&1";
 
     ASSERT_EQ(std::system(command.c_str()), 0) << readFile(folder / "out");
 
-    EXPECT_EQ(readFile(folder / "out"), "drives\nstart status\nset-state\n--dry-run\n");
+    EXPECT_EQ(readFile(folder / "out"), "drives\nstart status\nset-state\n--dry-run\n--json\n");
 }
 
 TEST_F(CommandLine, WritesCompletionsOfEveryCommandForAllShells)

@@ -35,17 +35,54 @@ std::string joined(const std::vector<std::string>& words)
     return all;
 }
 
+/// The options of a command and of those that it belongs to: all are understood behind it.
+std::vector<const CLI::Option*> optionsKnownAt(const CLI::App& app)
+{
+    std::vector<const CLI::Option*> options;
+    for (const CLI::App* owner = &app; owner != nullptr; owner = owner->get_parent()) {
+        for (const CLI::Option* option : owner->get_options()) {
+            if (owner == &app || option != owner->get_help_ptr())
+                options.push_back(option);
+        }
+    }
+    return options;
+}
+
 /// What can be typed after a command: its own commands and options.
 std::string wordsAfter(const CLI::App& app)
 {
     std::vector<std::string> words;
     for (const CLI::App* command : commandsOf(app))
         words.push_back(command->get_name());
-    for (const CLI::Option* option : app.get_options()) {
+    for (const CLI::Option* option : optionsKnownAt(app)) {
         for (const std::string& spelling : spellingsOf(*option))
             words.push_back(spelling);
     }
     return joined(words);
+}
+
+std::string shellQuoted(const std::string& text)
+{
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + '\'';
+}
+
+/// The same, each with what it does.
+std::string describedWords(const CLI::App& app)
+{
+    std::string words;
+    const auto add = [&words](const std::string& word, const std::string& description) {
+        words += ' ' + shellQuoted(word) + ' ' + shellQuoted(description);
+    };
+    for (const CLI::App* command : commandsOf(app))
+        add(command->get_name(), command->get_description());
+    for (const CLI::Option* option : optionsKnownAt(app)) {
+        for (const std::string& spelling : spellingsOf(*option))
+            add(spelling, option->get_description());
+    }
+    return words;
 }
 
 /// Options whose value is the next word, which therefore is no command.
@@ -67,14 +104,6 @@ void forEachCommand(
     visit(app, path);
     for (const CLI::App* command : commandsOf(app))
         forEachCommand(*command, path.empty() ? command->get_name() : path + ' ' + command->get_name(), visit);
-}
-
-std::string shellQuoted(const std::string& text)
-{
-    std::string quoted = "'";
-    for (const char c : text)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + '\'';
 }
 
 // The shells whose functions are alike: a table of what may follow each command, and a walk over the words typed so
@@ -152,33 +181,43 @@ std::string zshCompletion(const CLI::App& app)
 
 std::string fishCompletion(const CLI::App& app)
 {
-    std::string script =
-        "# fish completion for tessaport; put it into ~/.config/fish/completions/tessaport.fish\n"
-        "function __tessaport_at\n"
-        "    test (string join ' ' (string match --invert -- '-*' (commandline -opc)[2..-1])[1..(count $argv)]) = "
-        "\"$argv\"\n"
-        "end\n";
-    forEachCommand(app, "", [&script](const CLI::App& command, const std::string& path) {
-        const std::string condition = path.empty() ? "__fish_use_subcommand" : "__tessaport_at " + path;
-        for (const CLI::App* inner : commandsOf(command))
-            script += "complete -c tessaport -f -n " + shellQuoted(condition) + " -a " +
-                      shellQuoted(inner->get_name()) + " -d " + shellQuoted(inner->get_description()) + '\n';
-        for (const CLI::Option* option : command.get_options()) {
-            if (!option->nonpositional())
-                continue;
-            std::string line = "complete -c tessaport";
-            // Options of the whole tool are known behind every command, too.
-            if (!path.empty())
-                line += " -n " + shellQuoted(condition);
-            for (const std::string& name : option->get_lnames())
-                line += " -l " + name;
-            for (const std::string& name : option->get_snames())
-                line += " -s " + name;
-            script +=
-                line + (takesValue(*option) ? " -r" : "") + " -d " + shellQuoted(option->get_description()) + '\n';
-        }
+    std::string cases;
+    std::string paths;
+    forEachCommand(app, "", [&](const CLI::App& command, const std::string& path) {
+        cases +=
+            "        case " + shellQuoted(path) + "\n            printf '%s\\t%s\\n'" + describedWords(command) + '\n';
+        paths += path.empty() ? "" : ' ' + shellQuoted(path);
     });
-    return script;
+    return "# fish completion for tessaport; put it into ~/.config/fish/completions/tessaport.fish\n"
+           "function __tessaport_words\n"
+           "    switch \"$argv\"\n" +
+           cases +
+           "    end\n"
+           "end\n"
+           "function __tessaport_command\n"
+           "    set -l found\n"
+           "    set -l skip no\n"
+           "    for word in $argv\n"
+           "        if test $skip = yes\n"
+           "            set skip no\n"
+           "        else if contains -- $word " +
+           optionsWithValue(app) +
+           "\n"
+           "            set skip yes\n"
+           "        else if contains -- (string join ' ' $found $word)" +
+           paths +
+           "\n"
+           "            set found $found $word\n"
+           "        end\n"
+           "    end\n"
+           "    string join ' ' $found\n"
+           "end\n"
+           "function __tessaport_complete\n"
+           "    set -l words (commandline -opc)\n"
+           "    set -e words[1]\n"
+           "    __tessaport_words (__tessaport_command $words)\n"
+           "end\n"
+           "complete -c tessaport -a '(__tessaport_complete)'\n";
 }
 
 } // namespace Quorvex::Velmora::Tool
