@@ -116,6 +116,27 @@ TEST_F(Results, TextsOfEveryLengthComeWhole)
     }
 }
 
+// Whatever the length of what stands before it, the next record begins where the reader looks for it.
+TEST_F(Results, OfLookupsComeWholeForTextsOfEveryLength)
+{
+    for (std::size_t itemLength = 0; itemLength < 8; ++itemLength) {
+        for (std::size_t keyLength = 0; keyLength < 8; ++keyLength) {
+            const std::wstring path(itemLength, L'p');
+            const std::wstring key(keyLength, L'k');
+            service.answer("GetItemsByWorkspacePaths",
+                {workspacePathResult(itemAt(1, path), key, 1), workspacePathResult(nullptr, key, 2),
+                    workspacePathResult(itemAt(2, path), key, 1)});
+            const auto results = bridge.getItemsByWorkspacePaths({});
+
+            ASSERT_EQ(results.GetSize(), 3U);
+            for (const auto& result : results)
+                EXPECT_EQ(result.workspacePath.w_str(), key);
+            EXPECT_EQ(results[0]->item.workspacePath.w_str(), path);
+            EXPECT_EQ(results[2]->item.workspacePath.w_str(), path);
+        }
+    }
+}
+
 TEST_F(Results, TextsEndAtTheirFirstZeroCharacter)
 {
     Json json = item(1);
