@@ -37,6 +37,8 @@ struct alignas(std::max_align_t) Block {
     std::atomic<std::uint32_t> references;
     std::uint32_t textCount;
     std::uint32_t firstText;
+    // How many of the texts have a narrow form: mostly none, and then dropping the block need not look at them.
+    std::atomic<std::uint32_t> narrowForms;
 };
 
 constexpr std::size_t TextAlignment = 8;
@@ -67,7 +69,7 @@ Block* allocateBlock(std::size_t roomSize, std::size_t textSize)
     const std::size_t firstText = sizeof(Block) + aligned(roomSize);
     if (textSize > std::numeric_limits<std::uint32_t>::max() - firstText)
         throw std::bad_alloc();
-    return new (::operator new(firstText + textSize)) Block{{0}, 0, static_cast<std::uint32_t>(firstText)};
+    return new (::operator new(firstText + textSize)) Block{{0}, 0, static_cast<std::uint32_t>(firstText), {0}};
 }
 
 template <class Representation>
@@ -85,9 +87,13 @@ void releaseBlock(Block* block) noexcept
     if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
     auto* position = reinterpret_cast<unsigned char*>(block) + block->firstText;
-    for (std::uint32_t i = 0; i < block->textCount; ++i) {
+    std::uint32_t narrowForms = block->narrowForms.load(std::memory_order_relaxed);
+    while (narrowForms > 0) {
         auto* const each = reinterpret_cast<Representation*>(position);
-        delete[] each->narrow.load(std::memory_order_acquire);
+        if (const char* const narrow = each->narrow.load(std::memory_order_acquire)) {
+            delete[] narrow;
+            --narrowForms;
+        }
         position += sizeOfText<Representation>(each->length);
     }
     ::operator delete(block);
@@ -173,9 +179,10 @@ const char* QVString::c_str() const
     std::memcpy(made.get(), utf8.c_str(), utf8.size() + 1);
     // Another thread may have been first; its result stays, so that pointers already given out stay valid.
     char* first = nullptr;
-    if (representation->narrow.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
-        return made.release();
-    return first;
+    if (!representation->narrow.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
+        return first;
+    blockOf(representation)->narrowForms.fetch_add(1, std::memory_order_relaxed);
+    return made.release();
 }
 
 const wchar_t* QVString::w_str() const noexcept

@@ -1,5 +1,6 @@
 #include <velmora/bridge/IdRoom.h>
 
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <utility>
@@ -16,7 +17,7 @@ using TessaportAPI::ItemIdImp;
 
 struct IdRoom {
     alignas(ItemIdImp) std::byte imp[sizeof(ItemIdImp)];
-    alignas(std::max_align_t) std::byte shared[48];
+    alignas(std::uint64_t) std::byte shared[40];
 };
 static_assert(sizeof(IdRoom) <= IdRoomSize && offsetof(IdRoom, imp) == 0);
 
@@ -39,7 +40,7 @@ struct RoomAllocator {
 
     T* allocate(std::size_t) noexcept
     {
-        static_assert(sizeof(T) <= sizeof room->shared && alignof(T) <= alignof(std::max_align_t));
+        static_assert(sizeof(T) <= sizeof room->shared && alignof(T) <= alignof(std::uint64_t));
         return reinterpret_cast<T*>(room->shared);
     }
     void deallocate(T*, std::size_t) noexcept { TextAccess::releaseRoom(room); }

@@ -11,7 +11,7 @@ namespace Quorvex::Velmora::Tessaport
 {
 
 /// What TextAccess::assign is asked for: the implementation object, and the wrapper with what its owners share.
-constexpr std::size_t IdRoomSize = 80;
+constexpr std::size_t IdRoomSize = 64;
 constexpr std::uint32_t IdRoomOwners = 2;
 
 /// Makes both in the room. The implementation object is released through ItemIdImp::destroy; `wrapper` is the one that
