@@ -32,6 +32,14 @@ if(VELMORA_INSTALL)
         install(TARGETS tessaport RUNTIME COMPONENT Tool)
     endif()
 
+    if(MINGW)
+        velmora_find_cxx_runtime(velmora_cxx_runtime)
+        velmora_find_cxx_runtime_notices(velmora_cxx_runtime_notices)
+        install(FILES ${velmora_cxx_runtime} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime)
+        install(FILES ${velmora_cxx_runtime_notices}
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora/cxx-runtime" COMPONENT Runtime)
+    endif()
+
     install(EXPORT VelmoraTargets NAMESPACE Velmora::
         DESTINATION "${VELMORA_INSTALL_PACKAGE_DIR}" COMPONENT Development)
     install(FILES ${VELMORA_PACKAGE_FILES}
@@ -40,4 +48,8 @@ if(VELMORA_INSTALL)
     install(FILES LICENSE THIRD-PARTY-NOTICES.md DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Runtime)
     install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Development)
     install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/velmora" COMPONENT Development)
+
+    if(PROJECT_IS_TOP_LEVEL)
+        include(VelmoraArchive)
+    endif()
 endif()

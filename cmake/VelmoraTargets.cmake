@@ -22,6 +22,14 @@ function(velmora_use_boost_headers target)
         $<TARGET_PROPERTY:Boost::headers,INTERFACE_INCLUDE_DIRECTORIES>)
 endfunction()
 
+# velmora_own_allocation(<test>)
+# A program that replaces operator new has the C++ library inside: that of a DLL would go on to use its own.
+function(velmora_own_allocation target)
+    if(MINGW)
+        target_link_options(${target} PRIVATE -static)
+    endif()
+endfunction()
+
 # velmora_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [NATIVE])
 # One GoogleTest program; each of its tests becomes one ctest entry with a time limit. NATIVE says that it starts no .NET:
 # such tests also run under the sanitizers.

@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <thread>
 
 #include <boost/process.hpp>
@@ -57,19 +56,6 @@ void setEnd(ChildResult& result, process::child& child)
 }
 
 } // namespace
-
-std::string ChildResult::description() const
-{
-    std::ostringstream text;
-    if (timedOut)
-        text << "exceeded its time limit";
-    else if (signal != 0)
-        text << "ended by signal " << signal;
-    else
-        text << "exit code " << exitCode;
-    text << "\n--- output\n" << output << "--- errors\n" << errors;
-    return text.str();
-}
 
 ChildResult run(const ChildProgram& program)
 {

@@ -4,6 +4,10 @@
 #include <cstdlib>
 #include <string>
 
+#ifdef _WIN32
+#include <velmora/platform/Unicode.h>
+#endif
+
 namespace Quorvex::Velmora::TestSupport
 {
 
@@ -26,7 +30,9 @@ private:
     void set(const char* value)
     {
 #ifdef _WIN32
-        _putenv_s(name, value == nullptr ? "" : value);
+        // The narrow function goes through the code page, which cannot hold every path.
+        _wputenv_s(
+            Common::Unicode::fromUtf8(name).c_str(), Common::Unicode::fromUtf8(value == nullptr ? "" : value).c_str());
 #else
         if (value == nullptr)
             unsetenv(name);

@@ -7,7 +7,7 @@ function(velmora_add_example_test target)
         return()
     endif()
     add_test(NAME examples.${target} COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${target}>
-        -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/${target} -DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}
+        -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/${target} "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
         "-DEXPECTED=${ARG_EXPECTED}" -P "${VELMORA_RUN_EXAMPLE}")
     set_tests_properties(examples.${target} PROPERTIES TIMEOUT 60)
 endfunction()

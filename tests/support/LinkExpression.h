@@ -13,9 +13,10 @@ inline std::wstring linkifiedByExpression(const std::wstring& html)
     static const std::wregex expression = [] {
         std::wregex result;
         result.imbue(std::locale::classic());
-        result.assign(L"((?:^|\\s|&nbsp;|<br\\s*/?>)[\"']*)"
-                      L"((?:http://|www.|https://)\\S+?)"
-                      L"(?=[.,:;?\"']*(?:$|\\s|&nbsp;|<br\\s*/?>))");
+        // The six white-space characters by name: what "\\s" means depends on the platform's tables.
+        result.assign(L"((?:^|[ \t\n\v\f\r]|&nbsp;|<br[ \t\n\v\f\r]*/?>)[\"']*)"
+                      L"((?:http://|www.|https://)[^ \t\n\v\f\r]+?)"
+                      L"(?=[.,:;?\"']*(?:$|[ \t\n\v\f\r]|&nbsp;|<br[ \t\n\v\f\r]*/?>))");
         return result;
     }();
     return std::regex_replace(html, expression, L"$1<a href=\"$2\">$2</a>");

@@ -2,7 +2,9 @@
 
 #include <cwctype>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <locale.h>
 #endif
 
@@ -12,7 +14,13 @@ namespace
 {
 
 #ifdef _WIN32
-std::wint_t lowered(std::wint_t c) { return std::towlower(c); }
+std::wint_t lowered(std::wint_t c)
+{
+    const auto upper = static_cast<wchar_t>(c);
+    wchar_t lower = upper;
+    return LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_LOWERCASE, &upper, 1, &lower, 1, nullptr, nullptr, 0) == 1 ? lower
+                                                                                                                 : c;
+}
 #else
 std::wint_t lowered(std::wint_t c)
 {

@@ -7,6 +7,9 @@
 
 #include <velmora/platform/CanonicalPath.h>
 #include <velmora/platform/NativePath.h>
+#ifdef _WIN32
+#include <velmora/platform/WindowsPath.h>
+#endif
 
 namespace Quorvex::Velmora::Common
 {
@@ -18,9 +21,13 @@ namespace fs = std::filesystem;
 constexpr std::wstring_view Slashes = L"/\\";
 
 #ifdef _WIN32
-bool mayBeOnDisk(std::wstring_view) { return true; }
-fs::path diskPath(std::wstring_view lexical) { return fs::path(lexical); }
+
+std::wstring followed(std::wstring_view rooted) { return WindowsPath::followed(rooted); }
+bool existsOnDisk(const std::wstring& path) { return WindowsPath::exists(path); }
+bool removeFromDisk(const std::wstring& path) { return WindowsPath::remove(path); }
+
 #else
+
 // A path of the sync application, and a text that is no path here, have only their lexical form.
 bool mayBeOnDisk(std::wstring_view path) { return !hasDriveLetter(path) && Unicode::toUtf8Strict(path).has_value(); }
 
@@ -31,30 +38,41 @@ fs::path diskPath(std::wstring_view path)
         c = c == '\\' ? '/' : c;
     return narrow;
 }
-#endif
 
 // The path with its links followed, as far as it exists; empty when it cannot be found out.
 std::wstring followed(std::wstring_view rooted)
 {
+    if (!mayBeOnDisk(rooted))
+        return {};
     std::error_code error;
     fs::path found = fs::weakly_canonical(diskPath(rooted), error);
     return error ? std::wstring() : wideText(found);
 }
 
-} // namespace
-
-bool QrxQvFileSystemUtility::exists(const std::wstring& path)
+bool existsOnDisk(const std::wstring& path)
 {
     std::error_code error;
     return fs::exists(nativePath(path), error);
 }
+
+bool removeFromDisk(const std::wstring& path)
+{
+    std::error_code error;
+    return fs::remove(nativePath(path), error);
+}
+
+#endif
+
+} // namespace
+
+bool QrxQvFileSystemUtility::exists(const std::wstring& path) { return existsOnDisk(path); }
 
 std::wstring QrxQvFileSystemUtility::currentPath() { return wideText(fs::current_path()); }
 
 std::wstring QrxQvFileSystemUtility::canonical(const std::wstring& path, const std::wstring& base)
 {
     const std::wstring rooted = isRooted(path) ? path : path.empty() ? base : combine(base, path);
-    const std::wstring onDisk = mayBeOnDisk(rooted) ? followed(rooted) : std::wstring();
+    const std::wstring onDisk = followed(rooted);
     return lexicallyCanonical(onDisk.empty() ? rooted : onDisk);
 }
 
@@ -67,11 +85,7 @@ std::wstring QrxQvFileSystemUtility::parentPath(const std::wstring& path)
     return path.substr(0, slash < rootLength ? rootLength : slash);
 }
 
-bool QrxQvFileSystemUtility::remove(const std::wstring& path)
-{
-    std::error_code error;
-    return fs::remove(nativePath(path), error);
-}
+bool QrxQvFileSystemUtility::remove(const std::wstring& path) { return removeFromDisk(path); }
 
 std::wstring QrxQvFileSystemUtility::combine(const std::wstring& folder, const std::wstring& name)
 {

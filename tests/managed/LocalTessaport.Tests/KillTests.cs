@@ -77,8 +77,7 @@ public sealed class KillTests : IDisposable
 
     private void KillWorker(params string[] arguments)
     {
-        var worker = Path.Combine(AppContext.BaseDirectory, "LocalTessaport.Worker.dll");
-        var start = new ProcessStartInfo("dotnet", [worker, .. arguments]) { RedirectStandardOutput = true };
+        var start = new ProcessStartInfo(Worker.Executable, arguments) { RedirectStandardOutput = true };
         start.Environment["TESSAPORT_HOME"] = _home.Root;
         using var process = Process.Start(start)!;
         Assert.Equal("ready", process.StandardOutput.ReadLine());

@@ -169,7 +169,8 @@ public sealed class ListingTests : IDisposable
         _drive.PutInWorkspace("here.txt");
         _drive.PutOnServer("there.txt");
         List<string> paths =
-            [_drive.WorkspacePath("here.txt"), _drive.InWorkspace("here.txt"), _drive.InWorkspace("there.txt"), "x", _drive.WorkspacePath("here.txt")];
+            [_drive.WorkspacePath("here.txt"), _drive.WorkspacePath("here.txt").Replace('\\', '/'), _drive.InWorkspace("there.txt"), "x",
+                _drive.WorkspacePath("here.txt")];
 
         var answers = _home.Service.AreFilesInWorkspace(paths);
 

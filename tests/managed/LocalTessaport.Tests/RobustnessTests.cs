@@ -140,8 +140,7 @@ public sealed class RobustnessTests : IDisposable
 
     private Process StartWorker(params string[] arguments)
     {
-        var worker = Path.Combine(AppContext.BaseDirectory, "LocalTessaport.Worker.dll");
-        var start = new ProcessStartInfo("dotnet", [worker, .. arguments]);
+        var start = new ProcessStartInfo(Worker.Executable, arguments);
         start.Environment["TESSAPORT_HOME"] = _home.Root;
         return Process.Start(start)!;
     }

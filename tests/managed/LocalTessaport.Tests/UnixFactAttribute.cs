@@ -1,4 +1,5 @@
 using System;
+using System.Runtime.CompilerServices;
 using Xunit;
 
 namespace Quorvex.Tessaport.API.Tests;
@@ -6,7 +7,9 @@ namespace Quorvex.Tessaport.API.Tests;
 /// <summary>A test about something that only Unix file systems have; elsewhere it is reported as left out.</summary>
 public sealed class UnixFactAttribute : FactAttribute
 {
-    public UnixFactAttribute()
+    public UnixFactAttribute(
+        [CallerFilePath] string? sourceFilePath = null, [CallerLineNumber] int sourceLineNumber = -1)
+        : base(sourceFilePath, sourceLineNumber)
     {
         if (OperatingSystem.IsWindows())
             Skip = "Windows has no such files.";

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <windows.h>
+
+#include <tests/support/TemporaryFolder.h>
+#include <velmora/platform/QrxQvFileSystemUtility.h>
+
+using Quorvex::Velmora::TestSupport::TemporaryFolder;
+using Utility = Quorvex::Velmora::Common::QrxQvFileSystemUtility;
+
+namespace
+{
+
+constexpr std::size_t LongestOldPath = 260;
+
+// A folder whose path is longer than the system once allowed.
+std::wstring makeLongFolder(const std::wstring& root)
+{
+    std::wstring path = root;
+    while (path.size() <= LongestOldPath) {
+        path += L"\\" + std::wstring(60, L'n');
+        CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr);
+    }
+    return path;
+}
+
+void makeFile(const std::wstring& path)
+{
+    CloseHandle(CreateFileW((L"\\\\?\\" + path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+}
+
+class WindowsPath : public testing::Test
+{
+protected:
+    TemporaryFolder folder;
+    std::wstring root = Utility::canonical(folder.path().wstring(), L"C:\\");
+};
+
+} // namespace
+
+TEST_F(WindowsPath, CanonicalHasOneKeyForEverySpellingOfAnExistingName)
+{
+    makeFile(root + L"\\Name.TXT");
+
+    EXPECT_EQ(Utility::canonical(root + L"\\nAME.txt", L""), root + L"\\Name.TXT");
+    EXPECT_EQ(Utility::canonical(root + L"/name.txt", L""), root + L"\\Name.TXT");
+    EXPECT_EQ(Utility::canonical(root + L"\\Absent.txt", L""), root + L"\\Absent.txt");
+}
+
+TEST_F(WindowsPath, CanonicalKeepsTheServerOfANetworkPathWithoutAskingIt)
+{
+    EXPECT_EQ(Utility::canonical(L"\\\\server.invalid\\share\\a\\..\\b", L""), L"\\\\server.invalid\\share\\b");
+    EXPECT_EQ(Utility::canonical(L"//server.invalid/share/../../b", L""), L"\\\\server.invalid\\share\\b");
+}
+
+TEST_F(WindowsPath, LongPathsAreFoundAndRemoved)
+{
+    const std::wstring file = makeLongFolder(root) + L"\\file.txt";
+    EXPECT_FALSE(Utility::exists(file));
+
+    makeFile(file);
+
+    EXPECT_TRUE(Utility::exists(file));
+    EXPECT_EQ(Utility::canonical(file, L""), file);
+    EXPECT_TRUE(Utility::remove(file));
+    EXPECT_FALSE(Utility::exists(file));
+    EXPECT_FALSE(Utility::remove(file));
+}
+
+TEST_F(WindowsPath, ReservedNamesAreNoFiles)
+{
+    EXPECT_FALSE(Utility::remove(root + L"\\NUL"));
+    EXPECT_EQ(Utility::canonical(root + L"\\a.txt", L""), root + L"\\a.txt");
+}
