@@ -6,10 +6,10 @@ bench() { # [name]...
     build bench bench/all
     local program count=0
     for program in build/bench/bench/*; do
-        [ -f "$program" ] && [ -x "$program" ] || continue
-        is_wanted "$(basename "$program")" "$@" || continue
-        run_benchmark "$program"
-        count=$((count + 1))
+        if is_wanted "$(basename "$program")" "$@"; then
+            run_benchmark "$program"
+            count=$((count + 1))
+        fi
     done
     [ "$count" -gt 0 ] || fail "no benchmark of that name; there are: $(ls build/bench/bench)" 2
 }
