@@ -4,6 +4,7 @@
 #   SOURCE_DIR       the repository          BUILD_DIR   its build tree
 #   WORK_DIR         emptied and used        CONFIG      the build type
 #   GENERATOR, CXX   what to build with
+#   TOOLCHAIN, EMULATOR   of a cross build; what is installed is then taken from the archive that cpack makes
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -16,15 +17,46 @@ function(expect_equal found wanted what)
     endif()
 endfunction()
 
+function(unpack_archive prefix)
+    get_filename_component(programs "${CMAKE_COMMAND}" DIRECTORY)
+    run("${programs}/cpack" --config "${BUILD_DIR}/CPackConfig.cmake" -C "${CONFIG}" -B "${WORK_DIR}/archive")
+    file(GLOB archive "${WORK_DIR}/archive/*.zip")
+    file(ARCHIVE_EXTRACT INPUT "${archive}" DESTINATION "${WORK_DIR}/unpacked")
+    file(GLOB folder "${WORK_DIR}/unpacked/*")
+    file(RENAME "${folder}" "${prefix}")
+endfunction()
+
+# What programs of a cross build are started with: WINEPATH has the folders of the DLLs that they need.
+function(find_launcher result)
+    set(launcher ${EMULATOR})
+    if(TOOLCHAIN AND MODE STREQUAL "install")
+        set(launcher "${CMAKE_COMMAND}" -E env "WINEPATH=Z:${WORK_DIR}/prefix/bin" ${EMULATOR})
+    elseif(TOOLCHAIN AND MODE STREQUAL "build")
+        set(launcher "${CMAKE_COMMAND}" -E env "VELMORA_WINE_LIBRARIES=Z:${BUILD_DIR}/bin" ${EMULATOR})
+    elseif(TOOLCHAIN)
+        set(launcher "${CMAKE_COMMAND}" -E env "VELMORA_WINE_LIBRARIES=Z:${WORK_DIR}/consumer/velmora/bin" ${EMULATOR})
+    endif()
+    set(${result} "${launcher}" PARENT_SCOPE)
+endfunction()
+
 # Moved after the install: nothing in it may know where it was.
 function(install_elsewhere prefix)
+    if(TOOLCHAIN)
+        unpack_archive("${prefix}")
+        return()
+    endif()
     run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}-first")
     file(RENAME "${prefix}-first" "${prefix}")
 endfunction()
 
 function(build_consumer)
+    if(TOOLCHAIN)
+        set(compiler "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}")
+    else()
+        set(compiler "-DCMAKE_CXX_COMPILER=${CXX}")
+    endif()
     run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/consumer" -B "${WORK_DIR}/consumer"
-        "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
+        ${compiler} "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
         ${ARGN})
     run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
 endfunction()
@@ -47,8 +79,10 @@ endfunction()
 function(run_host home result output errors)
     file(READ "${WORK_DIR}/consumer/local-service.txt" service)
     execute_process(
-        COMMAND "${CMAKE_COMMAND}" -E env "TESSAPORT_HOME=${home}" "${host}" "${service}"
+        COMMAND "${CMAKE_COMMAND}" -E env "TESSAPORT_HOME=${home}" ${launcher} "${host}" "${service}"
         RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    string(REPLACE "\r" "" out "${out}")
+    string(REPLACE "\r" "" err "${err}")
     set(${result} "${code}" PARENT_SCOPE)
     set(${output} "${out}" PARENT_SCOPE)
     set(${errors} "${err}" PARENT_SCOPE)
@@ -94,9 +128,11 @@ endif()
 find_program_of_consumer(velmora_host host)
 find_program_of_consumer(support support)
 
-run("${support}")
+find_launcher(launcher)
+run(${launcher} "${support}")
 check_host_lists_the_drives()
 check_host_says_that_nothing_is_installed()
 if(MODE STREQUAL "install")
-    run("${WORK_DIR}/prefix/bin/tessaport" --home "${WORK_DIR}/home" drives)
+    file(GLOB tool "${WORK_DIR}/prefix/bin/tessaport" "${WORK_DIR}/prefix/bin/tessaport.exe")
+    run(${launcher} "${tool}" --home "${WORK_DIR}/home" drives)
 endif()

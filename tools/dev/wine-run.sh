@@ -9,6 +9,8 @@ export WINELOADER=/usr/lib/wine/wine64
 export WINESERVER=/usr/lib/wine/wineserver64
 export WINEDEBUG="${WINEDEBUG:--all}"
 export DISPLAY=
-export WINEPATH="${WINEPATH:-Z:\\usr\\lib\\gcc\\x86_64-w64-mingw32\\12-posix;Z:\\usr\\x86_64-w64-mingw32\\lib}"
+cxx_runtime='Z:\usr\lib\gcc\x86_64-w64-mingw32\12-posix;Z:\usr\x86_64-w64-mingw32\lib'
+# WINEPATH replaces the folders of the DLLs, VELMORA_WINE_LIBRARIES comes before them.
+export WINEPATH="${WINEPATH:-${VELMORA_WINE_LIBRARIES:+$VELMORA_WINE_LIBRARIES;}$cxx_runtime}"
 export DOTNET_ROOT="${VELMORA_WINE_DOTNET_ROOT-Z:$build_folder/dotnet}"
 exec "$WINELOADER" "$@"
