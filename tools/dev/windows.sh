@@ -1,7 +1,6 @@
 # ./dev test-windows
 # shellcheck shell=bash
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
-readonly windows_dotnet_version=10.0.12
 
 test_windows() { # [ctest option]...
     require "${build_packages[@]}" "${windows_packages[@]}"
@@ -12,8 +11,7 @@ test_windows() { # [ctest option]...
 
 prepare_windows() {
     mkdir -p build/windows
-    step ".NET $windows_dotnet_version for Windows" windows-dotnet \
-        tools/dev/dotnet-root.sh win-x64 "$windows_dotnet_version" build/windows/dotnet
+    prepare_dotnet win-x64 "${dotnet_versions[10]}" build/windows/dotnet
 }
 
 run_under_wine() { # <command>...
