@@ -16,6 +16,9 @@ namespace
 class TimeKeeper : public benchmark::ConsoleReporter
 {
 public:
+    // Without colours: the output goes to a file as well.
+    TimeKeeper() : ConsoleReporter(OO_Tabular) {}
+
     void ReportRuns(const std::vector<Run>& runs) override
     {
         for (const Run& run : runs) {
