@@ -1,6 +1,7 @@
 using System;
 using System.Collections.Generic;
 using System.Runtime.CompilerServices;
+using System.Runtime.InteropServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
 using Velmora.Bridge.Replies;
@@ -24,15 +25,22 @@ internal static unsafe class Answers
     {
         using var writer = new ReplyWriter();
         reply->ExpectedCount = records is ICollection<T> counted ? (ulong)counted.Count : 0;
-        if (records is T[] array) {
-            // Without the calls of an enumerator; nothing else can be told apart.
-            foreach (T record in array)
-                Write(writer, record, write, reply);
-        } else {
+        // Arrays and lists without the calls of an enumerator; nothing else can be told apart.
+        if (records is T[] array)
+            Write(writer, array, write, reply);
+        else if (records.GetType() == typeof(List<T>))
+            Write(writer, CollectionsMarshal.AsSpan((List<T>)records), write, reply);
+        else
             foreach (T record in records)
                 Write(writer, record, write, reply);
-        }
         writer.MoveTo(reply);
+    }
+
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    private static void Write<T>(ReplyWriter writer, ReadOnlySpan<T> records, RecordAction<T> write, Reply* reply)
+    {
+        foreach (T record in records)
+            Write(writer, record, write, reply);
     }
 
     [MethodImpl(MethodImplOptions.AggressiveInlining)]

@@ -93,9 +93,15 @@ TessaportAPI::Result result(ReplyReader& reader) { return static_cast<TessaportA
 void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Common::QVString& key)
 {
     outcome = result(reader);
-    if (reader.flag())
-        toNative(reader, item);
-    toNative(reader, key);
+    if (!reader.flag()) {
+        toNative(reader, key);
+        return;
+    }
+    const PackedItem packed(reader);
+    const Common::TextAssignment texts[] = {
+        packed.nameOf(item), packed.relativePathOf(item), packed.workspacePathOf(item), {&key, reader.text()}};
+    assignIdAndTexts(reader, item.id, texts);
+    packed.assignNumbers(item);
 }
 
 TessaportAPI::PropertyDataType dataType(ReplyReader& reader)
