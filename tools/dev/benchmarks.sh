@@ -4,31 +4,23 @@
 bench() { # [name]...
     require "${build_packages[@]}" "${bench_packages[@]}"
     build bench bench/all
-    local program count=0
-    for program in build/bench/bench/*; do
-        if is_wanted "$(basename "$program")" "$@"; then
-            run_benchmark "$program"
-            count=$((count + 1))
-        fi
+    local all name failed=()
+    mapfile -t all < <(find build/bench/bench -maxdepth 1 -type f -executable -printf '%f\n' | sort)
+    [ $# -gt 0 ] || set -- "${all[@]}"
+    for name in "$@"; do
+        case " ${all[*]} " in
+            *" $name "*) ;;
+            *) fail "there is no benchmark '$name'; there are: ${all[*]}" 2 ;;
+        esac
     done
-    [ "$count" -gt 0 ] || fail "no benchmark of that name; there are: $(ls build/bench/bench)" 2
+    for name in "$@"; do
+        run_benchmark "$name" || failed+=("$name")
+    done
+    [ ${#failed[@]} -eq 0 ] || fail "failed or short of a goal: ${failed[*]}; what they said is in $log_folder/bench-*.txt"
 }
 
-is_wanted() { # <name> [wanted name]...
-    local name=$1 wanted
-    shift
-    [ $# -gt 0 ] || return 0
-    for wanted in "$@"; do
-        [ "$wanted" != "$name" ] || return 0
-    done
-    return 1
-}
-
-run_benchmark() { # <program>
-    local name
-    name=$(basename "$1")
-    say "$name"
-    "$1" --benchmark_out="build/bench/$name.json" --benchmark_out_format=json 2>"$log_folder/bench-$name.txt" |
-        tee "build/bench/$name.txt" ||
-        fail "'$name' failed; what it said is in $log_folder/bench-$name.txt"
+run_benchmark() { # <name>
+    say "$1"
+    "build/bench/bench/$1" --benchmark_out="build/bench/$1.json" --benchmark_out_format=json \
+        2>"$log_folder/bench-$1.txt" | tee "build/bench/$1.txt"
 }
