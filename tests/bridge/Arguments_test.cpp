@@ -277,7 +277,7 @@ TEST_F(Arguments, HandANullIdBackAsNull)
     (void)bridge.getCommands(context);
     const Json call = service.takeCall("GetCommands");
     EXPECT_EQ(call["item"], nullptr);
-    EXPECT_EQ(call["items"], Json({nullptr}));
+    EXPECT_EQ(call["items"], Json::array({nullptr}));
     EXPECT_EQ(call["window"], 0);
 }
 

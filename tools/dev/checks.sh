@@ -1,6 +1,6 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout headers format lint address thread fuzz)
+readonly check_steps=(layout headers format lint address thread fuzz windows)
 
 check() { # [step]...
     require "${build_packages[@]}" "${check_packages[@]}"
@@ -58,6 +58,13 @@ check_address() {
 check_thread() {
     build tsan
     run_ctest tsan check-thread
+}
+
+check_windows() {
+    require "${windows_packages[@]}"
+    prepare_windows
+    build windows VelmoraTessaport
+    step "compiles for Windows without extensions" check-windows tools/dev/windows-clang.sh build/windows
 }
 
 check_fuzz() { build fuzz fuzz; }

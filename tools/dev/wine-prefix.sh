@@ -25,7 +25,8 @@ make_prefix() {
 case $action in
     start)
         [ -e "$WINEPREFIX/complete" ] || make_prefix
-        "$WINESERVER" --persistent </dev/null >/dev/null 2>&1
+        # It ends with 2 when it runs already.
+        "$WINESERVER" --persistent </dev/null >/dev/null 2>&1 || [ $? -eq 2 ]
         wine wineboot
         ;;
     stop) "$WINESERVER" --kill || true ;;

@@ -39,9 +39,15 @@ void checkDotnetRoot(const std::filesystem::path& root)
     }
 }
 
+#ifdef _WIN32
+constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json", "nethost.dll"};
+#else
+constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json"};
+#endif
+
 void checkBridgeFolder(const std::filesystem::path& folder)
 {
-    for (const char* name : {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json"}) {
+    for (const char* const name : BridgeFiles) {
         std::error_code error;
         if (!std::filesystem::is_regular_file(folder / name, error)) {
             fail(L"The managed half of this library is missing: '" + Common::Unicode::fromUtf8(name) +

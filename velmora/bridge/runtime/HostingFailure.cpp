@@ -98,7 +98,7 @@ std::wstring searched(const std::filesystem::path& dotnetRoot)
     if (!dotnetRoot.empty())
         return L"in '" + Common::wideText(dotnetRoot) + L"'";
 #ifdef _WIN32
-    return L"in the registered location and in 'C:\\Program Files\\dotnet'";
+    return L"in DOTNET_ROOT, in the registered location and in 'C:\\Program Files\\dotnet'";
 #else
     return L"in DOTNET_ROOT, in the location registered in '/etc/dotnet' and in '/usr/share/dotnet' or "
            L"'/usr/lib/dotnet'";
