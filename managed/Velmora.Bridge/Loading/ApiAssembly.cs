@@ -1,6 +1,5 @@
 using System;
 using System.IO;
-using System.Linq;
 using System.Reflection;
 using System.Runtime.CompilerServices;
 using System.Runtime.Loader;
@@ -68,11 +67,17 @@ internal static class ApiAssembly
 
     private static void CheckNoOther(string path)
     {
-        Assembly? other = AssemblyLoadContext.Default.Assemblies.Concat(context.Assemblies).FirstOrDefault(
-            assembly => assembly.GetName().Name == Name && !SamePath(assembly.Location, path));
-        if (other != null) {
-            throw new LoadingException(
-                $"'{other.Location}' is already loaded in this process, and '{path}' cannot take its place. Restart this process.");
+        CheckNoOther(AssemblyLoadContext.Default, path);
+        CheckNoOther(context, path);
+    }
+
+    private static void CheckNoOther(AssemblyLoadContext place, string path)
+    {
+        foreach (Assembly other in place.Assemblies) {
+            if (other.GetName().Name == Name && !SamePath(other.Location, path)) {
+                throw new LoadingException(
+                    $"'{other.Location}' is already loaded in this process, and '{path}' cannot take its place. Restart this process.");
+            }
         }
     }
 
