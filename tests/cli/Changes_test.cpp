@@ -24,10 +24,10 @@ protected:
     std::string source(const std::string& name, const std::string& content)
     {
         writeFile(folder / "sources" / name, content);
-        return (folder / "sources" / name).string();
+        return text(folder / "sources" / name);
     }
 
-    [[nodiscard]] std::string plans() const { return (workspace("harbour") / "plans").string(); }
+    [[nodiscard]] std::string plans() const { return text(workspace("harbour") / "plans"); }
 
     void setDrive(const std::string& member, bool value)
     {
@@ -76,7 +76,7 @@ TEST_F(Changes, OnlySayWhatWouldBeDone)
 
 TEST_F(Changes, MakesNoFolderOutsideTheDrivesOrBeneathAFile)
 {
-    const Finished finished = run({"mkdir", "/etc/x", readme() + "/x", plans() + "/good"});
+    const ChildResult finished = run({"mkdir", "/etc/x", readme() + "/x", plans() + "/good"});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("'/etc/x': it is on no drive"));
@@ -91,14 +91,14 @@ TEST_F(Changes, AddsTheGoodFilesOfABatchAndNamesTheOthers)
     const std::string twin = source("other/gut – добре.txt", "same name");
     const std::string badName = source("what?.txt", "not for every platform");
     const std::string backslash = source("back\\slash", "x");
-    const std::string missing = (folder / "missing").string();
-    const std::string dangling = (folder / "dangling").string();
+    const std::string missing = text(folder / "missing");
+    const std::string dangling = text(folder / "dangling");
     fs::create_symlink(missing, dangling);
-    const std::string pipe = (folder / "pipe").string();
+    const std::string pipe = text(folder / "pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
 
-    const Finished finished = run(
-        {"--json", "add", missing, good, clash, twin, folder.string(), badName, dangling, pipe, backslash, plans()});
+    const ChildResult finished =
+        run({"--json", "add", missing, good, clash, twin, text(folder), badName, dangling, pipe, backslash, plans()});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(readFile(plans() + "/gut – добре.txt"), "good");
@@ -134,7 +134,7 @@ TEST_F(Changes, ReplacesAFileThatIsThere)
 {
     const std::string file = source("README.txt", "the new version");
 
-    EXPECT_EQ(expectOk({"add", file, workspace("harbour").string()}), "updated  " + file + '\n');
+    EXPECT_EQ(expectOk({"add", file, text(workspace("harbour"))}), "updated  " + file + '\n');
 
     EXPECT_EQ(readFile(readme()), "the new version");
     EXPECT_EQ(readFile(server("harbour") / "README.txt"), "the new version");
@@ -146,7 +146,7 @@ TEST_F(Changes, RefusesAFileThatCannotBeRead)
     ASSERT_EQ(chmod(file.c_str(), 0), 0);
     ASSERT_NO_FATAL_FAILURE(dropRightToReadEverything());
 
-    const Finished finished = run({"add", file, source("open.txt", "open"), plans()});
+    const ChildResult finished = run({"add", file, source("open.txt", "open"), plans()});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("'" + file + "': it cannot be read; check its permissions"));
@@ -161,7 +161,7 @@ TEST_F(Changes, AddsNothingToAReadOnlyOrOfflineDrive)
         setDrive(member, value);
 
         EXPECT_EQ(run({"can-add", file, plans()}).exitCode, 1);
-        const Finished finished = run({"add", file, plans()});
+        const ChildResult finished = run({"add", file, plans()});
         EXPECT_EQ(finished.exitCode, 1);
         EXPECT_THAT(finished.errors, HasSubstr("read-only or offline"));
         EXPECT_FALSE(fs::exists(plans() + "/new.txt"));
@@ -175,7 +175,7 @@ TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
     expectOk({"run", "lock", readme()});
     const std::string missing = plans() + "/none";
 
-    const Finished finished = run({"rm", "-y", missing, readme(), workspace("harbour").string(), plans() + "/details"});
+    const ChildResult finished = run({"rm", "-y", missing, readme(), text(workspace("harbour")), plans() + "/details"});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(finished.output, "deleted  " + plans() + "/details\n");
@@ -189,7 +189,7 @@ TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
 
 TEST_F(Changes, DeleteNothingWithoutAnAnswer)
 {
-    const Finished finished = run({"rm", readme()});
+    const ChildResult finished = run({"rm", readme()});
 
     EXPECT_EQ(finished.exitCode, 2);
     EXPECT_THAT(finished.errors, HasSubstr("-y"));
@@ -199,12 +199,11 @@ TEST_F(Changes, DeleteNothingWithoutAnAnswer)
 TEST_F(Changes, AskOnATerminalBeforeDeleting)
 {
     for (const auto& [answer, deleted] : {std::pair<std::string, bool>{"n\n", false}, {"\n", false}, {"y\n", true}}) {
-        Start start;
-        start.arguments = {"rm", readme()};
-        start.environment["TESSAPORT_HOME"] = home.string();
-        start.input = answer;
+        ChildProgram program;
+        program.arguments = {"rm", readme()};
+        program.input = answer;
 
-        const Finished finished = runToolOnTerminal(start);
+        const ChildResult finished = runOnTerminal(program);
 
         EXPECT_THAT(finished.output, HasSubstr("Delete 1 item with all that is beneath"));
         EXPECT_EQ(fs::exists(readme()), !deleted) << finished.output;
@@ -216,7 +215,7 @@ TEST_F(Changes, SyncBringsBothSidesUpToDate)
 {
     const std::string output = expectOk({"sync"});
 
-    EXPECT_THAT(output, HasSubstr("updated  " + (workspace("team") / "model/図面.txt").string()));
+    EXPECT_THAT(output, HasSubstr("updated  " + text(workspace("team") / "model/図面.txt")));
     EXPECT_EQ(readFile(workspace("team") / "model/図面.txt"), "橋の図面\n");
     EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
     EXPECT_EQ(expectOk({"sync", "-n"}), "");
@@ -246,17 +245,17 @@ TEST_F(Changes, SyncDoesManyItemsInBatchesAndNamesTheOneThatFailed)
     for (int i = 0; i < 205; ++i) {
         const std::string name = "batch/" + std::to_string(i) + ".txt";
         writeFile(workspace("harbour") / name, std::to_string(i));
-        arguments.push_back((workspace("harbour") / name).string());
+        arguments.push_back(text(workspace("harbour") / name));
     }
     const fs::path clash = workspace("harbour") / "batch/150.txt";
     fs::create_directories(server("harbour") / "batch/150.txt");
 
-    const Finished finished = run(arguments);
+    const ChildResult finished = run(arguments);
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(linesOf(finished.output).size(), 204U);
     ASSERT_EQ(linesOf(finished.errors).size(), 1U) << finished.errors;
-    EXPECT_THAT(finished.errors, HasSubstr("'" + clash.string() + "': not synced"));
+    EXPECT_THAT(finished.errors, HasSubstr("'" + text(clash) + "': not synced"));
     EXPECT_EQ(readFile(server("harbour") / "batch/204.txt"), "204");
 }
 
@@ -264,7 +263,7 @@ TEST_F(Changes, SyncOfAFolderNamesWhatCouldNotBeDoneBeneathIt)
 {
     writeFile(workspace("harbour") / "survey/bad:name.txt", "x");
 
-    const Finished finished = run({"sync", workspace("harbour").string()});
+    const ChildResult finished = run({"sync", text(workspace("harbour"))});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("bad:name.txt': not synced"));
@@ -273,7 +272,7 @@ TEST_F(Changes, SyncOfAFolderNamesWhatCouldNotBeDoneBeneathIt)
 
 TEST_F(Changes, SyncOneItemInOneCall)
 {
-    const std::string notes = (workspace("harbour") / "survey/notes.txt").string();
+    const std::string notes = text(workspace("harbour") / "survey/notes.txt");
 
     EXPECT_EQ(expectOk({"sync", "--one", notes}), "in sync  " + notes + '\n');
 

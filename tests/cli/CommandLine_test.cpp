@@ -29,7 +29,7 @@ protected:
 
 TEST_F(CommandLine, SuggestsTheCommandThatWasMeant)
 {
-    const Finished finished = run({"drvies"});
+    const ChildResult finished = run({"drvies"});
 
     EXPECT_EQ(finished.exitCode, 2);
     EXPECT_EQ(finished.output, "");
@@ -38,7 +38,7 @@ TEST_F(CommandLine, SuggestsTheCommandThatWasMeant)
 
 TEST_F(CommandLine, SuggestsInsideAGroupOfCommands)
 {
-    const Finished finished = run({"service", "sotp"});
+    const ChildResult finished = run({"service", "sotp"});
 
     EXPECT_EQ(finished.exitCode, 2);
     EXPECT_THAT(finished.errors, HasSubstr("did you mean 'stop'?"));
@@ -46,7 +46,7 @@ TEST_F(CommandLine, SuggestsInsideAGroupOfCommands)
 
 TEST_F(CommandLine, SuggestsTheOptionThatWasMeant)
 {
-    const Finished finished = run({"ls", "--recursvie"});
+    const ChildResult finished = run({"ls", "--recursvie"});
 
     EXPECT_EQ(finished.exitCode, 2);
     EXPECT_THAT(finished.errors, HasSubstr("did you mean '--recursive'?"));
@@ -54,7 +54,7 @@ TEST_F(CommandLine, SuggestsTheOptionThatWasMeant)
 
 TEST_F(CommandLine, SuggestsNothingForAWordLikeNone)
 {
-    const Finished finished = run({"qqqqqqqq"});
+    const ChildResult finished = run({"qqqqqqqq"});
 
     EXPECT_EQ(finished.exitCode, 2);
     EXPECT_THAT(finished.errors, testing::Not(HasSubstr("did you mean")));
@@ -73,7 +73,7 @@ TEST_F(CommandLine, RejectsWhatACommandDoesNotTake)
              {"tree", "--depth", "0"}, {"tree", "--depth", "deep"}, {"closed", "x"}, {"closed", "--process", "0", "x"},
              {"service", "set-state", "sleeping"}, {"where"}, {"where", "x", "--id", "y"}, {"props"},
              {"sync", "x", "--one", "y"}, {"completion", "csh"}, {"ls", "--home"}, {"stat", ""}}) {
-        const Finished finished = run(arguments);
+        const ChildResult finished = run(arguments);
 
         EXPECT_EQ(finished.exitCode, 2) << testing::PrintToString(arguments) << finished.errors;
         EXPECT_EQ(finished.output, "");
@@ -88,7 +88,7 @@ TEST_F(CommandLine, TakesItsOptionsBeforeAndBehindTheCommand)
     const std::string before = expectOk({"--json", "drives"});
 
     EXPECT_EQ(expectOk({"drives", "--json"}), before);
-    EXPECT_EQ(expectOk({"--home", "/nowhere", "drives", "--json", "--home", home.string()}), before);
+    EXPECT_EQ(expectOk({"--home", "/nowhere", "drives", "--json", "--home", text(home)}), before);
 }
 
 TEST_F(CommandLine, HelpStartsWithExamplesForEveryCommand)
@@ -118,7 +118,7 @@ TEST_F(CommandLine, ShowsItsVersion) { EXPECT_EQ(expectOk({"--version"}), "tessa
 TEST_F(CommandLine, CompletesCommandsAndOptionsInBash)
 {
     writeFile(folder / "completion.bash", expectOk({"completion", "bash"}));
-    writeFile(folder / "try.bash", "source " + (folder / "completion.bash").string() + R"(
+    writeFile(folder / "try.bash", "source " + text(folder / "completion.bash") + R"(
 try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _tessaport; echo "${COMPREPLY[*]}"; }
 try tessaport dr
 try tessaport --json service sta
@@ -126,7 +126,7 @@ try tessaport --home sync service set
 try tessaport sync --dr
 try tessaport drives --js
 )");
-    const std::string command = "bash " + (folder / "try.bash").string() + " > " + (folder / "out").string() + " 2>&1";
+    const std::string command = "bash " + text(folder / "try.bash") + " > " + text(folder / "out") + " 2>&1";
 
     ASSERT_EQ(std::system(command.c_str()), 0) << readFile(folder / "out");
 

@@ -18,7 +18,7 @@ std::string replacedAll(std::string text, const std::string& from, const std::st
 
 TEST_F(Demo, ShowsVersionDrivesAndATree)
 {
-    const std::string output = replacedAll(expectOk({"demo"}), home.string(), "HOME");
+    const std::string output = replacedAll(expectOk({"demo"}), text(home), "HOME");
 
     EXPECT_EQ(output, R"(Home: HOME
 Tessaport 1.0.0
@@ -96,7 +96,7 @@ TEST_F(Demo, LeavesAFolderOfSomebodyElseAlone)
 {
     writeFile(home / "thesis.txt", "years of work");
 
-    const Finished finished = run({"demo"});
+    const ChildResult finished = run({"demo"});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_NE(finished.errors.find("did not make"), std::string::npos) << finished.errors;
@@ -107,7 +107,7 @@ TEST_F(Demo, CannotBeMadeWhereAFileIs)
 {
     writeFile(home, "a file");
 
-    const Finished finished = run({"demo"});
+    const ChildResult finished = run({"demo"});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(readFile(home), "a file");
@@ -123,7 +123,7 @@ TEST_F(Demo, HasOneDriveOfEachTypeEachWithAnItemThatAllIdentifiersAreKnownOf)
         {"archive/workspace/index.txt", "Quorvex.DataSourceType.Morrow"}};
 
     for (const auto& [file, type] : files) {
-        const auto place = expectJson({"where", (home / "drives" / file).string()});
+        const auto place = expectJson({"where", text(home / "drives" / file)});
 
         EXPECT_EQ(place["driveType"], type);
         EXPECT_NE(place["permanentId"], "");

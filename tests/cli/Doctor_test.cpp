@@ -17,7 +17,7 @@ protected:
     std::map<std::string, nlohmann::json> examine(std::vector<std::string> arguments, int exitCode)
     {
         arguments.insert(arguments.end(), {"doctor", "--json"});
-        const Finished finished = run(std::move(arguments));
+        const ChildResult finished = run(std::move(arguments));
         EXPECT_EQ(finished.exitCode, exitCode) << finished.output << finished.errors;
         std::map<std::string, nlohmann::json> bySubject;
         for (const auto& finding : nlohmann::json::parse(finished.output))
@@ -48,12 +48,12 @@ TEST_F(Doctor, SaysWhatToDoWithoutDotnet)
     makeDemo();
     fs::create_directory(folder / "empty");
 
-    const auto findings = examine({"--dotnet-root", (folder / "empty").string()}, 1);
+    const auto findings = examine({"--dotnet-root", text(folder / "empty")}, 1);
 
     EXPECT_EQ(findings.at(".NET")["good"], false);
     EXPECT_THAT(findings.at(".NET")["remedy"], HasSubstr("install the .NET runtime"));
     EXPECT_EQ(findings.at("Runtime")["good"], false);
-    EXPECT_THAT(findings.at("Runtime")["detail"], HasSubstr((folder / "empty").string()));
+    EXPECT_THAT(findings.at("Runtime")["detail"], HasSubstr(text(folder / "empty")));
     EXPECT_THAT(findings.at("Runtime")["detail"], HasSubstr("--dotnet-root"));
     EXPECT_EQ(findings.at("API")["good"], true);
     EXPECT_EQ(findings.count("Service"), 0U);
@@ -65,7 +65,7 @@ TEST_F(Doctor, SaysWhichVersionsOfDotnetAreTooOld)
     fs::create_directories(folder / "old/host/fxr/6.0.36");
     fs::create_directories(folder / "old/shared/Microsoft.NETCore.App/6.0.36");
 
-    const auto findings = examine({"--dotnet-root", (folder / "old").string()}, 1);
+    const auto findings = examine({"--dotnet-root", text(folder / "old")}, 1);
 
     EXPECT_EQ(findings.at(".NET")["good"], false);
     EXPECT_THAT(findings.at(".NET")["detail"], HasSubstr("6.0.36"));
@@ -76,7 +76,7 @@ TEST_F(Doctor, SaysThatTheAssemblyIsMissing)
     makeDemo();
     fs::create_directory(folder / "ohne Schnittstelle");
 
-    const auto findings = examine({"--api-folder", (folder / "ohne Schnittstelle").string()}, 1);
+    const auto findings = examine({"--api-folder", text(folder / "ohne Schnittstelle")}, 1);
 
     EXPECT_EQ(findings.at("API")["good"], false);
     EXPECT_THAT(findings.at("API")["detail"], HasSubstr("ohne Schnittstelle/Quorvex.Tessaport.API.dll"));
@@ -99,27 +99,27 @@ TEST_F(Doctor, WorksFromANonAsciiFolderInTheCLocale)
     const fs::path copy = folder / "Встановлення ü";
     fs::copy(fs::path(TESSAPORT_TOOL).parent_path().parent_path() / "share/velmora/local-service", copy,
         fs::copy_options::recursive);
-    Start start;
-    start.arguments = {"--api-folder", copy.string(), "drives"};
-    start.environment["LC_ALL"] = "C";
+    ChildProgram program;
+    program.arguments = {"--api-folder", text(copy), "drives"};
+    program.environment["LC_ALL"] = "C";
 
-    const Finished finished = run(start);
+    const ChildResult finished = runProgram(program);
 
     EXPECT_EQ(finished.exitCode, 0) << finished.errors;
 }
 
 TEST_F(Doctor, UsesTheUsersDataFolderWhenNoHomeIsNamed)
 {
-    Start start;
-    start.arguments = {"--json", "service", "status"};
-    start.environment = {{"TESSAPORT_HOME", ""}, {"XDG_DATA_HOME", (folder / "data").string()}};
+    ChildProgram program;
+    program.arguments = {"--json", "service", "status"};
+    program.environment = {{"TESSAPORT_HOME", ""}, {"XDG_DATA_HOME", text(folder / "data")}};
 
-    const Finished finished = run(start);
+    const ChildResult finished = runProgram(program);
 
     EXPECT_EQ(finished.exitCode, 4);
-    EXPECT_EQ(nlohmann::json::parse(finished.output)["home"], (folder / "data/Tessaport").string());
-    start.arguments = {"demo"};
-    EXPECT_EQ(run(start).exitCode, 0);
+    EXPECT_EQ(nlohmann::json::parse(finished.output)["home"], text(folder / "data/Tessaport"));
+    program.arguments = {"demo"};
+    EXPECT_EQ(runProgram(program).exitCode, 0);
     EXPECT_TRUE(fs::exists(folder / "data/Tessaport/service.json"));
 }
 

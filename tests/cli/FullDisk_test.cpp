@@ -31,7 +31,7 @@ protected:
         ASSERT_EQ(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << advice();
         ASSERT_EQ(mount("tmpfs", small.c_str(), "tmpfs", 0, "size=1m"), 0) << advice();
         mounted = true;
-        moveDrive("workspace", (small / "workspace").string());
+        moveDrive("workspace", text(small / "workspace"));
     }
 
     void TearDown() override
@@ -67,10 +67,10 @@ TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndDoesTheOthers)
     writeFile(server("harbour") / "big.bin", bigContent());
     writeFile(server("harbour") / "zoo/small.txt", "small");
 
-    const Finished finished = run({"sync", (small / "workspace").string()});
+    const ChildResult finished = run({"sync", text(small / "workspace")});
 
     EXPECT_EQ(finished.exitCode, 1);
-    EXPECT_THAT(finished.errors, HasSubstr((small / "workspace/big.bin").string()));
+    EXPECT_THAT(finished.errors, HasSubstr(text(small / "workspace/big.bin")));
     EXPECT_THAT(finished.errors, HasSubstr("disk is full"));
     EXPECT_FALSE(fs::exists(small / "workspace/big.bin"));
     EXPECT_EQ(readFile(small / "workspace/zoo/small.txt"), "small");
@@ -97,8 +97,8 @@ TEST_F(FullDisk, AddLeavesNothingHalfDone)
     writeFile(folder / "big.bin", bigContent());
     writeFile(folder / "little.txt", "little");
 
-    const Finished finished = run(
-        {"add", (folder / "big.bin").string(), (folder / "little.txt").string(), (small / "workspace/plans").string()});
+    const ChildResult finished =
+        run({"add", text(folder / "big.bin"), text(folder / "little.txt"), text(small / "workspace/plans")});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("big.bin': it could not be copied; is the disk full?"));

@@ -20,8 +20,8 @@ protected:
 
     std::string idOf(const std::string& path) { return expectJson({"id", path})[0]["permanentId"]; }
 
-    [[nodiscard]] std::string contract() const { return (workspace("documents") / "contract.txt").string(); }
-    [[nodiscard]] std::string letters() const { return (workspace("documents") / "letters").string(); }
+    [[nodiscard]] std::string contract() const { return text(workspace("documents") / "contract.txt"); }
+    [[nodiscard]] std::string letters() const { return text(workspace("documents") / "letters"); }
 
     void takeOffline(int drive)
     {
@@ -46,12 +46,12 @@ TEST_F(Identifiers, SurviveARename)
     const std::string id = idOf(readme());
     fs::rename(readme(), workspace("harbour") / "plans/READ ME.txt");
 
-    EXPECT_EQ(expectOk({"resolve", id}), (workspace("harbour") / "plans/READ ME.txt").string() + '\n');
+    EXPECT_EQ(expectOk({"resolve", id}), text(workspace("harbour") / "plans/READ ME.txt") + '\n');
 }
 
 TEST_F(Identifiers, ThatAreUnknownAreNamed)
 {
-    const Finished finished = run({"resolve", "tp.nothing", idOf(readme())});
+    const ChildResult finished = run({"resolve", "tp.nothing", idOf(readme())});
 
     EXPECT_EQ(finished.exitCode, 3);
     EXPECT_EQ(finished.output, readme() + '\n');
@@ -63,13 +63,13 @@ TEST_F(Identifiers, OnAnOfflineDriveAreReportedAsSuch)
     const std::string id = idOf(readme());
     takeOffline(0);
 
-    const Finished finished = run({"id", readme()});
+    const ChildResult finished = run({"id", readme()});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("its drive is offline"));
     EXPECT_EQ(run({"where", "--id", id}).exitCode, 3);
     EXPECT_EQ(expectJson({"offline"})["offline"], true);
-    EXPECT_THAT(expectOk({"ls", "-1", workspace("harbour").string()}), HasSubstr("README.txt"));
+    EXPECT_THAT(expectOk({"ls", "-1", text(workspace("harbour"))}), HasSubstr("README.txt"));
 }
 
 TEST_F(Identifiers, InTheCloudDependOnTheKindOfDrive)
@@ -84,7 +84,7 @@ TEST_F(Identifiers, InTheCloudDependOnTheKindOfDrive)
 
 TEST_F(Identifiers, OfAFileThatIsNotOnTheServerAreMissing)
 {
-    const Finished finished = run({"urn", (workspace("harbour") / "survey/notes.txt").string()});
+    const ChildResult finished = run({"urn", text(workspace("harbour") / "survey/notes.txt")});
 
     EXPECT_EQ(finished.exitCode, 3);
     EXPECT_THAT(finished.errors, HasSubstr("not on the server"));
@@ -123,8 +123,8 @@ TEST_F(Identifiers, AreAllInOneAnswer)
 
 TEST_F(Identifiers, OfTheRootFolderThatTakesFiles)
 {
-    EXPECT_EQ(expectOk({"root"}), (workspace("harbour") / "plans").string() + '\n');
-    EXPECT_EQ(expectOk({"root", "--first"}), workspace("harbour").string() + '\n');
+    EXPECT_EQ(expectOk({"root"}), text(workspace("harbour") / "plans") + '\n');
+    EXPECT_EQ(expectOk({"root", "--first"}), text(workspace("harbour")) + '\n');
     EXPECT_EQ(run({"root", "--type", "Quorvex.DataSourceType.Morrow"}).exitCode, 1);
     writeFile(home / "drives.json", "[]");
     EXPECT_EQ(run({"root"}).exitCode, 3);
@@ -133,7 +133,7 @@ TEST_F(Identifiers, OfTheRootFolderThatTakesFiles)
 
 TEST_F(Identifiers, QuestionsAnswerWithTheExitCodeToo)
 {
-    const std::string plans = (workspace("harbour") / "plans").string();
+    const std::string plans = text(workspace("harbour") / "plans");
 
     EXPECT_EQ(expectOk({"can-add-file", plans}), "yes\n");
     EXPECT_EQ(expectOk({"exists", plans}), "yes\n");
@@ -151,18 +151,18 @@ TEST_F(Identifiers, QuestionsAnswerWithTheExitCodeToo)
 
 TEST_F(Identifiers, FullPathIsTheOneOfDotnet)
 {
-    Start start;
-    start.arguments = {"full-path", "../ü/./x"};
-    start.workingFolder = workspace("harbour");
+    ChildProgram program;
+    program.arguments = {"full-path", "../ü/./x"};
+    program.currentFolder = workspace("harbour");
 
-    EXPECT_EQ(run(start).output, (home / "drives/harbour/ü/x").string() + '\n');
+    EXPECT_EQ(runProgram(program).output, text(home / "drives/harbour/ü/x") + '\n');
     EXPECT_EQ(run({"full-path", ""}).exitCode, 1);
 }
 
 TEST_F(Identifiers, LogLinesOfTheLibraryAreShownWhenAskedFor)
 {
-    const Finished quiet = run({"urn", readme()});
-    const Finished verbose = run({"-v", "urn", readme()});
+    const ChildResult quiet = run({"urn", readme()});
+    const ChildResult verbose = run({"-v", "urn", readme()});
 
     EXPECT_EQ(quiet.errors, "");
     EXPECT_EQ(verbose.output, quiet.output);
@@ -171,13 +171,13 @@ TEST_F(Identifiers, LogLinesOfTheLibraryAreShownWhenAskedFor)
 
 TEST_F(Identifiers, ProbeFilesNeverStay)
 {
-    Start start;
-    start.environment["TMPDIR"] = (folder / "tmp").string();
+    ChildProgram program;
+    program.environment["TMPDIR"] = text(folder / "tmp");
     fs::create_directory(folder / "tmp");
-    for (const auto& arguments : std::vector<std::vector<std::string>>{
-             {"root"}, {"can-add-file", readme()}, {"can-add-file", "/etc"}, {"can-add-file", workspace("team")}}) {
-        start.arguments = arguments;
-        run(start);
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"root"}, {"can-add-file", readme()},
+             {"can-add-file", "/etc"}, {"can-add-file", text(workspace("team"))}}) {
+        program.arguments = arguments;
+        runProgram(program);
     }
     for (const auto& entry : fs::directory_iterator(folder / "tmp"))
         EXPECT_NE(entry.path().extension(), ".txt") << entry.path();

@@ -52,12 +52,12 @@ protected:
 
     void killAtRandomMoment(const std::vector<std::string>& arguments, std::chrono::microseconds longest)
     {
-        Start start;
-        start.arguments = arguments;
-        start.killAfter =
+        ChildProgram program;
+        program.arguments = arguments;
+        program.timeLimit =
             std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, longest.count())(random));
-        const Finished finished = run(start);
-        ++(finished.signal != 0 ? killed : finishedFirst);
+        const ChildResult finished = runProgram(program);
+        ++(finished.timedOut ? killed : finishedFirst);
     }
 
     /// Every file that can be seen on a side is whole: one of the versions it has had.
@@ -81,7 +81,7 @@ protected:
         std::set<std::string> expected;
         for (int file = 0; file < Files; ++file)
             expected.insert(nameOf(file));
-        for (const auto& item : expectJson({"ls", (workspace("harbour") / "work").string()}))
+        for (const auto& item : expectJson({"ls", text(workspace("harbour") / "work")}))
             EXPECT_EQ(expected.count(item["name"]), 1U) << item;
     }
 
@@ -104,9 +104,9 @@ TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
     std::vector<std::string> add{"add"};
     for (int file = 0; file < Files; ++file) {
         writeFile(folder / "sources" / nameOf(file), contentOf(file, 0));
-        add.push_back((folder / "sources" / nameOf(file)).string());
+        add.push_back(text(folder / "sources" / nameOf(file)));
     }
-    add.push_back((workspace("harbour") / "work").string());
+    add.push_back(text(workspace("harbour") / "work"));
     expectOk({"mkdir", add.back()});
     const auto longest = durationOf(add);
     for (int round = 1; round <= Rounds; ++round) {
@@ -127,7 +127,7 @@ TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
 
 TEST_F(Kill, OfSyncLosesNothingAndShowsOnlyWholeFiles)
 {
-    const std::vector<std::string> sync{"sync", (workspace("harbour") / "work").string()};
+    const std::vector<std::string> sync{"sync", text(workspace("harbour") / "work")};
     const auto changeHalfOnEachSide = [this](int round) {
         for (int file = 0; file < Files; ++file)
             writeFile(file % 2 == 0 ? here(file) : there(file), contentOf(file, round));
@@ -156,11 +156,11 @@ TEST_F(Kill, OfRmDeletesWholeFilesOrNone)
     const std::string kept = readFile(readme());
     std::vector<std::string> rm{"rm", "-y"};
     for (int file = 0; file < Files; ++file)
-        rm.push_back(here(file).string());
+        rm.push_back(text(here(file)));
     const auto makeFiles = [this](int round) {
         for (int file = 0; file < Files; ++file)
             writeFile(here(file), contentOf(file, round));
-        expectOk({"sync", (workspace("harbour") / "work").string()});
+        expectOk({"sync", text(workspace("harbour") / "work")});
     };
     makeFiles(0);
     const auto longest = durationOf(rm);
@@ -172,7 +172,7 @@ TEST_F(Kill, OfRmDeletesWholeFilesOrNone)
         expectOnlyWholeFiles({round});
         expectNothingElse();
         EXPECT_EQ(readFile(readme()), kept);
-        const Finished again = run(rm);
+        const ChildResult again = run(rm);
         EXPECT_TRUE(again.exitCode == 0 || again.exitCode == 3) << again.errors;
         for (int file = 0; file < Files; ++file) {
             EXPECT_FALSE(fs::exists(here(file)));

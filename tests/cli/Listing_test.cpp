@@ -26,7 +26,7 @@ protected:
 
 TEST_F(Listing, PutsOneItemOnEachLineOfAValidArray)
 {
-    const std::string output = expectOk({"ls", "--json", workspace("harbour").string()});
+    const std::string output = expectOk({"ls", "--json", text(workspace("harbour"))});
 
     const std::vector<std::string> lines = linesOf(output);
     ASSERT_EQ(lines.size(), 5U);
@@ -56,8 +56,8 @@ TEST_F(Listing, GivesAnEmptyArrayForAnEmptyFolder)
 {
     std::filesystem::create_directory(workspace("harbour") / "empty");
 
-    EXPECT_EQ(expectJson({"ls", (workspace("harbour") / "empty").string()}), nlohmann::json::array());
-    EXPECT_EQ(expectOk({"ls", (workspace("harbour") / "empty").string()}), "");
+    EXPECT_EQ(expectJson({"ls", text(workspace("harbour") / "empty")}), nlohmann::json::array());
+    EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "empty")}), "");
 }
 
 TEST_F(Listing, TakesPathsOfEitherSlashWithDotsAndRelativeOnes)
@@ -65,38 +65,37 @@ TEST_F(Listing, TakesPathsOfEitherSlashWithDotsAndRelativeOnes)
     const auto expected = expectJson({"stat", readme()});
 
     EXPECT_EQ(expectJson({"stat", withBackslashes(readme())}), expected);
-    EXPECT_EQ(expectJson({"stat", (workspace("harbour") / "plans/../README.txt").string()}), expected);
-    Start start;
-    start.arguments = {"--json", "stat", "./README.txt"};
-    start.workingFolder = workspace("harbour");
-    EXPECT_EQ(nlohmann::json::parse(run(start).output), expected);
+    EXPECT_EQ(expectJson({"stat", text(workspace("harbour") / "plans/../README.txt")}), expected);
+    ChildProgram program;
+    program.arguments = {"--json", "stat", "./README.txt"};
+    program.currentFolder = workspace("harbour");
+    EXPECT_EQ(nlohmann::json::parse(runProgram(program).output), expected);
 }
 
 TEST_F(Listing, FollowsALinkIntoTheWorkspace)
 {
     std::filesystem::create_directory_symlink(workspace("harbour"), folder / "link");
 
-    EXPECT_EQ(expectJson({"stat", (folder / "link/README.txt").string()}), expectJson({"stat", readme()}));
+    EXPECT_EQ(expectJson({"stat", text(folder / "link/README.txt")}), expectJson({"stat", readme()}));
 }
 
 TEST_F(Listing, WorksInAHomeThatIsReachedThroughALink)
 {
     std::filesystem::create_directory_symlink(home, folder / "link");
-    const std::string linked = (folder / "link/drives/harbour/workspace/README.txt").string();
+    const std::string linked = text(folder / "link/drives/harbour/workspace/README.txt");
 
-    EXPECT_EQ(expectJson({"--home", (folder / "link").string(), "exists", linked})["exists"], true);
+    EXPECT_EQ(expectJson({"--home", text(folder / "link"), "exists", linked})["exists"], true);
 }
 
 TEST_F(Listing, ShowsWhereThingsStand)
 {
-    EXPECT_EQ(expectOk({"ls", (workspace("harbour") / "survey").string()}),
-        "2024-05-01T10:20:30Z  server  2024-05-01.csv\n"
-        "2024-05-01T10:21:30Z  local   notes.txt\n");
+    EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "survey")}), "2024-05-01T10:20:30Z  server  2024-05-01.csv\n"
+                                                                       "2024-05-01T10:21:30Z  local   notes.txt\n");
 }
 
 TEST_F(Listing, ListsRecursivelyAndFiltersByName)
 {
-    const std::string root = workspace("harbour").string();
+    const std::string root = text(workspace("harbour"));
 
     EXPECT_EQ(expectOk({"ls", "-1R", "--filter", "*R*.TXT", root}),
         "plans/details/crane rail.txt\nplans/details/stairs.txt\nplans/ground floor.txt\nplans/Übersicht.txt\n"
@@ -112,17 +111,17 @@ TEST_F(Listing, ListsTheDrivesWithoutAPath)
 
 TEST_F(Listing, LimitsTheDepthOfATree)
 {
-    EXPECT_EQ(expectOk({"tree", "--depth", "1", "--folders", workspace("harbour").string()}),
-        workspace("harbour").string() + "\n├── plans/\n└── survey/\n");
+    EXPECT_EQ(expectOk({"tree", "--depth", "1", "--folders", text(workspace("harbour"))}),
+        text(workspace("harbour")) + "\n├── plans/\n└── survey/\n");
     for (const auto& item : expectJson({"tree", "--depth", "2"}))
         EXPECT_LE(item["depth"], 2);
 }
 
 TEST_F(Listing, NamesEveryMissingItemAndStillShowsTheOthers)
 {
-    const std::string missing = (workspace("harbour") / "none.txt").string();
+    const std::string missing = text(workspace("harbour") / "none.txt");
 
-    const Finished finished = run({"--json", "stat", missing, readme(), "/etc/hosts"});
+    const ChildResult finished = run({"--json", "stat", missing, readme(), "/etc/hosts"});
 
     EXPECT_EQ(finished.exitCode, 3);
     EXPECT_EQ(nlohmann::json::parse(finished.output).size(), 1U);
@@ -138,7 +137,7 @@ TEST_F(Listing, FindsItemsRelativeToADriveByNameAndById)
     EXPECT_EQ(
         expectJson({"stat", "--drive", "5B1F7F0E-6C0E-4A53-9A39-0F6A3C1D2B01", "plans\\Übersicht.txt", "README.txt"}),
         byName);
-    const Finished finished = run({"stat", "--drive", "Harbour Project", "none", "README.txt"});
+    const ChildResult finished = run({"stat", "--drive", "Harbour Project", "none", "README.txt"});
     EXPECT_EQ(finished.exitCode, 3);
     EXPECT_THAT(finished.errors, HasSubstr("'none': no such item on the drive 'Harbour Project'"));
     EXPECT_THAT(finished.output, HasSubstr("README.txt"));
@@ -147,11 +146,11 @@ TEST_F(Listing, FindsItemsRelativeToADriveByNameAndById)
 
 TEST_F(Listing, SurvivesOddPaths)
 {
-    const std::string longPath = workspace("harbour").string() + '/' + std::string(5000, 'x');
+    const std::string longPath = text(workspace("harbour")) + '/' + std::string(5000, 'x');
     for (const std::string& path :
         {longPath, std::string("\xED\xA0\x80"), std::string("\xFF\xFE"), std::string("~"), std::string("/")}) {
         for (const std::string command : {"ls", "stat", "exists", "where", "urn", "in-workspace", "can-add-file"}) {
-            const Finished finished = run({command, path});
+            const ChildResult finished = run({command, path});
             EXPECT_EQ(finished.signal, 0);
             EXPECT_TRUE(finished.exitCode == 3 || finished.exitCode == 1) << command << ' ' << finished.errors;
         }
@@ -162,7 +161,7 @@ TEST_F(Listing, KeepsControlCharactersOfNamesFromTheTerminal)
 {
     writeFile(workspace("harbour") / "two\nlines\x1b[31m", "x");
 
-    const std::string output = expectOk({"ls", "-1", workspace("harbour").string()});
+    const std::string output = expectOk({"ls", "-1", text(workspace("harbour"))});
 
     EXPECT_THAT(linesOf(output), testing::Contains("two?lines?[31m"));
     EXPECT_EQ(output.find('\x1b'), std::string::npos);

@@ -35,7 +35,7 @@ TEST_P(EachState, DecidesHowRequestsEnd)
              {"id", readme()}, {"resolve", "x"}, {"where", readme()}, {"where", "--id", "x"}, {"urn", readme()},
              {"root"}, {"root", "--first"}, {"can-add-file", readme()}, {"offline"}, {"in-workspace", readme()},
              {"exists", readme()}, {"check"}, {"closed", "--process", "1", readme()}, {"doctor"}}) {
-        const Finished finished = run(arguments);
+        const ChildResult finished = run(arguments);
 
         EXPECT_EQ(finished.exitCode, GetParam().exitCode) << arguments[0] << '\n' << finished.errors;
         if (arguments[0] != "doctor") {
@@ -49,7 +49,7 @@ TEST_P(EachState, IsWhatStatusShowsAndEndsWith)
 {
     expectOk({"service", "set-state", GetParam().state});
 
-    const Finished finished = run({"service", "status", "--json"});
+    const ChildResult finished = run({"service", "status", "--json"});
 
     EXPECT_EQ(finished.exitCode, GetParam().exitCode);
     EXPECT_EQ(nlohmann::json::parse(finished.output)["state"], GetParam().state);
@@ -89,9 +89,9 @@ TEST_F(State, ThatCannotBeReadSaysWhichFileAndWhatToDo)
     for (const std::string content : {"", "{", "[]", "{\"state\": 7}", "{\"state\": \"asleep\"}"}) {
         writeFile(home / "service.json", content);
 
-        const Finished status = run({"service", "status"});
+        const ChildResult status = run({"service", "status"});
         EXPECT_EQ(status.exitCode, 1);
-        EXPECT_THAT(status.errors, HasSubstr((home / "service.json").string()));
+        EXPECT_THAT(status.errors, HasSubstr(text(home / "service.json")));
         EXPECT_THAT(status.errors, HasSubstr("tessaport service start"));
         EXPECT_EQ(run({"drives"}).exitCode, 1);
     }
@@ -108,7 +108,7 @@ TEST_F(State, IsReadWithAByteOrderMark)
 
 TEST_F(State, NeedsAHome)
 {
-    const Finished finished = run({"--home", (folder / "none").string(), "service", "start"});
+    const ChildResult finished = run({"--home", text(folder / "none"), "service", "start"});
 
     EXPECT_EQ(finished.exitCode, 4);
     EXPECT_THAT(finished.errors, HasSubstr("tessaport demo"));

@@ -21,31 +21,30 @@ protected:
         for (int i = 0; i < 5000; ++i)
             writeFile(
                 workspace("archive") / "many" / ("a rather long name, so that it counts " + std::to_string(i)), "");
-        return (workspace("archive") / "many").string();
+        return text(workspace("archive") / "many");
     }
 
-    Finished onTerminal(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {})
+    ChildResult onTerminal(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {})
     {
-        Start start;
-        start.arguments = std::move(arguments);
-        start.environment = std::move(environment);
-        start.environment["TESSAPORT_HOME"] = home.string();
-        start.environment.try_emplace("TERM", "xterm");
-        start.environment.try_emplace("NO_COLOR", "");
-        return runToolOnTerminal(start);
+        ChildProgram program;
+        program.arguments = std::move(arguments);
+        program.environment = std::move(environment);
+        program.environment.try_emplace("TERM", "xterm");
+        program.environment.try_emplace("NO_COLOR", "");
+        return runOnTerminal(program);
     }
 };
 
 TEST_F(Streams, ClosedByTheReaderEndTheToolQuietly)
 {
-    Start start;
-    start.readAtMost = 100;
+    ChildProgram program;
+    program.readAtMost = 100;
     const std::string many = makeManyFiles();
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"ls", many}, {"ls", "--json", many}, {"tree", many}, {"tree", "--json"}}) {
-        start.arguments = arguments;
+        program.arguments = arguments;
 
-        const Finished finished = run(start);
+        const ChildResult finished = runProgram(program);
 
         EXPECT_EQ(finished.exitCode, 0) << testing::PrintToString(arguments);
         EXPECT_EQ(finished.signal, 0);
@@ -55,11 +54,11 @@ TEST_F(Streams, ClosedByTheReaderEndTheToolQuietly)
 
 TEST_F(Streams, ThatCannotBeWrittenAreAFailure)
 {
-    Start start;
-    start.arguments = {"drives"};
-    start.outputFile = "/dev/full";
+    ChildProgram program;
+    program.arguments = {"drives"};
+    program.unwritableOutput = true;
 
-    const Finished finished = run(start);
+    const ChildResult finished = runProgram(program);
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.errors, HasSubstr("cannot write to standard output"));
@@ -82,20 +81,20 @@ TEST_F(Streams, AreNotColouredWhenTheUserWantsNone)
 TEST_F(Streams, ShowProgressOnATerminalOnly)
 {
     EXPECT_THAT(onTerminal({"sync"}).output, HasSubstr("Syncing ["));
-    const Finished finished = run({"sync"});
+    const ChildResult finished = run({"sync"});
     EXPECT_EQ(finished.errors, "");
 }
 
 TEST_F(Streams, CarryEveryNameInTheCLocale)
 {
-    const std::string name = (workspace("documents") / "letters/2024/Київ – відповідь.txt").string();
-    const std::string source = (folder / "Ж𝄞.txt").string();
+    const std::string name = text(workspace("documents") / "letters/2024/Київ – відповідь.txt");
+    const std::string source = text(folder / "Ж𝄞.txt");
     writeFile(source, "x");
-    Start start;
-    start.environment = {{"LC_ALL", "C"}, {"LANG", ""}};
+    ChildProgram program;
+    program.environment = {{"LC_ALL", "C"}, {"LANG", ""}};
     const auto inCLocale = [&](std::vector<std::string> arguments) {
-        start.arguments = std::move(arguments);
-        const Finished finished = run(start);
+        program.arguments = std::move(arguments);
+        const ChildResult finished = runProgram(program);
         EXPECT_EQ(finished.exitCode, 0) << finished.errors;
         return finished.output;
     };
@@ -103,14 +102,14 @@ TEST_F(Streams, CarryEveryNameInTheCLocale)
     EXPECT_THAT(inCLocale({"tree"}), HasSubstr("└── Київ – відповідь.txt"));
     EXPECT_THAT(inCLocale({"where", name}), HasSubstr(name));
     EXPECT_EQ(nlohmann::json::parse(inCLocale({"--json", "stat", name}))[0]["name"], "Київ – відповідь.txt");
-    EXPECT_EQ(inCLocale({"add", source, workspace("documents").string()}), "added  " + source + '\n');
-    EXPECT_EQ(nlohmann::json::parse(inCLocale({"--json", "exists", (workspace("documents") / "Ж𝄞.txt").string()})),
+    EXPECT_EQ(inCLocale({"add", source, text(workspace("documents"))}), "added  " + source + '\n');
+    EXPECT_EQ(nlohmann::json::parse(inCLocale({"--json", "exists", text(workspace("documents") / "Ж𝄞.txt")})),
         nlohmann::json::parse(R"({"exists": true})"));
 }
 
 TEST_F(Streams, KeepDataAndMessagesApart)
 {
-    const Finished finished = run({"stat", readme(), "/none"});
+    const ChildResult finished = run({"stat", readme(), "/none"});
 
     EXPECT_THAT(finished.output, Not(HasSubstr("tessaport:")));
     EXPECT_EQ(finished.errors, "tessaport: '/none': no such item on any drive\n");

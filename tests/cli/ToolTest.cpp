@@ -1,57 +1,50 @@
 #include "ToolTest.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
-#include <unistd.h>
 #include <utility>
 
 namespace fs = std::filesystem;
 
 namespace Quorvex::Velmora::ToolTest
 {
-namespace
-{
 
-fs::path newFolder()
-{
-    std::string name = (fs::temp_directory_path() / "tessaport-cli-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("cannot make a folder in " + fs::temp_directory_path().string());
-    return fs::canonical(name);
-}
-
-} // namespace
-
-ToolTest::ToolTest() : folder(newFolder()), home(folder / "home") {}
-
-ToolTest::~ToolTest()
-{
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-}
+ToolTest::ToolTest() : folder(fs::canonical(temporary.path())), home(folder / "home") {}
 
 void ToolTest::makeDemo() { expectOk({"demo"}); }
 
-Finished ToolTest::run(std::vector<std::string> arguments)
+ChildResult ToolTest::run(std::vector<std::string> arguments)
 {
-    Start start;
-    start.arguments = std::move(arguments);
-    return run(std::move(start));
+    ChildProgram program;
+    program.arguments = std::move(arguments);
+    return runProgram(std::move(program));
 }
 
-Finished ToolTest::run(Start start)
+ChildResult ToolTest::runProgram(ChildProgram program)
 {
-    start.environment.try_emplace("TESSAPORT_HOME", home.string());
-    return runTool(start);
+    complete(program);
+    return TestSupport::run(program);
+}
+
+ChildResult ToolTest::runOnTerminal(ChildProgram program)
+{
+    complete(program);
+    return TestSupport::runOnTerminal(program);
+}
+
+void ToolTest::complete(ChildProgram& program) const
+{
+    program.program = fs::absolute(TESSAPORT_TOOL).make_preferred();
+    program.environment.try_emplace("TESSAPORT_HOME", text(home));
+    program.foldLineEnds = false;
 }
 
 std::string ToolTest::expectOk(std::vector<std::string> arguments)
 {
-    const Finished finished = run(std::move(arguments));
-    EXPECT_EQ(finished.exitCode, 0) << "signal " << finished.signal << '\n' << finished.output << finished.errors;
+    const ChildResult finished = run(std::move(arguments));
+    EXPECT_TRUE(finished.exitedWith(0)) << finished.description();
     EXPECT_EQ(finished.errors, "");
     return finished.output;
 }
@@ -69,7 +62,7 @@ fs::path ToolTest::workspace(const std::string& drive) const { return home / "dr
 
 fs::path ToolTest::server(const std::string& drive) const { return home / "drives" / drive / "server"; }
 
-std::string ToolTest::readme() const { return (workspace("harbour") / "README.txt").string(); }
+std::string ToolTest::readme() const { return text(workspace("harbour") / "README.txt"); }
 
 void writeFile(const fs::path& file, const std::string& content)
 {
@@ -78,16 +71,18 @@ void writeFile(const fs::path& file, const std::string& content)
     stream << content;
     stream.close();
     if (!stream)
-        throw std::runtime_error("cannot write " + file.string());
+        throw std::runtime_error("cannot write " + text(file));
 }
 
 std::string readFile(const fs::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw std::runtime_error("cannot read " + file.string());
+        throw std::runtime_error("cannot read " + text(file));
     return {std::istreambuf_iterator<char>(stream), {}};
 }
+
+std::string text(const fs::path& path) { return fs::path(path).make_preferred().u8string(); }
 
 std::string withBackslashes(std::string path)
 {

@@ -9,23 +9,29 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "Process.h"
+#include <tests/support/ChildProcess.h>
+#include <tests/support/TemporaryFolder.h>
 
 namespace Quorvex::Velmora::ToolTest
 {
+
+using TestSupport::ChildProgram;
+using TestSupport::ChildResult;
 
 class ToolTest : public testing::Test
 {
 protected:
     ToolTest();
-    ~ToolTest() override;
 
     /// Makes the demo home.
     void makeDemo();
 
     /// Runs the tool on the home.
-    Finished run(std::vector<std::string> arguments);
-    Finished run(Start start);
+    ChildResult run(std::vector<std::string> arguments);
+    ChildResult runProgram(ChildProgram program);
+
+    /// The same with all standard streams on a terminal.
+    ChildResult runOnTerminal(ChildProgram program);
 
     /// Runs it and expects success; returns standard output.
     std::string expectOk(std::vector<std::string> arguments);
@@ -39,12 +45,21 @@ protected:
     /// A file of the demo in the workspace of the first drive, which is in sync.
     [[nodiscard]] std::string readme() const;
 
+private:
+    void complete(ChildProgram& program) const;
+
+    TestSupport::TemporaryFolder temporary;
+
+protected:
     std::filesystem::path folder;
     std::filesystem::path home;
 };
 
 void writeFile(const std::filesystem::path& file, const std::string& content);
 std::string readFile(const std::filesystem::path& file);
+
+/// A path with the slashes of this platform, in UTF-8.
+std::string text(const std::filesystem::path& path);
 
 /// As the service writes paths.
 std::string withBackslashes(std::string path);

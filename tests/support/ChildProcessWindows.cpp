@@ -1,17 +1,14 @@
 #include "ChildProcess.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
-#include <string_view>
-#include <system_error>
+#include <mutex>
+#include <thread>
 
 #include <windows.h>
 
-#include <velmora/platform/NativePath.h>
-
+#include "ChildStartWindows.h"
 #include "TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -19,124 +16,41 @@ namespace Quorvex::Velmora::TestSupport
 namespace
 {
 
-std::system_error lastError(const char* what)
+Handle openForChild(const std::filesystem::path& path, DWORD access)
 {
-    return std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
-}
-
-class Handle
-{
-public:
-    explicit Handle(HANDLE handle) : m_handle(handle) {}
-    ~Handle() { CloseHandle(m_handle); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    [[nodiscard]] HANDLE get() const noexcept { return m_handle; }
-
-private:
-    HANDLE m_handle;
-};
-
-HANDLE openForChild(const wchar_t* path, DWORD access, DWORD disposition)
-{
-    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-    const HANDLE handle = CreateFileW(
-        path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS,
+        FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         throw lastError("a stream of a child process could not be opened");
-    return handle;
+    return Handle(handle);
 }
 
-// Quoted so that a program's start-up code takes it apart into the same argument.
-std::wstring quotedArgument(std::wstring_view argument)
+Handle startWith(const ChildProgram& program, Handle input, Handle output, Handle errors)
 {
-    std::wstring result = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : argument) {
-        if (c == L'"')
-            result.append(backslashes + 1, L'\\');
-        backslashes = c == L'\\' ? backslashes + 1 : 0;
-        result += c;
-    }
-    result.append(backslashes, L'\\');
-    return result + L'"';
-}
-
-std::wstring commandLineOf(const ChildProgram& program)
-{
-    std::wstring line = quotedArgument(program.program.native());
-    for (const std::string& argument : program.arguments)
-        line += L' ' + quotedArgument(Common::Unicode::fromUtf8(argument));
-    return line;
-}
-
-struct LessIgnoringCase {
-    bool operator()(const std::wstring& a, const std::wstring& b) const { return _wcsicmp(a.c_str(), b.c_str()) < 0; }
-};
-
-// Each "name=value" with a zero behind it, in the order of the names, and one more zero.
-std::wstring environmentOf(const ChildProgram& program)
-{
-    std::map<std::wstring, std::wstring, LessIgnoringCase> variables;
-    wchar_t* const inherited = GetEnvironmentStringsW();
-    for (const wchar_t* entry = inherited; *entry != L'\0'; entry += std::wcslen(entry) + 1) {
-        const std::wstring_view text = entry;
-        const std::size_t separator = text.find(L'=', 1); // The drives' current directories have names such as "=C:".
-        variables[std::wstring(text.substr(0, separator))] = text.substr(separator + 1);
-    }
-    FreeEnvironmentStringsW(inherited);
-    for (const auto& [name, value] : program.environment) {
-        if (value.empty())
-            variables.erase(Common::Unicode::fromUtf8(name));
-        else
-            variables[Common::Unicode::fromUtf8(name)] = Common::Unicode::fromUtf8(value);
-    }
-    std::wstring block;
-    for (const auto& [name, value] : variables)
-        block += name + L'=' + value + L'\0';
-    return block + L'\0';
-}
-
-HANDLE start(const ChildProgram& program, HANDLE input, HANDLE output, HANDLE errors)
-{
+    // One at a time: what can be inherited goes to every process that starts.
+    static std::mutex starting;
+    const std::lock_guard<std::mutex> lock(starting);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = input;
-    startup.hStdOutput = output;
-    startup.hStdError = errors;
-    PROCESS_INFORMATION process{};
-    std::wstring line = commandLineOf(program);
-    std::wstring environment = environmentOf(program);
-    const wchar_t* const folder = program.currentFolder.empty() ? nullptr : program.currentFolder.c_str();
-    if (CreateProcessW(program.program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
-            environment.data(), folder, &startup, &process) == 0)
-        throw lastError("a program could not be started");
-    CloseHandle(process.hThread);
-    return process.hProcess;
-}
-
-void wait(const ChildProgram& program, HANDLE process, ChildResult& result)
-{
-    const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(program.timeLimit).count();
-    result.timedOut = WaitForSingleObject(process, static_cast<DWORD>(limit)) == WAIT_TIMEOUT;
-    if (result.timedOut) {
-        TerminateProcess(process, 1);
-        WaitForSingleObject(process, INFINITE);
-    }
-    DWORD code = 0;
-    GetExitCodeProcess(process, &code);
-    result.exitCode = static_cast<int>(code);
+    startup.hStdInput = input.get();
+    startup.hStdOutput = output.get();
+    startup.hStdError = errors.get();
+    for (const HANDLE handle : {input.get(), output.get(), errors.get()})
+        SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    Handle process = start(program, commandLineOf(program), startup, 0);
+    for (Handle* const handle : {&input, &output, &errors})
+        handle->close();
+    return process;
 }
 
 std::string contentOf(const std::filesystem::path& path)
 {
     std::ifstream stream(path, std::ios::binary);
-    std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    content.erase(std::remove(content.begin(), content.end(), '\r'), content.end());
-    return content;
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
+
+void foldLineEnds(std::string& text) { text.erase(std::remove(text.begin(), text.end(), '\r'), text.end()); }
 
 } // namespace
 
@@ -145,16 +59,32 @@ ChildResult run(const ChildProgram& program)
     const TemporaryFolder folder;
     const std::filesystem::path output = folder.path() / "output";
     const std::filesystem::path errors = folder.path() / "errors";
+    Pipe inputPipe;
+    Pipe outputPipe;
     ChildResult result;
     {
-        const Handle inputStream(openForChild(L"NUL", GENERIC_READ, OPEN_EXISTING));
-        const Handle outputStream(openForChild(output.c_str(), GENERIC_WRITE, CREATE_ALWAYS));
-        const Handle errorStream(openForChild(errors.c_str(), GENERIC_WRITE, CREATE_ALWAYS));
-        const Handle process(start(program, inputStream.get(), outputStream.get(), errorStream.get()));
-        wait(program, process.get(), result);
+        Handle outputEnd = program.readAtMost
+                               ? std::move(outputPipe.writer)
+                               : openForChild(output, program.unwritableOutput ? GENERIC_READ : GENERIC_WRITE);
+        const Handle process =
+            startWith(program, std::move(inputPipe.reader), std::move(outputEnd), openForChild(errors, GENERIC_WRITE));
+        std::thread sender([&] { sendAll(program.input, inputPipe.writer); });
+        std::thread receiver([&] {
+            if (program.readAtMost)
+                result.output = receive(outputPipe.reader.get(), *program.readAtMost);
+            outputPipe.reader.close();
+        });
+        wait(process.get(), program, result);
+        sender.join();
+        receiver.join();
     }
-    result.output = contentOf(output);
+    if (!program.readAtMost)
+        result.output = contentOf(output);
     result.errors = contentOf(errors);
+    if (program.foldLineEnds) {
+        foldLineEnds(result.output);
+        foldLineEnds(result.errors);
+    }
     return result;
 }
 

@@ -1,0 +1,47 @@
+// usage: velmora_on_console COMMAND LINE
+// Runs a command line with its standard streams on the console that this program runs on, whatever they are here, and
+// ends with its exit code.
+#include <cwchar>
+#include <string>
+
+#include <windows.h>
+
+namespace
+{
+
+constexpr int Failed = 125;
+
+HANDLE openConsole(const wchar_t* name)
+{
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    return CreateFileW(
+        name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr);
+}
+
+// What stands behind this program's own name, which is quoted.
+std::wstring givenCommandLine()
+{
+    const std::wstring line = GetCommandLineW();
+    const std::size_t end = line.find(L'"', 1);
+    return end == std::wstring::npos ? std::wstring() : line.substr(end + 1);
+}
+
+} // namespace
+
+int wmain()
+{
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = openConsole(L"CONIN$");
+    startup.hStdOutput = openConsole(L"CONOUT$");
+    startup.hStdError = startup.hStdOutput;
+    std::wstring line = givenCommandLine();
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process) == 0)
+        return Failed;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD code = Failed;
+    GetExitCodeProcess(process.hProcess, &code);
+    return static_cast<int>(code);
+}

@@ -1,0 +1,65 @@
+// Starting a Windows program and waiting for its end. Internal to the child processes of the tests.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <windows.h>
+
+#include "ChildProcess.h"
+
+namespace Quorvex::Velmora::TestSupport
+{
+
+[[nodiscard]] std::system_error lastError(const std::string& what);
+
+class Handle
+{
+public:
+    explicit Handle(HANDLE handle = nullptr) : m_handle(handle) {}
+    ~Handle() { close(); }
+    Handle(Handle&& other) noexcept : m_handle(std::exchange(other.m_handle, nullptr)) {}
+    Handle& operator=(Handle&& other) noexcept
+    {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
+
+    void close() noexcept
+    {
+        if (m_handle != nullptr)
+            CloseHandle(m_handle);
+        m_handle = nullptr;
+    }
+    [[nodiscard]] HANDLE get() const noexcept { return m_handle; }
+
+private:
+    HANDLE m_handle;
+};
+
+struct Pipe {
+    Pipe();
+    Handle reader;
+    Handle writer;
+};
+
+/// The program and its arguments as a program's start-up code takes them apart again.
+[[nodiscard]] std::wstring commandLineOf(const ChildProgram& program);
+
+[[nodiscard]] std::wstring quotedArgument(std::wstring_view argument);
+
+/// Starts a command line with the environment and the folder of a program.
+[[nodiscard]] Handle start(const ChildProgram& program, std::wstring line, STARTUPINFOW& startup, DWORD flags);
+
+void wait(HANDLE process, const ChildProgram& program, ChildResult& result);
+
+/// Writes as much as is read, and closes.
+void sendAll(const std::string& input, Handle& to);
+
+/// What comes until the end, or until there is as much as is wanted.
+[[nodiscard]] std::string receive(HANDLE from, std::size_t wanted = std::numeric_limits<std::size_t>::max());
+
+} // namespace Quorvex::Velmora::TestSupport
