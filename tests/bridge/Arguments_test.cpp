@@ -344,7 +344,7 @@ struct NamedRequest {
     Request run;
 };
 
-void PrintTo(const NamedRequest& request, std::ostream* stream) { *stream << request.name; }
+std::string nameOf(const ::testing::TestParamInfo<NamedRequest>& info) { return info.param.name; }
 
 class HandMade : public BridgeTest, public ::testing::WithParamInterface<NamedRequest>
 {
@@ -381,13 +381,15 @@ INSTANTIATE_TEST_SUITE_P(ItemId, HandMade,
         NamedRequest{"getStringPropertyValues",
             [](Bridge& bridge) { (void)bridge.getStringPropertyValues(oneHandMadeId(), {}); }},
         NamedRequest{"getCommands", [](Bridge& bridge) { (void)bridge.getCommands({}); }},
-        NamedRequest{"getPermanentIds", [](Bridge& bridge) { (void)bridge.getPermanentIds(oneHandMadeId()); }}));
+        NamedRequest{"getPermanentIds", [](Bridge& bridge) { (void)bridge.getPermanentIds(oneHandMadeId()); }}),
+    nameOf);
 
 INSTANTIATE_TEST_SUITE_P(DriveId, HandMade,
     ::testing::Values(NamedRequest{"getItemsByRelativePaths",
                           [](Bridge& bridge) { (void)bridge.getItemsByRelativePaths(QVUUID("no identifier"), {}); }},
         NamedRequest{
-            "getPropertyDefinitions", [](Bridge& bridge) { (void)bridge.getPropertyDefinitions(QVUUID("")); }}));
+            "getPropertyDefinitions", [](Bridge& bridge) { (void)bridge.getPropertyDefinitions(QVUUID("")); }}),
+    nameOf);
 
 TEST_F(Arguments, HandMadeCommandFailsWithApiException)
 {

@@ -69,7 +69,11 @@ struct Zone {
     std::int64_t summerOffset;
 };
 
-void PrintTo(const Zone& zone, std::ostream* stream) { *stream << zone.name; }
+std::string nameOf(const ::testing::TestParamInfo<Zone>& info)
+{
+    const std::string name = info.param.name;
+    return name.substr(name.rfind('/') + 1);
+}
 
 class DatesInZone : public ::testing::TestWithParam<Zone>
 {
@@ -118,7 +122,8 @@ TEST_P(DatesInZone, ShiftLocalAndUnspecifiedOnesOnly)
 INSTANTIATE_TEST_SUITE_P(Zones, DatesInZone,
     ::testing::Values(Zone{"Europe/Kyiv", 2 * Hour, 3 * Hour}, Zone{"UTC", 0, 0},
         Zone{"America/St_Johns", -12'600, -9'000}, Zone{"Asia/Kolkata", 19'800, 19'800},
-        Zone{"Pacific/Kiritimati", 14 * Hour, 14 * Hour}, Zone{"Australia/Lord_Howe", 11 * Hour, 37'800}));
+        Zone{"Pacific/Kiritimati", 14 * Hour, 14 * Hour}, Zone{"Australia/Lord_Howe", 11 * Hour, 37'800}),
+    nameOf);
 
 } // namespace
 } // namespace Quorvex::Velmora::TestSupport

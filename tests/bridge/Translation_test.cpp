@@ -22,7 +22,7 @@ struct Row {
     const std::type_info* native;
 };
 
-void PrintTo(const Row& row, std::ostream* stream) { *stream << row.managed; }
+std::string nameOf(const ::testing::TestParamInfo<Row>& info) { return info.param.managed; }
 
 class ExceptionTranslationRow : public ScriptedTest, public ::testing::WithParamInterface<Row>
 {
@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(EveryKind, ExceptionTranslationRow,
         Row{"ArgumentException", &typeid(ApiException)}, Row{"InvalidOperationException", &typeid(ApiException)},
         Row{"TimeoutException", &typeid(ApiException)}, Row{"Exception", &typeid(ApiException)},
         Row{"OutOfMemoryException", &typeid(ApiException)}, Row{"FileNotFoundException", &typeid(ApiException)},
-        Row{"KeyNotFoundException", &typeid(ApiException)}, Row{"TypeLoadException", &typeid(ApiException)}));
+        Row{"KeyNotFoundException", &typeid(ApiException)}, Row{"TypeLoadException", &typeid(ApiException)}),
+    nameOf);
 
 class ExceptionTranslation : public ScriptedTest
 {

@@ -127,7 +127,7 @@ protected:
 
     FakeEntryPoints table;
     TemporaryFolder temporary;
-    EnvironmentVariable variable{"TMPDIR", temporary.path().u8string()};
+    EnvironmentVariable variable{TemporaryFolderVariable, temporary.path().u8string()};
     std::unique_ptr<Given> given;
 };
 

@@ -27,11 +27,7 @@ protected:
     TemporaryFolder temporary;
 
 private:
-#ifdef _WIN32
-    EnvironmentVariable variable{"TMP", temporary.path().u8string()};
-#else
-    EnvironmentVariable variable{"TMPDIR", temporary.path().native()};
-#endif
+    EnvironmentVariable variable{TemporaryFolderVariable, temporary.path().u8string()};
 };
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -240,11 +240,14 @@ TEST_F(RootFolderLocalPath, IsAFailureWithoutATemporaryFolder)
     EXPECT_THAT(service.takeCalls(), IsEmpty());
 }
 
-#ifndef _WIN32
 TEST_F(RootFolderLocalPath, LeavesAProbeThatCannotBeWrittenToTheService)
 {
     // Not even the superuser can write there.
-    const EnvironmentVariable variable("TMPDIR", "/proc/self/fdinfo");
+#ifdef _WIN32
+    const EnvironmentVariable variable(TemporaryFolderVariable, "Z:\\proc\\self\\fdinfo"); // Wine's way to it.
+#else
+    const EnvironmentVariable variable(TemporaryFolderVariable, "/proc/self/fdinfo");
+#endif
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}), {Json::array({folder(11, L"D:\\Drive\\A")})}, {false});
 
     EXPECT_EQ(ask(), QVCode::Failure);
@@ -252,7 +255,6 @@ TEST_F(RootFolderLocalPath, LeavesAProbeThatCannotBeWrittenToTheService)
     EXPECT_EQ(service.takeCall("CanAddFiles")["contents"], Json::array({nullptr}));
     EXPECT_THAT(log.take(), IsEmpty());
 }
-#endif
 
 } // namespace
 } // namespace Quorvex::Velmora::TestSupport

@@ -66,6 +66,7 @@ protected:
 };
 
 struct FileRow {
+    const char* name;
     const wchar_t* type;
     const char* property;
     bool hasProject;
@@ -92,8 +93,10 @@ TEST_P(FileUrnOfType, ReadsThePropertiesOfItsType)
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, FileUrnOfType,
-    ::testing::Values(FileRow{DriveType, "SourceObjectId", false}, FileRow{DocsType, "KeldaItemId", true},
-        FileRow{TeamType, "KeldaItemId", true}, FileRow{MorrowType, "SourceObjectId", false}));
+    ::testing::Values(FileRow{"Drive", DriveType, "SourceObjectId", false},
+        FileRow{"Docs", DocsType, "KeldaItemId", true}, FileRow{"Team", TeamType, "KeldaItemId", true},
+        FileRow{"Morrow", MorrowType, "SourceObjectId", false}),
+    [](const auto& info) { return std::string(info.param.name); });
 
 class FileUrn : public Urns
 {

@@ -11,6 +11,13 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
+/// Has the path of the system's folder for temporary files.
+#ifdef _WIN32
+constexpr const char* TemporaryFolderVariable = "TMP";
+#else
+constexpr const char* TemporaryFolderVariable = "TMPDIR";
+#endif
+
 class EnvironmentVariable
 {
 public:

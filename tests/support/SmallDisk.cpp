@@ -1,21 +1,21 @@
 #include "SmallDisk.h"
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/platform/NativePath.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <stdexcept>
 
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 
 namespace Quorvex::Velmora::TestSupport
 {
 namespace
 {
 
-std::string makeFolder()
+std::filesystem::path makeFolder()
 {
     std::string pattern = (std::filesystem::temp_directory_path() / "velmora-disk-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr)
@@ -24,7 +24,7 @@ std::string makeFolder()
 }
 
 // In a mount name space of this process alone, so that nothing stays mounted when a test dies.
-bool mountInMemory(const std::string& folder, std::size_t capacity)
+bool mountInMemory(const std::filesystem::path& folder, std::size_t capacity)
 {
     const std::string options = "size=" + std::to_string(capacity);
     return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
@@ -33,33 +33,55 @@ bool mountInMemory(const std::string& folder, std::size_t capacity)
 
 } // namespace
 
-SmallDisk::SmallDisk(std::size_t capacity) : m_folder(makeFolder()), m_mounted(mountInMemory(m_folder, capacity))
+class SmallDisk::Limit
 {
-    if (m_mounted)
-        return;
-    m_formerHandler = std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &m_formerLimit);
-    rlimit limit = m_formerLimit;
-    limit.rlim_cur = capacity;
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-        throw std::runtime_error("neither a file system nor a limit for a small disk could be made");
+public:
+    Limit(const std::filesystem::path& folder, std::size_t capacity)
+    {
+        if (mountInMemory(folder, capacity)) {
+            m_mounted = folder;
+            return;
+        }
+        getrlimit(RLIMIT_FSIZE, &m_former);
+        rlimit limit = m_former;
+        limit.rlim_cur = capacity;
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            throw std::runtime_error("neither a file system nor a limit for a small disk could be made");
+        m_formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    }
+    ~Limit()
+    {
+        if (m_mounted.empty()) {
+            setrlimit(RLIMIT_FSIZE, &m_former);
+            std::signal(SIGXFSZ, m_formerHandler);
+        } else {
+            umount(m_mounted.c_str());
+        }
+    }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+
+private:
+    std::filesystem::path m_mounted;
+    rlimit m_former{};
+    void (*m_formerHandler)(int) = nullptr;
+};
+
+SmallDisk::SmallDisk(std::size_t capacity)
+    : m_folder(makeFolder()), m_limit(std::make_unique<Limit>(m_folder, capacity))
+{
 }
 
 SmallDisk::~SmallDisk()
 {
-    if (m_mounted) {
-        umount(m_folder.c_str());
-    } else {
-        setrlimit(RLIMIT_FSIZE, &m_formerLimit);
-        std::signal(SIGXFSZ, m_formerHandler);
-    }
+    m_limit.reset();
     std::error_code ignored;
     std::filesystem::remove_all(m_folder, ignored);
 }
 
 std::wstring SmallDisk::file(std::wstring_view name) const
 {
-    return Common::Unicode::fromUtf8(m_folder) + L'/' + std::wstring(name);
+    return Common::wideText(m_folder / Common::nativePath(name));
 }
 
 } // namespace Quorvex::Velmora::TestSupport

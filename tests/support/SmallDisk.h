@@ -2,16 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
-
-#include <sys/resource.h>
 
 namespace Quorvex::Velmora::TestSupport
 {
 
 /// A folder in which `capacity` bytes can be written: a file system in memory of that size where this process may mount
-/// one, otherwise a limit on the size of its files.
+/// one, otherwise a limit on the size of its files. Under Wine the test is started with that limit.
 class SmallDisk
 {
 public:
@@ -23,10 +23,10 @@ public:
     [[nodiscard]] std::wstring file(std::wstring_view name) const;
 
 private:
-    std::string m_folder;
-    bool m_mounted = false;
-    rlimit m_formerLimit{};
-    void (*m_formerHandler)(int) = nullptr;
+    class Limit;
+
+    std::filesystem::path m_folder;
+    std::unique_ptr<Limit> m_limit;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

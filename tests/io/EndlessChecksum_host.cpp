@@ -1,0 +1,17 @@
+// usage: velmora_endless_checksum_host FILE
+// Says when it begins, and when it has the fingerprint.
+#include <velmora/io/QVChecksum.h>
+#include <velmora/platform/Unicode.h>
+
+#include <cstdio>
+
+int main(int count, char** arguments)
+{
+    if (count != 2)
+        return 2;
+    std::puts("begin");
+    std::fflush(stdout);
+    (void)Quorvex::Velmora::IO::checksumOfFile(Quorvex::Velmora::Common::Unicode::fromUtf8(arguments[1]));
+    std::puts("end");
+    return 0;
+}

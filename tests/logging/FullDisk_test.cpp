@@ -1,0 +1,46 @@
+#include "../support/SmallDisk.h"
+#include "NumberedEvents.h"
+#include "NumberedLog.h"
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVLoggerBase.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace Quorvex::Velmora::Logging
+{
+namespace
+{
+
+TEST(LogOnAFullDisk, PassesTheErrorOutAndKeepsTheQueueAndTheEarlierLines)
+{
+    constexpr std::uint32_t Count = 5'000;
+    const TestSupport::SmallDisk disk(64 * 1024);
+    std::wofstream stream(TestSupport::toPath(disk.file(L"log")));
+    QVLoggerBase logger(std::make_unique<QVJsonLogTarget>(stream, false));
+    for (std::uint32_t i = 0; i < Count; ++i)
+        logger.log(numbered(i));
+    EXPECT_THROW(logger.flush(), std::runtime_error);
+
+    const auto log = readLog(disk.file(L"log"));
+    EXPECT_GT(log.wholeLines.size(), 100U);
+    expectNumberedLines(log);
+
+    // With room again, the same events are written.
+    std::wostringstream other;
+    stream.clear();
+    stream.std::wios::rdbuf(other.rdbuf());
+    logger.flush();
+    const std::wstring text = other.str();
+    EXPECT_EQ(std::count(text.begin(), text.end(), L'\n'), static_cast<std::ptrdiff_t>(Count));
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::Logging

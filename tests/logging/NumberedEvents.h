@@ -1,0 +1,20 @@
+// Events that tell their places in a log.
+#pragma once
+
+#include <velmora/logging/QVKeyValueEvent.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace Quorvex::Velmora::Logging
+{
+
+inline std::unique_ptr<QVLoggableEvent> numbered(std::uint32_t number)
+{
+    auto event = std::make_unique<QVKeyValueEvent>(L"e");
+    event->putUInt32(L"n", number);
+    event->putString(L"text", L"some words, so that a line does not fit a file's blocks");
+    return event;
+}
+
+} // namespace Quorvex::Velmora::Logging
