@@ -227,7 +227,7 @@ TEST_F(ItemCache, IsFilledFromLongListsWhole)
     service.answer("GetFolderContents", generated(50'000));
     (void)connection.getFolderContents(folder);
 
-    const std::wstring prefix = L"C:\\Users\\quinn\\Tessaport\\Projects\\Northern Station\\Drawings\\Section ";
+    const std::wstring prefix = L"W:\\Users\\quinn\\Tessaport\\Projects\\Northern Station\\Drawings\\Section ";
     EXPECT_NE(findCachedItem(prefix + L"0000000 - elevations.dwg"), nullptr);
     EXPECT_NE(findCachedItem(prefix + L"0049999 - elevations.dwg"), nullptr);
     EXPECT_EQ(findCachedItem(prefix + L"0050000 - elevations.dwg"), nullptr);

@@ -2,7 +2,10 @@ using System;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>Records by number, with texts of the usual length, for lists too long to write down.</summary>
+/// <summary>
+/// Records by number, with texts of the usual length, for lists too long to write down. Their paths are on a drive that
+/// machines do not have: what exists is spelled as it is on its drive.
+/// </summary>
 internal static class Generated
 {
     private static readonly Guid driveId = new("6f1d2c3b-4a59-4867-8776-655443322110");
@@ -21,13 +24,13 @@ internal static class Generated
             LastModifiedDate = firstDate.AddSeconds(number),
             Name = name,
             RelativePath = relativePath,
-            WorkspacePath = $@"C:\Users\quinn\Tessaport\{relativePath}",
+            WorkspacePath = $@"W:\Users\quinn\Tessaport\{relativePath}",
         };
     }
 
     public static Drive Drive(int number)
     {
-        string location = $@"C:\Users\quinn\Tessaport\Drive {number}";
+        string location = $@"W:\Users\quinn\Tessaport\Drive {number}";
         return new Drive {
             Id = driveId,
             Name = $"Drive {number}",
