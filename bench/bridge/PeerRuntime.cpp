@@ -3,11 +3,15 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+
+#ifdef _WIN32
 #include <vector>
+
+#include <windows.h>
+#endif
 
 #include <coreclr_delegates.h>
 #include <hostfxr.h>
-#include <nethost.h>
 
 #include <velmora/bridge/runtime/NativeLibrary.h>
 
@@ -16,15 +20,23 @@ namespace Quorvex::Velmora::Bench
 namespace
 {
 
-using Text = std::basic_string<char_t>;
+// The one that the bridge has opened, from the installation that it found.
+Tessaport::NativeLibrary openedHostFxr()
+{
+#ifdef _WIN32
+    std::vector<wchar_t> path(32768);
+    GetModuleFileNameW(GetModuleHandleW(L"hostfxr.dll"), path.data(), static_cast<DWORD>(path.size()));
+    return Tessaport::NativeLibrary::open(path.data());
+#else
+    return Tessaport::NativeLibrary::open("libhostfxr.so");
+#endif
+}
 
 load_assembly_and_get_function_pointer_fn loader()
 {
-    std::vector<char_t> path(4096);
-    std::size_t size = path.size();
-    if (get_hostfxr_path(path.data(), &size, nullptr) != 0)
-        throw std::runtime_error("no hostfxr");
-    const auto library = Tessaport::NativeLibrary::open(path.data());
+    const auto library = openedHostFxr();
+    if (!library.isOpen())
+        throw std::runtime_error("the bridge has not started .NET: " + library.error());
     const auto initialize =
         library.symbol<hostfxr_initialize_for_runtime_config_fn>("hostfxr_initialize_for_runtime_config");
     const auto getDelegate = library.symbol<hostfxr_get_runtime_delegate_fn>("hostfxr_get_runtime_delegate");

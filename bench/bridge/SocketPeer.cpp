@@ -4,10 +4,6 @@
 #include <stdexcept>
 #include <string>
 
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <velmora/api/UuidAccess.h>
 #include <velmora/bridge/conversions/ToNative.h>
 #include <velmora/platform/Unicode.h>
@@ -62,70 +58,24 @@ std::string packed(const std::vector<PackedItem>& items)
     return reply;
 }
 
-bool writeAll(int socket, const void* bytes, std::size_t size)
-{
-    const auto* position = static_cast<const char*>(bytes);
-    while (size > 0) {
-        const ssize_t written = write(socket, position, size);
-        if (written <= 0)
-            return false;
-        position += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-bool readAll(int socket, void* bytes, std::size_t size)
-{
-    auto* position = static_cast<char*>(bytes);
-    while (size > 0) {
-        const ssize_t got = read(socket, position, size);
-        if (got <= 0)
-            return false;
-        position += got;
-        size -= static_cast<std::size_t>(got);
-    }
-    return true;
-}
-
-[[noreturn]] void serve(int socket, const std::vector<PackedItem>& items)
-{
-    char request = 0;
-    while (readAll(socket, &request, 1)) {
-        const std::string reply = packed(items);
-        const std::uint64_t size = reply.size();
-        if (!writeAll(socket, &size, sizeof size) || !writeAll(socket, reply.data(), reply.size()))
-            break;
-    }
-    _exit(0);
-}
-
-} // namespace
-
-SocketPeer::SocketPeer(const std::vector<SourceItem>& source)
+std::vector<PackedItem> packable(const std::vector<SourceItem>& source)
 {
     std::vector<PackedItem> items;
+    items.reserve(source.size());
     for (const SourceItem& each : source)
         items.push_back({each.record, Common::Unicode::toUtf16(each.name), Common::Unicode::toUtf16(each.relativePath),
             Common::Unicode::toUtf16(each.workspacePath)});
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0)
-        throw std::runtime_error("no socket");
-    if (fork() == 0) {
-        close(ends[0]);
-        serve(ends[1], items);
-    }
-    close(ends[1]);
-    socket = ends[0];
+    return items;
 }
 
-SocketPeer::~SocketPeer()
+void send(const LocalConnection& connection, const std::string& reply)
 {
-    close(socket);
-    wait(nullptr);
+    const std::uint64_t size = reply.size();
+    if (!connection.write(&size, sizeof size) || !connection.write(reply.data(), reply.size()))
+        throw std::runtime_error("the other process is gone");
 }
 
-Common::QVBuffer<Item> SocketPeer::listing()
+Common::QVBuffer<Item> receive(const LocalConnection& connection, std::vector<std::uint64_t>& storage)
 {
     static const Tessaport::TessaportEntryPoints table = [] {
         Tessaport::TessaportEntryPoints own{};
@@ -133,18 +83,42 @@ Common::QVBuffer<Item> SocketPeer::listing()
         return own;
     }();
     std::uint64_t size = 0;
-    if (!writeAll(socket, "?", 1) || !readAll(socket, &size, sizeof size))
+    if (!connection.read(&size, sizeof size))
         throw std::runtime_error("the other process is gone");
-    reply.resize((size + 7) / 8);
-    if (!readAll(socket, reply.data(), size))
+    storage.resize((size + 7) / 8);
+    if (!connection.read(storage.data(), size))
         throw std::runtime_error("the other process is gone");
-    Tessaport::VelmoraReply packedReply{};
-    packedReply.data = reinterpret_cast<std::uint8_t*>(reply.data());
-    packedReply.size = size;
-    Tessaport::ReplyReader reader(packedReply, table);
+    Tessaport::VelmoraReply reply{};
+    reply.data = reinterpret_cast<std::uint8_t*>(storage.data());
+    reply.size = size;
+    Tessaport::ReplyReader reader(reply, table);
     Common::QVBuffer<Item> items;
     Tessaport::toNative(reader, reader.count(), items);
     return items;
+}
+
+} // namespace
+
+SocketPeer::SocketPeer(const std::vector<SourceItem>& source) : connection(LocalConnection::toNewPeer())
+{
+    send(*connection, packed(packable(source)));
+}
+
+Common::QVBuffer<Item> SocketPeer::listing()
+{
+    if (!connection->write("?", 1))
+        throw std::runtime_error("the other process is gone");
+    return receive(*connection, reply);
+}
+
+int SocketPeer::serve(const LocalConnection& connection)
+{
+    std::vector<std::uint64_t> storage;
+    const auto items = packable(sourceOf(receive(connection, storage)));
+    char request = 0;
+    while (connection.read(&request, 1))
+        send(connection, packed(items));
+    return 0;
 }
 
 } // namespace Quorvex::Velmora::Bench

@@ -2,26 +2,29 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
+#include "LocalConnection.h"
 #include "NativeLimit.h"
 
 namespace Quorvex::Velmora::Bench
 {
 
-/// Forks the other process, which must not use .NET and does not.
 class SocketPeer
 {
 public:
+    /// Starts the other process, which uses no .NET, and gives it what it is to list.
     explicit SocketPeer(const std::vector<SourceItem>& source);
-    SocketPeer(const SocketPeer&) = delete;
-    SocketPeer& operator=(const SocketPeer&) = delete;
-    ~SocketPeer();
 
     [[nodiscard]] Common::QVBuffer<TessaportAPI::Item> listing();
 
+    /// What the other process does.
+    /// @return its exit code.
+    static int serve(const LocalConnection& connection);
+
 private:
-    int socket = -1;
+    std::unique_ptr<LocalConnection> connection;
     std::vector<std::uint64_t> reply;
 };
 

@@ -1,5 +1,7 @@
 #include "Ratios.h"
 
+#include "Goals.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -10,6 +12,15 @@ namespace Quorvex::Velmora::Bench
 {
 namespace
 {
+
+using Run = benchmark::BenchmarkReporter::Run;
+
+#ifdef _WIN32
+// The processor time of a thread is counted in ticks that are as long as what is measured.
+double timeOf(const Run& run) { return run.GetAdjustedRealTime(); }
+#else
+double timeOf(const Run& run) { return run.GetAdjustedCPUTime(); }
+#endif
 
 /// Shows the runs and keeps the best time of each benchmark; with repetitions, what disturbs a run only makes it
 /// slower.
@@ -23,7 +34,7 @@ public:
     {
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                keep(run.run_name.function_name, run.GetAdjustedCPUTime());
+                keep(run.run_name.function_name, Bench::timeOf(run));
         }
         ConsoleReporter::ReportRuns(runs);
     }
@@ -65,12 +76,8 @@ std::optional<bool> print(const Ratio& ratio, const TimeKeeper& times)
     const auto peer = times.timeOf(ratio.peer);
     if (!measured || !peer)
         return std::nullopt;
-    const double value = valueOf(ratio.goal, *measured, *peer);
-    const bool wantsMore = ratio.goal == Goal::AtLeast;
-    const bool met = wantsMore ? value >= ratio.bound : value <= ratio.bound;
-    std::printf("%-6s %8.2f  (goal: %s %.2f)  %s\n", met ? "met" : "MISSED", value, wantsMore ? "at least" : "at most",
-        ratio.bound, ratio.what.c_str());
-    return met;
+    return report({ratio.what, valueOf(ratio.goal, *measured, *peer),
+        ratio.goal == Goal::AtLeast ? Side::AtLeast : Side::AtMost, ratio.bound, ratio.boundOnWindows});
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Ratios between the benchmarks of one run, with the goals that they are held to.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ struct Ratio {
     std::string peer;
     Goal goal;
     double bound;
+    /// The bound on Windows. Without one the ratio is only shown there.
+    std::optional<double> boundOnWindows{};
 };
 
 /// Runs the program's benchmarks and prints the ratios after them.
