@@ -1,11 +1,25 @@
-# ./dev bench
+# ./dev bench and ./dev bench-windows
 # shellcheck shell=bash
 
 bench() { # [name]...
     require "${build_packages[@]}" "${bench_packages[@]}"
     build bench bench/all
-    local all name failed=()
-    mapfile -t all < <(find build/bench/bench -maxdepth 1 -type f -executable -printf '%f\n' | sort)
+    run_benchmarks bench "$@"
+}
+
+bench_windows() { # [name]...
+    require "${build_packages[@]}" "${windows_packages[@]}"
+    prepare_windows
+    step "sources of Google Benchmark" debian-source tools/dev/debian-source.sh benchmark build/debian-source/benchmark
+    build bench-windows bench/all
+    run_under_wine run_benchmarks bench-windows "$@"
+}
+
+run_benchmarks() { # <preset> [name]...
+    local preset=$1 all name failed=()
+    shift
+    mapfile -t all < <(find "build/$preset/bench" -maxdepth 1 -type f \( -name '*_bench' -o -name '*_bench.exe' \) \
+        -printf '%f\n' | sed 's/\.exe$//' | sort)
     [ $# -gt 0 ] || set -- "${all[@]}"
     for name in "$@"; do
         case " ${all[*]} " in
@@ -14,13 +28,15 @@ bench() { # [name]...
         esac
     done
     for name in "$@"; do
-        run_benchmark "$name" || failed+=("$name")
+        run_benchmark "$preset" "$name" || failed+=("$name")
     done
-    [ ${#failed[@]} -eq 0 ] || fail "failed or short of a goal: ${failed[*]}; what they said is in $log_folder/bench-*.txt"
+    [ ${#failed[@]} -eq 0 ] || fail "failed or short of a goal: ${failed[*]}; what they said is in $log_folder/$preset-*.txt"
 }
 
-run_benchmark() { # <name>
-    say "$1"
-    "build/bench/bench/$1" --benchmark_out="build/bench/$1.json" --benchmark_out_format=json \
-        2>"$log_folder/bench-$1.txt" | tee "build/bench/$1.txt"
+run_benchmark() { # <preset> <name>
+    local folder=build/$1 call=("build/$1/bench/$2")
+    [ -e "${call[0]}" ] || call=(tools/dev/wine-run.sh "$PWD/build/windows" "${call[0]}.exe")
+    say "$2"
+    "${call[@]}" --benchmark_out="$folder/$2.json" --benchmark_out_format=json \
+        2>"$log_folder/$1-$2.txt" </dev/null | tee "$folder/$2.txt"
 }
