@@ -27,6 +27,7 @@ internal static class FileProbe
     {
         if (string.IsNullOrEmpty(path))
             return null;
+        path = PathForm.ToLiteral(path);
         var file = new FileInfo(path);
         if (file.Exists)
             return !IsLink(file) ? new FileEntry(false, file.Length, file.LastWriteTimeUtc, default) : null;

@@ -14,7 +14,7 @@ internal static partial class WindowsFileNumber
 
     public static FileIdentity Read(string path)
     {
-        var handle = Open(Extended(path), ReadAttributes, ShareAll, IntPtr.Zero, OpenExisting, BackupSemantics, IntPtr.Zero);
+        var handle = Open(PathForm.ToLiteral(path), ReadAttributes, ShareAll, IntPtr.Zero, OpenExisting, BackupSemantics, IntPtr.Zero);
         if (handle == Invalid)
             return FileIdentity.None;
         try
@@ -28,11 +28,6 @@ internal static partial class WindowsFileNumber
             Close(handle);
         }
     }
-
-    private static string Extended(string path) =>
-        path.StartsWith(@"\\?\", StringComparison.Ordinal) ? path
-        : path.StartsWith(@"\\", StringComparison.Ordinal) ? @"\\?\UNC" + path[1..]
-        : @"\\?\" + path;
 
     [LibraryImport("kernel32", EntryPoint = "CreateFileW", SetLastError = true, StringMarshalling = StringMarshalling.Utf16)]
     private static partial IntPtr Open(

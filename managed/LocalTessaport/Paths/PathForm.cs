@@ -11,6 +11,12 @@ internal static class PathForm
     public static string ToPlatform(string path) =>
         Path.DirectorySeparatorChar == '\\' ? path.Replace('/', '\\') : path.Replace('\\', '/');
 
+    /// <summary>A normalised full path so that the platform takes it as it is, without keeping some names for devices.</summary>
+    public static string ToLiteral(string path) =>
+        Path.DirectorySeparatorChar != '\\' || path.StartsWith(@"\\?\", StringComparison.Ordinal) ? path
+        : path.StartsWith(@"\\", StringComparison.Ordinal) ? @"\\?\UNC" + path[1..]
+        : @"\\?\" + path;
+
     /// <summary>The platform's normalised form of a full path with either slash, or null when the text names no place on this machine.</summary>
     public static string? TryNormalise(string? path)
     {

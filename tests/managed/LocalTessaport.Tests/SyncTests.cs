@@ -233,11 +233,12 @@ public sealed class SyncTests : IDisposable
         Assert.Equal("content", File.ReadAllText(_drive.OnServer("y.txt")));
     }
 
-    [UnixFact]
-    public void ANameThatSomePlatformRefusesIsListedAndNotSynced()
+    [Fact]
+    public void ANameThatSomePlatformReservesIsListedAndNotSynced()
     {
-        _drive.PutInWorkspace("a:b.txt", "mine");
-        _drive.PutInWorkspace("con/inner.txt", "mine");
+        Directory.CreateDirectory(LiteralPath.Of(_drive.InWorkspace("con")));
+        File.WriteAllText(LiteralPath.Of(_drive.InWorkspace("con/inner.txt")), "mine");
+        File.WriteAllText(LiteralPath.Of(_drive.InWorkspace("nul.txt")), "mine");
         _drive.PutInWorkspace("good.txt");
 
         var result = _drive.Sync("");
@@ -245,7 +246,7 @@ public sealed class SyncTests : IDisposable
         Assert.False(result.IsSuccess);
         Assert.Equal(["good.txt"], result.ItemsUpdated.Select(item => item.Name));
         Assert.Equal(["good.txt"], _drive.FilesOnServer());
-        Assert.Equal(["a:b.txt", "con", "good.txt"], _home.Service.GetFolderContents(_drive.Root.Id).Select(item => item.Name));
+        Assert.Equal(["con", "good.txt", "nul.txt"], _home.Service.GetFolderContents(_drive.Root.Id).Select(item => item.Name));
     }
 
     [Fact]
