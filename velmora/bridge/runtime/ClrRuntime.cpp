@@ -7,6 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/runtime/HostSignals.h>
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include <velmora/bridge/runtime/ProcessExit.h>
@@ -99,8 +100,10 @@ void ClrRuntime::startHost()
     checkDotnetRoot(wanted.dotnetRoot);
     checkBridgeFolder(bridge);
     HostingStatus status = host->open(wanted.dotnetRoot);
-    if (status.succeeded())
+    if (status.succeeded()) {
+        const HostSignals kept;
         status = host->start(bridge, startFunction);
+    }
     if (!status.succeeded()) {
         startFunction = nullptr;
         failHosting(status);
