@@ -14,6 +14,14 @@ function(velmora_target_defaults target)
     endif()
 endfunction()
 
+# velmora_prefer_build_time(<target>)
+# For code that is never the slow part: the template libraries in each of its files take a third less time to compile.
+function(velmora_prefer_build_time target)
+    if(NOT MSVC)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+    endif()
+endfunction()
+
 # velmora_use_boost_headers(<target>)
 # No link dependency, so that those who use the package need no Boost.
 function(velmora_use_boost_headers target)
@@ -42,6 +50,7 @@ function(velmora_add_test name)
     set(properties TIMEOUT ${ARG_TIMEOUT})
     add_executable(${name} ${ARG_SOURCES})
     velmora_target_defaults(${name})
+    velmora_prefer_build_time(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
     if(ARG_NATIVE)
