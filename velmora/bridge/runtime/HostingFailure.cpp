@@ -24,9 +24,15 @@ constexpr const wchar_t* RepairDotnet = L"Repair or reinstall .NET.";
 constexpr const wchar_t* RepairBridge = L"Reinstall this library with its bridge folder.";
 constexpr const wchar_t* RestartProcess =
     L"Restart this process once the cause is gone; it cannot start .NET any more.";
+#ifdef _WIN32
+constexpr const wchar_t* LiftLimits =
+    L"Often a limit on memory (of a job, or set for .NET) is the cause. Restart this process once the cause is gone; "
+    L"it cannot start .NET any more.";
+#else
 constexpr const wchar_t* LiftLimits =
     L"Often a limit on memory or open files (ulimit) is the cause. Restart this process once the cause is gone; it "
     L"cannot start .NET any more.";
+#endif
 constexpr const wchar_t* OtherHost =
     L"Another part of this process has started .NET in a way that cannot serve this library; start it here first, or "
     L"with a framework of version 8.0 or newer.";

@@ -1,11 +1,16 @@
 #include <velmora/bridge/runtime/NativeLibrary.h>
 
-#include <system_error>
+#ifdef _WIN32
+#include <iterator>
 #include <vector>
 
-#ifdef _WIN32
 #include <windows.h>
+
+#include <velmora/platform/Unicode.h>
+#include <velmora/platform/WindowsPath.h>
 #else
+#include <system_error>
+
 #include <dlfcn.h>
 #endif
 
@@ -14,13 +19,41 @@ namespace Quorvex::Velmora::Tessaport
 
 #ifdef _WIN32
 
+namespace
+{
+
+// In the user's language, as the system says it; empty for a number that it does not know.
+std::wstring systemMessage(DWORD error)
+{
+    wchar_t text[512];
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+        text, static_cast<DWORD>(std::size(text)), nullptr);
+    const std::wstring message(text, length);
+    return message.substr(0, message.find_last_not_of(L"\r\n ") + 1);
+}
+
+std::string describeFailure(const std::filesystem::path& path, DWORD error)
+{
+    return Common::Unicode::toUtf8(
+        L"'" + path.native() + L"': " + systemMessage(error) + L" (error " + std::to_wstring(error) + L")");
+}
+
+// The path that the library has on its drive; it may have been loaded through a link.
+std::filesystem::path followed(const wchar_t* name)
+{
+    std::filesystem::path path = Common::WindowsPath::followed(name);
+    return path.empty() ? name : path;
+}
+
+} // namespace
+
 NativeLibrary NativeLibrary::open(const std::filesystem::path& path)
 {
     NativeLibrary library;
     library.handle = reinterpret_cast<void*>(
         LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
     if (library.handle == nullptr)
-        library.failure = std::system_category().message(static_cast<int>(GetLastError()));
+        library.failure = describeFailure(path, GetLastError());
     return library;
 }
 
@@ -40,7 +73,7 @@ std::filesystem::path libraryFolder()
     for (;;) {
         const DWORD length = GetModuleFileNameW(module, buffer.data(), static_cast<DWORD>(buffer.size()));
         if (length < buffer.size())
-            return std::filesystem::path(buffer.data()).parent_path();
+            return followed(buffer.data()).parent_path();
         buffer.resize(buffer.size() * 2);
     }
 }
