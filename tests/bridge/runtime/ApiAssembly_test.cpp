@@ -39,15 +39,13 @@ TEST_F(ApiAssembly, IsMissedInAFolderThatIsNone)
     fs::remove(folder);
 
     EXPECT_THAT(connectThenCorrect(),
-        ElementsAre(failsNaming(AssemblyName, folder.string(), "is not a folder", SetFolder), Connected));
+        ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not a folder", SetFolder), Connected));
 }
 
 TEST_F(ApiAssembly, IsMissedInAFolderWhoseNameIsNoText)
 {
-    const std::string name = (folder / "\xFF").string();
-
-    EXPECT_THAT(take({"api=" + name, "connect", api, "connect"}),
-        ElementsAre(failsNaming(AssemblyName, folder.string(), "is not a folder", SetFolder), Connected));
+    EXPECT_THAT(take({step("api-of-no-text", folder), "connect", api, "connect"}),
+        ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not a folder", SetFolder), Connected));
 }
 
 TEST_F(ApiAssembly, IsMissedInAnEmptyFolderAndFoundOnceItIsThere)
@@ -56,14 +54,14 @@ TEST_F(ApiAssembly, IsMissedInAnEmptyFolderAndFoundOnceItIsThere)
 
     EXPECT_THAT(take({step("api", folder), "connect", renaming(folder, installation.root() / "away"),
                     renaming(vendor, folder), "connect"}),
-        ElementsAre(failsNaming(AssemblyName, folder.string(), "is not there", SetFolder), Connected));
+        ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not there", SetFolder), Connected));
 }
 
 TEST_F(ApiAssembly, IsMissedWhereAFolderHasItsName)
 {
     fs::create_directory(folder / AssemblyName);
 
-    EXPECT_THAT(connectThenCorrect(), ElementsAre(failsNaming(folder.string(), SetFolder), Connected));
+    EXPECT_THAT(connectThenCorrect(), ElementsAre(failsNaming(folder.u8string(), SetFolder), Connected));
 }
 
 TEST_F(ApiAssembly, IsNotATextFile)
@@ -71,7 +69,7 @@ TEST_F(ApiAssembly, IsNotATextFile)
     writeText(folder / AssemblyName, "no assembly");
 
     EXPECT_THAT(connectThenCorrect(),
-        ElementsAre(failsNaming((folder / AssemblyName).string(), "is not a .NET assembly", SetFolder), Connected));
+        ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly", SetFolder), Connected));
 }
 
 TEST_F(ApiAssembly, IsNotAnEmptyFile)
@@ -79,15 +77,15 @@ TEST_F(ApiAssembly, IsNotAnEmptyFile)
     writeText(folder / AssemblyName, "");
 
     EXPECT_THAT(connectThenCorrect(),
-        ElementsAre(failsNaming((folder / AssemblyName).string(), "is not a .NET assembly"), Connected));
+        ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly"), Connected));
 }
 
 TEST_F(ApiAssembly, IsNotANativeLibrary)
 {
-    fs::copy_file(hostFile("libvelmora_plugin.so"), folder / AssemblyName);
+    fs::copy_file(hostFile(VELMORA_PLUGIN_NAME), folder / AssemblyName);
 
     EXPECT_THAT(connectThenCorrect(),
-        ElementsAre(failsNaming((folder / AssemblyName).string(), "is not a .NET assembly"), Connected));
+        ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly"), Connected));
 }
 
 TEST_F(ApiAssembly, IsNotAnAssemblyOfAnotherName)
@@ -95,7 +93,7 @@ TEST_F(ApiAssembly, IsNotAnAssemblyOfAnotherName)
     fs::copy_file(vendorFolder("misnamed") / "Vendor.Misnamed.dll", folder / AssemblyName);
 
     EXPECT_THAT(connectThenCorrect(),
-        ElementsAre(failsNaming((folder / AssemblyName).string(), "holds the assembly 'Vendor.Misnamed'", SetFolder),
+        ElementsAre(failsNaming((folder / AssemblyName).u8string(), "holds the assembly 'Vendor.Misnamed'", SetFolder),
             Connected));
 }
 
@@ -104,12 +102,13 @@ TEST_F(ApiAssembly, NeverEndsTheProcessWhenItIsCutShort)
     const fs::path whole = vendorFolder("fitting") / AssemblyName;
     const std::uintmax_t size = fs::file_size(whole);
     for (const std::uintmax_t kept : {size / 16, size / 8, size / 4, size / 2, size * 3 / 4, size - 512}) {
-        fs::copy_file(whole, folder / AssemblyName, fs::copy_options::overwrite_existing);
+        fs::remove(folder / AssemblyName);
+        fs::copy_file(whole, folder / AssemblyName);
         fs::resize_file(folder / AssemblyName, kept);
 
         const auto lines = take({step("api", folder), "connect"});
 
-        EXPECT_THAT(lines, ElementsAre(failsNaming((folder / AssemblyName).string()))) << kept << " of " << size;
+        EXPECT_THAT(lines, ElementsAre(failsNaming((folder / AssemblyName).u8string()))) << kept << " of " << size;
     }
 }
 
@@ -175,8 +174,7 @@ INSTANTIATE_TEST_SUITE_P(ApiAssembly, VendorVariant,
 
 TEST_F(ApiAssembly, ListsItsDrivesThroughABridgeBuiltForItsStrongName)
 {
-    fs::remove_all(installation.bridge());
-    fs::copy(vendorBridgeFolder(), installation.bridge());
+    installation.replaceBridge(vendorBridgeFolder());
 
     EXPECT_THAT(take({step("api", vendorFolder("strong-named")), "connect", "drives"}),
         ElementsAre(StrEq("connected 5.2.0.0"), StrEq(FirstDrive), _));
@@ -184,8 +182,7 @@ TEST_F(ApiAssembly, ListsItsDrivesThroughABridgeBuiltForItsStrongName)
 
 TEST_F(ApiAssembly, MayBeOlderThanTheOneTheBridgeWasBuiltForAndHaveNoStrongName)
 {
-    fs::remove_all(installation.bridge());
-    fs::copy(vendorBridgeFolder(), installation.bridge());
+    installation.replaceBridge(vendorBridgeFolder());
 
     EXPECT_THAT(take({step("api", vendorFolder("version-0.5")), "connect", "drives"}),
         ElementsAre(StrEq("connected 0.5.0.0"), StrEq(FirstDrive), _));
@@ -196,9 +193,9 @@ TEST_F(ApiAssembly, IsReportedWhenItHasNoServiceAndKeepsItsPlaceInTheProcess)
     const fs::path wrong = vendorFolder("without-service") / AssemblyName;
 
     EXPECT_THAT(take({step("api", wrong.parent_path()), "connect", api, "connect"}),
-        ElementsAre(failsNaming(wrong.string(), "does not fit this library", "TessaportService",
+        ElementsAre(failsNaming(wrong.u8string(), "does not fit this library", "TessaportService",
                         "Install a version of the sync application", "restart this process"),
-            failsNaming(wrong.string(), (vendorFolder("fitting") / AssemblyName).string(), "already loaded",
+            failsNaming(wrong.u8string(), (vendorFolder("fitting") / AssemblyName).u8string(), "already loaded",
                 "Restart this process")));
 }
 
@@ -208,7 +205,7 @@ TEST_F(ApiAssembly, IsReportedOnlyForTheRequestWhoseMethodItLacks)
 
     EXPECT_THAT(take({step("api", folderOfIt), "connect", "folders", "folders", "drives"}),
         ElementsAre(Connected,
-            failsNaming((folderOfIt / AssemblyName).string(), "version 3.0.0.0", "GetChildFolders",
+            failsNaming((folderOfIt / AssemblyName).u8string(), "version 3.0.0.0", "GetChildFolders",
                 "Install a version of the sync application"),
             failsNaming("GetChildFolders"), StrEq(FirstDrive), _));
 }
@@ -219,7 +216,7 @@ TEST_F(ApiAssembly, IsReportedOnlyForTheRequestThatReadsAPropertyItLacks)
 
     EXPECT_THAT(take({step("api", folderOfIt), "connect", "drives", "connect"}),
         ElementsAre(Connected,
-            failsNaming(
-                (folderOfIt / AssemblyName).string(), "WorkspaceLocation", "Install a version of the sync application"),
+            failsNaming((folderOfIt / AssemblyName).u8string(), "WorkspaceLocation",
+                "Install a version of the sync application"),
             Connected));
 }

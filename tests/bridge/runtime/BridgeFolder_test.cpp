@@ -1,5 +1,6 @@
 // The managed half of the library: missing, damaged, or without what usually stands beside it.
 #include <tests/bridge/runtime/StartTest.h>
+#include <tests/support/Links.h>
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::ElementsAre;
@@ -37,7 +38,7 @@ constexpr const char* Reinstall = "Reinstall this library with its bridge folder
 TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsMissing)
 {
     EXPECT_THAT(take({renaming(file(".dll"), away()), api, "connect", renaming(away(), file(".dll")), "connect"}),
-        ElementsAre(failsNaming("Velmora.Bridge.dll", installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(failsNaming("Velmora.Bridge.dll", installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNamedWhenTheConfigurationIsMissing)
@@ -46,20 +47,20 @@ TEST_F(BridgeFolder, IsNamedWhenTheConfigurationIsMissing)
 
     EXPECT_THAT(take({renaming(config, away()), api, "connect", renaming(away(), config), "connect"}),
         ElementsAre(
-            failsNaming("Velmora.Bridge.runtimeconfig.json", installation.bridge().string(), Reinstall), Connected));
+            failsNaming("Velmora.Bridge.runtimeconfig.json", installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNamedWhenItIsMissing)
 {
     EXPECT_THAT(take({renaming(installation.bridge(), away()), api, "connect", renaming(away(), installation.bridge()),
                     "connect"}),
-        ElementsAre(failsNaming(installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNamedWhenTheConfigurationIsNoJson)
 {
     EXPECT_THAT(connectWithAndWithout(file(".runtimeconfig.json"), "{ no json"),
-        ElementsAre(failsNaming("0x80008093", installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(failsNaming("0x80008093", installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNamedWhenTheConfigurationAsksForASelfContainedRuntime)
@@ -67,24 +68,26 @@ TEST_F(BridgeFolder, IsNamedWhenTheConfigurationAsksForASelfContainedRuntime)
     EXPECT_THAT(
         connectWithAndWithout(file(".runtimeconfig.json"),
             R"({"runtimeOptions": {"includedFrameworks": [{"name": "Microsoft.NETCore.App", "version": "8.0.0"}]}})"),
-        ElementsAre(failsNaming("0x80008093", "self-contained", installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(
+            failsNaming("0x80008093", "self-contained", installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsNone)
 {
     EXPECT_THAT(connectWithAndWithout(file(".dll"), "no assembly"),
-        ElementsAre(failsNaming(installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsFoundThroughALinkToTheLibrary)
 {
     const fs::path links = installation.root() / "links";
     fs::create_directory(links);
-    fs::create_symlink(installation.library() / VELMORA_LIBRARY_NAME, links / VELMORA_LIBRARY_NAME);
-    installation.environment["LD_LIBRARY_PATH"] = links.string();
+    const Link link(
+        fs::path("..") / installation.library().filename() / VELMORA_LIBRARY_NAME, links / VELMORA_LIBRARY_NAME);
+    installation.takeLibraryFrom(links);
 
     EXPECT_THAT(take({renaming(file(".dll"), away()), api, "connect", renaming(away(), file(".dll")), "connect"}),
-        ElementsAre(failsNaming(installation.bridge().string()), Connected));
+        ElementsAre(failsNaming(installation.bridge().u8string()), Connected));
 }
 
 TEST_F(BridgeFolder, ServesWithoutADependencyFile)
@@ -97,7 +100,7 @@ TEST_F(BridgeFolder, ServesWithoutADependencyFile)
 TEST_F(BridgeFolder, IsNamedWhenTheDependencyFileIsBroken)
 {
     EXPECT_THAT(connectWithAndWithout(file(".deps.json"), "{ no json"),
-        ElementsAre(failsNaming(installation.bridge().string(), Reinstall), Connected));
+        ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
 TEST_F(BridgeFolder, IsNoSourceOfTheApiAssembly)
@@ -115,6 +118,6 @@ TEST_F(BridgeFolder, IsReportedWhenItWouldBeTheSourceOfTheApiAssembly)
     fs::copy_file(vendorFolder("version-5.2") / ApiAssemblyName, intruder);
 
     EXPECT_THAT(take({api, "connect"}),
-        ElementsAre(failsNaming(intruder.string(), (vendorFolder("fitting") / ApiAssemblyName).string(),
+        ElementsAre(failsNaming(intruder.u8string(), (vendorFolder("fitting") / ApiAssemblyName).u8string(),
             "Remove that file", "restart this process")));
 }

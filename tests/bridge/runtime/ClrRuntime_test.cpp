@@ -27,6 +27,12 @@ constexpr std::uint32_t LastCode = 0x800080a7;
 constexpr std::uint32_t RuntimeFailedToStart = 0x80008089;
 constexpr std::uint32_t InvalidState = 0x800080a3;
 
+#ifdef _WIN32
+constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json", "nethost.dll"};
+#else
+constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json"};
+#endif
+
 // What the fake bridge does when it is started.
 struct BridgeScript {
     std::int32_t row = 0;
@@ -85,8 +91,8 @@ protected:
         bridgeScript = {};
         bridgeScript.texts = {u".NET 8.0.1", u"0.1.0.0", u"/api/Quorvex.Tessaport.API.dll", u"3.0.0.0"};
         script.startBridge = startFakeBridge;
-        writeText(bridge / "Velmora.Bridge.dll", "");
-        writeText(bridge / "Velmora.Bridge.runtimeconfig.json", "");
+        for (const char* const name : BridgeFiles)
+            writeText(bridge / name, "");
     }
 
     std::string failureOfStart()
@@ -114,8 +120,8 @@ protected:
     void expectMessageFor(std::uint32_t code, const std::string& message) const
     {
         EXPECT_THAT(message, HasSubstr(hexadecimal(code)));
-        EXPECT_THAT(message, HasSubstr("'" + bridge.string() + "'"));
-        EXPECT_THAT(message, HasSubstr("'" + folder.path().string() + "'"));
+        EXPECT_THAT(message, HasSubstr("'" + bridge.u8string() + "'"));
+        EXPECT_THAT(message, HasSubstr("'" + folder.path().u8string() + "'"));
         EXPECT_THAT(message, HasSubstr("words of the host"));
         EXPECT_THAT(message, testing::AnyOf(HasSubstr("Install the .NET runtime"),
                                  HasSubstr("Repair or reinstall .NET"), HasSubstr("Reinstall this library"),
@@ -276,16 +282,20 @@ TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
 {
     runtime.setLocations({{}, folder.path() / "absent"});
 
-    EXPECT_THAT(failureOfStart(), HasSubstr((folder.path() / "absent").string()));
+    EXPECT_THAT(failureOfStart(), HasSubstr((folder.path() / "absent").u8string()));
     EXPECT_EQ(script.opened, 0);
 }
 
-TEST_F(Starting, AsksNoHostWhenTheBridgeIsMissing)
+TEST_F(Starting, AsksNoHostWhenAFileOfTheBridgeIsMissing)
 {
-    std::filesystem::remove(bridge / "Velmora.Bridge.dll");
+    for (const char* const name : BridgeFiles) {
+        std::filesystem::rename(bridge / name, folder.path() / name);
 
-    EXPECT_THAT(failureOfStart(), testing::AllOf(HasSubstr("Velmora.Bridge.dll"), HasSubstr(bridge.string())));
-    EXPECT_EQ(script.opened, 0);
+        EXPECT_THAT(failureOfStart(), testing::AllOf(HasSubstr(name), HasSubstr(bridge.u8string())));
+        EXPECT_EQ(script.opened, 0);
+
+        std::filesystem::rename(folder.path() / name, bridge / name);
+    }
 }
 
 TEST_F(Starting, GivesWayToOtherEntryPointsForTests)

@@ -1,4 +1,5 @@
-// .NET ends the process when it finds no ICU libraries, unless it is told beforehand to do without.
+// Cultures, from ICU or from Windows. Off Windows .NET ends the process when it finds no ICU libraries, unless it is
+// told beforehand to do without.
 #include <tests/bridge/runtime/StartTest.h>
 
 using namespace Quorvex::Velmora::TestSupport;
@@ -13,15 +14,37 @@ using testing::_;
 class Globalization : public StartTest
 {
 protected:
-    void hideIcu() { installation.environment["LD_PRELOAD"] = hostFile("libvelmora_noicu.so").string(); }
+#ifndef _WIN32
+    void hideIcu() { installation.environment["LD_PRELOAD"] = hostFile("libvelmora_noicu.so").u8string(); }
+#endif
 };
 
 } // namespace
 
-TEST_F(Globalization, HasAllCulturesWhereIcuIs)
+TEST_F(Globalization, HasAllCultures)
 {
     EXPECT_THAT(take({api, "connect", "drives"}), ElementsAre(Connected, _, HasSubstr("Edition 1,5")));
 }
+
+#ifdef _WIN32
+
+// Windows before 10 has no ICU; nor has Wine, where this is what all other tests do.
+TEST_F(Globalization, HasAllCulturesWhereIcuIsNot)
+{
+    installation.environment["DOTNET_SYSTEM_GLOBALIZATION_USENLS"] = "1";
+
+    EXPECT_THAT(take({api, "connect", "drives"}), ElementsAre(Connected, _, HasSubstr("Edition 1,5")));
+}
+
+TEST_F(Globalization, ServesWhereDotnetIsToldToDoWithoutCultures)
+{
+    installation.environment["DOTNET_SYSTEM_GLOBALIZATION_INVARIANT"] = "1";
+    installation.environment["DOTNET_SYSTEM_GLOBALIZATION_PREDEFINED_CULTURES_ONLY"] = "0";
+
+    EXPECT_THAT(take({api, "connect", "drives"}), ElementsAre(Connected, _, HasSubstr("Edition 1.5")));
+}
+
+#else
 
 TEST_F(Globalization, ServesWithoutCulturesWhereIcuIsNot)
 {
@@ -39,3 +62,5 @@ TEST_F(Globalization, ReportsThatIcuIsMissingWhereDotnetIsToldToInsistOnIt)
         ElementsAre(failsNaming("libicuuc", "DOTNET_SYSTEM_GLOBALIZATION_INVARIANT", "Install libicu"),
             failsNaming("Install libicu")));
 }
+
+#endif

@@ -1,29 +1,58 @@
 #include "Installation.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
+
+#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {
 
 namespace fs = std::filesystem;
 
-fs::path vendorFolder(std::string_view variant) { return fs::path(VELMORA_VENDORS_FOLDER) / variant; }
+namespace
+{
 
-fs::path vendorBridgeFolder() { return VELMORA_VENDOR_BRIDGE_FOLDER; }
+// As messages show it: with the platform's own slashes, and on Windows with its drive.
+fs::path native(const char* path) { return fs::absolute(fs::u8path(path)).make_preferred(); }
 
-fs::path hostFile(std::string_view name) { return fs::path(VELMORA_HOSTS_FOLDER) / name; }
+fs::path hostProgram(std::string_view name) { return hostFile(std::string(name) + VELMORA_PROGRAM_SUFFIX); }
+
+// For programs that do not lie beside the library.
+void findLibraryIn(const fs::path& folder, std::map<std::string, std::string>& environment)
+{
+#ifdef _WIN32
+    const wchar_t* const others = _wgetenv(L"PATH");
+    environment["PATH"] = folder.u8string() + ';' + Common::Unicode::toUtf8(others == nullptr ? L"" : others);
+#else
+    environment["LD_LIBRARY_PATH"] = folder.u8string();
+#endif
+}
+
+} // namespace
+
+fs::path vendorFolder(std::string_view variant) { return native(VELMORA_VENDORS_FOLDER) / variant; }
+
+fs::path vendorBridgeFolder() { return native(VELMORA_VENDOR_BRIDGE_FOLDER); }
+
+fs::path libraryOfBuild() { return native(VELMORA_LIBRARY_FILE); }
+
+fs::path bridgeOfBuild() { return native(VELMORA_BRIDGE_FOLDER); }
+
+fs::path hostFile(std::string_view name) { return native(VELMORA_HOSTS_FOLDER) / name; }
 
 ChildResult runHost(std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit)
 {
     ChildProgram program;
-    program.program = hostFile(name);
+    program.program = hostProgram(name);
     program.arguments = arguments;
     program.timeLimit = timeLimit;
+    findLibraryIn(libraryOfBuild().parent_path(), program.environment);
     return run(program);
 }
 
-fs::path dotnetRoot() { return VELMORA_DOTNET_ROOT; }
+fs::path dotnetRoot() { return native(VELMORA_DOTNET_ROOT); }
 
 void writeText(const fs::path& file, std::string_view text)
 {
@@ -34,9 +63,19 @@ void writeText(const fs::path& file, std::string_view text)
 Installation::Installation()
 {
     fs::create_directories(bridge());
-    fs::copy_file(VELMORA_LIBRARY_FILE, library() / VELMORA_LIBRARY_NAME);
-    fs::copy(VELMORA_BRIDGE_FOLDER, bridge());
-    environment["LD_LIBRARY_PATH"] = library().string();
+    fs::copy_file(libraryOfBuild(), library() / VELMORA_LIBRARY_NAME);
+    fs::copy(bridgeOfBuild(), bridge());
+    takeLibraryFrom(library());
+}
+
+void Installation::takeLibraryFrom(const fs::path& folder) { findLibraryIn(folder, environment); }
+
+void Installation::replaceBridge(const fs::path& folder) const
+{
+    for (const fs::directory_entry& file : fs::directory_iterator(folder)) {
+        fs::remove(bridge() / file.path().filename());
+        fs::copy_file(file.path(), bridge() / file.path().filename());
+    }
 }
 
 fs::path Installation::copyVendor(std::string_view variant, std::string_view name) const
@@ -49,7 +88,7 @@ fs::path Installation::copyVendor(std::string_view variant, std::string_view nam
 ChildResult Installation::connect(const std::vector<std::string>& steps) const
 {
     ChildProgram program;
-    program.program = hostFile("velmora_connect_host");
+    program.program = hostProgram("velmora_connect_host");
     program.arguments = steps;
     program.environment = environment;
     program.currentFolder = currentFolder;

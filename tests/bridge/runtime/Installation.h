@@ -21,6 +21,10 @@ namespace Quorvex::Velmora::TestSupport
 /// The bridge that was built for the strong-named variant.
 [[nodiscard]] std::filesystem::path vendorBridgeFolder();
 
+/// The library and the bridge of the build tree.
+[[nodiscard]] std::filesystem::path libraryOfBuild();
+[[nodiscard]] std::filesystem::path bridgeOfBuild();
+
 /// A host program, or a library for one.
 [[nodiscard]] std::filesystem::path hostFile(std::string_view name);
 
@@ -46,11 +50,17 @@ public:
     [[nodiscard]] std::filesystem::path library() const { return root() / "lib"; }
     [[nodiscard]] std::filesystem::path bridge() const { return library() / "velmora" / "bridge"; }
 
+    /// Puts another build of the managed half in the place of the one that is there.
+    void replaceBridge(const std::filesystem::path& folder) const;
+
     /// A copy of the variant's folder, to be changed at will.
     [[nodiscard]] std::filesystem::path copyVendor(std::string_view variant, std::string_view name = "vendor") const;
 
     /// Takes the steps of Connect_host.cpp in one process.
     [[nodiscard]] ChildResult connect(const std::vector<std::string>& steps) const;
+
+    /// Lets the next host find the library in `folder`.
+    void takeLibraryFrom(const std::filesystem::path& folder);
 
     /// What the next host finds in its environment, and where it is started.
     std::map<std::string, std::string> environment;
@@ -65,12 +75,12 @@ private:
 
 [[nodiscard]] inline std::string step(std::string_view name, const std::filesystem::path& value)
 {
-    return std::string(name) + "=" + value.string();
+    return std::string(name) + "=" + value.u8string();
 }
 
 [[nodiscard]] inline std::string renaming(const std::filesystem::path& from, const std::filesystem::path& to)
 {
-    return "rename=" + from.string() + ">" + to.string();
+    return "rename=" + from.u8string() + ">" + to.u8string();
 }
 
 } // namespace Quorvex::Velmora::TestSupport

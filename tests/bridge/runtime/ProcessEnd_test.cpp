@@ -20,7 +20,7 @@ class ProcessEnd : public testing::TestWithParam<const char*>
 
 TEST_P(ProcessEnd, KeepsTheHostsExitCode)
 {
-    const ChildResult result = runHost("velmora_end_host", {vendorFolder("fitting").string(), GetParam()}, 60s);
+    const ChildResult result = runHost("velmora_end_host", {vendorFolder("fitting").u8string(), GetParam()}, 60s);
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
     EXPECT_EQ(result.errors, "");
@@ -39,7 +39,8 @@ INSTANTIATE_TEST_SUITE_P(Runtime, ProcessEnd,
 TEST(Unloading, LeavesTheLibraryUsableWhenItIsLoadedAgain)
 {
     const ChildResult result = runHost("velmora_unload_host",
-        {hostFile("libvelmora_plugin.so").string(), vendorFolder("fitting").string(), VELMORA_LIBRARY_FILE}, 60s);
+        {hostFile(VELMORA_PLUGIN_NAME).u8string(), vendorFolder("fitting").u8string(), libraryOfBuild().u8string()},
+        60s);
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
 }

@@ -1,4 +1,5 @@
 // A second host in a process in which .NET runs already, as when another part of the process uses .NET, too.
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -14,6 +15,8 @@ using namespace Quorvex::Velmora::TestSupport;
 namespace
 {
 
+namespace fs = std::filesystem;
+
 // A .runtimeconfig.json that asks for a version of the framework and has a property of its own.
 std::string configuration(const std::string& version)
 {
@@ -21,18 +24,29 @@ std::string configuration(const std::string& version)
            version + R"("}, "configProperties": {"Velmora.Test": "another"}}})";
 }
 
+// A copy of the bridge that asks for another version. In the build tree, because Windows lets nobody remove what this
+// process has loaded.
+fs::path bridgeAskingFor(const std::string& version)
+{
+    const fs::path bridge = hostFile("bridge-" + version);
+    fs::remove_all(bridge);
+    fs::copy(bridgeOfBuild(), bridge);
+    writeText(bridge / "Velmora.Bridge.runtimeconfig.json", configuration(version));
+    return bridge;
+}
+
 class RunningRuntime : public testing::Test
 {
 protected:
     RunningRuntime()
     {
-        runtime.setBridgeFolder(installation.bridge());
+        runtime.setBridgeFolder(bridgeOfBuild());
         if (runtime.description().framework.empty())
             runtime.setLocations({vendorFolder("fitting"), {}});
         (void)runtime.entryPoints();
     }
 
-    HostingStatus join(const std::filesystem::path& bridgeFolder)
+    HostingStatus join(const fs::path& bridgeFolder)
     {
         const auto second = HostFxr::system();
         const HostingStatus opened = second->open({});
@@ -49,7 +63,6 @@ protected:
         return row;
     }
 
-    Installation installation;
     ClrRuntime& runtime = ClrRuntime::ofProcess();
     StartBridge startBridge = nullptr;
 };
@@ -58,7 +71,7 @@ protected:
 
 TEST_F(RunningRuntime, IsJoinedByASecondHost)
 {
-    ASSERT_TRUE(join(installation.bridge()).succeeded());
+    ASSERT_TRUE(join(bridgeOfBuild()).succeeded());
     TessaportEntryPoints table{};
     table.version = EntryPointsVersion;
     table.size = sizeof table;
@@ -69,7 +82,7 @@ TEST_F(RunningRuntime, IsJoinedByASecondHost)
 
 TEST_F(RunningRuntime, RefusesATableOfAnotherSizeOrVersion)
 {
-    ASSERT_TRUE(join(installation.bridge()).succeeded());
+    ASSERT_TRUE(join(bridgeOfBuild()).succeeded());
 
     for (const auto& [version, size] : {std::pair(EntryPointsVersion + 1, sizeof(TessaportEntryPoints)),
              std::pair(EntryPointsVersion, sizeof(TessaportEntryPoints) - 8),
@@ -85,17 +98,13 @@ TEST_F(RunningRuntime, RefusesATableOfAnotherSizeOrVersion)
 
 TEST_F(RunningRuntime, IsJoinedByAHostWithOtherProperties)
 {
-    writeText(installation.bridge() / "Velmora.Bridge.runtimeconfig.json", configuration("8.0.0"));
-
-    EXPECT_TRUE(join(installation.bridge()).succeeded());
+    EXPECT_TRUE(join(bridgeAskingFor("8.0.0")).succeeded());
     EXPECT_NE(startBridge, nullptr);
 }
 
 TEST_F(RunningRuntime, CannotBeJoinedByAHostThatNeedsANewerFramework)
 {
-    writeText(installation.bridge() / "Velmora.Bridge.runtimeconfig.json", configuration("99.0.0"));
-
-    const HostingStatus status = join(installation.bridge());
+    const HostingStatus status = join(bridgeAskingFor("99.0.0"));
 
     EXPECT_EQ(static_cast<std::uint32_t>(status.code), 0x800080a5U);
     EXPECT_THAT(status.details, testing::HasSubstr("99.0.0"));

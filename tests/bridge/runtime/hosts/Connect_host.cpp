@@ -1,5 +1,6 @@
 // A host whose arguments are the steps that it takes, each of which writes one line or more:
 //   api=FOLDER, dotnet=FOLDER   sets the runtime options
+//   api-of-no-text=FOLDER       sets a folder in that one, whose name is no text
 //   rename=FROM>TO              changes something on the disk
 //   connect, drives, folders    a request on a new connection
 #include <chrono>
@@ -9,7 +10,9 @@
 #include <string>
 #include <string_view>
 
+#include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <tests/bridge/runtime/hosts/HostText.h>
+#include <tests/bridge/runtime/hosts/WineFrames.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 
@@ -18,6 +21,12 @@ using TessaportAPI::QvNativeTessaportAPI;
 
 namespace
 {
+
+#ifdef _WIN32
+constexpr const wchar_t* NameOfNoText = L"\xD800";
+#else
+constexpr const char* NameOfNoText = "\xFF";
+#endif
 
 TessaportAPI::RuntimeOptions options;
 
@@ -59,7 +68,8 @@ void listFolders()
 void rename(std::string_view fromTo)
 {
     const std::size_t separator = fromTo.find('>');
-    std::filesystem::rename(fromTo.substr(0, separator), fromTo.substr(separator + 1));
+    std::filesystem::rename(
+        std::filesystem::u8path(fromTo.substr(0, separator)), std::filesystem::u8path(fromTo.substr(separator + 1)));
 }
 
 void take(std::string_view step)
@@ -73,10 +83,13 @@ void take(std::string_view step)
     } else if (name == "folders") {
         TestHosts::report(listFolders);
     } else if (name == "api") {
-        options.apiFolder = value;
+        options.apiFolder = std::filesystem::u8path(value);
+        setOptions();
+    } else if (name == "api-of-no-text") {
+        options.apiFolder = std::filesystem::u8path(value) / NameOfNoText;
         setOptions();
     } else if (name == "dotnet") {
-        options.dotnetRoot = value;
+        options.dotnetRoot = std::filesystem::u8path(value);
         setOptions();
     } else if (name == "rename") {
         rename(value);
@@ -89,9 +102,10 @@ void take(std::string_view step)
 
 int main(int count, char** arguments)
 {
+    TestHosts::forgetWineFramesThatAreGone();
     try {
-        for (int i = 1; i < count; ++i)
-            take(arguments[i]);
+        for (const std::string& step : TestHosts::argumentsOf(count, arguments))
+            take(step);
         return 0;
     } catch (const std::exception& e) {
         std::cerr << e.what() << std::endl;

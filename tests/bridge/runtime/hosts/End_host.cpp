@@ -1,12 +1,15 @@
-// A host that ends in the way that its second argument names, with exit code 7. The first is the API folder.
+// A host that ends in the way that its second argument names, with exit code 7.
+//   End_host API_FOLDER WAY
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
-#include <string_view>
+#include <string>
 #include <thread>
 #include <vector>
 
+#include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 
@@ -82,12 +85,13 @@ int useConnectedStatic()
 
 } // namespace
 
-int main(int count, char** arguments)
+int main(int count, char** values)
 {
-    if (count != 3)
+    const std::vector<std::string> arguments = Quorvex::Velmora::TestHosts::argumentsOf(count, values);
+    if (arguments.size() != 2)
         return 2;
-    setRuntimeOptions({arguments[1], {}});
-    const std::string_view way = arguments[2];
+    setRuntimeOptions({std::filesystem::u8path(arguments[0]), {}});
+    const std::string& way = arguments[1];
     if (way == "full-cache") {
         QvNativeTessaportAPI connection;
         return list(connection).GetSize() == 5000 ? ExitCode : 1;

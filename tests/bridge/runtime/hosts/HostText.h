@@ -7,6 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/api/QVString.h>
+#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::TestHosts
 {
@@ -21,12 +22,13 @@ inline const char* kindOf(const TessaportAPI::ApiException& e)
     return typeid(e) == typeid(ApiException) ? "ApiException" : "another exception";
 }
 
-/// The message in one line.
-inline std::string lineOf(std::string message)
+/// The message in one line. What is no text in it, as parts of paths may be, is replaced.
+inline std::string lineOf(const TessaportAPI::ApiException& e)
 {
-    for (char& c : message)
+    std::string line = Common::Unicode::toUtf8(e.getErrorMessage());
+    for (char& c : line)
         c = c == '\n' ? ' ' : c;
-    return message;
+    return line;
 }
 
 /// Runs the step; a failure becomes a line "failed <kind>: <message>".
@@ -36,7 +38,7 @@ void report(Step step)
     try {
         step();
     } catch (const TessaportAPI::ApiException& e) {
-        std::cout << "failed " << kindOf(e) << ": " << lineOf(e.what()) << std::endl;
+        std::cout << "failed " << kindOf(e) << ": " << lineOf(e) << std::endl;
     }
 }
 

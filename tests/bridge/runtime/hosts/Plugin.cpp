@@ -1,17 +1,25 @@
 // A part of a host that comes and goes with its library.
+#include <filesystem>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 
 using namespace Quorvex::Velmora::TessaportAPI;
 
-extern "C" VELMORA_API int countItems(const char* apiFolder);
+#ifdef _WIN32
+#define PLUGIN_API __declspec(dllexport)
+#else
+#define PLUGIN_API __attribute__((visibility("default")))
+#endif
 
-/// Sets the options when a folder is given. Returns the number of items of the first drive, or -1.
+extern "C" PLUGIN_API int countItems(const char* apiFolder);
+
+/// Sets the options when a folder is given, in UTF-8. Returns the number of items of the first drive, or -1.
 int countItems(const char* apiFolder)
 {
     try {
         if (apiFolder != nullptr)
-            setRuntimeOptions({apiFolder, {}});
+            setRuntimeOptions({std::filesystem::u8path(apiFolder), {}});
         QvNativeTessaportAPI connection;
         const auto drives = connection.getDrives();
         return static_cast<int>(connection.getFolderContents(drives[0]->root).GetSize());

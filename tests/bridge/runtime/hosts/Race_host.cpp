@@ -1,10 +1,13 @@
 // Makes the first bridge objects of the process on 64 threads at once. Exits with 7 when every one of them works.
 //   Race_host BRIDGE_FOLDER API_FOLDER
 #include <atomic>
+#include <filesystem>
 #include <iostream>
+#include <string>
 #include <thread>
 #include <vector>
 
+#include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 
@@ -28,13 +31,14 @@ bool firstUse()
 
 } // namespace
 
-int main(int count, char** arguments)
+int main(int count, char** values)
 {
-    if (count != 3)
+    const std::vector<std::string> arguments = TestHosts::argumentsOf(count, values);
+    if (arguments.size() != 2)
         return 2;
     auto& runtime = Tessaport::ClrRuntime::ofProcess();
-    runtime.setBridgeFolder(arguments[1]);
-    runtime.setLocations({arguments[2], {}});
+    runtime.setBridgeFolder(std::filesystem::u8path(arguments[0]));
+    runtime.setLocations({std::filesystem::u8path(arguments[1]), {}});
 
     std::atomic<int> waiting{Threads};
     std::atomic<int> succeeded{0};

@@ -3,18 +3,18 @@
 //   Threads_host API_FOLDER
 #include <algorithm>
 #include <climits>
-#include <fstream>
+#include <filesystem>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <malloc.h>
-
+#include <tests/bridge/runtime/hosts/HostArguments.h>
+#include <tests/bridge/runtime/hosts/ProcessMemory.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 
+using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::TessaportAPI;
 
 namespace
@@ -34,35 +34,24 @@ void useThreads(QvNativeTessaportAPI& connection, int count)
             thread.join();
     }
     connection.discover(); // Collects the managed garbage.
-    malloc_trim(0);
-}
-
-// Private memory in use, in KiB.
-long usedMemory()
-{
-    std::ifstream file("/proc/self/smaps_rollup");
-    std::string line;
-    while (std::getline(file, line)) {
-        if (line.rfind("Private_Dirty:", 0) == 0)
-            return std::stol(line.substr(14));
-    }
-    throw std::runtime_error("no Private_Dirty in /proc/self/smaps_rollup");
+    TestHosts::giveBackFreeMemory();
 }
 
 } // namespace
 
-int main(int count, char** arguments)
+int main(int count, char** values)
 {
-    if (count != 2)
+    const std::vector<std::string> arguments = TestHosts::argumentsOf(count, values);
+    if (arguments.size() != 1)
         return 2;
-    setRuntimeOptions({arguments[1], {}});
+    setRuntimeOptions({std::filesystem::u8path(arguments[0]), {}});
     QvNativeTessaportAPI connection;
     // The runtime grows once, some time after its start; what threads leave behind would come with every round.
     long least = LONG_MAX;
     for (int round = 0; round < 4 && least >= Limit; ++round) {
-        const long before = usedMemory();
+        const long before = TestHosts::usedMemory();
         useThreads(connection, 10'000);
-        const long after = usedMemory();
+        const long after = TestHosts::usedMemory();
         std::cerr << before << " KiB before, " << after << " KiB after" << std::endl;
         least = std::min(least, after - before);
     }

@@ -1,40 +1,42 @@
 // A host that unloads its plugin, and with it the library, and loads both again. Exits with 7 when both uses succeed.
-//   Unload_host PLUGIN API_FOLDER [LIBRARY]
-#include <dlfcn.h>
-#include <iostream>
+//   Unload_host PLUGIN API_FOLDER LIBRARY
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <tests/bridge/runtime/hosts/DynamicLibrary.h>
+#include <tests/bridge/runtime/hosts/HostArguments.h>
+
+using Quorvex::Velmora::TestHosts::DynamicLibrary;
+namespace fs = std::filesystem;
 
 namespace
 {
 
-int countItemsOf(const char* plugin, const char* apiFolder)
+int countItemsOf(const fs::path& plugin, const char* apiFolder)
 {
-    void* const library = dlopen(plugin, RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-        std::cerr << dlerror() << std::endl;
-        return -1;
-    }
-    const auto countItems = reinterpret_cast<int (*)(const char*)>(dlsym(library, "countItems"));
+    DynamicLibrary library(plugin);
+    const auto countItems = library.symbol<int (*)(const char*)>("countItems");
     const int count = countItems == nullptr ? -1 : countItems(apiFolder);
-    return dlclose(library) == 0 ? count : -1;
+    return library.unload() ? count : -1;
 }
 
-bool loadsAndUnloads(const char* path)
-{
-    void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    return library != nullptr && dlclose(library) == 0;
-}
+bool loadsAndUnloads(const fs::path& path) { return DynamicLibrary(path).unload(); }
 
 } // namespace
 
-int main(int count, char** arguments)
+int main(int count, char** values)
 {
-    if (count != 4)
+    const std::vector<std::string> arguments = Quorvex::Velmora::TestHosts::argumentsOf(count, values);
+    if (arguments.size() != 3)
         return 2;
-    if (!loadsAndUnloads(arguments[3]))
+    const fs::path plugin = fs::u8path(arguments[0]);
+    const fs::path library = fs::u8path(arguments[2]);
+    if (!loadsAndUnloads(library))
         return 3;
-    if (countItemsOf(arguments[1], arguments[2]) != 5000)
+    if (countItemsOf(plugin, arguments[1].c_str()) != 5000)
         return 4;
-    if (!loadsAndUnloads(arguments[3]))
+    if (!loadsAndUnloads(library))
         return 5;
-    return countItemsOf(arguments[1], nullptr) == 5000 ? 7 : 6;
+    return countItemsOf(plugin, nullptr) == 5000 ? 7 : 6;
 }
