@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 
 #include <velmora/platform/Unicode.h>
@@ -16,22 +15,38 @@ namespace Quorvex::Velmora::Common
 {
 
 #if defined(VELMORA_WIDEN_SSE2)
-/// Writes eight characters, unless a zero character or a surrogate is among them.
+/// Writes eight characters, unless a zero character is among them, or a surrogate where a pair becomes one character.
 inline bool widenEight(const char16_t* source, wchar_t* target) noexcept
 {
     const __m128i zero = _mm_setzero_si128();
-    const __m128i surrogateMask = _mm_set1_epi16(static_cast<short>(0xF800));
-    const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
     const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
-    const __m128i special =
-        _mm_or_si128(_mm_cmpeq_epi16(units, zero), _mm_cmpeq_epi16(_mm_and_si128(units, surrogateMask), surrogate));
-    if (_mm_movemask_epi8(special) != 0)
-        return false;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi16(units, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(target) + 1, _mm_unpackhi_epi16(units, zero));
+    const __m128i zeros = _mm_cmpeq_epi16(units, zero);
+    auto* const out = reinterpret_cast<__m128i*>(target);
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        if (_mm_movemask_epi8(zeros) != 0)
+            return false;
+        _mm_storeu_si128(out, units);
+    } else {
+        const __m128i surrogateMask = _mm_set1_epi16(static_cast<short>(0xF800));
+        const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+        const __m128i surrogates = _mm_cmpeq_epi16(_mm_and_si128(units, surrogateMask), surrogate);
+        if (_mm_movemask_epi8(_mm_or_si128(zeros, surrogates)) != 0)
+            return false;
+        _mm_storeu_si128(out, _mm_unpacklo_epi16(units, zero));
+        _mm_storeu_si128(out + 1, _mm_unpackhi_epi16(units, zero));
+    }
     return true;
 }
 #endif
+
+/// The character at a position before the end, which moves behind it.
+inline wchar_t nextWide(std::u16string_view source, std::size_t& position) noexcept
+{
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t))
+        return static_cast<wchar_t>(source[position++]);
+    else
+        return static_cast<wchar_t>(Unicode::nextCodePoint(source, position));
+}
 
 /// Writes the text up to its first zero character and returns how many characters were written, which is at most
 /// `source.size()`. Pairs become one character where wchar_t has 32 bits; unpaired surrogates stay.
@@ -39,27 +54,19 @@ inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target)
 {
     std::size_t position = 0;
     wchar_t* out = target;
-    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
-        position = source.find(u'\0');
-        if (position == std::u16string_view::npos)
-            position = source.size();
-        std::memcpy(target, source.data(), position * sizeof(char16_t));
-        return position;
-    } else {
 #if defined(VELMORA_WIDEN_SSE2)
-        for (; source.size() - position >= 8; position += 8, out += 8) {
-            if (!widenEight(source.data() + position, out))
-                break;
-        }
-        // What is left of a longer text goes in one step with some of what went before.
-        const std::size_t left = source.size() - position;
-        if (left != 0 && left < 8 && position >= 8 && widenEight(source.data() + source.size() - 8, out + left - 8))
-            return source.size();
-#endif
-        while (position < source.size() && source[position] != u'\0')
-            *out++ = static_cast<wchar_t>(Unicode::nextCodePoint(source, position));
-        return static_cast<std::size_t>(out - target);
+    for (; source.size() - position >= 8; position += 8, out += 8) {
+        if (!widenEight(source.data() + position, out))
+            break;
     }
+    // What is left of a longer text goes in one step with some of what went before.
+    const std::size_t left = source.size() - position;
+    if (left != 0 && left < 8 && position >= 8 && widenEight(source.data() + source.size() - 8, out + left - 8))
+        return source.size();
+#endif
+    while (position < source.size() && source[position] != u'\0')
+        *out++ = nextWide(source, position);
+    return static_cast<std::size_t>(out - target);
 }
 
 } // namespace Quorvex::Velmora::Common
