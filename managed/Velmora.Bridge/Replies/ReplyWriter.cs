@@ -198,7 +198,9 @@ internal sealed unsafe class ReplyWriter : IDisposable
     [MethodImpl(MethodImplOptions.NoInlining)]
     private void Grow(nuint count)
     {
-        nuint grown = Math.Max(checked(capacity * 2), checked(size + count));
+        // Each step copies what was written. Few of them up to a piece: room that stays empty costs only addresses.
+        nuint factor = capacity < PieceSize ? 8u : 2u;
+        nuint grown = Math.Max(checked(capacity * factor), checked(size + count));
         data = (byte*)NativeMemory.Realloc(data, grown);
         capacity = grown;
     }
