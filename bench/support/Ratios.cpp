@@ -13,15 +13,6 @@ namespace Quorvex::Velmora::Bench
 namespace
 {
 
-using Run = benchmark::BenchmarkReporter::Run;
-
-#ifdef _WIN32
-// The processor time of a thread is counted in ticks that are as long as what is measured.
-double timeOf(const Run& run) { return run.GetAdjustedRealTime(); }
-#else
-double timeOf(const Run& run) { return run.GetAdjustedCPUTime(); }
-#endif
-
 /// Shows the runs and keeps the best time of each benchmark; with repetitions, what disturbs a run only makes it
 /// slower.
 class TimeKeeper : public benchmark::ConsoleReporter
@@ -34,7 +25,7 @@ public:
     {
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                keep(run.run_name.function_name, Bench::timeOf(run));
+                keep(run.run_name.function_name, run.GetAdjustedCPUTime());
         }
         ConsoleReporter::ReportRuns(runs);
     }
