@@ -78,6 +78,16 @@ TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsNone)
         ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
+#ifdef _WIN32
+
+TEST_F(BridgeFolder, IsNamedWhenItsLibraryIsNone)
+{
+    EXPECT_THAT(connectWithAndWithout(installation.bridge() / "nethost.dll", "no library"),
+        ElementsAre(failsNaming("0x800700c1", "nethost.dll", installation.bridge().u8string(), Reinstall), Connected));
+}
+
+#endif
+
 TEST_F(BridgeFolder, IsFoundThroughALinkToTheLibrary)
 {
     const fs::path links = installation.root() / "links";

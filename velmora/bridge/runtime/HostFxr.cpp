@@ -22,7 +22,11 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-using HostText = std::basic_string<char_t>;
+#ifdef _WIN32
+// The system's own codes for a file of the bridge that is no library, or another one.
+constexpr auto BadExecutable = static_cast<std::int32_t>(0x800700c1);
+constexpr auto ProcedureNotFound = static_cast<std::int32_t>(0x8007007f);
+#endif
 
 // Collects what hostfxr writes while one step runs; the writer is per thread.
 class ErrorCollector
@@ -91,11 +95,8 @@ public:
     HostingStatus open(const std::filesystem::path& root) override
     {
         dotnetRoot = root;
-        HostingStatus status;
-        status.code = locate();
-        if (status.code != 0)
-            return status;
-        return load();
+        const HostingStatus located = locate();
+        return located.code == 0 ? load() : located;
     }
 
     HostingStatus start(const std::filesystem::path& bridgeFolder, StartBridge& startBridge) override
@@ -109,11 +110,17 @@ public:
     }
 
 private:
-    std::int32_t locate()
+    HostingStatus locate()
     {
-        const auto getPath = nethost();
-        if (getPath == nullptr)
-            return static_cast<std::int32_t>(0x80008083);
+        HostingStatus status;
+        const auto getPath = nethost(status);
+        if (getPath != nullptr)
+            status.code = locate(getPath);
+        return status;
+    }
+
+    std::int32_t locate(decltype(&get_hostfxr_path) getPath)
+    {
         get_hostfxr_parameters parameters{};
         parameters.size = sizeof parameters;
         parameters.dotnet_root = dotnetRoot.empty() ? nullptr : dotnetRoot.c_str();
@@ -131,13 +138,16 @@ private:
 
 #ifdef _WIN32
     // The DLL of the bridge folder; the static library of the pack is for another linker.
-    static decltype(&get_hostfxr_path) nethost()
+    static decltype(&get_hostfxr_path) nethost(HostingStatus& status)
     {
         const NativeLibrary library = NativeLibrary::open(libraryFolder() / "velmora" / "bridge" / "nethost.dll");
-        return library.symbol<decltype(&get_hostfxr_path)>("get_hostfxr_path");
+        const auto getPath = library.symbol<decltype(&get_hostfxr_path)>("get_hostfxr_path");
+        if (getPath == nullptr)
+            status = {library.isOpen() ? ProcedureNotFound : BadExecutable, library.error()};
+        return getPath;
     }
 #else
-    static decltype(&get_hostfxr_path) nethost() { return &get_hostfxr_path; }
+    static decltype(&get_hostfxr_path) nethost(HostingStatus&) { return &get_hostfxr_path; }
 #endif
 
     HostingStatus load()

@@ -79,7 +79,7 @@ constexpr KnownFailure KnownFailures[] = {
 
 // What is said of codes that the table does not have.
 constexpr KnownFailure UnknownHostingFailure = {0, L"an unexpected failure", RepairDotnet};
-constexpr KnownFailure BridgeFailure = {0, L"the bridge's assembly could not be loaded", RepairBridge};
+constexpr KnownFailure BridgeFailure = {0, L"a file of the bridge could not be loaded", RepairBridge};
 
 const KnownFailure& failureOf(std::uint32_t code)
 {
