@@ -42,6 +42,9 @@ internal static unsafe class Failure
 
     private static int RowOf(Exception e)
     {
+        // Nothing is an exception of an assembly that is not bound, and asking would look for it once more.
+        if (ApiAssembly.Bound == null)
+            return OtherRow;
         for (int i = 0; i < rows.Length; ++i) {
             if (Fits(rows[i], e))
                 return i + 1;
