@@ -28,7 +28,7 @@ std::string configuration(const std::string& version)
 // process has loaded.
 fs::path bridgeAskingFor(const std::string& version)
 {
-    const fs::path bridge = hostFile("bridge-" + version);
+    fs::path bridge = hostFile("bridge-" + version);
     fs::remove_all(bridge);
     fs::copy(bridgeOfBuild(), bridge);
     writeText(bridge / "Velmora.Bridge.runtimeconfig.json", configuration(version));
