@@ -8,8 +8,8 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Lives while the runtime starts. The runtime takes SIGTERM and SIGPIPE for itself and, in some versions, forgets who had
-/// them; in the end a host that had handlers of its own has them again. A host that had none keeps the runtime's.
+/// Lives while the runtime starts. The runtime takes SIGTERM and SIGPIPE for itself and, in some versions, forgets who
+/// had them; in the end a host that had handlers of its own has them again. A host that had none keeps the runtime's.
 class HostSignals
 {
 public:
