@@ -22,8 +22,8 @@ HANDLE openConsole(const wchar_t* name)
 std::wstring givenCommandLine()
 {
     const std::wstring line = GetCommandLineW();
-    const std::size_t end = line.find(L'"', 1);
-    return end == std::wstring::npos ? std::wstring() : line.substr(end + 1);
+    const std::size_t start = line.find_first_not_of(L' ', line.find(L'"', 1) + 1);
+    return start == std::wstring::npos ? std::wstring() : line.substr(start);
 }
 
 } // namespace

@@ -68,7 +68,10 @@ ChildResult run(const ChildProgram& program)
                                : openForChild(output, program.unwritableOutput ? GENERIC_READ : GENERIC_WRITE);
         const Handle process =
             startWith(program, std::move(inputPipe.reader), std::move(outputEnd), openForChild(errors, GENERIC_WRITE));
-        std::thread sender([&] { sendAll(program.input, inputPipe.writer); });
+        std::thread sender([&] {
+            send(program.input, inputPipe.writer.get());
+            inputPipe.writer.close();
+        });
         std::thread receiver([&] {
             if (program.readAtMost)
                 result.output = receive(outputPipe.reader.get(), *program.readAtMost);

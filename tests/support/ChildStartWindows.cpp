@@ -129,16 +129,15 @@ void wait(HANDLE process, const ChildProgram& program, ChildResult& result)
     result.exitCode = static_cast<int>(code);
 }
 
-void sendAll(const std::string& input, Handle& to)
+void send(const std::string& input, HANDLE to)
 {
     for (std::size_t sent = 0; sent < input.size();) {
         DWORD count = 0;
         const auto left = static_cast<DWORD>(input.size() - sent);
-        if (WriteFile(to.get(), input.data() + sent, left, &count, nullptr) == 0)
-            break;
+        if (WriteFile(to, input.data() + sent, left, &count, nullptr) == 0)
+            return;
         sent += count;
     }
-    to.close();
 }
 
 std::string receive(HANDLE from, std::size_t wanted)

@@ -56,8 +56,8 @@ struct Pipe {
 
 void wait(HANDLE process, const ChildProgram& program, ChildResult& result);
 
-/// Writes as much as is read, and closes.
-void sendAll(const std::string& input, Handle& to);
+/// Writes as much as is read.
+void send(const std::string& input, HANDLE to);
 
 /// What comes until the end, or until there is as much as is wanted.
 [[nodiscard]] std::string receive(HANDLE from, std::size_t wanted = std::numeric_limits<std::size_t>::max());

@@ -102,7 +102,7 @@ ChildResult runOnTerminal(const ChildProgram& program)
     const Handle process = startOn(console.get(), program);
     ChildResult result;
     std::thread receiver([&] { result.output = receive(console.screen.get()); });
-    sendAll(keysFor(program.input), console.keyboard);
+    send(keysFor(program.input), console.keyboard.get());
     wait(process.get(), program, result);
     console.close();
     receiver.join();
