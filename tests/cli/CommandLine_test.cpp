@@ -115,6 +115,7 @@ TEST_F(CommandLine, HelpNamesTheExitCodes)
 
 TEST_F(CommandLine, ShowsItsVersion) { EXPECT_EQ(expectOk({"--version"}), "tessaport " TESSAPORT_VERSION "\n"); }
 
+#ifndef _WIN32 // Where there is no bash to try it in.
 TEST_F(CommandLine, CompletesCommandsAndOptionsInBash)
 {
     writeFile(folder / "completion.bash", expectOk({"completion", "bash"}));
@@ -132,6 +133,7 @@ try tessaport drives --js
 
     EXPECT_EQ(readFile(folder / "out"), "drives\nstart status\nset-state\n--dry-run\n--json\n");
 }
+#endif
 
 TEST_F(CommandLine, WritesCompletionsOfEveryCommandForAllShells)
 {

@@ -9,6 +9,12 @@ class Demo : public ToolTest
 {
 };
 
+#ifdef _WIN32
+const std::string Quote = "\"";
+#else
+const std::string Quote = "'";
+#endif
+
 std::string replacedAll(std::string text, const std::string& from, const std::string& to)
 {
     for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
@@ -20,7 +26,7 @@ TEST_F(Demo, ShowsVersionDrivesAndATree)
 {
     const std::string output = replacedAll(expectOk({"demo"}), text(home), "HOME");
 
-    EXPECT_EQ(output, R"(Home: HOME
+    EXPECT_EQ(replacedAll(output, std::string(1, std::filesystem::path::preferred_separator), "/"), R"(Home: HOME
 Tessaport 1.0.0
 
 NAME              TYPE                               LOCKS  WORKSPACE
@@ -65,19 +71,18 @@ Morrow Archive
 
 To go on, for example:
   tessaport sync
-  tessaport where 'HOME/drives/harbour/workspace/README.txt'
-)");
+  tessaport where )" + Quote + "HOME/drives/harbour/workspace/README.txt" + Quote + '\n');
 }
 
 TEST_F(Demo, CanBeMadeTwiceAndKeepsWhatTheUserChanged)
 {
     const std::string first = expectOk({"demo"});
-    writeFile(readme(), "mine");
+    writeFile(toPath(readme()), "mine");
 
     const std::string second = expectOk({"demo"});
 
     EXPECT_EQ(first, second);
-    EXPECT_EQ(readFile(readme()), "mine");
+    EXPECT_EQ(readFile(toPath(readme())), "mine");
 }
 
 TEST_F(Demo, PutsBackWhatIsMissing)

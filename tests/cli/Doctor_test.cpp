@@ -11,6 +11,12 @@ namespace
 
 using testing::HasSubstr;
 
+#ifdef _WIN32
+constexpr const char* DataFolderVariable = "LOCALAPPDATA";
+#else
+constexpr const char* DataFolderVariable = "XDG_DATA_HOME";
+#endif
+
 class Doctor : public ToolTest
 {
 protected:
@@ -79,7 +85,8 @@ TEST_F(Doctor, SaysThatTheAssemblyIsMissing)
     const auto findings = examine({"--api-folder", text(folder / "ohne Schnittstelle")}, 1);
 
     EXPECT_EQ(findings.at("API")["good"], false);
-    EXPECT_THAT(findings.at("API")["detail"], HasSubstr("ohne Schnittstelle/Quorvex.Tessaport.API.dll"));
+    EXPECT_THAT(
+        findings.at("API")["detail"], HasSubstr(withNativeSlashes("ohne Schnittstelle/Quorvex.Tessaport.API.dll")));
     EXPECT_THAT(findings.at("API")["remedy"], HasSubstr("--api-folder"));
     EXPECT_EQ(findings.at("Runtime")["good"], false);
 }
@@ -96,12 +103,12 @@ TEST_F(Doctor, SaysThatTheServiceIsNotInstalled)
 TEST_F(Doctor, WorksFromANonAsciiFolderInTheCLocale)
 {
     makeDemo();
-    const fs::path copy = folder / "Встановлення ü";
+    const fs::path copy = folder / toPath("Встановлення ü");
     fs::copy(fs::path(TESSAPORT_TOOL).parent_path().parent_path() / "share/velmora/local-service", copy,
         fs::copy_options::recursive);
     ChildProgram program;
     program.arguments = {"--api-folder", text(copy), "drives"};
-    program.environment["LC_ALL"] = "C";
+    program.environment = CLocale;
 
     const ChildResult finished = runProgram(program);
 
@@ -112,7 +119,7 @@ TEST_F(Doctor, UsesTheUsersDataFolderWhenNoHomeIsNamed)
 {
     ChildProgram program;
     program.arguments = {"--json", "service", "status"};
-    program.environment = {{"TESSAPORT_HOME", ""}, {"XDG_DATA_HOME", text(folder / "data")}};
+    program.environment = {{"TESSAPORT_HOME", ""}, {DataFolderVariable, text(folder / "data")}};
 
     const ChildResult finished = runProgram(program);
 

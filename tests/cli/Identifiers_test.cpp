@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tests/support/EnvironmentVariable.h>
+
 #include "ToolTest.h"
 
 namespace fs = std::filesystem;
@@ -44,7 +46,7 @@ TEST_F(Identifiers, LeadBackToTheItem)
 TEST_F(Identifiers, SurviveARename)
 {
     const std::string id = idOf(readme());
-    fs::rename(readme(), workspace("harbour") / "plans/READ ME.txt");
+    fs::rename(toPath(readme()), workspace("harbour") / "plans/READ ME.txt");
 
     EXPECT_EQ(expectOk({"resolve", id}), text(workspace("harbour") / "plans/READ ME.txt") + '\n');
 }
@@ -155,7 +157,7 @@ TEST_F(Identifiers, FullPathIsTheOneOfDotnet)
     program.arguments = {"full-path", "../ü/./x"};
     program.currentFolder = workspace("harbour");
 
-    EXPECT_EQ(runProgram(program).output, text(home / "drives/harbour/ü/x") + '\n');
+    EXPECT_EQ(runProgram(program).output, text(home / toPath("drives/harbour/ü/x")) + '\n');
     EXPECT_EQ(run({"full-path", ""}).exitCode, 1);
 }
 
@@ -172,7 +174,7 @@ TEST_F(Identifiers, LogLinesOfTheLibraryAreShownWhenAskedFor)
 TEST_F(Identifiers, ProbeFilesNeverStay)
 {
     ChildProgram program;
-    program.environment["TMPDIR"] = text(folder / "tmp");
+    program.environment[TestSupport::TemporaryFolderVariable] = text(folder / "tmp");
     fs::create_directory(folder / "tmp");
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"root"}, {"can-add-file", readme()},
              {"can-add-file", "/etc"}, {"can-add-file", text(workspace("team"))}}) {

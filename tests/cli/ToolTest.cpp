@@ -11,6 +11,12 @@ namespace fs = std::filesystem;
 namespace Quorvex::Velmora::ToolTest
 {
 
+#ifdef _WIN32
+const std::map<std::string, std::string> CLocale;
+#else
+const std::map<std::string, std::string> CLocale{{"LC_ALL", "C"}, {"LANG", ""}};
+#endif
+
 ToolTest::ToolTest() : folder(fs::canonical(temporary.path())), home(folder / "home") {}
 
 void ToolTest::makeDemo() { expectOk({"demo"}); }
@@ -82,6 +88,8 @@ std::string readFile(const fs::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+fs::path toPath(const std::string& text) { return fs::u8path(text); }
+
 std::string text(const fs::path& path) { return fs::path(path).make_preferred().u8string(); }
 
 std::string withBackslashes(std::string path)
@@ -89,6 +97,13 @@ std::string withBackslashes(std::string path)
     for (char& c : path)
         c = c == '/' ? '\\' : c;
     return path;
+}
+
+std::string withNativeSlashes(std::string text)
+{
+    for (char& c : text)
+        c = c == '/' ? static_cast<char>(fs::path::preferred_separator) : c;
+    return text;
 }
 
 std::vector<std::string> linesOf(const std::string& text)

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -58,11 +59,20 @@ protected:
 void writeFile(const std::filesystem::path& file, const std::string& content);
 std::string readFile(const std::filesystem::path& file);
 
+/// Where the environment says it, that a process has no locale but the plain one. On Windows it does not say it.
+extern const std::map<std::string, std::string> CLocale;
+
+/// The path that a text in UTF-8 names.
+std::filesystem::path toPath(const std::string& text);
+
 /// A path with the slashes of this platform, in UTF-8.
 std::string text(const std::filesystem::path& path);
 
 /// As the service writes paths.
 std::string withBackslashes(std::string path);
+
+/// Slashes as this platform has them.
+std::string withNativeSlashes(std::string text);
 
 std::vector<std::string> linesOf(const std::string& text);
 

@@ -44,7 +44,7 @@ std::filesystem::path Context::apiFolder() const
 
 std::string Context::commandFor(const Home& home) const
 {
-    return options.home.empty() ? "tessaport" : "tessaport --home '" + toText(home.folder()) + "'";
+    return options.home.empty() ? "tessaport" : "tessaport --home " + Platform::quoted(toText(home.folder()));
 }
 
 ExitCode Context::reportStaticFailure(const std::string& what)

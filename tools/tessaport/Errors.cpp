@@ -8,6 +8,7 @@
 #include <velmora/api/Exceptions.h>
 
 #include "Paths.h"
+#include "Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {
@@ -63,7 +64,7 @@ Explanation explainCurrentException()
     } catch (const TessaportForcedUpdateException& e) {
         return {ExitCode::UpdateNeeded, oneLine(e.what())};
     } catch (const std::filesystem::filesystem_error& e) {
-        return {ExitCode::Failure, "'" + toText(e.path1()) + "': " + e.code().message()};
+        return {ExitCode::Failure, "'" + toText(e.path1()) + "': " + Platform::messageOf(e.code())};
     } catch (const std::bad_alloc&) {
         return {ExitCode::Failure, "out of memory"};
     } catch (const std::exception& e) {

@@ -80,7 +80,8 @@ void Home::setState(const std::string& name) const
     if (name == "not-installed") {
         fs::remove(serviceFile(), error);
         if (error)
-            throw Failure(ExitCode::Failure, "cannot remove '" + toText(serviceFile()) + "': " + error.message());
+            throw Failure(
+                ExitCode::Failure, "cannot remove '" + toText(serviceFile()) + "': " + Platform::messageOf(error));
         return;
     }
     replaceFile(serviceFile(), toLine({{"state", name}}) + '\n');
@@ -98,7 +99,7 @@ void Home::replaceFile(const fs::path& file, const std::string& content, std::op
     } catch (const fs::filesystem_error& e) {
         std::error_code ignored;
         fs::remove(prepared, ignored);
-        throw Failure(ExitCode::Failure, "cannot write '" + toText(file) + "': " + e.code().message());
+        throw Failure(ExitCode::Failure, "cannot write '" + toText(file) + "': " + Platform::messageOf(e.code()));
     }
 }
 

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iostream>
+#include <istream>
 #include <system_error>
 
 #include "ExitCode.h"
 #include "Paths.h"
+#include "Platform.h"
 
 namespace fs = std::filesystem;
 
@@ -23,7 +24,7 @@ constexpr std::size_t LongestLine = 64 * 1024 * 1024;
 LineReader::LineReader(const std::string& file) : name(file), source(&opened)
 {
     if (file == "-") {
-        source = &std::cin;
+        source = &Platform::standardInput();
         return;
     }
     const fs::path path = toPath(file);

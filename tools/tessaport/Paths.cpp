@@ -37,9 +37,11 @@ std::string absolutePath(const std::string& given)
 
 std::string withoutLinks(const std::string& absolute)
 {
-    std::error_code error;
-    const fs::path real = fs::weakly_canonical(toPath(absolute), error);
-    return error ? absolute : toText(withoutEndSlash(real));
+    try {
+        return toText(withoutEndSlash(Platform::withoutLinks(toPath(absolute))));
+    } catch (const fs::filesystem_error&) {
+        return absolute;
+    }
 }
 
 std::vector<std::string> selfAndParents(const std::string& absolute)

@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace Quorvex::Velmora::Tool::Platform
@@ -13,21 +15,38 @@ namespace Quorvex::Velmora::Tool::Platform
 
 enum class Stream { Input, Output, Error };
 
-/// Prepares the standard streams: UTF-8, no translation of line ends, a closed pipe reported by writeTo.
-void prepareStreams();
+/// For its lifetime the standard streams are prepared: a closed pipe is reported by writeTo, and a console obeys escape
+/// sequences. A console has its former settings afterwards.
+class PreparedStreams
+{
+public:
+    PreparedStreams();
+    ~PreparedStreams();
+    PreparedStreams(const PreparedStreams&) = delete;
+    PreparedStreams& operator=(const PreparedStreams&) = delete;
+};
 
 /// The arguments after the program's name.
 std::vector<std::string> arguments(int argc, char** argv);
 
 bool isTerminal(Stream stream);
 
+/// True for a terminal that obeys escape sequences.
+bool showsEscapes(Stream stream);
+
 enum class Written { All, ReaderGone, Failed };
 
 /// Writes all the bytes. After Failed, `reason` says why.
 Written writeTo(Stream stream, std::string_view bytes, std::string& reason);
 
+/// Standard input in UTF-8, also what is typed.
+std::istream& standardInput();
+
 /// One line of standard input without its end; nothing at the end of input.
 std::optional<std::string> readInputLine();
+
+/// What an error of the system means, in the words of the system.
+std::string messageOf(const std::error_code& error);
 
 /// Empty and unset variables are both reported as nothing.
 std::optional<std::string> environment(const char* name);
@@ -50,6 +69,12 @@ std::vector<std::filesystem::path> usualDotnetRoots();
 /// Slashes as this platform has them: on Linux back-slashes become slashes, as file names of the sync application hold
 /// none.
 std::string nativeSlashes(std::string path);
+
+/// A path as the shells of this platform take it for one argument.
+std::string quoted(const std::string& path);
+
+/// The path with all links followed, as far as it exists. @throws std::filesystem::filesystem_error.
+std::filesystem::path withoutLinks(const std::filesystem::path& absolute);
 
 /// Sets a file's last-write time in seconds since 1970 (UTC). @throws std::filesystem::filesystem_error.
 void setModifiedTime(const std::filesystem::path& file, std::int64_t seconds);

@@ -31,6 +31,6 @@ ExitCode run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    Platform::prepareStreams();
+    const Platform::PreparedStreams streams;
     return static_cast<int>(run(argc, argv));
 }

@@ -1,5 +1,6 @@
 #include "../DemoDrives.h"
 #include "../Paths.h"
+#include "../Platform.h"
 #include "../Text.h"
 #include "../output/Items.h"
 #include "Commands.h"
@@ -41,7 +42,7 @@ void show(Context& context, const Home& home)
     context.output.line("");
     context.output.line("To go on, for example:");
     context.output.line("  " + context.commandFor(home) + " sync");
-    context.output.line("  " + context.commandFor(home) + " where '" + examplePath(context) + "'");
+    context.output.line("  " + context.commandFor(home) + " where " + Platform::quoted(examplePath(context)));
 }
 
 ExitCode demo(Context& context)

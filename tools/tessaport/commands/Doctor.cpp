@@ -158,11 +158,13 @@ Examination examineAll(Context& context)
     examination.examine("Tool", lookAtTool);
     examination.examine("Library", lookAtLibrary);
     examination.examine("Bridge", lookAtBridge);
-    examination.examine("API", [&context] { return lookAtApi(context); });
+    const bool apiFound = examination.examine("API", [&context] { return lookAtApi(context); });
     examination.examine(".NET", [&context] { return lookAtDotnetInstallations(context); });
     if (context.options.apiFolder.empty())
         examination.examine("Home", lookAtHome);
-    if (examination.examine("Runtime", [&context] { return startRuntime(context); }))
+    if (!apiFound)
+        examination.examine("Runtime", [] { return bad("Runtime", "not started, as there is no API for it", ""); });
+    else if (examination.examine("Runtime", [&context] { return startRuntime(context); }))
         examination.examine("Service", [&context] { return askService(context); });
     return examination;
 }

@@ -1,9 +1,10 @@
-#include <iostream>
+#include <istream>
 #include <iterator>
 #include <memory>
 
 #include <velmora/native/MessageFormatting.h>
 
+#include "../Platform.h"
 #include "../Text.h"
 #include "../output/Json.h"
 #include "Commands.h"
@@ -18,7 +19,10 @@ struct LinkifyOptions {
     bool isHtml = false;
 };
 
-std::string standardInput() { return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()}; }
+std::string standardInput()
+{
+    return {std::istreambuf_iterator<char>(Platform::standardInput()), std::istreambuf_iterator<char>()};
+}
 
 ExitCode linkifyText(Context& context, const LinkifyOptions& options)
 {

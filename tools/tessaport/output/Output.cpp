@@ -48,10 +48,9 @@ Output::~Output()
 
 void Output::decideOnColour(bool forbidden)
 {
-    const bool allowed =
-        !forbidden && !Platform::environment("NO_COLOR") && Platform::environment("TERM").value_or("") != "dumb";
-    colourOnOutput = allowed && Platform::isTerminal(Platform::Stream::Output);
-    colourOnError = allowed && Platform::isTerminal(Platform::Stream::Error);
+    const bool allowed = !forbidden && !Platform::environment("NO_COLOR");
+    colourOnOutput = allowed && Platform::showsEscapes(Platform::Stream::Output);
+    colourOnError = allowed && Platform::showsEscapes(Platform::Stream::Error);
 }
 
 void Output::write(std::string_view text)

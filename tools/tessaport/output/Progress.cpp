@@ -22,7 +22,7 @@ void show(const std::string& text)
 } // namespace
 
 Progress::Progress(std::string what, std::uint64_t total)
-    : subject(std::move(what)), all(total), onTerminal(Platform::isTerminal(Platform::Stream::Error))
+    : subject(std::move(what)), all(total), onTerminal(Platform::showsEscapes(Platform::Stream::Error))
 {
 }
 

@@ -8,7 +8,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Shows nothing unless standard error is a terminal, and takes itself away when it goes.
+/// Shows nothing unless standard error is a terminal that obeys escape sequences, and takes itself away when it goes.
 class Progress
 {
 public:
