@@ -10,12 +10,13 @@ library_options() {
     x86_64-w64-mingw32-g++-posix -E -v -x c++ /dev/null 2>&1 >/dev/null | sed -n 's/^ \(\/.*\/c++.*\)$/-isystem \1/p'
 }
 
-# One command a line. GoogleTest's macros need the exception.
+# One command a line, without those that compile resources. GoogleTest's macros need the exception.
 commands() {
     local options
     options="--target=x86_64-w64-windows-gnu -fsyntax-only"
     options="$options $(library_options | tr '\n' ' ')"
-    sed -n '/ -c [^ ]*\/googletest\//d; s/^ *"command": "\(.*\)",$/\1/p' "$build_folder/compile_commands.json" |
+    sed -n '/ -c [^ ]*\/googletest\//d; s/^ *"command": "\(.*g++-posix .*\)",$/\1/p' \
+        "$build_folder/compile_commands.json" |
         sed 's/\\\(.\)/\1/g' |
         sed "s|^.*x86_64-w64-mingw32-g++-posix |clang++ $options |; s/ -fno-keep-inline-dllexport//; s/ -Wconversion//;
              s/ -o [^ ]*\.obj / /; s/\$/ -pedantic-errors -Wno-gnu-zero-variadic-macro-arguments/"
