@@ -1,7 +1,6 @@
 # What the commands need on the machine: Debian packages, which are installed when they are missing, and the .NET SDK.
 # shellcheck shell=bash
-readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev
-    libboost-filesystem-dev)
+readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev)
 readonly bench_packages=(libbenchmark-dev libisal-dev)
 readonly check_packages=(clang clang-format clang-tidy libclang-rt-dev shellcheck)
 
@@ -11,7 +10,7 @@ require() { # <package>...
         install_missing_packages "$@"
     elif ! can_build_here; then
         fail "this system has no apt-get: install CMake 3.25, Ninja, a C++17 compiler, GoogleTest with GoogleMock, \
-CLI11, JSON for Modern C++ (nlohmann_json), Boost with its Filesystem library and the .NET SDK 8.0 or newer, then run this again"
+CLI11, JSON for Modern C++ (nlohmann_json), Boost and the .NET SDK 8.0 or newer, then run this again"
     else
         require_dotnet
     fi
