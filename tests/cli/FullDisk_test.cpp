@@ -1,10 +1,8 @@
-#include <cerrno>
-#include <cstring>
+#include <optional>
 
 #include <gmock/gmock.h>
-#include <sched.h>
-#include <sys/mount.h>
 
+#include "../support/MountedDisk.h"
 #include "ToolTest.h"
 
 namespace fs = std::filesystem;
@@ -16,6 +14,8 @@ namespace
 
 using testing::HasSubstr;
 
+constexpr std::size_t MiB = 1024 * 1024;
+
 /// The workspace of the first drive is a small file system of its own.
 class FullDisk : public ToolTest
 {
@@ -26,24 +26,8 @@ protected:
         expectOk({"sync"});
         small = folder / "small";
         fs::create_directory(small);
-        // In a name space of its own the mount goes with this process, however it ends.
-        ASSERT_EQ(unshare(CLONE_NEWNS), 0) << advice();
-        ASSERT_EQ(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << advice();
-        ASSERT_EQ(mount("tmpfs", small.c_str(), "tmpfs", 0, "size=1m"), 0) << advice();
-        mounted = true;
+        disk.emplace(small, MiB);
         moveDrive("workspace", text(small / "workspace"));
-    }
-
-    void TearDown() override
-    {
-        if (mounted)
-            umount2(small.c_str(), MNT_DETACH);
-    }
-
-    static std::string advice()
-    {
-        return std::string("a small file system cannot be mounted (") + std::strerror(errno) +
-               "); run this test as root with CAP_SYS_ADMIN";
     }
 
     void moveDrive(const std::string& side, const std::string& place)
@@ -54,13 +38,11 @@ protected:
         writeFile(home / "drives.json", drives.dump());
     }
 
-    void makeRoom() const { ASSERT_EQ(mount("tmpfs", small.c_str(), "tmpfs", MS_REMOUNT, "size=64m"), 0) << advice(); }
-
     fs::path small;
-    bool mounted = false;
+    std::optional<TestSupport::MountedDisk> disk;
 };
 
-std::string bigContent() { return std::string(3 * 1024 * 1024, 'b'); }
+std::string bigContent() { return std::string(3 * MiB, 'b'); }
 
 TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndDoesTheOthers)
 {
@@ -86,7 +68,7 @@ TEST_F(FullDisk, SyncKeepsTheOldVersionWholeAndTakesTheNewOneOnceThereIsRoom)
     EXPECT_EQ(run({"sync"}).exitCode, 1);
 
     EXPECT_EQ(readFile(small / "workspace/README.txt"), old);
-    ASSERT_NO_FATAL_FAILURE(makeRoom());
+    disk->setCapacity(64 * MiB);
     expectOk({"sync"});
     EXPECT_EQ(readFile(small / "workspace/README.txt"), bigContent());
 }

@@ -3,12 +3,12 @@
 #include <utility>
 
 #ifdef _WIN32
-#include <chrono>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
 #include <windows.h>
+
+#include "MachineProgramWindows.h"
 #endif
 
 namespace Quorvex::Velmora::TestSupport
@@ -40,32 +40,20 @@ bool isThere(const std::filesystem::path& link)
     return search != INVALID_HANDLE_VALUE && FindClose(search) != 0;
 }
 
-// A Windows program cannot wait for one of the machine's, but for what it does.
-void runUntil(const std::filesystem::path& link, bool there, const wchar_t* program, std::wstring arguments)
-{
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    arguments = program + arguments + L" \"" + link.filename().wstring() + L"\"";
-    if (CreateProcessW(program, arguments.data(), nullptr, nullptr, FALSE, 0, nullptr, link.parent_path().c_str(),
-            &startup, &process) == 0)
-        return;
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    for (int i = 0; i < 1'000 && isThere(link) != there; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-}
-
 } // namespace
 
 Link::Link(const std::filesystem::path& target, std::filesystem::path link) : m_link(std::move(link))
 {
-    runUntil(m_link, true, L"Z:\\bin\\ln", L" -s \"" + target.generic_wstring() + L"\"");
-    if (!isThere(m_link))
+    const std::wstring arguments = L"-s \"" + target.generic_wstring() + L"\" \"" + m_link.filename().wstring() + L"\"";
+    if (!runOnMachine(L"ln", arguments, m_link.parent_path(), [this] { return isThere(m_link); }))
         throw std::runtime_error("no link could be made: " + m_link.u8string());
 }
 
-Link::~Link() { runUntil(m_link, false, L"Z:\\bin\\rm", L" -f"); }
+Link::~Link()
+{
+    const std::wstring arguments = L"-f \"" + m_link.filename().wstring() + L"\"";
+    runOnMachine(L"rm", arguments, m_link.parent_path(), [this] { return !isThere(m_link); });
+}
 
 #endif
 

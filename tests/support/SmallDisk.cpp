@@ -1,35 +1,55 @@
 #include "SmallDisk.h"
 
-#include <velmora/platform/NativePath.h>
+#include "MountedDisk.h"
 
+#ifndef _WIN32
 #include <csignal>
-#include <cstdlib>
+#include <optional>
 #include <stdexcept>
 
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
+#endif
 
 namespace Quorvex::Velmora::TestSupport
 {
+
+#ifdef _WIN32
+
+class SmallDisk::Limit : public MountedDisk
+{
+public:
+    using MountedDisk::MountedDisk;
+};
+
+#else
+
 namespace
 {
 
-std::filesystem::path makeFolder()
+class FileLimit
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "velmora-disk-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no folder for a small disk could be made: " + pattern);
-    return pattern;
-}
+public:
+    explicit FileLimit(std::size_t capacity)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_former);
+        rlimit limit = m_former;
+        limit.rlim_cur = capacity;
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            throw std::runtime_error("neither a file system nor a limit for a small disk could be made");
+        m_formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    }
+    ~FileLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_former);
+        std::signal(SIGXFSZ, m_formerHandler);
+    }
+    FileLimit(const FileLimit&) = delete;
+    FileLimit& operator=(const FileLimit&) = delete;
 
-// In a mount name space of this process alone, so that nothing stays mounted when a test dies.
-bool mountInMemory(const std::filesystem::path& folder, std::size_t capacity)
-{
-    const std::string options = "size=" + std::to_string(capacity);
-    return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
-}
+private:
+    rlimit m_former{};
+    void (*m_formerHandler)(int) = nullptr;
+};
 
 } // namespace
 
@@ -38,50 +58,22 @@ class SmallDisk::Limit
 public:
     Limit(const std::filesystem::path& folder, std::size_t capacity)
     {
-        if (mountInMemory(folder, capacity)) {
-            m_mounted = folder;
-            return;
-        }
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        rlimit limit = m_former;
-        limit.rlim_cur = capacity;
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            throw std::runtime_error("neither a file system nor a limit for a small disk could be made");
-        m_formerHandler = std::signal(SIGXFSZ, SIG_IGN);
-    }
-    ~Limit()
-    {
-        if (m_mounted.empty()) {
-            setrlimit(RLIMIT_FSIZE, &m_former);
-            std::signal(SIGXFSZ, m_formerHandler);
-        } else {
-            umount(m_mounted.c_str());
+        try {
+            m_disk.emplace(folder, capacity);
+        } catch (const std::runtime_error&) {
+            m_files.emplace(capacity);
         }
     }
-    Limit(const Limit&) = delete;
-    Limit& operator=(const Limit&) = delete;
 
 private:
-    std::filesystem::path m_mounted;
-    rlimit m_former{};
-    void (*m_formerHandler)(int) = nullptr;
+    std::optional<MountedDisk> m_disk;
+    std::optional<FileLimit> m_files;
 };
 
-SmallDisk::SmallDisk(std::size_t capacity)
-    : m_folder(makeFolder()), m_limit(std::make_unique<Limit>(m_folder, capacity))
-{
-}
+#endif
 
-SmallDisk::~SmallDisk()
-{
-    m_limit.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(m_folder, ignored);
-}
+SmallDisk::SmallDisk(std::size_t capacity) : m_limit(std::make_unique<Limit>(m_folder.path(), capacity)) {}
 
-std::wstring SmallDisk::file(std::wstring_view name) const
-{
-    return Common::wideText(m_folder / Common::nativePath(name));
-}
+SmallDisk::~SmallDisk() = default;
 
 } // namespace Quorvex::Velmora::TestSupport

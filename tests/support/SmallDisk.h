@@ -2,16 +2,17 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {
 
 /// A folder in which `capacity` bytes can be written: a file system in memory of that size where this process may mount
-/// one, otherwise a limit on the size of its files. Under Wine the test is started with that limit.
+/// one, otherwise, on Linux, a limit on the size of its files.
 class SmallDisk
 {
 public:
@@ -20,12 +21,12 @@ public:
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
 
-    [[nodiscard]] std::wstring file(std::wstring_view name) const;
+    [[nodiscard]] std::wstring file(std::wstring_view name) const { return m_folder.file(name); }
 
 private:
     class Limit;
 
-    std::filesystem::path m_folder;
+    TemporaryFolder m_folder;
     std::unique_ptr<Limit> m_limit;
 };
 

@@ -15,9 +15,4 @@ cxx_runtime='Z:\usr\lib\gcc\x86_64-w64-mingw32\12-posix;Z:\usr\x86_64-w64-mingw3
 # WINEPATH replaces the folders of the DLLs, VELMORA_WINE_LIBRARIES comes before them.
 export WINEPATH="${WINEPATH:-${VELMORA_WINE_LIBRARIES:+$VELMORA_WINE_LIBRARIES;}$cxx_runtime}"
 export DOTNET_ROOT="${VELMORA_WINE_DOTNET_ROOT-Z:$build_folder/dotnet}"
-# No file of the program grows beyond that many KiB, as on a disk that is full.
-if [ -n "${VELMORA_WINE_FILE_LIMIT:-}" ]; then
-    trap '' XFSZ
-    ulimit -f $((VELMORA_WINE_FILE_LIMIT * 2))
-fi
 exec "$WINELOADER" "$@"

@@ -4,6 +4,7 @@
 #include <velmora/platform/QVLog.h>
 
 #include "Errors.h"
+#include "Home.h"
 #include "Paths.h"
 #include "Platform.h"
 #include "Text.h"
@@ -18,9 +19,10 @@ void Context::prepare()
     output.decideOnColour(options.noColor);
     if (!options.home.empty())
         Platform::setEnvironment("TESSAPORT_HOME", absolutePath(options.home));
-    // Without links, so that the paths that the service reports are those that looking a path up arrives at.
-    if (const auto home = Platform::environment("TESSAPORT_HOME"))
-        Platform::setEnvironment("TESSAPORT_HOME", withoutLinks(absolutePath(*home)));
+    // The service gets the very folder that the tool has found, and without links, so that the paths that it reports
+    // are those that looking a path up arrives at.
+    if (Platform::environment("TESSAPORT_HOME") || !Platform::userDataFolder().empty())
+        Platform::setEnvironment("TESSAPORT_HOME", withoutLinks(toText(Home::locate().folder())));
     TessaportAPI::RuntimeOptions runtime;
     runtime.apiFolder = apiFolder();
     runtime.dotnetRoot = toPath(options.dotnetRoot);

@@ -85,7 +85,7 @@ std::wstring followed(std::wstring_view rooted)
 {
     const std::wstring full = fullPath(std::wstring(rooted));
     if (!hasDriveLetter(full))
-        return {};
+        return std::wstring(rooted);
     for (std::size_t end = full.size(); end > 2; end = full.find_last_of(L'\\', end - 1)) {
         const File file(std::wstring(LongPrefix) + full.substr(0, end) + (end == 2 ? L"\\" : L""));
         if (file.isOpen()) {

@@ -38,13 +38,6 @@ std::string describeFailure(const std::filesystem::path& path, DWORD error)
         L"'" + path.native() + L"': " + systemMessage(error) + L" (error " + std::to_wstring(error) + L")");
 }
 
-// The path that the library has on its drive; it may have been loaded through a link.
-std::filesystem::path followed(const wchar_t* name)
-{
-    std::filesystem::path path = Common::WindowsPath::followed(name);
-    return path.empty() ? name : path;
-}
-
 } // namespace
 
 NativeLibrary NativeLibrary::open(const std::filesystem::path& path)
@@ -72,8 +65,9 @@ std::filesystem::path libraryFolder()
     std::vector<wchar_t> buffer(MAX_PATH);
     for (;;) {
         const DWORD length = GetModuleFileNameW(module, buffer.data(), static_cast<DWORD>(buffer.size()));
+        // On its drive: the library may have been loaded through a link.
         if (length < buffer.size())
-            return followed(buffer.data()).parent_path();
+            return std::filesystem::path(Common::WindowsPath::followed(buffer.data())).parent_path();
         buffer.resize(buffer.size() * 2);
     }
 }

@@ -1,0 +1,44 @@
+#include "MountedDisk.h"
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <sched.h>
+#include <sys/mount.h>
+
+namespace Quorvex::Velmora::TestSupport
+{
+namespace
+{
+
+void require(int result)
+{
+    if (result != 0) {
+        throw std::runtime_error(std::string("a small file system cannot be mounted (") + std::strerror(errno) +
+                                 "); run this test as root with CAP_SYS_ADMIN");
+    }
+}
+
+void mountInMemory(const std::filesystem::path& folder, std::size_t capacity, unsigned long flags)
+{
+    require(mount("tmpfs", folder.c_str(), "tmpfs", flags, ("size=" + std::to_string(capacity)).c_str()));
+}
+
+} // namespace
+
+// In a mount name space of this process alone, so that nothing stays mounted when a test dies.
+MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : m_folder(std::move(folder))
+{
+    require(unshare(CLONE_NEWNS));
+    require(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr));
+    mountInMemory(m_folder, capacity, 0);
+}
+
+MountedDisk::~MountedDisk() { umount2(m_folder.c_str(), MNT_DETACH); }
+
+void MountedDisk::setCapacity(std::size_t capacity) { mountInMemory(m_folder, capacity, MS_REMOUNT); }
+
+} // namespace Quorvex::Velmora::TestSupport
