@@ -5,12 +5,13 @@
 
 #include <velmora/bridge/runtime/ProcessExit.h>
 #include <velmora/bridge/runtime/TessaportEntryPoints.h>
+#include <velmora/bridge/runtime/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Keeps a managed object alive; may hold the null object. Released at once when it goes, on whatever thread, and not
-/// at all once the process exits: the runtime then no longer answers.
+/// Keeps a managed object alive; may hold the null object. Released at once when it goes, on whatever thread, unless
+/// the runtime no longer answers there: with the next request when the thread ends, not at all once the process exits.
 class ManagedHandle
 {
 public:
@@ -19,8 +20,12 @@ public:
     ManagedHandle& operator=(const ManagedHandle&) = delete;
     ~ManagedHandle()
     {
-        if (handle != 0 && !isProcessExiting())
+        if (handle == 0 || isProcessExiting())
+            return;
+        if (mayUseRuntime())
             table->releaseHandle(handle);
+        else
+            releaseLater(*table, handle);
     }
 
     /// Takes over a handle; this one must hold none yet.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include <velmora/bridge/runtime/TessaportEntryPoints.h>
+#include <velmora/bridge/runtime/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
@@ -13,7 +14,8 @@ class OwnedReply
 public:
     /// A reply whose functions are known later; until setEntryPoints nothing is given back.
     OwnedReply() noexcept = default;
-    explicit OwnedReply(const TessaportEntryPoints& table) noexcept : entryPoints(&table) {}
+    /// The reply of a request that is about to be made.
+    explicit OwnedReply(const TessaportEntryPoints& table) : entryPoints(&table) { requireRuntime(); }
     OwnedReply(const OwnedReply&) = delete;
     OwnedReply& operator=(const OwnedReply&) = delete;
     ~OwnedReply()

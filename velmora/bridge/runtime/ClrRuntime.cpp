@@ -11,6 +11,7 @@
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include <velmora/bridge/runtime/ProcessExit.h>
+#include <velmora/bridge/runtime/ThreadEnd.h>
 #include <velmora/platform/NativePath.h>
 #include <velmora/platform/Unicode.h>
 
@@ -99,6 +100,7 @@ void ClrRuntime::startHost()
 {
     checkDotnetRoot(wanted.dotnetRoot);
     checkBridgeFolder(bridge);
+    watchThreadEnds();
     HostingStatus status = host->open(wanted.dotnetRoot);
     if (status.succeeded()) {
         const HostSignals kept;

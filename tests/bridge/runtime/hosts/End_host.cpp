@@ -7,7 +7,12 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
+
+#ifdef __MINGW32__
+#include <windows.h>
+#endif
 
 #include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -47,11 +52,25 @@ void keepEverything()
     kept.commands = kept.connection->getCommands(context);
 }
 
-void keepInThreadLocal()
+#ifdef __MINGW32__
+// Where thread_local is made by GCC's own means, its memory goes before its objects are destroyed.
+void keepInThread(QVBuffer<Item> items)
 {
-    thread_local QVBuffer<Item> items;
+    static const DWORD slot = FlsAlloc([](void* kept) { delete static_cast<QVBuffer<Item>*>(kept); });
+    FlsSetValue(slot, new QVBuffer<Item>(std::move(items)));
+}
+#else
+void keepInThread(QVBuffer<Item> items)
+{
+    thread_local QVBuffer<Item> kept;
+    kept = std::move(items);
+}
+#endif
+
+void listAndKeepInThread()
+{
     QvNativeTessaportAPI connection;
-    items = list(connection);
+    keepInThread(list(connection));
 }
 
 // Destroyed while the runtime is still in reach, because it was complete after the runtime had started.
@@ -104,8 +123,8 @@ int main(int count, char** values)
     if (way == "globals")
         return kept.items.GetSize() == 5000 && kept.commands.GetSize() == 1 ? ExitCode : 1;
     if (way == "thread-local") {
-        keepInThreadLocal();
-        std::thread(keepInThreadLocal).join();
+        listAndKeepInThread();
+        std::thread(listAndKeepInThread).join();
         return ExitCode;
     }
     if (way == "second-thread")
