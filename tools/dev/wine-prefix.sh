@@ -22,12 +22,25 @@ make_prefix() {
     touch "$WINEPREFIX/complete"
 }
 
+# Wine's desktop goes when no program runs, and comes back by whichever needs it, with that one's pipes open: whoever reads
+# from those waits for the desktop. A command interpreter that waits for ever keeps the first desktop.
+keep_desktop() {
+    rm -f "$WINEPREFIX/keyboard"
+    mkfifo "$WINEPREFIX/keyboard"
+    "$here/wine-run.sh" "$build_folder" cmd <>"$WINEPREFIX/keyboard" >/dev/null 2>&1 &
+    wine wineboot
+}
+
 case $action in
     start)
         [ -e "$WINEPREFIX/complete" ] || make_prefix
-        # It ends with 2 when it runs already.
-        "$WINESERVER" --persistent </dev/null >/dev/null 2>&1 || [ $? -eq 2 ]
-        wine wineboot
+        status=0
+        "$WINESERVER" --persistent </dev/null >/dev/null 2>&1 || status=$?
+        case $status in
+            0) keep_desktop ;;
+            2) ;; # It runs already.
+            *) exit "$status" ;;
+        esac
         ;;
     stop) "$WINESERVER" --kill || true ;;
     *)
