@@ -28,13 +28,13 @@ constexpr auto BadExecutable = static_cast<std::int32_t>(0x800700c1);
 constexpr auto ProcedureNotFound = static_cast<std::int32_t>(0x8007007f);
 #endif
 
-// Collects what hostfxr writes while one step runs; the writer is per thread.
+// Collects what hostfxr writes on this thread while one step runs.
 class ErrorCollector
 {
 public:
     explicit ErrorCollector(hostfxr_set_error_writer_fn setWriter) : setWriter(setWriter)
     {
-        text().clear();
+        current = this;
         if (setWriter != nullptr)
             former = setWriter(&append);
     }
@@ -44,31 +44,32 @@ public:
     {
         if (setWriter != nullptr)
             setWriter(former);
+        current = nullptr;
     }
 
-    [[nodiscard]] static std::string collected() { return text(); }
+    [[nodiscard]] const std::string& collected() const noexcept { return text; }
 
 private:
-    static std::string& text()
-    {
-        thread_local std::string collected;
-        return collected;
-    }
-
     // hostfxr calls this in the middle of its own work: nothing may escape.
     static void HOSTFXR_CALLTYPE append(const char_t* message)
     {
         try {
-            if (!text().empty())
-                text() += ' ';
-            text() += std::filesystem::path(message).u8string();
+            std::string& text = current->text;
+            if (!text.empty())
+                text += ' ';
+            text += std::filesystem::path(message).u8string();
         } catch (...) {
         }
     }
 
+    static thread_local ErrorCollector* current;
+
+    std::string text;
     hostfxr_set_error_writer_fn setWriter;
     hostfxr_error_writer_fn former = nullptr;
 };
+
+thread_local ErrorCollector* ErrorCollector::current = nullptr;
 
 // A context that is neither closed nor started blocks every later one of the process.
 class Context
@@ -105,7 +106,7 @@ public:
         HostingStatus status;
         status.code = start(bridgeFolder, reinterpret_cast<void**>(&startBridge));
         if (!status.succeeded())
-            status.details = ErrorCollector::collected();
+            status.details = errors.collected();
         return status;
     }
 

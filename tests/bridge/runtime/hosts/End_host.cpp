@@ -7,14 +7,10 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
-#ifdef __MINGW32__
-#include <windows.h>
-#endif
-
 #include <tests/bridge/runtime/hosts/HostArguments.h>
+#include <tests/support/KeptInThread.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 
@@ -52,25 +48,10 @@ void keepEverything()
     kept.commands = kept.connection->getCommands(context);
 }
 
-#ifdef __MINGW32__
-// Where thread_local is made by GCC's own means, its memory goes before its objects are destroyed.
-void keepInThread(QVBuffer<Item> items)
-{
-    static const DWORD slot = FlsAlloc([](void* kept) { delete static_cast<QVBuffer<Item>*>(kept); });
-    FlsSetValue(slot, new QVBuffer<Item>(std::move(items)));
-}
-#else
-void keepInThread(QVBuffer<Item> items)
-{
-    thread_local QVBuffer<Item> kept;
-    kept = std::move(items);
-}
-#endif
-
 void listAndKeepInThread()
 {
     QvNativeTessaportAPI connection;
-    keepInThread(list(connection));
+    Quorvex::Velmora::TestSupport::keepInThread(list(connection));
 }
 
 // Destroyed while the runtime is still in reach, because it was complete after the runtime had started.
