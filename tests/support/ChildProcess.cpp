@@ -4,8 +4,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <system_error>
 #include <thread>
@@ -203,12 +201,6 @@ void wait(pid_t process, std::chrono::microseconds timeLimit, ChildResult& resul
     setEnd(result, status, usage, killed);
 }
 
-std::string contentOf(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 } // namespace
 
 ChildResult run(const ChildProgram& program)
@@ -241,8 +233,8 @@ ChildResult run(const ChildProgram& program)
     sender.join();
     receiver.join();
     if (!program.readAtMost)
-        result.output = contentOf(output);
-    result.errors = contentOf(errors);
+        result.output = readText(output);
+    result.errors = readText(errors);
     return result;
 }
 

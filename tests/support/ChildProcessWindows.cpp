@@ -1,8 +1,6 @@
 #include "ChildProcess.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <mutex>
 #include <thread>
 
@@ -44,12 +42,6 @@ Handle startWith(const ChildProgram& program, Handle input, Handle output, Handl
     return process;
 }
 
-std::string contentOf(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 void foldLineEnds(std::string& text) { text.erase(std::remove(text.begin(), text.end(), '\r'), text.end()); }
 
 } // namespace
@@ -82,8 +74,8 @@ ChildResult run(const ChildProgram& program)
         receiver.join();
     }
     if (!program.readAtMost)
-        result.output = contentOf(output);
-    result.errors = contentOf(errors);
+        result.output = readText(output);
+    result.errors = readText(errors);
     if (program.foldLineEnds) {
         foldLineEnds(result.output);
         foldLineEnds(result.errors);

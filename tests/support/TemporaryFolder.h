@@ -63,6 +63,12 @@ inline Bytes readFile(std::wstring_view path)
     return Bytes(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
 }
 
+inline std::string readText(const std::filesystem::path& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
 inline void writeFile(std::wstring_view path, std::string_view bytes)
 {
     std::ofstream stream(toPath(path), std::ios::binary | std::ios::trunc);
