@@ -106,8 +106,15 @@ Handle start(const ChildProgram& program, std::wstring line, STARTUPINFOW& start
     std::wstring environment = environmentOf(program);
     const wchar_t* const folder = program.currentFolder.empty() ? nullptr : program.currentFolder.c_str();
     const BOOL inherits = startup.hStdOutput != nullptr ? TRUE : FALSE;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, inherits, flags | CREATE_UNICODE_ENVIRONMENT,
-            environment.data(), folder, &startup, &process) == 0)
+    const auto create = [&] {
+        return CreateProcessW(nullptr, line.data(), nullptr, nullptr, inherits, flags | CREATE_UNICODE_ENVIRONMENT,
+                   environment.data(), folder, &startup, &process) != 0;
+    };
+    // Now and then Wine loses a process before it runs any code of the program.
+    bool created = create();
+    for (int attempt = 0; attempt < 3 && !created && GetLastError() == ERROR_INTERNAL_ERROR; ++attempt)
+        created = create();
+    if (!created)
         throw lastError("'" + program.program.u8string() + "' could not be started");
     CloseHandle(process.hThread);
     return Handle(process.hProcess);
