@@ -1,15 +1,14 @@
 // The JSON reader, over any text; and every text as a value that is written and read back.
-#include "../tests/support/CapturedErrors.h"
-
-#include <velmora/logging/QVJsonLogTarget.h>
-#include <velmora/logging/QVJsonParser.h>
-#include <velmora/platform/Unicode.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
 #include <string>
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVJsonParser.h>
+#include <velmora/platform/Unicode.h>
+#include "tests/support/CapturedErrors.h"
 
 namespace
 {

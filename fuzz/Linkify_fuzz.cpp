@@ -1,12 +1,11 @@
 // linkify against its definition, and the other formatting functions over any text.
-#include "../tests/support/LinkExpression.h"
-
-#include <velmora/native/MessageFormatting.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+
+#include <velmora/native/MessageFormatting.h>
+#include "tests/support/LinkExpression.h"
 
 namespace
 {

@@ -1,13 +1,13 @@
 // Canonical paths of any texts: rooted, with back-slashes only, without empty, "." and ".." components, and a canonical
 // path is its own canonical form.
-#include <velmora/platform/CanonicalPath.h>
-#include <velmora/platform/QrxQvFileSystemUtility.h>
-#include <velmora/platform/Unicode.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+
+#include <velmora/platform/CanonicalPath.h>
+#include <velmora/platform/QrxQvFileSystemUtility.h>
+#include <velmora/platform/Unicode.h>
 
 namespace
 {

@@ -1,17 +1,16 @@
 // Every record out of any bytes: a reply that does not hold what its lengths promise is refused, and nothing is read
 // beyond it. The first byte chooses the record; the rest is the reply.
-#include "../tests/support/MemoryLimit.h"
-
-#include <velmora/bridge/conversions/ToNative.h>
-#include <velmora/bridge/replies/OwnedReply.h>
-#include <velmora/bridge/replies/ReplyReader.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
+
+#include <velmora/bridge/conversions/ToNative.h>
+#include <velmora/bridge/replies/OwnedReply.h>
+#include <velmora/bridge/replies/ReplyReader.h>
+#include "tests/support/MemoryLimit.h"
 
 namespace
 {

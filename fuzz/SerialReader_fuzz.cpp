@@ -1,9 +1,4 @@
 // The serial reader, over any bytes and any sequence of reads.
-#include "../tests/support/MemoryLimit.h"
-
-#include <velmora/io/QVBinaryFileSource.h>
-#include <velmora/io/QVChecksum.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -14,6 +9,10 @@
 
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include <velmora/io/QVBinaryFileSource.h>
+#include <velmora/io/QVChecksum.h>
+#include "tests/support/MemoryLimit.h"
 
 namespace
 {

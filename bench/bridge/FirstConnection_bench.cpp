@@ -10,9 +10,9 @@
 
 #include <tests/support/ChildProcess.h>
 #include <tests/support/ScriptedRuntime.h>
-#include <velmora/native/QvNativeTessaportAPI.h>
 
-#include "../support/Goals.h"
+#include <velmora/native/QvNativeTessaportAPI.h>
+#include "bench/support/Goals.h"
 
 namespace
 {

@@ -1,20 +1,19 @@
 // A folder of 100,000 items: through the bridge, and in every other way that there is.
-#include "NativeLimit.h"
-#include "PeerListings.h"
-#include "SocketPeer.h"
-
 #include <iterator>
 #include <map>
 #include <string>
 
 #include <benchmark/benchmark.h>
-
-#include "../support/Ratios.h"
-#include "SteadyAllocator.h"
 #include <tests/support/ScriptedService.h>
+
 #include <velmora/api/TextAccess.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
+#include "bench/bridge/NativeLimit.h"
+#include "bench/bridge/PeerListings.h"
+#include "bench/bridge/SocketPeer.h"
+#include "bench/bridge/SteadyAllocator.h"
+#include "bench/support/Ratios.h"
 
 namespace
 {

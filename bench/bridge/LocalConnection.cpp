@@ -1,4 +1,4 @@
-#include "LocalConnection.h"
+#include "bench/bridge/LocalConnection.h"
 
 #include <string_view>
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "LocalSockets.h"
+#include "bench/bridge/LocalSockets.h"
 
 namespace Quorvex::Velmora::Bench
 {

@@ -1,4 +1,4 @@
-#include "LocalSockets.h"
+#include "bench/bridge/LocalSockets.h"
 
 #include <stdexcept>
 

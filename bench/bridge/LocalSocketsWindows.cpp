@@ -1,13 +1,12 @@
-#include "LocalSockets.h"
+#include "bench/bridge/LocalSockets.h"
 
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
 #include <vector>
 
-#include <winsock2.h>
-
 #include <windows.h>
+#include <winsock2.h>
 
 namespace Quorvex::Velmora::Bench::LocalSockets
 {

@@ -1,17 +1,15 @@
 // 10,000 keys in one request, beside plain C++ that looks at every key and builds the same results: a service that
 // answers without a look at what it was asked for is none.
-#include "NativeLimit.h"
-
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-
 #include <tests/support/ScriptedService.h>
-#include <velmora/bridge/QvManagedTessaportService.h>
 
-#include "../support/Ratios.h"
-#include "SteadyAllocator.h"
+#include <velmora/bridge/QvManagedTessaportService.h>
+#include "bench/bridge/NativeLimit.h"
+#include "bench/bridge/SteadyAllocator.h"
+#include "bench/support/Ratios.h"
 
 namespace
 {

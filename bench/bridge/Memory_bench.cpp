@@ -6,10 +6,10 @@
 #include <thread>
 
 #include <tests/support/ScriptedService.h>
-#include <velmora/native/QvNativeTessaportAPI.h>
 
-#include "../support/Goals.h"
-#include "NativeMemory.h"
+#include <velmora/native/QvNativeTessaportAPI.h>
+#include "bench/bridge/NativeMemory.h"
+#include "bench/support/Goals.h"
 
 namespace
 {

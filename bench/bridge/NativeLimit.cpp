@@ -1,4 +1,4 @@
-#include "NativeLimit.h"
+#include "bench/bridge/NativeLimit.h"
 
 #include <cstdint>
 #include <memory>

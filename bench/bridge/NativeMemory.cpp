@@ -1,4 +1,4 @@
-#include "NativeMemory.h"
+#include "bench/bridge/NativeMemory.h"
 
 #ifdef _WIN32
 #include <array>

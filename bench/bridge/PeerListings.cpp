@@ -1,4 +1,4 @@
-#include "PeerListings.h"
+#include "bench/bridge/PeerListings.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,8 +11,7 @@
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
-
-#include "PeerRuntime.h"
+#include "bench/bridge/PeerRuntime.h"
 
 namespace Quorvex::Velmora::Bench
 {

@@ -1,4 +1,4 @@
-#include "PeerRuntime.h"
+#include "bench/bridge/PeerRuntime.h"
 
 #include <filesystem>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "SocketPeer.h"
+#include "bench/bridge/SocketPeer.h"
 
 #include <cstring>
 #include <stdexcept>

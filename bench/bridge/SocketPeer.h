@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "LocalConnection.h"
-#include "NativeLimit.h"
+#include "bench/bridge/LocalConnection.h"
+#include "bench/bridge/NativeLimit.h"
 
 namespace Quorvex::Velmora::Bench
 {

@@ -1,13 +1,12 @@
-#include "Ratios.h"
-#include "TemporaryFile.h"
+#include <benchmark/benchmark.h>
+#include <boost/crc.hpp>
 
 #include <velmora/io/QVChecksum.h>
 #include <velmora/io/crc/Crc32.h>
 #include <velmora/io/crc/FileReader.h>
 #include <velmora/io/crc/Slicing.h>
-
-#include <benchmark/benchmark.h>
-#include <boost/crc.hpp>
+#include "bench/support/Ratios.h"
+#include "bench/support/TemporaryFile.h"
 #ifndef _WIN32 // Debian has ISA-L for Linux only.
 #include <isa-l/crc.h>
 #endif

@@ -1,4 +1,4 @@
-#include "Goals.h"
+#include "bench/support/Goals.h"
 
 #include <cstdio>
 

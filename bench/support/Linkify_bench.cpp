@@ -1,10 +1,9 @@
-#include "Ratios.h"
-
-#include <velmora/native/MessageFormatting.h>
+#include <string>
 
 #include <benchmark/benchmark.h>
 
-#include <string>
+#include <velmora/native/MessageFormatting.h>
+#include "bench/support/Ratios.h"
 
 namespace
 {

@@ -1,19 +1,18 @@
-#include "Ratios.h"
-
-#include <velmora/logging/QVJsonLogTarget.h>
-#include <velmora/logging/QVKeyValueEvent.h>
-#include <velmora/logging/QVLoggerBase.h>
-
-#include <benchmark/benchmark.h>
-#include <boost/property_tree/json_parser.hpp>
-#include <boost/property_tree/ptree.hpp>
-
 #include <array>
 #include <memory>
 #include <ostream>
 #include <streambuf>
 #include <string>
 #include <utility>
+
+#include <benchmark/benchmark.h>
+#include <boost/property_tree/json_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVKeyValueEvent.h>
+#include <velmora/logging/QVLoggerBase.h>
+#include "bench/support/Ratios.h"
 
 namespace
 {

@@ -1,12 +1,12 @@
-#include "Ratios.h"
-
-#include "Goals.h"
-
-#include <benchmark/benchmark.h>
+#include "bench/support/Ratios.h"
 
 #include <cstdio>
 #include <map>
 #include <optional>
+
+#include <benchmark/benchmark.h>
+
+#include "bench/support/Goals.h"
 
 namespace Quorvex::Velmora::Bench
 {

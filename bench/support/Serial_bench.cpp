@@ -1,17 +1,16 @@
-#include "Ratios.h"
-#include "TemporaryFile.h"
-
-#include <velmora/io/QVBinaryFileSink.h>
-#include <velmora/io/QVBinaryFileSource.h>
-
-#include <benchmark/benchmark.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include <velmora/io/QVBinaryFileSink.h>
+#include <velmora/io/QVBinaryFileSource.h>
+#include "bench/support/Ratios.h"
+#include "bench/support/TemporaryFile.h"
 
 namespace
 {

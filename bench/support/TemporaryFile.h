@@ -1,10 +1,10 @@
 // A file of a benchmark's own.
 #pragma once
 
-#include <velmora/platform/Unicode.h>
-
 #include <filesystem>
 #include <string>
+
+#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::Bench
 {

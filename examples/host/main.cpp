@@ -1,4 +1,5 @@
 #include <iostream>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 
 using namespace Quorvex::Velmora::TessaportAPI;

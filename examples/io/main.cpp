@@ -1,14 +1,14 @@
 // Writes a sequence of values to a file in the current folder, reads it back, and fingerprints it on the way.
-#include <velmora/io/QVBinaryFileSink.h>
-#include <velmora/io/QVBinaryFileSource.h>
-#include <velmora/io/QVChecksum.h>
-
 #include <cstdint>
 #include <exception>
 #include <iomanip>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+
+#include <velmora/io/QVBinaryFileSink.h>
+#include <velmora/io/QVBinaryFileSource.h>
+#include <velmora/io/QVChecksum.h>
 
 namespace
 {

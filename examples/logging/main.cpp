@@ -1,11 +1,6 @@
 // Logs what a program does to a file of the day, one JSON object a line, and reads the file back.
 //
 //     daily_log [FOLDER]
-#include <velmora/logging/QVJsonLogTarget.h>
-#include <velmora/logging/QVJsonParser.h>
-#include <velmora/logging/QVKeyValueEvent.h>
-#include <velmora/logging/QVLoggerBase.h>
-
 #include <codecvt>
 #include <ctime>
 #include <exception>
@@ -17,6 +12,11 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVJsonParser.h>
+#include <velmora/logging/QVKeyValueEvent.h>
+#include <velmora/logging/QVLoggerBase.h>
 
 namespace
 {

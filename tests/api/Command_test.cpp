@@ -1,11 +1,12 @@
-#include <gtest/gtest.h>
+#include "velmora/api/Command.h"
 
 #include <cstdint>
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <tests/api/ManagedObjects.h>
-#include <velmora/api/Command.h>
+
 #include <velmora/bridge/QvManagedTessaportService.h>
 
 using namespace Quorvex::Velmora;

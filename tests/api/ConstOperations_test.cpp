@@ -1,13 +1,13 @@
 // Const operations, copying included, run on several threads at once. Meaningful above all under the thread sanitizer.
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <tests/api/ManagedObjects.h>
+
 #include <velmora/api/Exceptions.h>
 #include <velmora/api/Records.h>
 #include <velmora/bridge/QvManagedTessaportService.h>

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "velmora/api/Exceptions.h"
 
 #include <cstdlib>
 #include <cwchar>
@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-#include <velmora/api/Exceptions.h>
+#include <gtest/gtest.h>
 
 using namespace Quorvex::Velmora::TessaportAPI;
 

@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
+#include "velmora/api/ItemId.h"
 
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <tests/api/ManagedObjects.h>
-#include <velmora/api/ItemId.h>
+
 #include <velmora/bridge/QvManagedTessaportService.h>
 
 using namespace Quorvex::Velmora;

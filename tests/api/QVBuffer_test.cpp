@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "velmora/api/QVBuffer.h"
 
 #include <cstdint>
 #include <new>
@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include <velmora/api/QVBuffer.h>
+#include <gtest/gtest.h>
+
 #include <velmora/api/QVCode.h>
 #include <velmora/api/QVString.h>
 

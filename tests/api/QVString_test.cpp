@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "velmora/api/QVString.h"
 
 #include <cstring>
 #include <string>
@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include <velmora/api/QVString.h>
+#include <gtest/gtest.h>
+
 #include <velmora/api/TextAccess.h>
 #include <velmora/platform/Unicode.h>
 

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <mutex>
 #include <set>
@@ -8,13 +6,15 @@
 #include <type_traits>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
 #endif
 
-#include <velmora/api/QVUUID.h>
 #include <velmora/api/UuidAccess.h>
+#include "velmora/api/QVUUID.h"
 
 using namespace Quorvex::Velmora::Common;
 

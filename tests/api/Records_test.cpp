@@ -1,7 +1,8 @@
-#include <gtest/gtest.h>
+#include "velmora/api/Records.h"
 
+#include <gtest/gtest.h>
 #include <tests/api/ManagedObjects.h>
-#include <velmora/api/Records.h>
+
 #include <velmora/bridge/QvManagedTessaportService.h>
 
 using namespace Quorvex::Velmora;

@@ -1,13 +1,13 @@
 // What reaches the sync application.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "../support/BridgeTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

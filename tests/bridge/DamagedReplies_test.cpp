@@ -1,15 +1,14 @@
 // Replies that do not hold what their lengths promise. Under the sanitizers this shows that nothing is read beyond one.
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <string>
 #include <typeinfo>
 
+#include <gtest/gtest.h>
+
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/bridge/Util.h>
-
-#include "EveryRequest.h"
+#include "tests/bridge/EveryRequest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

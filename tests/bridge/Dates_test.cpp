@@ -1,11 +1,11 @@
 // The dates of items. Time zones are set before the runtime starts, each in a process of its own.
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
 
-#include "../support/BridgeTest.h"
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,7 +1,7 @@
-#include "EveryRequest.h"
+#include "tests/bridge/EveryRequest.h"
 
-#include "../support/Buffers.h"
-#include "../support/SampleReplies.h"
+#include "tests/support/Buffers.h"
+#include "tests/support/SampleReplies.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

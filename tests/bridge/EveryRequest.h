@@ -6,9 +6,8 @@
 #include <vector>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
-
-#include "../support/FakeEntryPoints.h"
-#include "../support/ReplyBuilder.h"
+#include "tests/support/FakeEntryPoints.h"
+#include "tests/support/ReplyBuilder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

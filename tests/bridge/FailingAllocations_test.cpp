@@ -1,12 +1,13 @@
 // Memory that runs out at every single place of every operation of the bridge: no leak, no crash, and the connection
 // serves again.
-#include <gtest/gtest.h>
+#include "tests/support/FailingAllocations.h"
 
 #include <string>
 
-#include "../support/FailingAllocations.h"
-#include "../support/SampleReplies.h"
-#include "EveryRequest.h"
+#include <gtest/gtest.h>
+
+#include "tests/bridge/EveryRequest.h"
+#include "tests/support/SampleReplies.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

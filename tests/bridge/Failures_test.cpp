@@ -1,11 +1,11 @@
 // A sync application that fails somewhere on the way: each member, and each step of an enumeration.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 
-#include "../support/BridgeTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

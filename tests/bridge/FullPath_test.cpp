@@ -1,16 +1,15 @@
 // Full paths as the managed runtime makes them.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/bridge/Util.h>
 #include <velmora/platform/NativePath.h>
-
-#include "../support/ScriptedTest.h"
+#include "tests/support/ScriptedTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,13 +1,13 @@
 // How long managed objects live: exactly as long as a native record, or a copy of it, holds them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
 
-#include "../support/BridgeTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,11 +1,11 @@
 // Which nulls of the sync application fail a request, and which do not.
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <typeinfo>
 
-#include "../support/BridgeTest.h"
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

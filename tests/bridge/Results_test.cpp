@@ -1,11 +1,11 @@
 // What comes back from the sync application, field by field.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <string>
 
-#include "../support/BridgeTest.h"
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

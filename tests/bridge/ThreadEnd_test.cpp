@@ -1,13 +1,13 @@
 // Threads of the host that keep something of this library until they end.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <thread>
 
-#include "../support/BridgeTest.h"
-#include "../support/KeptInThread.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/BridgeTest.h"
+#include "tests/support/KeptInThread.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,14 +1,13 @@
 // What becomes of the exceptions that the sync application throws.
-#include <gtest/gtest.h>
-
 #include <string>
 #include <typeinfo>
+
+#include <gtest/gtest.h>
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
-
-#include "../support/ScriptedTest.h"
+#include "tests/support/ScriptedTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

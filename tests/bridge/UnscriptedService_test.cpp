@@ -2,8 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
-
-#include "../support/ScriptedRuntime.h"
+#include "tests/support/ScriptedRuntime.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

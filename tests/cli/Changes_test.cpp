@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 #endif
 
-#include "ToolTest.h"
-#include "UnreadableFile.h"
+#include "tests/cli/ToolTest.h"
+#include "tests/cli/UnreadableFile.h"
 
 namespace fs = std::filesystem;
 

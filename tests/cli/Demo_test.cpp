@@ -1,4 +1,4 @@
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

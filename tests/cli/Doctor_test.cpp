@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace fs = std::filesystem;
 

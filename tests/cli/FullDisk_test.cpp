@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "../support/MountedDisk.h"
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
+#include "tests/support/MountedDisk.h"
 
 namespace fs = std::filesystem;
 

@@ -1,10 +1,9 @@
 #include <set>
 
 #include <gmock/gmock.h>
-
 #include <tests/support/EnvironmentVariable.h>
 
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace fs = std::filesystem;
 

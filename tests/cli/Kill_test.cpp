@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace fs = std::filesystem;
 

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
-
 #include <tests/support/Links.h>
 
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

@@ -1,9 +1,9 @@
 // The commands over the support libraries: logs, checksums, messages.
-#include <gmock/gmock.h>
-
 #include <fstream>
 
-#include "ToolTest.h"
+#include <gmock/gmock.h>
+
+#include "tests/cli/ToolTest.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

@@ -1,4 +1,4 @@
-#include "ToolTest.h"
+#include "tests/cli/ToolTest.h"
 
 #include <fstream>
 #include <iterator>

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
 #include <tests/support/ChildProcess.h>
 #include <tests/support/TemporaryFolder.h>
 

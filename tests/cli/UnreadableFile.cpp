@@ -1,4 +1,4 @@
-#include "UnreadableFile.h"
+#include "tests/cli/UnreadableFile.h"
 
 #include <cerrno>
 #include <system_error>

@@ -1,13 +1,12 @@
-#include "../support/TemporaryFolder.h"
-
-#include <velmora/io/BinaryFileSource.h>
-#include <velmora/io/ResidentMemorySource.h>
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdint>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <velmora/io/BinaryFileSource.h>
+#include <velmora/io/ResidentMemorySource.h>
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,17 +1,16 @@
-#include "../support/TemporaryFolder.h"
-
-#include <velmora/io/QVBinaryFileSink.h>
-#include <velmora/io/QVChecksum.h>
-#include <velmora/io/crc/Crc32.h>
-#include <velmora/io/crc/Slicing.h>
-
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <velmora/io/QVBinaryFileSink.h>
+#include <velmora/io/QVChecksum.h>
+#include <velmora/io/crc/Crc32.h>
+#include <velmora/io/crc/Slicing.h>
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

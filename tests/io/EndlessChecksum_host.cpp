@@ -1,9 +1,9 @@
 // usage: velmora_endless_checksum_host FILE
 // Says when it begins, and when it has the fingerprint.
+#include <cstdio>
+
 #include <velmora/io/QVChecksum.h>
 #include <velmora/platform/Unicode.h>
-
-#include <cstdio>
 
 int main(int count, char** arguments)
 {

@@ -1,7 +1,7 @@
-#include "../support/ChildProcess.h"
-#include "../support/TemporaryFolder.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

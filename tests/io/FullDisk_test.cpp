@@ -1,12 +1,11 @@
 // Files on a disk that is full.
-#include "../support/SmallDisk.h"
-#include "../support/TemporaryFolder.h"
-
-#include <velmora/io/QVBinaryFileSink.h>
+#include <cstdint>
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <velmora/io/QVBinaryFileSink.h>
+#include "tests/support/SmallDisk.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,14 +1,13 @@
-#include "../support/TemporaryFolder.h"
-
-#include <velmora/io/QVBinaryFileSink.h>
-#include <velmora/io/QVBinaryFileSource.h>
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <velmora/io/QVBinaryFileSink.h>
+#include <velmora/io/QVBinaryFileSource.h>
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,12 +1,4 @@
 // Files that are cut, damaged or too large for their disk.
-#include "../support/MemoryLimit.h"
-#include "../support/TemporaryFolder.h"
-
-#include <velmora/io/QVBinaryFileSink.h>
-#include <velmora/io/QVBinaryFileSource.h>
-
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -14,6 +6,13 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <velmora/io/QVBinaryFileSink.h>
+#include <velmora/io/QVBinaryFileSource.h>
+#include "tests/support/MemoryLimit.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,14 +1,13 @@
-#include "../support/VirtualTable.h"
+#include <type_traits>
+
+#include <gtest/gtest.h>
 
 #include <velmora/io/QVIOSource.h>
 #include <velmora/io/QVKeyValueFormatter.h>
 #include <velmora/io/QVKeyValueSource.h>
 #include <velmora/io/QVSerialSink.h>
 #include <velmora/io/QVSerialSource.h>
-
-#include <gtest/gtest.h>
-
-#include <type_traits>
+#include "tests/support/VirtualTable.h"
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,14 +1,13 @@
-#include "../support/CapturedErrors.h"
-#include "../support/MemoryLimit.h"
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
 
 #include <velmora/logging/QVJsonLogTarget.h>
 #include <velmora/logging/QVJsonParser.h>
 #include <velmora/platform/Unicode.h>
-
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <string>
+#include "tests/support/CapturedErrors.h"
+#include "tests/support/MemoryLimit.h"
 
 namespace Quorvex::Velmora::Logging
 {

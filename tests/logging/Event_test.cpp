@@ -1,18 +1,16 @@
-#include "../support/CommaLocale.h"
-
-#include "RecordingFormatter.h"
-
-#include <velmora/logging/QVKeyValueEvent.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <limits>
 #include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <velmora/logging/QVKeyValueEvent.h>
+#include "tests/logging/RecordingFormatter.h"
+#include "tests/support/CommaLocale.h"
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,18 +1,17 @@
-#include "../support/SmallDisk.h"
-#include "NumberedEvents.h"
-#include "NumberedLog.h"
-
-#include <velmora/logging/QVJsonLogTarget.h>
-#include <velmora/logging/QVLoggerBase.h>
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVLoggerBase.h>
+#include "tests/logging/NumberedEvents.h"
+#include "tests/logging/NumberedLog.h"
+#include "tests/support/SmallDisk.h"
 
 namespace Quorvex::Velmora::Logging
 {

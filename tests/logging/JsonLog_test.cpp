@@ -1,20 +1,19 @@
-#include "../support/CapturedErrors.h"
-#include "../support/CommaLocale.h"
+#include <memory>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <velmora/logging/QVJsonLogTarget.h>
 #include <velmora/logging/QVJsonParser.h>
 #include <velmora/logging/QVKeyValueEvent.h>
 #include <velmora/logging/QVLoggerBase.h>
 #include <velmora/platform/Unicode.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <regex>
-#include <sstream>
-#include <stdexcept>
-#include <string>
+#include "tests/support/CapturedErrors.h"
+#include "tests/support/CommaLocale.h"
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,14 +1,13 @@
 // usage: velmora_killed_logger_host FILE MILLISECONDS
 // Logs numbered events into the file until it kills itself, that long after the first of them was flushed.
-#include "NumberedEvents.h"
-
-#include <velmora/logging/QVJsonLogTarget.h>
-#include <velmora/logging/QVLoggerBase.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <thread>
+
+#include <velmora/logging/QVJsonLogTarget.h>
+#include <velmora/logging/QVLoggerBase.h>
+#include "tests/logging/NumberedEvents.h"
 
 #ifdef _WIN32
 #include <windows.h>

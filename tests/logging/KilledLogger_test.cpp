@@ -1,9 +1,9 @@
-#include "../support/ChildProcess.h"
-#include "NumberedLog.h"
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "tests/logging/NumberedLog.h"
+#include "tests/support/ChildProcess.h"
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,14 +1,3 @@
-#include "../support/VirtualTable.h"
-
-#include "RecordingFormatter.h"
-
-#include <velmora/logging/QVJsonParser.h>
-#include <velmora/logging/QVKeyValueEvent.h>
-#include <velmora/logging/QVLoggerBase.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <memory>
 #include <stdexcept>
@@ -16,6 +5,15 @@
 #include <system_error>
 #include <thread>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <velmora/logging/QVJsonParser.h>
+#include <velmora/logging/QVKeyValueEvent.h>
+#include <velmora/logging/QVLoggerBase.h>
+#include "tests/logging/RecordingFormatter.h"
+#include "tests/support/VirtualTable.h"
 
 namespace Quorvex::Velmora::Logging
 {

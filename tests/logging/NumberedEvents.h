@@ -1,10 +1,10 @@
 // Events that tell their places in a log.
 #pragma once
 
-#include <velmora/logging/QVKeyValueEvent.h>
-
 #include <cstdint>
 #include <memory>
+
+#include <velmora/logging/QVKeyValueEvent.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -9,9 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <velmora/logging/QVJsonParser.h>
-
-#include "../support/CapturedErrors.h"
-#include "../support/TemporaryFolder.h"
+#include "tests/support/CapturedErrors.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::Logging
 {

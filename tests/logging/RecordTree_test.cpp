@@ -1,12 +1,11 @@
-#include <velmora/logging/RecordTree.h>
-
-#include <boost/property_tree/ptree.hpp>
-
-#include <gtest/gtest.h>
+#include "velmora/logging/RecordTree.h"
 
 #include <array>
 #include <random>
 #include <string>
+
+#include <boost/property_tree/ptree.hpp>
+#include <gtest/gtest.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,10 +1,10 @@
 // A formatter that remembers what it was called with.
 #pragma once
 
-#include <velmora/io/QVKeyValueFormatter.h>
-
 #include <string>
 #include <vector>
+
+#include <velmora/io/QVKeyValueFormatter.h>
 
 namespace Quorvex::Velmora::Logging
 {

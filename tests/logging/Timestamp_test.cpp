@@ -1,10 +1,8 @@
-#include "../support/CommaLocale.h"
+#include <boost/date_time/posix_time/posix_time.hpp>
+#include <gtest/gtest.h>
 
 #include <velmora/logging/UtcTimestamp.h>
-
-#include <boost/date_time/posix_time/posix_time.hpp>
-
-#include <gtest/gtest.h>
+#include "tests/support/CommaLocale.h"
 
 namespace Quorvex::Velmora::Logging
 {

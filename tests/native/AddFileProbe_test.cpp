@@ -1,12 +1,11 @@
 // Whether the sync application would take a new file.
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include <velmora/platform/NativePath.h>
-
-#include "ProbeTest.h"
+#include "tests/native/ProbeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,18 +1,17 @@
 // Connections: how they are made, copied and assigned, and what each request passes on and caches.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <typeinfo>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/UrnIdNames.h>
-
-#include "../support/BridgeTest.h"
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,14 +1,14 @@
 // The form of the lines in the host's log.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "velmora/native/DiagnosticLog.h"
 
 #include <stdexcept>
 #include <string>
 
-#include <velmora/api/Exceptions.h>
-#include <velmora/native/DiagnosticLog.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "../support/LogLines.h"
+#include <velmora/api/Exceptions.h>
+#include "tests/support/LogLines.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

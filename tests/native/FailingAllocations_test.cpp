@@ -1,6 +1,6 @@
 // Memory that runs out at every single place of every public operation: no leak, no crash, and outputs and item cache
 // as before or as after, nothing between.
-#include <gtest/gtest.h>
+#include "tests/support/FailingAllocations.h"
 
 #include <filesystem>
 #include <functional>
@@ -9,16 +9,16 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/platform/QVLog.h>
-
-#include "../support/Buffers.h"
-#include "../support/EnvironmentVariable.h"
-#include "../support/FailingAllocations.h"
-#include "../support/FakeEntryPoints.h"
-#include "../support/SampleReplies.h"
-#include "../support/TemporaryFolder.h"
+#include "tests/support/Buffers.h"
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/FakeEntryPoints.h"
+#include "tests/support/SampleReplies.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

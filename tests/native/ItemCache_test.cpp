@@ -1,14 +1,14 @@
 // Items by workspace path: who fills the cache, what stays, what is found and removed.
-#include <gtest/gtest.h>
+#include "velmora/native/ItemCache.h"
 
 #include <filesystem>
 #include <string>
 
-#include <velmora/native/ItemCache.h>
+#include <gtest/gtest.h>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/platform/NativePath.h>
-
-#include "../support/BridgeTest.h"
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

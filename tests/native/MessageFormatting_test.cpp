@@ -1,14 +1,14 @@
-#include "../support/LinkExpression.h"
-
-#include <velmora/native/MessageFormatting.h>
-
-#include <gtest/gtest.h>
+#include "velmora/native/MessageFormatting.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/LinkExpression.h"
 
 namespace Quorvex::Velmora::TessaportAPI
 {

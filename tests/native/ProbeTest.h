@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <string>
 
-#include "../support/EnvironmentVariable.h"
-#include "../support/TemporaryFolder.h"
-#include "StaticTest.h"
+#include "tests/native/StaticTest.h"
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,13 +1,12 @@
 // Where on the local disk new files may be put.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 
-#include <velmora/platform/NativePath.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "ProbeTest.h"
+#include <velmora/platform/NativePath.h>
+#include "tests/native/ProbeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

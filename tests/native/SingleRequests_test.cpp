@@ -1,13 +1,12 @@
 // Static operations of one request each: answers, connections, log lines.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 
-#include <velmora/native/ItemCache.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "StaticTest.h"
+#include <velmora/native/ItemCache.h>
+#include "tests/native/StaticTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

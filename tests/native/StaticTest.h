@@ -7,8 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
-
-#include "../support/BridgeTest.h"
+#include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

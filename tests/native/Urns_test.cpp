@@ -1,11 +1,11 @@
 // The cloud identifiers of files and folders.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string>
 #include <tuple>
 
-#include "StaticTest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/native/StaticTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

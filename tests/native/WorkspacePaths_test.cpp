@@ -1,17 +1,16 @@
 // From local paths to items.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <string>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <velmora/native/ItemCache.h>
 #include <velmora/platform/NativePath.h>
-
-#include "../support/Links.h"
-#include "../support/TemporaryFolder.h"
-#include "StaticTest.h"
+#include "tests/native/StaticTest.h"
+#include "tests/support/Links.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

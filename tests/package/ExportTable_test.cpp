@@ -8,7 +8,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <tests/support/ChildProcess.h>
 
 using namespace Quorvex::Velmora::TestSupport;

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "velmora/platform/Narrowing.h"
 
 #include <cstddef>
 #include <memory>
@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include <gtest/gtest.h>
+
 #include <velmora/platform/LowerCase.h>
-#include <velmora/platform/Narrowing.h>
 #include <velmora/platform/Unicode.h>
 
 using namespace Quorvex::Velmora::Common;

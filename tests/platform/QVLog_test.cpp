@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "velmora/platform/QVLog.h"
 
 #include <atomic>
 #include <stdexcept>
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <velmora/platform/QVLog.h>
+#include <gtest/gtest.h>
 
 using Quorvex::Velmora::Common::QVLog;
 using Quorvex::Velmora::Common::QVString;

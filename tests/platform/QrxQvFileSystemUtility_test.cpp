@@ -1,15 +1,16 @@
-#include <gtest/gtest.h>
+#include "velmora/platform/QrxQvFileSystemUtility.h"
 
 #include <clocale>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include <gtest/gtest.h>
 #include <tests/support/EnvironmentVariable.h>
 #include <tests/support/Links.h>
 #include <tests/support/TemporaryFolder.h>
+
 #include <velmora/platform/NativePath.h>
-#include <velmora/platform/QrxQvFileSystemUtility.h>
 
 using namespace Quorvex::Velmora::Common;
 using Quorvex::Velmora::TestSupport::EnvironmentVariable;

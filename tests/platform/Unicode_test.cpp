@@ -1,11 +1,11 @@
-#include <velmora/platform/Unicode.h>
-
-#include <gtest/gtest.h>
+#include "velmora/platform/Unicode.h"
 
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 namespace Quorvex::Velmora::Common::Unicode
 {

@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <string>
 
 #include <windows.h>
-
+#include <gtest/gtest.h>
 #include <tests/support/TemporaryFolder.h>
+
 #include <velmora/platform/QrxQvFileSystemUtility.h>
 
 using Quorvex::Velmora::TestSupport::TemporaryFolder;

@@ -1,4 +1,4 @@
-#include "BridgeTest.h"
+#include "tests/support/BridgeTest.h"
 
 #include <cstdint>
 

@@ -2,9 +2,8 @@
 #pragma once
 
 #include <velmora/bridge/QvManagedTessaportService.h>
-
-#include "Buffers.h"
-#include "ScriptedTest.h"
+#include "tests/support/Buffers.h"
+#include "tests/support/ScriptedTest.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,4 +1,4 @@
-#include "ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <algorithm>
 #include <mutex>
@@ -6,8 +6,8 @@
 
 #include <windows.h>
 
-#include "ChildStartWindows.h"
-#include "TemporaryFolder.h"
+#include "tests/support/ChildStartWindows.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,6 +1,6 @@
-#include "ChildProcess.h"
-
 #include <sstream>
+
+#include "tests/support/ChildProcess.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,4 +1,4 @@
-#include "ChildStartWindows.h"
+#include "tests/support/ChildStartWindows.h"
 
 #include <algorithm>
 #include <array>

@@ -9,7 +9,7 @@
 
 #include <windows.h>
 
-#include "ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,5 +1,3 @@
-#include "ChildProcess.h"
-
 #include <algorithm>
 #include <thread>
 #include <vector>
@@ -7,8 +5,8 @@
 #include <windows.h>
 
 #include <velmora/platform/Unicode.h>
-
-#include "ChildStartWindows.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/ChildStartWindows.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

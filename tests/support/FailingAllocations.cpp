@@ -1,4 +1,4 @@
-#include "FailingAllocations.h"
+#include "tests/support/FailingAllocations.h"
 
 #include <atomic>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "FakeEntryPoints.h"
+#include "tests/support/FakeEntryPoints.h"
 
 #include <algorithm>
 #include <bitset>

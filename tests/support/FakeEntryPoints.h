@@ -8,8 +8,7 @@
 #include <vector>
 
 #include <velmora/bridge/runtime/TessaportEntryPoints.h>
-
-#include "ReplyBuilder.h"
+#include "tests/support/ReplyBuilder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,4 +1,4 @@
-#include "Links.h"
+#include "tests/support/Links.h"
 
 #include <utility>
 
@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-#include "MachineProgramWindows.h"
+#include "tests/support/MachineProgramWindows.h"
 #endif
 
 namespace Quorvex::Velmora::TestSupport

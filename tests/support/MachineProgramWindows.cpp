@@ -1,4 +1,4 @@
-#include "MachineProgramWindows.h"
+#include "tests/support/MachineProgramWindows.h"
 
 #include <chrono>
 #include <thread>

@@ -1,10 +1,11 @@
-#include "MemoryLimit.h"
+#include "tests/support/MemoryLimit.h"
 
 #include <atomic>
 #include <cstdlib>
 #include <limits>
-#include <malloc.h>
 #include <new>
+
+#include <malloc.h>
 
 namespace
 {

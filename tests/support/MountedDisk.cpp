@@ -1,4 +1,4 @@
-#include "MountedDisk.h"
+#include "tests/support/MountedDisk.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "MountedDisk.h"
+#include "tests/support/MountedDisk.h"
 
 #include <stdexcept>
 #include <string>
@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "MachineProgramWindows.h"
+#include "tests/support/MachineProgramWindows.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,4 +1,4 @@
-#include "SampleReplies.h"
+#include "tests/support/SampleReplies.h"
 
 namespace Quorvex::Velmora::TestSupport::SampleReplies
 {

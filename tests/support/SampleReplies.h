@@ -1,7 +1,7 @@
 // Replies that the bridge understands, one of each shape.
 #pragma once
 
-#include "ReplyBuilder.h"
+#include "tests/support/ReplyBuilder.h"
 
 namespace Quorvex::Velmora::TestSupport::SampleReplies
 {

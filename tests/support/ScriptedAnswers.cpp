@@ -1,4 +1,4 @@
-#include "ScriptedAnswers.h"
+#include "tests/support/ScriptedAnswers.h"
 
 #include <utility>
 

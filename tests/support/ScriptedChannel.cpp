@@ -1,4 +1,4 @@
-#include "ScriptedChannel.h"
+#include "tests/support/ScriptedChannel.h"
 
 #include <cstdint>
 #include <stdexcept>

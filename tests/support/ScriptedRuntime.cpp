@@ -1,4 +1,4 @@
-#include "ScriptedRuntime.h"
+#include "tests/support/ScriptedRuntime.h"
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/native/RuntimeOptions.h>

@@ -1,12 +1,11 @@
-#include "ScriptedService.h"
+#include "tests/support/ScriptedService.h"
 
 #include <stdexcept>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
-
-#include "ScriptedChannel.h"
-#include "ScriptedRuntime.h"
+#include "tests/support/ScriptedChannel.h"
+#include "tests/support/ScriptedRuntime.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

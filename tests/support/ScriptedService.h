@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ScriptedAnswers.h"
+#include "tests/support/ScriptedAnswers.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -4,9 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
-
-#include "LogLines.h"
-#include "ScriptedService.h"
+#include "tests/support/LogLines.h"
+#include "tests/support/ScriptedService.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,6 +1,6 @@
-#include "SmallDisk.h"
+#include "tests/support/SmallDisk.h"
 
-#include "MountedDisk.h"
+#include "tests/support/MountedDisk.h"
 
 #ifndef _WIN32
 #include <csignal>

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -1,8 +1,6 @@
 // A folder of a test's own, with a name that is not plain ASCII; it goes with the object.
 #pragma once
 
-#include <velmora/platform/Unicode.h>
-
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -11,6 +9,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

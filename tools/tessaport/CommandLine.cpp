@@ -1,12 +1,12 @@
-#include "CommandLine.h"
+#include "tools/tessaport/CommandLine.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
-#include "Help.h"
-#include "Suggestion.h"
-#include "commands/Commands.h"
+#include "tools/tessaport/Help.h"
+#include "tools/tessaport/Suggestion.h"
+#include "tools/tessaport/commands/Commands.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -7,7 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Context.h"
+#include "tools/tessaport/Context.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,4 +1,4 @@
-#include "Completion.h"
+#include "tools/tessaport/Completion.h"
 
 #include <functional>
 #include <vector>

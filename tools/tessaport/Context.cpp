@@ -1,13 +1,12 @@
-#include "Context.h"
+#include "tools/tessaport/Context.h"
 
 #include <velmora/native/RuntimeOptions.h>
 #include <velmora/platform/QVLog.h>
-
-#include "Errors.h"
-#include "Home.h"
-#include "Paths.h"
-#include "Platform.h"
-#include "Text.h"
+#include "tools/tessaport/Errors.h"
+#include "tools/tessaport/Home.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

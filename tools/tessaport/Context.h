@@ -6,10 +6,9 @@
 #include <string>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
-
-#include "ExitCode.h"
-#include "Home.h"
-#include "output/Output.h"
+#include "tools/tessaport/ExitCode.h"
+#include "tools/tessaport/Home.h"
+#include "tools/tessaport/output/Output.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,12 +1,12 @@
-#include "DemoDrives.h"
+#include "tools/tessaport/DemoDrives.h"
 
 #include <cstdint>
 #include <string>
 #include <system_error>
 #include <vector>
 
-#include "Paths.h"
-#include "output/Json.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,7 @@
 // What `tessaport demo` puts into a home.
 #pragma once
 
-#include "Home.h"
+#include "tools/tessaport/Home.h"
 
 namespace Quorvex::Velmora::Tool
 {

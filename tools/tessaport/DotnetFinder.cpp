@@ -1,10 +1,10 @@
-#include "DotnetFinder.h"
+#include "tools/tessaport/DotnetFinder.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <system_error>
 
-#include "Paths.h"
+#include "tools/tessaport/Paths.h"
 
 namespace fs = std::filesystem;
 

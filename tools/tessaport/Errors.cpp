@@ -1,4 +1,4 @@
-#include "Errors.h"
+#include "tools/tessaport/Errors.h"
 
 #include <filesystem>
 #include <new>
@@ -6,9 +6,8 @@
 #include <utility>
 
 #include <velmora/api/Exceptions.h>
-
-#include "Paths.h"
-#include "Platform.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {

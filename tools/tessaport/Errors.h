@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ExitCode.h"
+#include "tools/tessaport/ExitCode.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,8 +1,8 @@
-#include "FileVersion.h"
+#include "tools/tessaport/FileVersion.h"
 
 #include <cstdint>
 
-#include "Home.h"
+#include "tools/tessaport/Home.h"
 
 namespace Quorvex::Velmora::Tool
 {

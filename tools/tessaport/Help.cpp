@@ -1,4 +1,4 @@
-#include "Help.h"
+#include "tools/tessaport/Help.h"
 
 #include <sstream>
 

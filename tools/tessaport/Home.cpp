@@ -1,4 +1,4 @@
-#include "Home.h"
+#include "tools/tessaport/Home.h"
 
 #include <algorithm>
 #include <fstream>
@@ -7,9 +7,9 @@
 #include <system_error>
 #include <utility>
 
-#include "Paths.h"
-#include "Platform.h"
-#include "output/Json.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace fs = std::filesystem;
 

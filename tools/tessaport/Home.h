@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "ExitCode.h"
+#include "tools/tessaport/ExitCode.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,11 +1,11 @@
-#include "ItemLookup.h"
+#include "tools/tessaport/ItemLookup.h"
 
 #include <algorithm>
 #include <map>
 #include <utility>
 
-#include "Paths.h"
-#include "Text.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

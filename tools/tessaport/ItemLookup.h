@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Context.h"
+#include "tools/tessaport/Context.h"
 
 namespace Quorvex::Velmora::Tool
 {

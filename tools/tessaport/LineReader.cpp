@@ -1,13 +1,13 @@
-#include "LineReader.h"
+#include "tools/tessaport/LineReader.h"
 
 #include <algorithm>
 #include <cstring>
 #include <istream>
 #include <system_error>
 
-#include "ExitCode.h"
-#include "Paths.h"
-#include "Platform.h"
+#include "tools/tessaport/ExitCode.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
 
 namespace fs = std::filesystem;
 

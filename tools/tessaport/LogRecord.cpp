@@ -1,12 +1,11 @@
-#include "LogRecord.h"
+#include "tools/tessaport/LogRecord.h"
 
 #include <algorithm>
 #include <sstream>
 
 #include <velmora/logging/QVJsonParser.h>
-
-#include "ExitCode.h"
-#include "Text.h"
+#include "tools/tessaport/ExitCode.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

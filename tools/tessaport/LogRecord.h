@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "output/Json.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,7 +1,7 @@
-#include "OneCall.h"
+#include "tools/tessaport/OneCall.h"
 
-#include "Paths.h"
-#include "Text.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

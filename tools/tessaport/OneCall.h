@@ -5,7 +5,7 @@
 #include <string>
 #include <tuple>
 
-#include "Context.h"
+#include "tools/tessaport/Context.h"
 
 namespace Quorvex::Velmora::Tool
 {

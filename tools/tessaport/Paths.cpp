@@ -1,9 +1,9 @@
-#include "Paths.h"
+#include "tools/tessaport/Paths.h"
 
 #include <system_error>
 
-#include "ExitCode.h"
-#include "Platform.h"
+#include "tools/tessaport/ExitCode.h"
+#include "tools/tessaport/Platform.h"
 
 namespace fs = std::filesystem;
 

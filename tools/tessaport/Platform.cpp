@@ -1,4 +1,4 @@
-#include "Platform.h"
+#include "tools/tessaport/Platform.h"
 
 #include <istream>
 

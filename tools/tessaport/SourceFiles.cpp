@@ -1,12 +1,12 @@
-#include "SourceFiles.h"
+#include "tools/tessaport/SourceFiles.h"
 
 #include <fstream>
 #include <optional>
 #include <set>
 #include <system_error>
 
-#include "Paths.h"
-#include "Text.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
 
 namespace fs = std::filesystem;
 

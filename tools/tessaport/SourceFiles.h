@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "output/Outcomes.h"
+#include "tools/tessaport/output/Outcomes.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,4 +1,4 @@
-#include "Suggestion.h"
+#include "tools/tessaport/Suggestion.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "Text.h"
+#include "tools/tessaport/Text.h"
 
 #include <algorithm>
 

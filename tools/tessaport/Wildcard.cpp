@@ -1,8 +1,8 @@
-#include "Wildcard.h"
+#include "tools/tessaport/Wildcard.h"
 
 #include <string>
 
-#include "Text.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

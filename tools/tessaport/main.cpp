@@ -1,6 +1,6 @@
-#include "CommandLine.h"
-#include "Errors.h"
-#include "Platform.h"
+#include "tools/tessaport/CommandLine.h"
+#include "tools/tessaport/Errors.h"
+#include "tools/tessaport/Platform.h"
 
 namespace
 {

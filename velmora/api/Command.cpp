@@ -1,4 +1,4 @@
-#include <velmora/api/Command.h>
+#include "velmora/api/Command.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include <velmora/api/Exceptions.h>
+#include "velmora/api/Exceptions.h"
 
 #include <atomic>
 #include <cstdlib>

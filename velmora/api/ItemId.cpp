@@ -1,4 +1,4 @@
-#include <velmora/api/ItemId.h>
+#include "velmora/api/ItemId.h"
 
 #include <utility>
 

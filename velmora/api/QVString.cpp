@@ -1,4 +1,4 @@
-#include <velmora/api/QVString.h>
+#include "velmora/api/QVString.h"
 
 #include <atomic>
 #include <cstdint>

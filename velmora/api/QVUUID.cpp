@@ -1,4 +1,4 @@
-#include <velmora/api/QVUUID.h>
+#include "velmora/api/QVUUID.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/ExceptionTranslation.h>
+#include "velmora/bridge/ExceptionTranslation.h"
 
 #include <exception>
 

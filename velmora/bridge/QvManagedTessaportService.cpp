@@ -1,4 +1,4 @@
-#include <velmora/bridge/QvManagedTessaportService.h>
+#include "velmora/bridge/QvManagedTessaportService.h"
 
 #include <utility>
 

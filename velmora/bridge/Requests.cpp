@@ -1,7 +1,6 @@
 // One member for each request: arguments, call, conversion.
-#include <velmora/bridge/QvManagedTessaportService.h>
-
 #include <velmora/bridge/ExceptionTranslation.h>
+#include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/conversions/Handles.h>
 #include <velmora/bridge/conversions/ToManaged.h>
 #include <velmora/bridge/conversions/ToNative.h>

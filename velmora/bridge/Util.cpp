@@ -1,4 +1,4 @@
-#include <velmora/bridge/Util.h>
+#include "velmora/bridge/Util.h"
 
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/bridge/conversions/ToManaged.h>

@@ -1,4 +1,4 @@
-#include <velmora/io/BinaryFileSource.h>
+#include "velmora/io/BinaryFileSource.h"
 
 #include <velmora/io/WideFileStream.h>
 

@@ -1,12 +1,12 @@
 /// The bytes of a file, read at random.
 #pragma once
 
-#include <velmora/io/QVIOSource.h>
-
 #include <cstdint>
 #include <ios>
 #include <memory>
 #include <string>
+
+#include <velmora/io/QVIOSource.h>
 
 namespace Quorvex::Velmora::IO
 {

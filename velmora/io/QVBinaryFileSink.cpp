@@ -1,11 +1,11 @@
-#include <velmora/io/QVBinaryFileSink.h>
-
-#include <velmora/io/SerialFormat.h>
-#include <velmora/io/WideFileStream.h>
+#include "velmora/io/QVBinaryFileSink.h"
 
 #include <cstddef>
 #include <cstring>
 #include <ios>
+
+#include <velmora/io/SerialFormat.h>
+#include <velmora/io/WideFileStream.h>
 
 namespace Quorvex::Velmora::IO
 {

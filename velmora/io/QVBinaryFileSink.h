@@ -1,11 +1,11 @@
 /// Writing the serial format to a file.
 #pragma once
 
-#include <velmora/io/QVSerialSink.h>
-
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <velmora/io/QVSerialSink.h>
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,7 +1,4 @@
-#include <velmora/io/QVBinaryFileSource.h>
-
-#include <velmora/io/SerialFormat.h>
-#include <velmora/io/WideFileStream.h>
+#include "velmora/io/QVBinaryFileSource.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +6,9 @@
 #include <cstring>
 #include <ios>
 #include <utility>
+
+#include <velmora/io/SerialFormat.h>
+#include <velmora/io/WideFileStream.h>
 
 namespace Quorvex::Velmora::IO
 {

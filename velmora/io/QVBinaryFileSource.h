@@ -1,11 +1,11 @@
 /// Reading the serial format from a file.
 #pragma once
 
-#include <velmora/io/QVSerialSource.h>
-
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <velmora/io/QVSerialSource.h>
 
 namespace Quorvex::Velmora::IO
 {

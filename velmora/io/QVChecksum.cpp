@@ -1,11 +1,11 @@
-#include <velmora/io/QVChecksum.h>
+#include "velmora/io/QVChecksum.h"
+
+#include <cstddef>
 
 #include <velmora/io/SerialFormat.h>
 #include <velmora/io/crc/Crc32.h>
 #include <velmora/io/crc/FileReader.h>
 #include <velmora/io/crc/Slicing.h>
-
-#include <cstddef>
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,10 +1,10 @@
 /// A 32-bit cyclic redundancy check over serialised values and over files.
 #pragma once
 
-#include <velmora/io/QVSerialSink.h>
-
 #include <cstdint>
 #include <string>
+
+#include <velmora/io/QVSerialSink.h>
 
 namespace Quorvex::Velmora::IO
 {

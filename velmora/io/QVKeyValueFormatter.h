@@ -1,9 +1,9 @@
 /// Writing typed values by key, grouped into records.
 #pragma once
 
-#include <velmora/io/QVKeyValueSink.h>
-
 #include <string>
+
+#include <velmora/io/QVKeyValueSink.h>
 
 namespace Quorvex::Velmora::IO
 {

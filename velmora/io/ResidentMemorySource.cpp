@@ -1,4 +1,4 @@
-#include <velmora/io/ResidentMemorySource.h>
+#include "velmora/io/ResidentMemorySource.h"
 
 #include <algorithm>
 #include <cstddef>

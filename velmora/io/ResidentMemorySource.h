@@ -1,10 +1,10 @@
 /// The bytes of a block of memory, read at random.
 #pragma once
 
-#include <velmora/io/QVIOSource.h>
-
 #include <cstdint>
 #include <ios>
+
+#include <velmora/io/QVIOSource.h>
 
 namespace Quorvex::Velmora::IO
 {

@@ -1,8 +1,6 @@
 // The bytes of the serial format, for those who write and those who read it.
 #pragma once
 
-#include <velmora/platform/Unicode.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -12,6 +10,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include <velmora/platform/Unicode.h>
 
 namespace Quorvex::Velmora::IO::SerialFormat
 {

@@ -1,9 +1,9 @@
 // File streams on wide paths, the same on every platform and under every locale of the host.
 #pragma once
 
-#include <velmora/platform/Unicode.h>
-
 #include <boost/filesystem/path.hpp>
+
+#include <velmora/platform/Unicode.h>
 // The C++ library of mingw opens streams on wide paths, but Boost knows that of one other library only.
 #if defined(__MINGW32__) && !defined(_CPPLIB_VER)
 #define _CPPLIB_VER 405

@@ -1,4 +1,4 @@
-#include <velmora/logging/KeyPath.h>
+#include "velmora/logging/KeyPath.h"
 
 #include <algorithm>
 #include <stdexcept>

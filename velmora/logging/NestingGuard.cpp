@@ -1,4 +1,4 @@
-#include <velmora/logging/NestingGuard.h>
+#include "velmora/logging/NestingGuard.h"
 
 #include <boost/property_tree/json_parser/error.hpp>
 

@@ -1,13 +1,13 @@
-#include <velmora/logging/QVJsonLogTarget.h>
+#include "velmora/logging/QVJsonLogTarget.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include <boost/property_tree/json_parser.hpp>
 
 #include <velmora/logging/RecordTree.h>
 #include <velmora/logging/ValueText.h>
 #include <velmora/platform/Unicode.h>
-
-#include <boost/property_tree/json_parser.hpp>
-
-#include <algorithm>
-#include <cstddef>
 
 namespace Quorvex::Velmora::Logging
 {

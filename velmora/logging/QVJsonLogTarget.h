@@ -1,12 +1,12 @@
 /// Events as JSON.
 #pragma once
 
-#include <velmora/io/QVKeyValueFormatter.h>
-
 #include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
+
+#include <velmora/io/QVKeyValueFormatter.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,13 +1,13 @@
-#include <velmora/logging/QVJsonParser.h>
+#include "velmora/logging/QVJsonParser.h"
+
+#include <iostream>
+
+#include <boost/property_tree/json_parser.hpp>
 
 #include <velmora/logging/KeyPath.h>
 #include <velmora/logging/NestingGuard.h>
 #include <velmora/logging/ValueText.h>
 #include <velmora/logging/ValueTree.h>
-
-#include <boost/property_tree/json_parser.hpp>
-
-#include <iostream>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,12 +1,12 @@
 /// One JSON record, read back.
 #pragma once
 
-#include <velmora/io/QVKeyValueSource.h>
-
 #include <cstdint>
 #include <istream>
 #include <memory>
 #include <string>
+
+#include <velmora/io/QVKeyValueSource.h>
 
 namespace Quorvex::Velmora::Logging
 {

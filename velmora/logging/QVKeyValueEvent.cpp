@@ -1,9 +1,9 @@
-#include <velmora/logging/QVKeyValueEvent.h>
+#include "velmora/logging/QVKeyValueEvent.h"
+
+#include <utility>
 
 #include <velmora/logging/ValueNode.h>
 #include <velmora/logging/ValueText.h>
-
-#include <utility>
 
 namespace Quorvex::Velmora::Logging
 {

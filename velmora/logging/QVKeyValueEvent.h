@@ -1,14 +1,14 @@
 /// An event made of typed values.
 #pragma once
 
-#include <velmora/io/QVKeyValueSink.h>
-#include <velmora/io/QVKeyValueSource.h>
-#include <velmora/logging/QVLoggableEvent.h>
-
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <velmora/io/QVKeyValueSink.h>
+#include <velmora/io/QVKeyValueSource.h>
+#include <velmora/logging/QVLoggableEvent.h>
 
 namespace Quorvex::Velmora::Logging
 {

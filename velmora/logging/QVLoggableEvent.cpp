@@ -1,4 +1,4 @@
-#include <velmora/logging/QVLoggableEvent.h>
+#include "velmora/logging/QVLoggableEvent.h"
 
 #include <velmora/logging/UtcTimestamp.h>
 

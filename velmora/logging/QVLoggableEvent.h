@@ -1,11 +1,11 @@
 /// What a logger takes.
 #pragma once
 
-#include <velmora/io/QVKeyValueSink.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <velmora/io/QVKeyValueSink.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,10 +1,10 @@
-#include <velmora/logging/QVLoggerBase.h>
-
-#include <velmora/logging/OwnedMutex.h>
+#include "velmora/logging/QVLoggerBase.h"
 
 #include <mutex>
 #include <utility>
 #include <vector>
+
+#include <velmora/logging/OwnedMutex.h>
 
 namespace Quorvex::Velmora::Logging
 {

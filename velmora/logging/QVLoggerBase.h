@@ -1,10 +1,10 @@
 /// A queue of events and the formatter that they are written to.
 #pragma once
 
+#include <memory>
+
 #include <velmora/io/QVKeyValueFormatter.h>
 #include <velmora/logging/QVLoggableEvent.h>
-
-#include <memory>
 
 namespace Quorvex::Velmora::Logging
 {

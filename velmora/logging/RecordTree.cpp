@@ -1,4 +1,4 @@
-#include <velmora/logging/RecordTree.h>
+#include "velmora/logging/RecordTree.h"
 
 namespace Quorvex::Velmora::Logging
 {

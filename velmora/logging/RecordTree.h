@@ -1,9 +1,9 @@
 // The values of one record after the other.
 #pragma once
 
-#include <velmora/logging/ValueTree.h>
-
 #include <string>
+
+#include <velmora/logging/ValueTree.h>
 
 namespace Quorvex::Velmora::Logging
 {

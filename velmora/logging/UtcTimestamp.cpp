@@ -1,4 +1,4 @@
-#include <velmora/logging/UtcTimestamp.h>
+#include "velmora/logging/UtcTimestamp.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
 // The text of a moment.
 #pragma once
 
-#include <boost/date_time/posix_time/posix_time_types.hpp>
-
 #include <string>
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
 
 namespace Quorvex::Velmora::Logging
 {

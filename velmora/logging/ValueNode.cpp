@@ -1,9 +1,9 @@
-#include <velmora/logging/ValueNode.h>
-
-#include <velmora/logging/KeyPath.h>
+#include "velmora/logging/ValueNode.h"
 
 #include <algorithm>
 #include <numeric>
+
+#include <velmora/logging/KeyPath.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,10 +1,10 @@
 // Typed values as texts, whatever locale the host has set.
 #pragma once
 
-#include <boost/property_tree/stream_translator.hpp>
-
 #include <locale>
 #include <string>
+
+#include <boost/property_tree/stream_translator.hpp>
 
 namespace Quorvex::Velmora::Logging::ValueText
 {

@@ -1,4 +1,4 @@
-#include <velmora/logging/ValueTree.h>
+#include "velmora/logging/ValueTree.h"
 
 #include <velmora/logging/KeyPath.h>
 

@@ -1,9 +1,9 @@
 // Key paths in the trees of the JSON library.
 #pragma once
 
-#include <boost/property_tree/ptree.hpp>
-
 #include <string>
+
+#include <boost/property_tree/ptree.hpp>
 
 namespace Quorvex::Velmora::Logging::ValueTree
 {

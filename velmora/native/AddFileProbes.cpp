@@ -1,6 +1,4 @@
 // Where new files may be put, found out with a probe file.
-#include <velmora/native/QvNativeTessaportAPI.h>
-
 #include <algorithm>
 #include <exception>
 #include <string>
@@ -11,6 +9,7 @@
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/DriveTypes.h>
 #include <velmora/native/ProbeFile.h>
+#include <velmora/native/QvNativeTessaportAPI.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

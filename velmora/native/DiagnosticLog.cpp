@@ -1,4 +1,4 @@
-#include <velmora/native/DiagnosticLog.h>
+#include "velmora/native/DiagnosticLog.h"
 
 #include <cstddef>
 

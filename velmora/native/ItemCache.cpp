@@ -1,4 +1,4 @@
-#include <velmora/native/ItemCache.h>
+#include "velmora/native/ItemCache.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,4 @@
-#include <velmora/native/MessageFormatting.h>
-
-#include <velmora/platform/LargeText.h>
+#include "velmora/native/MessageFormatting.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,6 +6,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <velmora/platform/LargeText.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

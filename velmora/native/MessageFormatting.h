@@ -1,9 +1,9 @@
 /// Plain messages as HTML for a rich-text message box.
 #pragma once
 
-#include <velmora/platform/Export.h>
-
 #include <string>
+
+#include <velmora/platform/Export.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

@@ -1,11 +1,10 @@
 // Between permanent ids, items, paths and drives.
-#include <velmora/native/QvNativeTessaportAPI.h>
-
 #include <exception>
 #include <string>
 #include <utility>
 
 #include <velmora/native/DiagnosticLog.h>
+#include <velmora/native/QvNativeTessaportAPI.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

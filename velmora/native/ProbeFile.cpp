@@ -1,4 +1,4 @@
-#include <velmora/native/ProbeFile.h>
+#include "velmora/native/ProbeFile.h"
 
 #include <cstdio>
 #include <fstream>

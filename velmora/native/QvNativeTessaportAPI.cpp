@@ -1,5 +1,5 @@
 // Connections, and the requests on them.
-#include <velmora/native/QvNativeTessaportAPI.h>
+#include "velmora/native/QvNativeTessaportAPI.h"
 
 #include <memory>
 #include <utility>

@@ -1,4 +1,4 @@
-#include <velmora/native/RuntimeOptions.h>
+#include "velmora/native/RuntimeOptions.h"
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
 

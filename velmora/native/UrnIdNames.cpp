@@ -1,4 +1,4 @@
-#include <velmora/native/UrnIdNames.h>
+#include "velmora/native/UrnIdNames.h"
 
 #include <velmora/native/DriveTypes.h>
 #include <velmora/native/QvNativeTessaportAPI.h>

@@ -1,12 +1,11 @@
 // The cloud identifiers of files and folders.
-#include <velmora/native/QvNativeTessaportAPI.h>
-
 #include <exception>
 #include <string>
 #include <tuple>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/DiagnosticLog.h>
+#include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/UrnIdNames.h>
 #include <velmora/platform/LowerCase.h>
 #include <velmora/platform/QrxQvFileSystemUtility.h>

@@ -1,6 +1,4 @@
 // From local paths to items.
-#include <velmora/native/QvNativeTessaportAPI.h>
-
 #include <exception>
 #include <string>
 #include <utility>
@@ -8,6 +6,7 @@
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/ItemCache.h>
+#include <velmora/native/QvNativeTessaportAPI.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

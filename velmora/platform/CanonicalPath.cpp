@@ -1,4 +1,4 @@
-#include <velmora/platform/CanonicalPath.h>
+#include "velmora/platform/CanonicalPath.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include <velmora/platform/LowerCase.h>
+#include "velmora/platform/LowerCase.h"
 
 #include <cwctype>
 

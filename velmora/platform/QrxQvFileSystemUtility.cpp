@@ -1,4 +1,4 @@
-#include <velmora/platform/QrxQvFileSystemUtility.h>
+#include "velmora/platform/QrxQvFileSystemUtility.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include <velmora/platform/Random.h>
+#include "velmora/platform/Random.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include <velmora/platform/WindowsPath.h>
+#include "velmora/platform/WindowsPath.h"
 
 #include <windows.h>
 

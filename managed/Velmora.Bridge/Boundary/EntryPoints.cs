@@ -45,10 +45,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int CreateService(long* service, Reply* reply)
     {
-        try {
+        try
+        {
             ServiceRequests.CreateService(service, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -56,10 +59,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int CreateServiceForWindow(nint window, long* service, Reply* reply)
     {
-        try {
+        try
+        {
             ServiceRequests.CreateServiceForWindow(window, service, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -67,10 +73,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int Discover(long service, Reply* reply)
     {
-        try {
+        try
+        {
             ServiceRequests.Discover(service, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -78,10 +87,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetVersion(long service, Reply* reply)
     {
-        try {
+        try
+        {
             ServiceRequests.GetVersion(service, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -89,10 +101,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetDrives(long service, Reply* reply)
     {
-        try {
+        try
+        {
             ServiceRequests.GetDrives(service, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -100,10 +115,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetChildFolders(long service, long folder, Reply* reply)
     {
-        try {
+        try
+        {
             FolderRequests.GetChildFolders(service, folder, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -111,10 +129,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetFolderContents(long service, long folder, Reply* reply)
     {
-        try {
+        try
+        {
             FolderRequests.GetFolderContents(service, folder, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -122,10 +143,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int AddFiles(long service, long folder, NativeText* paths, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.AddFiles(service, folder, paths, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -133,10 +157,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetOrCreateFolder(long service, long parent, NativeText* name, Reply* reply)
     {
-        try {
+        try
+        {
             FolderRequests.GetOrCreateFolder(service, parent, name, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -144,10 +171,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int CanAddFiles(long service, long folder, NativeText* paths, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.CanAddFiles(service, folder, paths, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -155,10 +185,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int IsFileInWorkspace(long service, NativeText* path, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.IsFileInWorkspace(service, path, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -166,10 +199,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int SyncFiles(long service, long* ids, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.SyncFiles(service, ids, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -177,10 +213,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int DeleteItems(long service, long* ids, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.DeleteItems(service, ids, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -188,10 +227,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetItemsByWorkspacePaths(long service, NativeText* paths, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             LookupRequests.GetItemsByWorkspacePaths(service, paths, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -199,10 +241,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetItemsByRelativePaths(long service, byte* driveId, NativeText* paths, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             LookupRequests.GetItemsByRelativePaths(service, driveId, paths, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -210,10 +255,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int FileClosedWithinRunningProcess(long service, int processId, NativeText* path, Reply* reply)
     {
-        try {
+        try
+        {
             FileRequests.FileClosedWithinRunningProcess(service, processId, path, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -221,10 +269,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetPropertyDefinitions(long service, byte* driveId, Reply* reply)
     {
-        try {
+        try
+        {
             PropertyRequests.GetPropertyDefinitions(service, driveId, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -232,10 +283,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetProperties(long service, long* ids, ulong idCount, NativeText* properties, ulong propertyCount, Reply* reply)
     {
-        try {
+        try
+        {
             PropertyRequests.GetProperties(service, ids, idCount, properties, propertyCount, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -243,10 +297,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetCommands(long service, NativeContext* context, Reply* reply)
     {
-        try {
+        try
+        {
             CommandRequests.GetCommands(service, context, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -254,10 +311,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int ExecuteCommand(long service, long command, NativeContext* context, Reply* reply)
     {
-        try {
+        try
+        {
             CommandRequests.ExecuteCommand(service, command, context, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -265,10 +325,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetPermanentIds(long service, long* ids, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             LookupRequests.GetPermanentIds(service, ids, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -276,10 +339,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetItemsByPermanentIds(long service, NativeText* permanentIds, ulong count, Reply* reply)
     {
-        try {
+        try
+        {
             LookupRequests.GetItemsByPermanentIds(service, permanentIds, count, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -287,10 +353,13 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static int GetFullPath(NativeText* path, Reply* reply)
     {
-        try {
+        try
+        {
             PathRequests.GetFullPath(path, reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
@@ -298,37 +367,49 @@ internal static unsafe class EntryPoints
     [UnmanagedCallersOnly]
     private static void ReleaseHandle(long handle)
     {
-        try {
+        try
+        {
             HandleTable.Release(handle);
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
         }
     }
 
     [UnmanagedCallersOnly]
     private static void ReleaseHandles(long* handles, ulong count)
     {
-        try {
+        try
+        {
             for (ulong i = 0; i < count; ++i)
                 HandleTable.Release(handles[i]);
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
         }
     }
 
     [UnmanagedCallersOnly]
     private static void ReleaseReply(Reply* reply)
     {
-        try {
+        try
+        {
             ReplyWriter.Release(reply);
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
         }
     }
 
     [UnmanagedCallersOnly]
     private static long CountHandles()
     {
-        try {
+        try
+        {
             return HandleTable.Count();
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
             return -1;
         }
     }

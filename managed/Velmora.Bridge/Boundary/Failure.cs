@@ -23,9 +23,12 @@ internal static unsafe class Failure
 
     public static int Report(Exception e, Reply* reply)
     {
-        try {
+        try
+        {
             ReplyWriter.WriteMessage(MessageOf(e), reply);
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
             // Without memory for the message the failure still goes through, without a text.
         }
         return RowOf(e);
@@ -33,9 +36,12 @@ internal static unsafe class Failure
 
     private static string MessageOf(Exception e)
     {
-        try {
+        try
+        {
             return MissingMember.Explain(e) ?? e.Message ?? "";
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
             return "";
         }
     }
@@ -45,7 +51,8 @@ internal static unsafe class Failure
         // Nothing is an exception of an assembly that is not bound, and asking would look for it once more.
         if (ApiAssembly.Bound == null)
             return OtherRow;
-        for (int i = 0; i < rows.Length; ++i) {
+        for (int i = 0; i < rows.Length; ++i)
+        {
             if (Fits(rows[i], e))
                 return i + 1;
         }
@@ -54,9 +61,12 @@ internal static unsafe class Failure
 
     private static bool Fits(Row row, Exception e)
     {
-        try {
+        try
+        {
             return row(e);
-        } catch (Exception) {
+        }
+        catch (Exception)
+        {
             return false;
         }
     }

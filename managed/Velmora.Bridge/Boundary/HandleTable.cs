@@ -29,9 +29,12 @@ internal static class HandleTable
     public static long Add(object? target)
     {
         var own = new HandleChain();
-        try {
+        try
+        {
             return own.Add(target);
-        } finally {
+        }
+        finally
+        {
             own.Dispose();
         }
     }
@@ -44,10 +47,12 @@ internal static class HandleTable
     [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static int Take(int most, out int first)
     {
-        while (true) {
+        while (true)
+        {
             long head = Volatile.Read(ref firstFree);
             first = (int)head;
-            if (first == 0) {
+            if (first == 0)
+            {
                 Grow();
                 continue;
             }
@@ -72,7 +77,8 @@ internal static class HandleTable
     /// <summary>Gives taken slots back that were not filled.</summary>
     public static void Return(int first, int count)
     {
-        for (int i = 0; i < count; ++i) {
+        for (int i = 0; i < count; ++i)
+        {
             int next = SlotOf(first).NextFree;
             PushFree(first);
             first = next;
@@ -105,8 +111,10 @@ internal static class HandleTable
     public static long Count()
     {
         long count = 0;
-        foreach (Slot[] chunk in Volatile.Read(ref chunks)) {
-            foreach (ref readonly Slot slot in chunk.AsSpan()) {
+        foreach (Slot[] chunk in Volatile.Read(ref chunks))
+        {
+            foreach (ref readonly Slot slot in chunk.AsSpan())
+            {
                 if (slot.Target != null)
                     ++count;
             }
@@ -118,7 +126,8 @@ internal static class HandleTable
     private static void PushFree(int number)
     {
         ref Slot slot = ref SlotOf(number);
-        while (true) {
+        while (true)
+        {
             long head = Volatile.Read(ref firstFree);
             slot.NextFree = (int)head;
             if (Interlocked.CompareExchange(ref firstFree, Following(head, number), head) == head)
@@ -136,7 +145,8 @@ internal static class HandleTable
 
     private static void Grow()
     {
-        lock (growing) {
+        lock (growing)
+        {
             if ((int)Volatile.Read(ref firstFree) != 0)
                 return;
             Slot[][] former = chunks;
@@ -148,7 +158,8 @@ internal static class HandleTable
             former.CopyTo(grown, 0);
             grown[former.Length] = chunk;
             Volatile.Write(ref chunks, grown);
-            while (true) {
+            while (true)
+            {
                 long head = Volatile.Read(ref firstFree);
                 chunk[ChunkSize - 1].NextFree = (int)head;
                 if (Interlocked.CompareExchange(ref firstFree, Following(head, first), head) == head)

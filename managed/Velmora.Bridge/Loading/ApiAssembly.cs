@@ -30,13 +30,15 @@ internal static class ApiAssembly
         string path = Path.Combine(Path.GetFullPath(folder), FileName);
         CheckFile(folder, path);
         CheckNoOther(path);
-        if (dependencies == null) {
+        if (dependencies == null)
+        {
             context.Resolving += (_, name) => Resolve(name);
             context.ResolvingUnmanagedDll += (_, name) => dependencies!.LoadLibrary(name);
         }
         dependencies = new DependencyFolder(context, path);
         Assembly assembly = BindReference(path);
-        if (!SamePath(assembly.Location, path)) {
+        if (!SamePath(assembly.Location, path))
+        {
             throw new LoadingException(
                 $"'{assembly.Location}' was loaded in place of '{path}'. Remove that file, so that the one of the sync application is used, and restart this process.");
         }
@@ -54,11 +56,16 @@ internal static class ApiAssembly
         if (!File.Exists(path))
             throw new LoadingException($"{FileName} was looked for in '{folder}' and is not there. {Remedy}");
         string? found;
-        try {
+        try
+        {
             found = AssemblyName.GetAssemblyName(path).Name;
-        } catch (Exception e) when (e is BadImageFormatException or FileLoadException) {
+        }
+        catch (Exception e) when (e is BadImageFormatException or FileLoadException)
+        {
             throw new LoadingException($"'{path}' is not a .NET assembly. Reinstall the sync application, or: {Remedy}");
-        } catch (Exception e) when (e is IOException or UnauthorizedAccessException or System.Security.SecurityException) {
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException or System.Security.SecurityException)
+        {
             throw new LoadingException($"'{path}' cannot be read: {e.Message} Give this user the right to read it.");
         }
         if (found != Name)
@@ -73,8 +80,10 @@ internal static class ApiAssembly
 
     private static void CheckNoOther(AssemblyLoadContext place, string path)
     {
-        foreach (Assembly other in place.Assemblies) {
-            if (other.GetName().Name == Name && !SamePath(other.Location, path)) {
+        foreach (Assembly other in place.Assemblies)
+        {
+            if (other.GetName().Name == Name && !SamePath(other.Location, path))
+            {
                 throw new LoadingException(
                     $"'{other.Location}' is already loaded in this process, and '{path}' cannot take its place. Restart this process.");
             }
@@ -83,9 +92,12 @@ internal static class ApiAssembly
 
     private static Assembly BindReference(string path)
     {
-        try {
+        try
+        {
             return ReferencedAssembly();
-        } catch (Exception e) when (e is TypeLoadException or IOException or BadImageFormatException) {
+        }
+        catch (Exception e) when (e is TypeLoadException or IOException or BadImageFormatException)
+        {
             throw new LoadingException(
                 $"'{path}' does not fit this library: {e.Message} Install a version of the sync application that this library was built for, and restart this process.");
         }

@@ -16,9 +16,12 @@ internal sealed class DependencyFolder
     {
         this.context = context;
         AssemblyPath = assemblyPath;
-        try {
+        try
+        {
             resolver = new AssemblyDependencyResolver(assemblyPath);
-        } catch (InvalidOperationException) {
+        }
+        catch (InvalidOperationException)
+        {
             // A .deps.json that cannot be read: the files beside the assembly still can.
         }
     }

@@ -17,21 +17,25 @@ public static unsafe class Startup
     [UnmanagedCallersOnly]
     internal static int Start(TessaportEntryPoints* table, NativeText* apiFolder, Reply* reply)
     {
-        try {
+        try
+        {
             CheckTable(table);
             // First, so that the native side can give the reply back, whatever is in it.
             EntryPoints.FillIn(table);
             ApiAssembly.Bind(apiFolder->ToString());
             Describe(reply);
             return 0;
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             return Failure.Report(e, reply);
         }
     }
 
     private static void CheckTable(TessaportEntryPoints* table)
     {
-        if (table->Version != TessaportEntryPoints.CurrentVersion || table->Size != sizeof(TessaportEntryPoints)) {
+        if (table->Version != TessaportEntryPoints.CurrentVersion || table->Size != sizeof(TessaportEntryPoints))
+        {
             throw new LoadingException(
                 $"The native library expects version {table->Version} ({table->Size} bytes) of the bridge, but '{typeof(Startup).Assembly.Location}' offers version {TessaportEntryPoints.CurrentVersion} ({sizeof(TessaportEntryPoints)} bytes). Install the library and its bridge folder from one release.");
         }

@@ -69,7 +69,8 @@ internal static class RecordWriter
     {
         nuint place = writer.ReserveUInt32();
         uint count = 0;
-        foreach (Item item in items ?? Array.Empty<Item>()) {
+        foreach (Item item in items ?? Array.Empty<Item>())
+        {
             ItemWriter.WriteItem(writer, item);
             ++count;
         }

@@ -1,4 +1,6 @@
 // Starting, step by step, over a host that fails where the test wants it.
+#include "velmora/bridge/runtime/ClrRuntime.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -8,11 +10,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <tests/bridge/runtime/FakeHostFxr.h>
 #include <tests/bridge/runtime/Installation.h>
+
 #include <velmora/api/Exceptions.h>
-#include <velmora/bridge/runtime/ClrRuntime.h>
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;

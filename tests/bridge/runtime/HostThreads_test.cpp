@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include <gtest/gtest.h>
-
 #include <tests/bridge/runtime/Installation.h>
 
 using namespace Quorvex::Velmora::TestSupport;

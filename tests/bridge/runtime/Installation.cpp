@@ -1,4 +1,4 @@
-#include "Installation.h"
+#include "tests/bridge/runtime/Installation.h"
 
 #include <cstdlib>
 #include <fstream>

@@ -3,7 +3,6 @@
 #include <string>
 
 #include <gtest/gtest.h>
-
 #include <tests/bridge/runtime/Installation.h>
 
 using namespace Quorvex::Velmora::TestSupport;

@@ -5,8 +5,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <tests/bridge/runtime/Installation.h>
+
 #include <velmora/bridge/runtime/ClrRuntime.h>
 
 using namespace Quorvex::Velmora::Tessaport;

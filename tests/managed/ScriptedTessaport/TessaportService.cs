@@ -24,7 +24,8 @@ public class TessaportService
 
     private TessaportService(long? window)
     {
-        if (Journal.IsOn) {
+        if (Journal.IsOn)
+        {
             number = Interlocked.Increment(ref constructed);
             Known.Get(number, () => this);
             Record("TessaportService")?.With("window", (object)window);

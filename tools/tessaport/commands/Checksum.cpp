@@ -5,12 +5,11 @@
 #include <system_error>
 
 #include <velmora/io/QVChecksum.h>
-
-#include "../Paths.h"
-#include "../Text.h"
-#include "../output/Json.h"
-#include "../output/Progress.h"
-#include "Commands.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/Progress.h"
 
 namespace fs = std::filesystem;
 

@@ -1,10 +1,10 @@
 #include <limits>
 #include <memory>
 
-#include "../Paths.h"
-#include "../Text.h"
-#include "../output/Outcomes.h"
-#include "Commands.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Outcomes.h"
 
 namespace Quorvex::Velmora::Tool
 {

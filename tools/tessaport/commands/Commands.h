@@ -1,7 +1,7 @@
 // The commands of the tool; each function declares its own.
 #pragma once
 
-#include "../CommandLine.h"
+#include "tools/tessaport/CommandLine.h"
 
 namespace Quorvex::Velmora::Tool
 {

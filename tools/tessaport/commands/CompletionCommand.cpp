@@ -1,8 +1,8 @@
 #include <memory>
 #include <utility>
 
-#include "../Completion.h"
-#include "Commands.h"
+#include "tools/tessaport/Completion.h"
+#include "tools/tessaport/commands/Commands.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,10 +1,10 @@
-#include "../DemoDrives.h"
-#include "../Paths.h"
-#include "../Platform.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "Commands.h"
-#include "Views.h"
+#include "tools/tessaport/DemoDrives.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/commands/Views.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,12 +1,12 @@
-#include "../DotnetFinder.h"
-#include "../Errors.h"
-#include "../FileVersion.h"
-#include "../Home.h"
-#include "../Paths.h"
-#include "../Platform.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "Commands.h"
+#include "tools/tessaport/DotnetFinder.h"
+#include "tools/tessaport/Errors.h"
+#include "tools/tessaport/FileVersion.h"
+#include "tools/tessaport/Home.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace fs = std::filesystem;
 

@@ -1,8 +1,8 @@
-#include "../Platform.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "Commands.h"
-#include "Views.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/commands/Views.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace Quorvex::Velmora::Tool
 {

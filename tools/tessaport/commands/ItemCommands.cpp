@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "../ItemLookup.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "../output/Outcomes.h"
-#include "Commands.h"
+#include "tools/tessaport/ItemLookup.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Outcomes.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -3,11 +3,10 @@
 #include <memory>
 
 #include <velmora/native/MessageFormatting.h>
-
-#include "../Platform.h"
-#include "../Text.h"
-#include "../output/Json.h"
-#include "Commands.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,11 +1,11 @@
 #include <memory>
 
-#include "../ItemLookup.h"
-#include "../Platform.h"
-#include "../Text.h"
-#include "../Wildcard.h"
-#include "../output/Items.h"
-#include "Commands.h"
+#include "tools/tessaport/ItemLookup.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/Wildcard.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace Quorvex::Velmora::Tool
 {

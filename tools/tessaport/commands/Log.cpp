@@ -1,9 +1,9 @@
 #include <memory>
 
-#include "../LineReader.h"
-#include "../LogRecord.h"
-#include "../Text.h"
-#include "Commands.h"
+#include "tools/tessaport/LineReader.h"
+#include "tools/tessaport/LogRecord.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "../Home.h"
-#include "../Paths.h"
-#include "../output/Json.h"
-#include "../output/Table.h"
-#include "Commands.h"
+#include "tools/tessaport/Home.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/Table.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,12 +1,12 @@
 #include <algorithm>
 #include <memory>
 
-#include "../ItemLookup.h"
-#include "../Paths.h"
-#include "../Platform.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "Commands.h"
+#include "tools/tessaport/ItemLookup.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,15 +1,15 @@
 #include <algorithm>
 #include <memory>
 
-#include "../Batches.h"
-#include "../Errors.h"
-#include "../ItemLookup.h"
-#include "../Paths.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "../output/Outcomes.h"
-#include "../output/Progress.h"
-#include "Commands.h"
+#include "tools/tessaport/Batches.h"
+#include "tools/tessaport/Errors.h"
+#include "tools/tessaport/ItemLookup.h"
+#include "tools/tessaport/Paths.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Outcomes.h"
+#include "tools/tessaport/output/Progress.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,9 +1,9 @@
 #include <memory>
 
-#include "../OneCall.h"
-#include "../Text.h"
-#include "../output/Items.h"
-#include "Commands.h"
+#include "tools/tessaport/OneCall.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Items.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,6 +1,6 @@
-#include "../Text.h"
-#include "../output/Json.h"
-#include "Commands.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,8 +1,8 @@
-#include "Items.h"
+#include "tools/tessaport/output/Items.h"
 
-#include "../Platform.h"
-#include "../Text.h"
-#include "Time.h"
+#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/Text.h"
+#include "tools/tessaport/output/Time.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -4,9 +4,8 @@
 #include <string>
 
 #include <velmora/api/Records.h>
-
-#include "Json.h"
-#include "Table.h"
+#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/Table.h"
 
 namespace Quorvex::Velmora::Tool
 {

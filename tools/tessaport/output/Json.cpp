@@ -1,4 +1,4 @@
-#include "Json.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

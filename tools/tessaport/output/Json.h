@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Output.h"
+#include "tools/tessaport/output/Output.h"
 
 namespace Quorvex::Velmora::Tool
 {

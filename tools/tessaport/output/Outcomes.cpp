@@ -1,6 +1,6 @@
-#include "Outcomes.h"
+#include "tools/tessaport/output/Outcomes.h"
 
-#include "../Text.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

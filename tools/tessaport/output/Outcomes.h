@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "../ItemLookup.h"
-#include "Json.h"
+#include "tools/tessaport/ItemLookup.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

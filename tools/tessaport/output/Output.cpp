@@ -1,7 +1,7 @@
-#include "Output.h"
+#include "tools/tessaport/output/Output.h"
 
-#include "../ExitCode.h"
-#include "../Platform.h"
+#include "tools/tessaport/ExitCode.h"
+#include "tools/tessaport/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {

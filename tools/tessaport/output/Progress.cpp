@@ -1,9 +1,9 @@
-#include "Progress.h"
+#include "tools/tessaport/output/Progress.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "../Platform.h"
+#include "tools/tessaport/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,9 +1,9 @@
-#include "Table.h"
+#include "tools/tessaport/output/Table.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "../Text.h"
+#include "tools/tessaport/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Output.h"
+#include "tools/tessaport/output/Output.h"
 
 namespace Quorvex::Velmora::Tool
 {

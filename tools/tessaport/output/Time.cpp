@@ -1,4 +1,4 @@
-#include "Time.h"
+#include "tools/tessaport/output/Time.h"
 
 #include <array>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/conversions/Handles.h>
+#include "velmora/bridge/conversions/Handles.h"
 
 #include <stdexcept>
 

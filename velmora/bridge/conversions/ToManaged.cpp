@@ -1,4 +1,4 @@
-#include <velmora/bridge/conversions/ToManaged.h>
+#include "velmora/bridge/conversions/ToManaged.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/conversions/ToNative.h>
+#include "velmora/bridge/conversions/ToNative.h"
 
 #include <cstddef>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/replies/OwnedReply.h>
+#include "velmora/bridge/replies/OwnedReply.h"
 
 #include <velmora/bridge/replies/ReplyReader.h>
 

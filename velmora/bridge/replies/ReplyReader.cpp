@@ -1,4 +1,4 @@
-#include <velmora/bridge/replies/ReplyReader.h>
+#include "velmora/bridge/replies/ReplyReader.h"
 
 #include <algorithm>
 

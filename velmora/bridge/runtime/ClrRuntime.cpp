@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/ClrRuntime.h>
+#include "velmora/bridge/runtime/ClrRuntime.h"
 
 #include <stdexcept>
 #include <string_view>

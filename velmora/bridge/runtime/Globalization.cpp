@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/Globalization.h>
+#include "velmora/bridge/runtime/Globalization.h"
 
 #if !defined(_WIN32) && !defined(__APPLE__)
 

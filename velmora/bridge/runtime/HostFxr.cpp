@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/HostFxr.h>
+#include "velmora/bridge/runtime/HostFxr.h"
 
 #include <array>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/HostSignals.h>
+#include "velmora/bridge/runtime/HostSignals.h"
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/HostingFailure.h>
+#include "velmora/bridge/runtime/HostingFailure.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include <velmora/bridge/runtime/NativeLibrary.h>
+#include "velmora/bridge/runtime/NativeLibrary.h"
 
 #ifdef _WIN32
 #include <iterator>

@@ -1,5 +1,3 @@
-#include <velmora/bridge/runtime/ThreadEnd.h>
-
 #include <atomic>
 #include <mutex>
 #include <new>
@@ -8,6 +6,8 @@
 #include <vector>
 
 #include <windows.h>
+
+#include <velmora/bridge/runtime/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,13 +1,13 @@
 // The check over a file, read piece by piece.
 #pragma once
 
-#include <velmora/io/WideFileStream.h>
-#include <velmora/io/crc/Crc32.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <velmora/io/WideFileStream.h>
+#include <velmora/io/crc/Crc32.h>
 
 namespace Quorvex::Velmora::IO::Crc32
 {

@@ -1,4 +1,4 @@
-#include <velmora/io/crc/Slicing.h>
+#include "velmora/io/crc/Slicing.h"
 
 namespace Quorvex::Velmora::IO::Crc32
 {

@@ -1,11 +1,11 @@
 // The tables of the check, and the few-bytes updates that are worth inlining.
 #pragma once
 
-#include <velmora/io/crc/Crc32.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include <velmora/io/crc/Crc32.h>
 
 namespace Quorvex::Velmora::IO::Crc32
 {

@@ -13,6 +13,7 @@
 #include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <tests/bridge/runtime/hosts/HostText.h>
 #include <tests/bridge/runtime/hosts/WineFrames.h>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 

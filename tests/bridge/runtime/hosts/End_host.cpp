@@ -11,6 +11,7 @@
 
 #include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <tests/support/KeptInThread.h>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include <windows.h>
-
 #include <tests/bridge/runtime/hosts/HostArguments.h>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 

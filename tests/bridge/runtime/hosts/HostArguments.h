@@ -6,7 +6,6 @@
 
 #ifdef _WIN32
 #include <windows.h>
-
 #include <shellapi.h>
 
 #include <velmora/platform/Unicode.h>

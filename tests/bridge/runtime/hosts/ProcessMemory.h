@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 #include <windows.h>
-
 #include <malloc.h>
 #include <psapi.h>
 #else

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <tests/bridge/runtime/hosts/HostArguments.h>
+
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 

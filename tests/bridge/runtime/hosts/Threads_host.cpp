@@ -11,6 +11,7 @@
 
 #include <tests/bridge/runtime/hosts/HostArguments.h>
 #include <tests/bridge/runtime/hosts/ProcessMemory.h>
+
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
 

@@ -1,4 +1,4 @@
-#include "WineFrames.h"
+#include "tests/bridge/runtime/hosts/WineFrames.h"
 
 #if defined(__GNUC__) && !defined(__clang__)
 // It takes the thread's own block, which has a segment to itself, for an object at address 0.

@@ -35,9 +35,12 @@ internal static unsafe class Channel
     private static byte[] AnswerTo(byte[] order)
     {
         using var stream = new MemoryStream();
-        try {
+        try
+        {
             Write(stream, order);
-        } catch (Exception e) {
+        }
+        catch (Exception e)
+        {
             stream.SetLength(0);
             using var writer = new Utf8JsonWriter(stream);
             writer.WriteStartObject();

@@ -11,30 +11,31 @@ internal static class Orders
     public static void Execute(JsonElement order, Utf8JsonWriter answer)
     {
         string name = order.GetProperty("order").GetString()!;
-        switch (name) {
-        case "answer":
-            Member.Named(order.GetProperty("member").GetString()!).SetAnswers(order.GetProperty("answers"));
-            answer.WriteNullValue();
-            break;
-        case "calls":
-            WriteCalls(answer);
-            break;
-        case "collect":
-            WriteCollected(answer);
-            break;
-        case "record":
-            Journal.IsOn = order.GetProperty("on").GetBoolean();
-            answer.WriteNullValue();
-            break;
-        case "reset":
-            Reset();
-            answer.WriteNullValue();
-            break;
-        case "text":
-            Texts.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
-            break;
-        default:
-            throw new FormatException($"'{name}' is not an order that the script knows.");
+        switch (name)
+        {
+            case "answer":
+                Member.Named(order.GetProperty("member").GetString()!).SetAnswers(order.GetProperty("answers"));
+                answer.WriteNullValue();
+                break;
+            case "calls":
+                WriteCalls(answer);
+                break;
+            case "collect":
+                WriteCollected(answer);
+                break;
+            case "record":
+                Journal.IsOn = order.GetProperty("on").GetBoolean();
+                answer.WriteNullValue();
+                break;
+            case "reset":
+                Reset();
+                answer.WriteNullValue();
+                break;
+            case "text":
+                Texts.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
+                break;
+            default:
+                throw new FormatException($"'{name}' is not an order that the script knows.");
         }
     }
 
@@ -51,11 +52,13 @@ internal static class Orders
     private static void WriteCalls(Utf8JsonWriter writer)
     {
         writer.WriteStartArray();
-        foreach (Call call in Journal.Take()) {
+        foreach (Call call in Journal.Take())
+        {
             writer.WriteStartObject();
             writer.WriteString("member", call.Member);
             writer.WriteNumber("service", call.Service);
-            foreach (var argument in call.Arguments) {
+            foreach (var argument in call.Arguments)
+            {
                 writer.WritePropertyName(argument.Key);
                 WriteValue(writer, argument.Value);
             }
@@ -66,30 +69,31 @@ internal static class Orders
 
     private static void WriteValue(Utf8JsonWriter writer, object? value)
     {
-        switch (value) {
-        case null:
-            writer.WriteNullValue();
-            break;
-        case string text:
-            Texts.Write(writer, text);
-            break;
-        case int number:
-            writer.WriteNumberValue(number);
-            break;
-        case long number:
-            writer.WriteNumberValue(number);
-            break;
-        case Guid id:
-            writer.WriteStringValue(id);
-            break;
-        case IEnumerable list:
-            writer.WriteStartArray();
-            foreach (object? element in list)
-                WriteValue(writer, element);
-            writer.WriteEndArray();
-            break;
-        default:
-            throw new FormatException($"A {value.GetType()} cannot be recorded.");
+        switch (value)
+        {
+            case null:
+                writer.WriteNullValue();
+                break;
+            case string text:
+                Texts.Write(writer, text);
+                break;
+            case int number:
+                writer.WriteNumberValue(number);
+                break;
+            case long number:
+                writer.WriteNumberValue(number);
+                break;
+            case Guid id:
+                writer.WriteStringValue(id);
+                break;
+            case IEnumerable list:
+                writer.WriteStartArray();
+                foreach (object? element in list)
+                    WriteValue(writer, element);
+                writer.WriteEndArray();
+                break;
+            default:
+                throw new FormatException($"A {value.GetType()} cannot be recorded.");
         }
     }
 
@@ -107,7 +111,8 @@ internal static class Orders
     [MethodImpl(MethodImplOptions.NoInlining)]
     private static void CollectGarbage()
     {
-        for (int round = 0; round < 2; ++round) {
+        for (int round = 0; round < 2; ++round)
+        {
             GC.Collect(GC.MaxGeneration, GCCollectionMode.Forced, true, true);
             GC.WaitForPendingFinalizers();
         }

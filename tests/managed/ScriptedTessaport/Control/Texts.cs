@@ -7,7 +7,8 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// <summary>Texts in JSON: a string, or its UTF-16 units as an array where a surrogate is unpaired, which no JSON string survives with.</summary>
 internal static class Texts
 {
-    public static string? Read(JsonElement json) => json.ValueKind switch {
+    public static string? Read(JsonElement json) => json.ValueKind switch
+    {
         JsonValueKind.Null => null,
         JsonValueKind.Array => new string(json.EnumerateArray().Select(unit => (char)unit.GetUInt16()).ToArray()),
         _ => json.GetString(),
@@ -18,7 +19,8 @@ internal static class Texts
 
     public static void Write(Utf8JsonWriter writer, string text)
     {
-        if (!HasUnpairedSurrogate(text)) {
+        if (!HasUnpairedSurrogate(text))
+        {
             writer.WriteStringValue(text);
             return;
         }
@@ -30,7 +32,8 @@ internal static class Texts
 
     private static bool HasUnpairedSurrogate(string text)
     {
-        for (int i = 0; i < text.Length; ++i) {
+        for (int i = 0; i < text.Length; ++i)
+        {
             if (!char.IsSurrogate(text[i]))
                 continue;
             if (i + 1 == text.Length || !char.IsSurrogatePair(text[i], text[i + 1]))

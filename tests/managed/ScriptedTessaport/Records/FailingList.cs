@@ -45,7 +45,8 @@ internal sealed class FailingList<T> : IEnumerable<T>
 
         public T Current
         {
-            get {
+            get
+            {
                 list.FailIn(ListStep.Current, given - 1);
                 return list.elements[given - 1];
             }

@@ -15,7 +15,8 @@ internal static class Generated
     {
         string name = $"Section {number:D7} - elevations.dwg";
         string relativePath = $@"Projects\Northern Station\Drawings\{name}";
-        return new Item {
+        return new Item
+        {
             DriveId = driveId,
             Id = new ItemId(),
             IsFolder = false,
@@ -31,7 +32,8 @@ internal static class Generated
     public static Drive Drive(int number)
     {
         string location = $@"W:\Users\quinn\Tessaport\Drive {number}";
-        return new Drive {
+        return new Drive
+        {
             Id = driveId,
             Name = $"Drive {number}",
             WorkspaceLocation = location,
@@ -46,7 +48,8 @@ internal static class Generated
     public static PropertyDefinition PropertyDefinition(int number) =>
         new() { Id = $"Property{number}", DisplayName = $"Property {number}" };
 
-    public static PropertyValue PropertyValue(int number) => new() {
+    public static PropertyValue PropertyValue(int number) => new()
+    {
         DriveId = driveId,
         RelativePath = $@"Projects\Northern Station\Drawings\Section {number:D7} - elevations.dwg",
         PropertyDefinitionId = "SourceObjectId",
@@ -59,8 +62,11 @@ internal static class Generated
         return new WorkspacePathToItemResult { Item = item, WorkspacePath = item.WorkspacePath, Result = Result.Success };
     }
 
-    public static ItemIdToPermanentIdResult ItemIdToPermanentIdResult(int number) => new() {
-        ItemId = new ItemId(), PermanentId = PermanentId(number), Result = Result.Success,
+    public static ItemIdToPermanentIdResult ItemIdToPermanentIdResult(int number) => new()
+    {
+        ItemId = new ItemId(),
+        PermanentId = PermanentId(number),
+        Result = Result.Success,
     };
 
     public static PermanentIdToItemResult PermanentIdToItemResult(int number) =>

@@ -8,7 +8,8 @@ internal static class RecordReader
 {
     public static ItemId? Id(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : ItemId.Numbered(json.GetInt32());
 
-    public static Item? Item(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Item {
+    public static Item? Item(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Item
+    {
         DriveId = Get(json, "driveId", Guid),
         Id = Get(json, "id", Id),
         IsFolder = Get(json, "isFolder", Bool),
@@ -20,7 +21,8 @@ internal static class RecordReader
         WorkspacePath = Get(json, "workspacePath", Texts.Read),
     };
 
-    public static Drive? Drive(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Drive {
+    public static Drive? Drive(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Drive
+    {
         Id = Get(json, "id", Guid),
         Name = Get(json, "name", Texts.Read),
         WorkspaceLocation = Get(json, "workspaceLocation", Texts.Read),
@@ -29,7 +31,8 @@ internal static class RecordReader
         DriveCapabilites = Get(json, "capabilities", Capabilities),
     };
 
-    public static CommandResult? CommandResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new CommandResult {
+    public static CommandResult? CommandResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new CommandResult
+    {
         IsSuccess = Get(json, "isSuccess", Bool),
         ItemsCreated = Get(json, "itemsCreated", Items),
         ItemsDeleted = Get(json, "itemsDeleted", Items),
@@ -51,37 +54,43 @@ internal static class RecordReader
         return command;
     }
 
-    public static PropertyDefinition? PropertyDefinition(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyDefinition {
+    public static PropertyDefinition? PropertyDefinition(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyDefinition
+    {
         Id = Get(json, "id", Texts.Read),
         DisplayName = Get(json, "displayName", Texts.Read),
         DisplayDataType = (PropertyDataType)Get(json, "displayDataType", Int32),
         ValueDataType = (PropertyDataType)Get(json, "valueDataType", Int32),
     };
 
-    public static PropertyValues? PropertyValues(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyValues {
+    public static PropertyValues? PropertyValues(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyValues
+    {
         Values = Get(json, "values", list => ListReader.Read(list, PropertyValue, Generated.PropertyValue)),
     };
 
-    public static PropertyValue? PropertyValue(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyValue {
+    public static PropertyValue? PropertyValue(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyValue
+    {
         DriveId = Get(json, "driveId", Guid),
         RelativePath = Get(json, "relativePath", Texts.Read),
         PropertyDefinitionId = Get(json, "propertyDefinitionId", Texts.Read),
         Value = Get(json, "value", Values.Read),
     };
 
-    public static WorkspacePathToItemResult? WorkspacePathToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new WorkspacePathToItemResult {
+    public static WorkspacePathToItemResult? WorkspacePathToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new WorkspacePathToItemResult
+    {
         Item = Get(json, "item", Item),
         WorkspacePath = Get(json, "workspacePath", Texts.Read),
         Result = (Result)Get(json, "result", Int32),
     };
 
-    public static ItemIdToPermanentIdResult? ItemIdToPermanentIdResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new ItemIdToPermanentIdResult {
+    public static ItemIdToPermanentIdResult? ItemIdToPermanentIdResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new ItemIdToPermanentIdResult
+    {
         ItemId = Get(json, "itemId", Id),
         PermanentId = Get(json, "permanentId", Texts.Read),
         Result = (Result)Get(json, "result", Int32),
     };
 
-    public static PermanentIdToItemResult? PermanentIdToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PermanentIdToItemResult {
+    public static PermanentIdToItemResult? PermanentIdToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PermanentIdToItemResult
+    {
         Item = Get(json, "item", Item),
         PermanentId = Get(json, "permanentId", Texts.Read),
         Result = (Result)Get(json, "result", Int32),

@@ -17,7 +17,8 @@ internal static class Values
         public override string? ToString() => null;
     }
 
-    public static object? Read(JsonElement json) => json.ValueKind switch {
+    public static object? Read(JsonElement json) => json.ValueKind switch
+    {
         JsonValueKind.Number => json.GetInt32(),
         JsonValueKind.True => true,
         JsonValueKind.False => false,
@@ -25,7 +26,8 @@ internal static class Values
         _ => Texts.Read(json),
     };
 
-    private static object Typed(string type, JsonElement json) => type switch {
+    private static object Typed(string type, JsonElement json) => type switch
+    {
         "double" => json.GetProperty("value").GetDouble(),
         "long" => json.GetProperty("value").GetInt64(),
         "decimal" => decimal.Parse(json.GetProperty("value").GetString()!, CultureInfo.InvariantCulture),

@@ -23,7 +23,8 @@ internal static class Failures
 
     private static Type Find(string name)
     {
-        foreach (string space in namespaces) {
+        foreach (string space in namespaces)
+        {
             Type? type = Type.GetType($"{space}.{name}");
             if (type != null)
                 return type;

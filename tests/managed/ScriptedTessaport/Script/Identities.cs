@@ -14,8 +14,10 @@ internal sealed class Identities<T> where T : class
 
     public T Get(int number, Func<T> make)
     {
-        lock (objects) {
-            if (objects.TryGetValue(number, out WeakReference<T>? known)) {
+        lock (objects)
+        {
+            if (objects.TryGetValue(number, out WeakReference<T>? known))
+            {
                 return known.TryGetTarget(out T? found)
                     ? found
                     : throw new InvalidOperationException($"{typeof(T).Name} {number} was collected; give a new one another number.");

@@ -19,7 +19,8 @@ internal static class Journal
 
     public static List<Call> Take()
     {
-        lock (calls) {
+        lock (calls)
+        {
             var taken = new List<Call>(calls);
             calls.Clear();
             return taken;

@@ -11,9 +11,12 @@ internal static class LocalFiles
 
     private static string? ContentOf(string path)
     {
-        try {
+        try
+        {
             return File.ReadAllText(path.Replace('\\', Path.DirectorySeparatorChar));
-        } catch (System.Exception e) when (e is IOException or System.UnauthorizedAccessException or System.ArgumentException) {
+        }
+        catch (System.Exception e) when (e is IOException or System.UnauthorizedAccessException or System.ArgumentException)
+        {
             return null;
         }
     }

@@ -49,7 +49,8 @@ internal sealed class Member<T> : Member
     public T Answer()
     {
         Func<T> answer = byDefault;
-        lock (answers) {
+        lock (answers)
+        {
             if (answers.Count != 0)
                 answer = answers.Count > 1 ? answers.Dequeue() : answers.Peek();
         }
@@ -59,7 +60,8 @@ internal sealed class Member<T> : Member
     public override void SetAnswers(JsonElement given)
     {
         Func<T>[] made = given.EnumerateArray().Select(Read).ToArray();
-        lock (answers) {
+        lock (answers)
+        {
             answers.Clear();
             foreach (Func<T> answer in made)
                 answers.Enqueue(answer);
@@ -74,7 +76,8 @@ internal sealed class Member<T> : Member
 
     private Func<T> Read(JsonElement answer)
     {
-        if (answer.TryGetProperty("throw", out JsonElement failure)) {
+        if (answer.TryGetProperty("throw", out JsonElement failure))
+        {
             Func<Exception> make = Failures.Read(failure);
             return () => throw make();
         }

@@ -68,7 +68,8 @@ public class TessaportService
 
     private static CommandResult Done() => new() { IsSuccess = true };
 
-    private static Drive NewDrive(string name) => new() {
+    private static Drive NewDrive(string name) => new()
+    {
         Id = driveId,
         Name = name,
         DriveType = "Quorvex.DataSourceType.Drive",
@@ -79,7 +80,8 @@ public class TessaportService
         Root = NewItem("", true),
     };
 
-    private static Item NewItem(string name, bool isFolder) => new() {
+    private static Item NewItem(string name, bool isFolder) => new()
+    {
         DriveId = driveId,
         Id = new ItemId(),
         IsFolder = isFolder,
