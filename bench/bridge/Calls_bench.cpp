@@ -3,13 +3,13 @@
 #include <cstdio>
 
 #include <benchmark/benchmark.h>
-#include <tests/support/ScriptedService.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "bench/bridge/SteadyAllocator.h"
 #include "bench/support/Ratios.h"
+#include "tests/support/ScriptedService.h"
 
 namespace
 {

@@ -8,11 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include <tests/support/ChildProcess.h>
-#include <tests/support/ScriptedRuntime.h>
-
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "bench/support/Goals.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/ScriptedRuntime.h"
 
 namespace
 {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include <benchmark/benchmark.h>
-#include <tests/support/ScriptedService.h>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
@@ -14,6 +13,7 @@
 #include "bench/bridge/SocketPeer.h"
 #include "bench/bridge/SteadyAllocator.h"
 #include "bench/support/Ratios.h"
+#include "tests/support/ScriptedService.h"
 
 namespace
 {

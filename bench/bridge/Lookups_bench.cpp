@@ -4,12 +4,12 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <tests/support/ScriptedService.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include "bench/bridge/NativeLimit.h"
 #include "bench/bridge/SteadyAllocator.h"
 #include "bench/support/Ratios.h"
+#include "tests/support/ScriptedService.h"
 
 namespace
 {

@@ -5,11 +5,10 @@
 #include <string>
 #include <thread>
 
-#include <tests/support/ScriptedService.h>
-
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "bench/bridge/NativeMemory.h"
 #include "bench/support/Goals.h"
+#include "tests/support/ScriptedService.h"
 
 namespace
 {

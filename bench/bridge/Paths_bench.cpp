@@ -3,13 +3,13 @@
 #include <string>
 
 #include <benchmark/benchmark.h>
-#include <tests/support/ScriptedService.h>
 
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/platform/QrxQvFileSystemUtility.h>
 #include "bench/bridge/SteadyAllocator.h"
 #include "bench/support/Ratios.h"
+#include "tests/support/ScriptedService.h"
 
 namespace
 {

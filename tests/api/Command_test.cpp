@@ -5,9 +5,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <tests/api/ManagedObjects.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
+#include "tests/api/ManagedObjects.h"
 
 using namespace Quorvex::Velmora;
 using TessaportAPI::Command;

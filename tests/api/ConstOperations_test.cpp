@@ -6,11 +6,11 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <tests/api/ManagedObjects.h>
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/api/Records.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
+#include "tests/api/ManagedObjects.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::TessaportAPI;

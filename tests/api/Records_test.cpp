@@ -1,9 +1,9 @@
 #include "velmora/api/Records.h"
 
 #include <gtest/gtest.h>
-#include <tests/api/ManagedObjects.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
+#include "tests/api/ManagedObjects.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::TessaportAPI;

@@ -1,9 +1,9 @@
 #include <set>
 
 #include <gmock/gmock.h>
-#include <tests/support/EnvironmentVariable.h>
 
 #include "tests/cli/ToolTest.h"
+#include "tests/support/EnvironmentVariable.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
-#include <tests/support/Links.h>
 
 #include "tests/cli/ToolTest.h"
+#include "tests/support/Links.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

@@ -9,8 +9,9 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <tests/support/ChildProcess.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::ToolTest
 {

@@ -6,11 +6,11 @@
 #include <string>
 
 #include <gtest/gtest.h>
-#include <tests/support/EnvironmentVariable.h>
-#include <tests/support/Links.h>
-#include <tests/support/TemporaryFolder.h>
 
 #include <velmora/platform/NativePath.h>
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/Links.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace Quorvex::Velmora::Common;
 using Quorvex::Velmora::TestSupport::EnvironmentVariable;

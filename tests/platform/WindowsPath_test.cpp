@@ -3,9 +3,9 @@
 
 #include <windows.h>
 #include <gtest/gtest.h>
-#include <tests/support/TemporaryFolder.h>
 
 #include <velmora/platform/QrxQvFileSystemUtility.h>
+#include "tests/support/TemporaryFolder.h"
 
 using Quorvex::Velmora::TestSupport::TemporaryFolder;
 using Utility = Quorvex::Velmora::Common::QrxQvFileSystemUtility;

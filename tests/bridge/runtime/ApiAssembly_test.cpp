@@ -1,7 +1,7 @@
 // The sync application's assembly: looked for, checked, bound, and reported on when it does not fit.
 #include <algorithm>
 
-#include <tests/bridge/runtime/StartTest.h>
+#include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::ElementsAre;

@@ -1,6 +1,6 @@
 // The managed half of the library: missing, damaged, or without what usually stands beside it.
-#include <tests/bridge/runtime/StartTest.h>
-#include <tests/support/Links.h>
+#include "tests/bridge/runtime/StartTest.h"
+#include "tests/support/Links.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::ElementsAre;

@@ -10,10 +10,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tests/bridge/runtime/FakeHostFxr.h>
-#include <tests/bridge/runtime/Installation.h>
 
 #include <velmora/api/Exceptions.h>
+#include "tests/bridge/runtime/FakeHostFxr.h"
+#include "tests/bridge/runtime/Installation.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;

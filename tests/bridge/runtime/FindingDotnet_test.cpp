@@ -1,5 +1,5 @@
 // .NET that is not there, that is too old, or that cannot start; and the same process after the cause is gone.
-#include <tests/bridge/runtime/StartTest.h>
+#include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::ElementsAre;

@@ -1,6 +1,6 @@
 // Cultures, from ICU or from Windows. Off Windows .NET ends the process when it finds no ICU libraries, unless it is
 // told beforehand to do without.
-#include <tests/bridge/runtime/StartTest.h>
+#include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::ElementsAre;

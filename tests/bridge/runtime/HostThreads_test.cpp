@@ -4,7 +4,8 @@
 #include <tuple>
 
 #include <gtest/gtest.h>
-#include <tests/bridge/runtime/Installation.h>
+
+#include "tests/bridge/runtime/Installation.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using namespace std::chrono_literals;

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include <tests/support/ChildProcess.h>
-#include <tests/support/TemporaryFolder.h>
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -3,7 +3,8 @@
 #include <string>
 
 #include <gtest/gtest.h>
-#include <tests/bridge/runtime/Installation.h>
+
+#include "tests/bridge/runtime/Installation.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using namespace std::chrono_literals;

@@ -5,9 +5,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tests/bridge/runtime/Installation.h>
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
+#include "tests/bridge/runtime/Installation.h"
 
 using namespace Quorvex::Velmora::Tessaport;
 using namespace Quorvex::Velmora::TestSupport;

@@ -7,7 +7,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tests/bridge/runtime/Installation.h>
+
+#include "tests/bridge/runtime/Installation.h"
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -10,12 +10,11 @@
 #include <string>
 #include <string_view>
 
-#include <tests/bridge/runtime/hosts/HostArguments.h>
-#include <tests/bridge/runtime/hosts/HostText.h>
-#include <tests/bridge/runtime/hosts/WineFrames.h>
-
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
+#include "tests/bridge/runtime/hosts/HostArguments.h"
+#include "tests/bridge/runtime/hosts/HostText.h"
+#include "tests/bridge/runtime/hosts/WineFrames.h"
 
 using namespace Quorvex::Velmora;
 using TessaportAPI::QvNativeTessaportAPI;

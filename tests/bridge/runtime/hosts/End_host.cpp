@@ -9,11 +9,10 @@
 #include <thread>
 #include <vector>
 
-#include <tests/bridge/runtime/hosts/HostArguments.h>
-#include <tests/support/KeptInThread.h>
-
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
+#include "tests/bridge/runtime/hosts/HostArguments.h"
+#include "tests/support/KeptInThread.h"
 
 using namespace Quorvex::Velmora::TessaportAPI;
 using Quorvex::Velmora::Common::QVBuffer;

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include <windows.h>
-#include <tests/bridge/runtime/hosts/HostArguments.h>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
+#include "tests/bridge/runtime/hosts/HostArguments.h"
 
 using namespace Quorvex::Velmora;
 

@@ -7,10 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include <tests/bridge/runtime/hosts/HostArguments.h>
-
 #include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
+#include "tests/bridge/runtime/hosts/HostArguments.h"
 
 using namespace Quorvex::Velmora;
 

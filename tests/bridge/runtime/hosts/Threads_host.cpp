@@ -9,11 +9,10 @@
 #include <thread>
 #include <vector>
 
-#include <tests/bridge/runtime/hosts/HostArguments.h>
-#include <tests/bridge/runtime/hosts/ProcessMemory.h>
-
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
+#include "tests/bridge/runtime/hosts/HostArguments.h"
+#include "tests/bridge/runtime/hosts/ProcessMemory.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::TessaportAPI;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <tests/bridge/runtime/hosts/DynamicLibrary.h>
-#include <tests/bridge/runtime/hosts/HostArguments.h>
+#include "tests/bridge/runtime/hosts/DynamicLibrary.h"
+#include "tests/bridge/runtime/hosts/HostArguments.h"
 
 using Quorvex::Velmora::TestHosts::DynamicLibrary;
 namespace fs = std::filesystem;
