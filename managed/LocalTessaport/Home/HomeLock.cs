@@ -5,7 +5,7 @@ using System.Threading;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Held while something in the home or its drives is changed. The operating system lets go of it when the process ends.</summary>
+/// <summary>Held while something in the home or its drives is changed. The operating system releases it when the process ends.</summary>
 internal sealed class HomeLock : IDisposable
 {
     private static readonly TimeSpan LongestWait = TimeSpan.FromMinutes(2);
@@ -14,7 +14,13 @@ internal sealed class HomeLock : IDisposable
 
     private HomeLock(FileStream file) => _file = file;
 
-    public void Dispose() => _file.Dispose();
+    public void Dispose()
+    {
+        // A child process that has not started its program yet has a copy of the descriptor, which would keep the lock.
+        if (!OperatingSystem.IsWindows())
+            FileLock.Release(_file.SafeFileHandle);
+        _file.Dispose();
+    }
 
     public static HomeLock Acquire(HomeFolder home)
     {
@@ -31,25 +37,45 @@ internal sealed class HomeLock : IDisposable
         }
     }
 
-    /// <summary>Takes the lock when nobody has it, else gives null at once.</summary>
+    /// <summary>Takes the lock when no one has it, else returns null at once.</summary>
     public static HomeLock? TryAcquire(HomeFolder home)
+    {
+        if (TryOpen(home.LockFile) is not { } file)
+            return null;
+        try
+        {
+            // Off Windows, .NET leaves out its own lock when DOTNET_SYSTEM_IO_DISABLEFILELOCKING is set.
+            if (OperatingSystem.IsWindows() || FileLock.TryTake(file.SafeFileHandle, home.LockFile))
+                return new HomeLock(file);
+        }
+        catch
+        {
+            file.Dispose();
+            throw;
+        }
+        file.Dispose();
+        return null;
+    }
+
+    private static FileStream? TryOpen(string path)
     {
         try
         {
-            return new HomeLock(
-                new FileStream(home.LockFile, FileMode.OpenOrCreate, FileAccess.ReadWrite, FileShare.None, bufferSize: 1));
+            return new FileStream(path, FileMode.OpenOrCreate, FileAccess.ReadWrite, FileShare.None, bufferSize: 1);
         }
         catch (IOException e) when (IsHeldByAnother(e))
         {
             return null;
+        }
+        catch (UnauthorizedAccessException) when (Directory.Exists(path))
+        {
+            throw new IOException($"'{path}' is a folder and not the lock file of the service. Remove it and try again.");
         }
     }
 
     private static bool IsHeldByAnother(IOException e)
     {
         const int windowsSharingViolation = unchecked((int)0x80070020);
-        const int linuxWouldBlock = 11;
-        const int otherUnixWouldBlock = 35;
-        return e.HResult is windowsSharingViolation or linuxWouldBlock or otherUnixWouldBlock;
+        return e.HResult == (OperatingSystem.IsWindows() ? windowsSharingViolation : FileLock.WouldBlock);
     }
 }

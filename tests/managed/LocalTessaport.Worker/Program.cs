@@ -4,8 +4,11 @@ using System.IO;
 using System.Linq;
 using Quorvex.Tessaport.API;
 
-// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | delete
+// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | delete | lock
 // Works on the first drive of the home that TESSAPORT_HOME names; add and sync go on until the process is ended.
+// lock prints whether the home's lock was "taken" or is "held" by another, and keeps it until its input ends.
+if (args[0] == "lock")
+    return LockCommand.Run();
 var service = new TessaportService();
 var root = service.GetDrives().First().Root;
 Console.WriteLine("ready");
