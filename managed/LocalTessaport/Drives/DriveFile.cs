@@ -14,8 +14,8 @@ internal static class DriveFile
     /// <summary>The drives as configured now. The file is parsed again only when it changed.</summary>
     public static DriveList Load(HomeFolder home)
     {
-        if (FileProbe.FindFollowingLinks(home.DrivesFile) is not { IsFolder: false } stamp)
-            return new DriveList([]);
+        if (FileProbe.FindFollowingLinks(home.DrivesFile) is not { } stamp)
+            return DriveList.Empty;
         if (Read.TryGetValue(home.DrivesFile, out var last) && last.Stamp == stamp)
             return last.Drives;
         var drives = Parse(home);
@@ -27,23 +27,28 @@ internal static class DriveFile
     {
         try
         {
-            using var stream = AtomicFile.OpenForReading(home.DrivesFile);
-            using var document = JsonDocument.Parse(stream);
-            if (document.RootElement.ValueKind != JsonValueKind.Array)
-                throw new InvalidDataException("it is not an array");
-            var drives = new List<LocalDrive>();
-            foreach (var element in document.RootElement.EnumerateArray())
-                drives.Add(ParseDrive(element, home));
-            return new DriveList(drives);
+            return JsonFile.Read(home.DrivesFile, root => ParseDrives(root, home));
         }
-        catch (Exception e) when (e is JsonException or InvalidDataException)
+        catch (InvalidDataException e)
         {
             throw new InvalidDataException(
-                $"The drives cannot be read from '{home.DrivesFile}': {e.Message.TrimEnd('.')}. Correct the file and try again.");
+                $"The drives cannot be read from '{home.DrivesFile}': {e.Message}. Correct the file and try again.");
         }
     }
 
-    private static LocalDrive ParseDrive(JsonElement element, HomeFolder home)
+    private static DriveList ParseDrives(JsonElement root, HomeFolder home)
+    {
+        if (root.ValueKind != JsonValueKind.Array)
+            throw new InvalidDataException("it is not an array");
+        var paths = new RealPath();
+        var drives = new List<LocalDrive>();
+        foreach (var element in root.EnumerateArray())
+            drives.Add(ParseDrive(element, home, paths));
+        SideOverlap.RequireNone(drives, home.OwnPaths());
+        return new DriveList(drives);
+    }
+
+    private static LocalDrive ParseDrive(JsonElement element, HomeFolder home, RealPath paths)
     {
         if (element.ValueKind != JsonValueKind.Object)
             throw new InvalidDataException("a drive is not an object");
@@ -57,21 +62,19 @@ internal static class DriveFile
             Id = id,
             Name = Text(element, "name"),
             Type = type,
-            Workspace = Side(element, "workspace", id, home),
-            Server = Side(element, "server", id, home),
+            Workspace = new DriveSide(paths.Resolve(SidePath(element, "workspace", id, home))),
+            Server = new DriveSide(paths.Resolve(SidePath(element, "server", id, home))),
             Locking = Flag(element, "locking", otherwise: false),
             Writable = Flag(element, "writable", otherwise: true),
             Offline = Flag(element, "offline", otherwise: false),
         };
     }
 
-    private static DriveSide Side(JsonElement element, string member, Guid id, HomeFolder home)
+    private static string SidePath(JsonElement element, string member, Guid id, HomeFolder home)
     {
         var folder = element.TryGetProperty(member, out _) ? Text(element, member) : $"drives/{id:D}/{member}";
-        var full = PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)));
-        if (full is null)
-            throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path");
-        return new DriveSide(RealPath.Of(full));
+        return PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)))
+            ?? throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path");
     }
 
     private static string Text(JsonElement element, string member) =>

@@ -8,7 +8,10 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class DriveList
 {
     private readonly Dictionary<Guid, LocalDrive> _byId = [];
+    private readonly Dictionary<string, LocalDrive> _byWorkspace = new(RelativePath.Comparer);
 
+    /// <summary>The folders of the drives do not overlap each other.</summary>
+    /// <exception cref="InvalidDataException">Two drives have one id; the message is the reason.</exception>
     public DriveList(IReadOnlyList<LocalDrive> drives)
     {
         Drives = drives;
@@ -16,15 +19,17 @@ internal sealed class DriveList
         {
             if (!_byId.TryAdd(drive.Id, drive))
                 throw new InvalidDataException($"two drives have the id '{drive.Id}'");
+            _byWorkspace.Add(drive.Workspace.Root, drive);
         }
-        RequireSeparateFolders(drives);
     }
+
+    public static DriveList Empty { get; } = new([]);
 
     public IReadOnlyList<LocalDrive> Drives { get; }
 
     public LocalDrive? Find(Guid id) => _byId.GetValueOrDefault(id);
 
-    /// <summary>The drive in whose workspace a full path with either slash lies, and the path below its root; null for other places.</summary>
+    /// <summary>The drive whose workspace holds a full path with either slash, and the path below its root; null for other places.</summary>
     public DrivePlace? Locate(string? path)
     {
         if (PathForm.TryNormalise(path) is not { } full)
@@ -34,30 +39,12 @@ internal sealed class DriveList
 
     private DrivePlace? LocateNormalised(string full)
     {
-        foreach (var drive in Drives)
+        for (var folder = full; !string.IsNullOrEmpty(folder); folder = Path.GetDirectoryName(folder))
         {
-            if (drive.Workspace.TryGetRelative(full) is { } relative)
-                return new DrivePlace(drive, relative);
+            if (_byWorkspace.TryGetValue(folder, out var drive))
+                return drive.Workspace.TryGetRelative(full) is { } relative ? new DrivePlace(drive, relative) : null;
         }
         return null;
-    }
-
-    private static void RequireSeparateFolders(IReadOnlyList<LocalDrive> drives)
-    {
-        var earlier = new List<(DriveSide Side, string Drive)>();
-        foreach (var drive in drives)
-        {
-            foreach (var side in new[] { drive.Workspace, drive.Server })
-            {
-                foreach (var other in earlier)
-                {
-                    if (side.Overlaps(other.Side))
-                        throw new InvalidDataException(
-                            $"the folder '{side.Root}' of the drive '{drive.Name}' and one of the drive '{other.Drive}' lie inside each other");
-                }
-                earlier.Add((side, drive.Name));
-            }
-        }
     }
 }
 

@@ -30,7 +30,4 @@ internal sealed class DriveSide
             return RelativePath.TryParse(fullPath[Prefix.Length..]);
         return fullPath.Equals(Root, RelativePath.Comparison) ? RelativePath.Root : null;
     }
-
-    public bool Overlaps(DriveSide other) =>
-        Prefix.StartsWith(other.Prefix, RelativePath.Comparison) || other.Prefix.StartsWith(Prefix, RelativePath.Comparison);
 }

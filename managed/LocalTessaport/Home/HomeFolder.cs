@@ -1,4 +1,5 @@
 using System;
+using System.Collections.Generic;
 using System.IO;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -18,6 +19,17 @@ internal sealed class HomeFolder
     public string StateFolder => Path.Combine(Root, "state");
 
     public string StateFileOf(Guid drive) => Path.Combine(StateFolder, drive.ToString("D") + ".json");
+
+    /// <summary>Where the service's own files are, with links followed and without.</summary>
+    public IEnumerable<string> OwnPaths()
+    {
+        var root = RealPath.Of(Root);
+        foreach (var path in new[] { ServiceFile, DrivesFile, LockFile, ClipboardFile, StateFolder })
+        {
+            yield return Path.Combine(root, Path.GetFileName(path));
+            yield return RealPath.Of(path);
+        }
+    }
 
     public static HomeFolder Locate()
     {

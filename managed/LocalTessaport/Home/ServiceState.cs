@@ -17,23 +17,27 @@ internal static class ServiceState
 
     private static string Read(HomeFolder home)
     {
-        try
-        {
-            using var stream = AtomicFile.OpenForReading(home.ServiceFile);
-            using var document = JsonDocument.Parse(stream);
-            return document.RootElement.GetProperty("state").GetString() ?? "";
-        }
-        catch (Exception e) when (e is FileNotFoundException or DirectoryNotFoundException)
-        {
+        // Looked for first: a FileNotFoundException can also mean an assembly that cannot be loaded.
+        if (FileProbe.FindFollowingLinks(home.ServiceFile) is null)
             throw new TessaportNotInstalledException(
                 $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport demo', or set "
                 + "TESSAPORT_HOME to the folder of an existing one.");
-        }
-        catch (Exception e) when (e is JsonException or System.Collections.Generic.KeyNotFoundException or InvalidOperationException)
+        try
         {
-            throw Unreadable(home, "it is not of the form {\"state\": \"running\"}");
+            return JsonFile.Read(home.ServiceFile, ParseState);
+        }
+        catch (InvalidDataException e)
+        {
+            throw Unreadable(home, e.Message);
         }
     }
+
+    private static string ParseState(JsonElement root) =>
+        root.ValueKind == JsonValueKind.Object
+        && root.TryGetProperty("state", out var state)
+        && state.ValueKind == JsonValueKind.String
+            ? state.GetString()!
+            : throw new InvalidDataException("it is not of the form {\"state\": \"running\"}");
 
     private static Exception ExceptionFor(string state, HomeFolder home) => state switch
     {

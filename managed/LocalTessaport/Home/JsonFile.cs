@@ -1,0 +1,60 @@
+using System;
+using System.IO;
+using System.Text.Json;
+using System.Text.Unicode;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Reads the JSON files of the home that people and other programs write.</summary>
+internal static class JsonFile
+{
+    /// <summary>Reads an existing file.</summary>
+    /// <exception cref="InvalidDataException">The content is not what it should be; the message is the reason, without the file's name.</exception>
+    public static T Read<T>(string path, Func<JsonElement, T> parse)
+    {
+        var text = ReadUtf8(path);
+        try
+        {
+            using var document = JsonDocument.Parse(text);
+            return parse(document.RootElement);
+        }
+        catch (JsonException e)
+        {
+            throw new InvalidDataException(e.Message.TrimEnd('.'));
+        }
+        catch (InvalidOperationException)
+        {
+            // The file is UTF-8, so only an escape such as \ud800 on its own cannot be turned into a string.
+            throw new InvalidDataException("a \\u escape in it is only half of a character (a surrogate without its partner)");
+        }
+    }
+
+    private static ReadOnlyMemory<byte> ReadUtf8(string path)
+    {
+        using var stream = Open(path);
+        using var content = new MemoryStream();
+        stream.CopyTo(content);
+        var bytes = content.GetBuffer().AsMemory(0, (int)content.Length);
+        if (!Utf8.IsValid(bytes.Span))
+            throw new InvalidDataException($"it is not UTF-8 text (line {LineOfInvalidByte(bytes.Span)}); save it as UTF-8");
+        return bytes.Span.StartsWith("\uFEFF"u8) ? bytes[3..] : bytes;
+    }
+
+    private static FileStream Open(string path)
+    {
+        try
+        {
+            return AtomicFile.OpenForReading(path);
+        }
+        catch (UnauthorizedAccessException) when (Directory.Exists(path))
+        {
+            throw new InvalidDataException("it is a folder and not a file");
+        }
+    }
+
+    private static int LineOfInvalidByte(ReadOnlySpan<byte> text)
+    {
+        Utf8.ToUtf16(text, new char[text.Length], out var valid, out _, replaceInvalidSequences: false);
+        return text[..valid].Count((byte)'\n') + 1;
+    }
+}
