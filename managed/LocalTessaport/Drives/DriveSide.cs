@@ -1,14 +1,26 @@
 using System;
+using System.Collections.Generic;
 using System.IO;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>One of the two folders of a drive.</summary>
-internal sealed class DriveSide
+/// <summary>
+/// One of the two folders of a drive. All access to the files in it goes through this class, relative to the open root, and
+/// follows no link. Paths are relative ones. Several threads may use it at once.
+/// </summary>
+internal sealed class DriveSide : IDisposable
 {
+    private readonly HeldFolders? _held;
+
     public DriveSide(string root)
+        : this(root, held: null)
+    {
+    }
+
+    private DriveSide(string root, HeldFolders? held)
     {
         Root = root;
+        _held = held;
         // The root of a volume ends with its slash already.
         Prefix = Path.EndsInDirectorySeparator(root) ? root : root + Path.DirectorySeparatorChar;
     }
@@ -19,9 +31,121 @@ internal sealed class DriveSide
     /// <summary>What the path of everything in it begins with.</summary>
     public string Prefix { get; }
 
+    /// <summary>The same side, with its root kept open until it is disposed, for requests with many accesses.</summary>
+    public DriveSide Opened() => new(Root, new HeldFolders(Root));
+
+    /// <summary>The full path in the platform's form, for messages and records; files are never opened by it.</summary>
     public string PathOf(string relative) => relative.Length == 0 ? Root : Prefix + PathForm.ToPlatform(relative);
 
-    public FileEntry? Find(string relative) => FileProbe.Find(PathOf(relative));
+    /// <summary>The file or folder at a path; null only when there is none, or a link or device instead.</summary>
+    public FileEntry? Find(string path) => FindAny(path) is { Kind: not EntryKind.Other } entry ? entry : null;
+
+    /// <summary>What is at a path, links and devices included; null when nothing is, also where a link is in the way.</summary>
+    public FileEntry? FindAny(string path)
+    {
+        if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
+            return null;
+        using (parent)
+            return parent.Folder.Find(RelativePath.NameOf(path));
+    }
+
+    /// <summary>The files and folders directly in a folder, by name, in no order; none when there is no such folder.</summary>
+    public List<KeyValuePair<string, FileEntry>> Read(string folder)
+    {
+        if (TryOpenFolder(folder) is not { } found)
+            return [];
+        using (found)
+            return found.Folder.Read();
+    }
+
+    /// <summary>A file, to be read or copied.</summary>
+    public FileSource At(string path) => FileSource.On(this, path);
+
+    public OpenedFile OpenFile(string path)
+    {
+        using var parent = OpenFolder(RelativePath.FolderOf(path));
+        return parent.Folder.OpenFile(RelativePath.NameOf(path));
+    }
+
+    /// <summary>When an item was made; null when there is none.</summary>
+    public DateTime? CreationTimeOf(string path)
+    {
+        if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
+            return null;
+        using (parent)
+            return parent.Folder.CreationTimeOf(RelativePath.NameOf(path));
+    }
+
+    /// <summary>The last name of a path as it is spelled on the disk, where case does not matter.</summary>
+    public string SpellingOf(string path)
+    {
+        using var parent = OpenFolder(RelativePath.FolderOf(path));
+        return parent.Folder.SpellingOf(RelativePath.NameOf(path));
+    }
+
+    /// <summary>Creates a folder in an existing one, with at most the rights of another folder; false when it exists already.</summary>
+    public bool MakeFolder(string path, FileEntry? like = null)
+    {
+        using var parent = OpenFolder(RelativePath.FolderOf(path));
+        return parent.Folder.MakeFolder(RelativePath.NameOf(path), like);
+    }
+
+    /// <summary>Renames or moves an item; never replaces anything.</summary>
+    /// <exception cref="ChangedException">Something has the new path.</exception>
+    public void Move(string from, string to)
+    {
+        using var source = OpenFolder(RelativePath.FolderOf(from));
+        using var target = OpenFolder(RelativePath.FolderOf(to));
+        source.Folder.Move(RelativePath.NameOf(from), target.Folder, RelativePath.NameOf(to));
+    }
+
+    /// <summary>Exchanges two items in one step; false where the file system cannot.</summary>
+    public bool TryExchange(string one, string other)
+    {
+        using var first = OpenFolder(RelativePath.FolderOf(one));
+        using var second = OpenFolder(RelativePath.FolderOf(other));
+        return first.Folder.TryExchange(RelativePath.NameOf(one), second.Folder, RelativePath.NameOf(other));
+    }
+
+    /// <summary>Moves an item out of sight in one step; it is deleted when the staging folder is cleared.</summary>
+    /// <exception cref="ChangedException">The item is not the expected one; it is still there.</exception>
+    public void MoveAside(string path, FileEntry expected)
+    {
+        using var parent = OpenFolder(RelativePath.FolderOf(path));
+        using var staging = OpenStaging();
+        Removal.MoveAside(parent.Folder, RelativePath.NameOf(path), staging.Folder, expected);
+    }
+
+    /// <summary>The staging folder, made when it is missing.</summary>
+    public FolderLease OpenStaging()
+    {
+        if (_held is not null)
+            return new FolderLease(_held.Staging(), isOwned: false);
+        using var root = OpenFolder(RelativePath.Root);
+        return new FolderLease(Staging.Open(root.Folder), isOwned: true);
+    }
+
+    public bool HasStaging()
+    {
+        if (TryOpenFolder(RelativePath.Root) is not { } root)
+            return false;
+        using (root)
+            return Staging.Exists(root.Folder);
+    }
+
+    /// <summary>Deletes what was being prepared and what was moved aside. What cannot be deleted now is harmless and goes later.</summary>
+    public void ClearStaging()
+    {
+        _held?.CloseStaging();
+        if (TryOpenFolder(RelativePath.Root) is not { } root)
+            return;
+        using (root)
+            Staging.Clear(root.Folder);
+    }
+
+    /// <summary>Opens a folder of this side; fails when there is none, or a link in the way.</summary>
+    public FolderLease OpenFolder(string path) => TryOpenFolder(path) ?? throw new DirectoryNotFoundException(
+        $"'{PathOf(path)}' is not a folder of this drive any more, or is behind a link; look at the drive and try again.");
 
     /// <summary>The path below the root of what a normalised full path names, or null when that lies elsewhere.</summary>
     public string? TryGetRelative(string fullPath)
@@ -29,5 +153,24 @@ internal sealed class DriveSide
         if (fullPath.StartsWith(Prefix, RelativePath.Comparison))
             return RelativePath.TryParse(fullPath[Prefix.Length..]);
         return fullPath.Equals(Root, RelativePath.Comparison) ? RelativePath.Root : null;
+    }
+
+    public void Dispose() => _held?.Dispose();
+
+    private FolderLease? TryOpenFolder(string path)
+    {
+        if (TryOpenRoot() is not { } root)
+            return null;
+        if (path.Length == 0)
+            return root;
+        using (root)
+            return root.Folder.TryOpen(path) is { } folder ? new FolderLease(folder, isOwned: true) : null;
+    }
+
+    private FolderLease? TryOpenRoot()
+    {
+        if (_held is not null)
+            return _held.Root() is { } held ? new FolderLease(held, isOwned: false) : null;
+        return Local.OpenFolder.TryOpenRoot(Root) is { } opened ? new FolderLease(opened, isOwned: true) : null;
     }
 }

@@ -4,7 +4,7 @@ using System.IO;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A drive as configured.</summary>
-internal sealed class LocalDrive
+internal sealed class LocalDrive : IDisposable
 {
     public required Guid Id { get; init; }
     public required string Name { get; init; }
@@ -38,6 +38,25 @@ internal sealed class LocalDrive
         RequireOnline();
         if (!Writable)
             throw new UnauthorizedAccessException($"The drive '{Name}' is read-only.");
+    }
+
+    /// <summary>The same drive, with the roots of both sides kept open until it is disposed, for requests with many accesses.</summary>
+    public LocalDrive Opened() => new()
+    {
+        Id = Id,
+        Name = Name,
+        Type = Type,
+        Workspace = Workspace.Opened(),
+        Server = Server.Opened(),
+        Locking = Locking,
+        Writable = Writable,
+        Offline = Offline,
+    };
+
+    public void Dispose()
+    {
+        Workspace.Dispose();
+        Server.Dispose();
     }
 
     public void MakeFolders()

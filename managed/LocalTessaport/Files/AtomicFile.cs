@@ -19,7 +19,7 @@ internal static class AtomicFile
         var temporary = Path.Combine(home.StateFolder, Guid.NewGuid().ToString("N") + TemporaryPattern[1..]);
         try
         {
-            using (var stream = new FileStream(temporary, FileMode.CreateNew, FileAccess.Write, FileShare.None))
+            using (var stream = new FileStream(temporary, PrivateNewFile()))
             {
                 write(stream);
                 stream.Flush(flushToDisk: true);
@@ -49,8 +49,15 @@ internal static class AtomicFile
     public static FileStream OpenForReading(string path) =>
         new(path, FileMode.Open, FileAccess.Read, FileShare.ReadWrite | FileShare.Delete, 64 * 1024);
 
-    /// <summary>Renames a prepared file over its target.</summary>
-    public static void Replace(string prepared, string target)
+    private static FileStreamOptions PrivateNewFile()
+    {
+        var options = new FileStreamOptions { Mode = FileMode.CreateNew, Access = FileAccess.Write, Share = FileShare.None };
+        if (!OperatingSystem.IsWindows())
+            options.UnixCreateMode = UnixFileMode.UserRead | UnixFileMode.UserWrite;
+        return options;
+    }
+
+    private static void Replace(string prepared, string target)
     {
         for (var attempt = 1; ; ++attempt)
         {

@@ -2,5 +2,49 @@ using System;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What the file system says of one file or folder.</summary>
-internal readonly record struct FileEntry(bool IsFolder, long Size, DateTime Modified, FileIdentity Identity);
+internal enum EntryKind
+{
+    File,
+    Folder,
+
+    /// <summary>A link, pipe, socket or device: never opened, replaced or deleted.</summary>
+    Other,
+}
+
+/// <summary>What the file system says of one name at one moment.</summary>
+internal readonly record struct FileEntry
+{
+    public required EntryKind Kind { get; init; }
+
+    /// <summary>In bytes; 0 unless it is a file.</summary>
+    public long Size { get; init; }
+
+    /// <summary>The last write, which programs can set.</summary>
+    public FileTime ModifiedTime { get; init; }
+
+    /// <summary>The last change of content, attributes or name, which programs cannot set; unknown on some file systems.</summary>
+    public FileTime ChangeTime { get; init; }
+
+    public FileIdentity Identity { get; init; }
+
+    /// <summary>The file system on which it is stored.</summary>
+    public ulong Device { get; init; }
+
+    /// <summary>The permission bits on Unix, the attributes on Windows.</summary>
+    public int Mode { get; init; }
+
+    public bool IsFolder => Kind == EntryKind.Folder;
+
+    public DateTime Modified => ModifiedTime.ToDateTime();
+
+    /// <summary>
+    /// Whether this is what `earlier` was, apart from its name and permissions. The file system counts a rename as a change, so the
+    /// change time cannot be compared after one.
+    /// </summary>
+    public bool IsSameVersion(FileEntry earlier) =>
+        Kind == earlier.Kind && Size == earlier.Size && ModifiedTime == earlier.ModifiedTime && Identity == earlier.Identity;
+
+    /// <summary>Whether nothing happened to the file since it was `earlier`, as far as the file system tells.</summary>
+    public bool IsUnchangedSince(FileEntry earlier) =>
+        IsSameVersion(earlier) && (ChangeTime == earlier.ChangeTime || !ChangeTime.IsKnown || !earlier.ChangeTime.IsKnown);
+}

@@ -1,55 +1,16 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Asks the file system about one path. Links, pipes, sockets and devices count as absent.</summary>
+/// <summary>Asks the file system about a full path outside the sides. Links that lead nowhere, pipes, sockets and devices count as absent.</summary>
 internal static class FileProbe
 {
     /// <summary>What stands at the path itself.</summary>
-    public static FileEntry? Find(string path) =>
-        UnixStatus.IsSupported ? UnixStatus.Read(path, followLinks: false) : FindWithIdentity(path);
+    public static FileEntry? Find(string path) => FileOrFolder(Examine(path, followLinks: false));
 
     /// <summary>What stands at the path or where the link there leads.</summary>
-    public static FileEntry? FindFollowingLinks(string path)
-    {
-        if (UnixStatus.IsSupported)
-            return UnixStatus.Read(path, followLinks: true);
-        return FindWithoutIdentity(path) ?? FindWithoutIdentity(TargetOf(path));
-    }
+    public static FileEntry? FindFollowingLinks(string path) => FileOrFolder(Examine(path, followLinks: true));
 
-    private static FileEntry? FindWithIdentity(string path) =>
-        FindWithoutIdentity(path) is { } entry
-            ? entry with { Identity = OperatingSystem.IsWindows() ? WindowsFileNumber.Read(path) : FileIdentity.None }
-            : null;
+    private static FileEntry? Examine(string path, bool followLinks) =>
+        System.OperatingSystem.IsWindows() ? WindowsFile.Find(path, followLinks) : UnixFile.Find(path, followLinks);
 
-    private static FileEntry? FindWithoutIdentity(string? path)
-    {
-        if (string.IsNullOrEmpty(path))
-            return null;
-        path = PathForm.ToLiteral(path);
-        var file = new FileInfo(path);
-        if (file.Exists)
-            return !IsLink(file) ? new FileEntry(false, file.Length, file.LastWriteTimeUtc, default) : null;
-        var folder = new DirectoryInfo(path);
-        return folder.Exists && !IsLink(folder)
-            ? new FileEntry(true, 0, folder.LastWriteTimeUtc, default)
-            : null;
-    }
-
-    // The target is looked up last: it takes opening the file.
-    private static bool IsLink(FileSystemInfo info) =>
-        (info.Attributes & FileAttributes.ReparsePoint) != 0 && info.LinkTarget is not null;
-
-    private static string? TargetOf(string path)
-    {
-        try
-        {
-            return File.ResolveLinkTarget(path, returnFinalTarget: true)?.FullName;
-        }
-        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
-        {
-            return null;
-        }
-    }
+    private static FileEntry? FileOrFolder(FileEntry? entry) => entry is { Kind: EntryKind.Other } ? null : entry;
 }

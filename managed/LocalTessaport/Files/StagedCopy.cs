@@ -1,26 +1,52 @@
 using System;
 using System.Collections.Generic;
 using System.IO;
-using System.Security.Cryptography;
+using System.Threading.Tasks;
+using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>A file copied whole to one or both sides of a drive, with its time, not yet at its place.</summary>
+/// <summary>
+/// A file copied completely to one or both sides of a drive, with its time and permissions, not yet at its place. Copies can
+/// be prepared by several threads at once.
+/// </summary>
 internal sealed class StagedCopy : IDisposable
 {
-    private const int BlockSize = 128 * 1024;
     private const int Attempts = 3;
+    private const int FlushedAtOnce = 8;
 
-    private readonly List<string> _prepared = [];
-    private readonly string _source;
+    private readonly List<StagedFile> _files = [];
+    private readonly FileSource _source;
 
-    private StagedCopy(string source) => _source = source;
+    private StagedCopy(FileSource source) => _source = source;
 
+    /// <summary>The version that was copied: it was there before the copy, and still after it.</summary>
+    public FileEntry Source { get; private set; }
+
+    /// <summary>The SHA-256 of what was copied, as hexadecimal text.</summary>
     public string Hash { get; private set; } = "";
 
-    public static StagedCopy Make(string source, params DriveSide[] sides)
+    /// <summary>Copies a file and flushes the copy.</summary>
+    public static StagedCopy Make(FileSource source, params DriveSide[] sides)
     {
-        for (var attempt = 1; ; ++attempt)
+        var copy = Prepare(source, sides);
+        try
+        {
+            Flush([copy]);
+            return copy;
+        }
+        catch
+        {
+            copy.Dispose();
+            throw;
+        }
+    }
+
+    /// <summary>Copies a file; the copy must be flushed before it is committed.</summary>
+    /// <exception cref="ChangedException">The file changed during each of several attempts.</exception>
+    public static StagedCopy Prepare(FileSource source, params DriveSide[] sides)
+    {
+        for (var attempt = 1; attempt <= Attempts; ++attempt)
         {
             var copy = new StagedCopy(source);
             try
@@ -34,80 +60,50 @@ internal sealed class StagedCopy : IDisposable
                 throw;
             }
             copy.Dispose();
-            if (attempt == Attempts)
-                throw new IOException($"'{source}' keeps changing while it is copied; try again when it is finished.");
         }
+        throw ChangedException.KeepsChanging(source.Path);
     }
 
-    /// <summary>Renames the copy for one side to its place there, unless something else than expected stands there by now.</summary>
-    public void Commit(int side, DriveSide target, string path, FileEntry? expected)
+    /// <summary>Has the system write copies to the disk, several at once, which takes much less time than one after another.</summary>
+    public static void Flush(IReadOnlyCollection<StagedCopy> copies)
     {
-        var place = target.PathOf(path);
-        var found = target.Find(path);
-        if (found?.Size != expected?.Size || found?.Modified != expected?.Modified || found?.IsFolder != expected?.IsFolder)
-            throw new IOException($"'{place}' changed in the meantime; try again.");
-        AtomicFile.Replace(_prepared[side], place);
+        var files = new List<StagedFile>(copies.Count);
+        foreach (var copy in copies)
+            files.AddRange(copy._files);
+        if (files.Count == 1)
+            files[0].Flush();
+        else
+            Parallel.ForEach(files, new ParallelOptions { MaxDegreeOfParallelism = FlushedAtOnce }, file => file.Flush());
+    }
+
+    /// <summary>Renames the copy for one side to its place there, unless something else than expected is there by now.</summary>
+    /// <returns>What is at the place then; its change time is unknown when another program wrote to it in that moment.</returns>
+    /// <exception cref="ChangedException">Something else is there; nothing was lost.</exception>
+    public FileEntry Commit(int side, DriveSide target, string path, FileEntry? expected)
+    {
+        using var folder = target.OpenFolder(RelativePath.FolderOf(path));
+        return _files[side].Commit(folder.Folder, RelativePath.NameOf(path), expected);
     }
 
     public void Dispose()
     {
-        foreach (var path in _prepared)
-            File.Delete(path);
+        foreach (var file in _files)
+            file.Dispose();
     }
 
     private bool Fill(DriveSide[] sides)
     {
-        var before = Status();
-        using (var input = AtomicFile.OpenForReading(_source))
-        {
-            var outputs = new List<FileStream>();
-            try
-            {
-                foreach (var side in sides)
-                    outputs.Add(NewFile(side));
-                Pump(input, outputs);
-            }
-            finally
-            {
-                outputs.ForEach(output => output.Dispose());
-            }
-        }
-        if (Status() is var after && (after.Size != before.Size || after.Modified != before.Modified))
+        using var input = _source.Open();
+        Source = input.Entry;
+        Step.Reached("Copy.Opened", input.Path);
+        foreach (var side in sides)
+            _files.Add(new StagedFile(side));
+        Hash = FileCopier.Copy(input, _files.ConvertAll(file => file.Handle));
+        Step.Reached("Copy.Read", input.Path);
+        if (!input.IsUnchanged)
             return false;
-        foreach (var path in _prepared)
-            TakeOver(before.Modified, path);
+        foreach (var file in _files)
+            file.Finish(Source);
         return true;
     }
-
-    private FileStream NewFile(DriveSide side)
-    {
-        var path = Staging.NewPath(side.Root);
-        _prepared.Add(path);
-        return new FileStream(path, FileMode.CreateNew, FileAccess.Write, FileShare.None, bufferSize: 0);
-    }
-
-    private void Pump(FileStream input, List<FileStream> outputs)
-    {
-        using var hash = IncrementalHash.CreateHash(HashAlgorithmName.SHA256);
-        var block = new byte[Math.Clamp(input.Length, 1, BlockSize)];
-        int count;
-        while ((count = input.Read(block)) > 0)
-        {
-            hash.AppendData(block, 0, count);
-            outputs.ForEach(output => output.Write(block, 0, count));
-        }
-        outputs.ForEach(output => output.Flush(flushToDisk: true));
-        Hash = Convert.ToHexString(hash.GetHashAndReset()).ToLowerInvariant();
-    }
-
-    private void TakeOver(DateTime modified, string path)
-    {
-        File.SetLastWriteTimeUtc(path, modified);
-        if (!OperatingSystem.IsWindows())
-            File.SetUnixFileMode(path, File.GetUnixFileMode(_source) | UnixFileMode.UserRead | UnixFileMode.UserWrite);
-    }
-
-    private FileEntry Status() => FileProbe.FindFollowingLinks(_source) is { IsFolder: false } entry
-        ? entry
-        : throw new FileNotFoundException($"'{_source}' is not there or is no file.");
 }

@@ -5,80 +5,40 @@ namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
 /// The folder at the root of a side in which files are prepared before they are renamed to their place, and to which removed
-/// items go before they are deleted. It lies in the side so that the rename stays within one file system. Whatever is found
-/// in it while nobody holds the lock was left by a killed process.
+/// items go before they are deleted. It is in the side so that the rename stays within one file system. Whatever is found
+/// in it while no one holds the lock was left by a killed process.
 /// </summary>
 internal static class Staging
 {
     public const string FolderName = ".tessaport";
 
-    public static string NewPath(string sideRoot)
+    private const int OwnerRights = 0x1c0;
+
+    private static readonly FileEntry Private = new() { Kind = EntryKind.Folder, Mode = OwnerRights };
+
+    public static string NewName() => Guid.NewGuid().ToString("N");
+
+    /// <summary>Opens the folder, made when it is missing.</summary>
+    public static OpenFolder Open(OpenFolder root)
     {
-        var folder = FolderOf(sideRoot);
-        if (!Directory.Exists(folder))
-        {
-            var made = Directory.CreateDirectory(folder);
-            if (OperatingSystem.IsWindows())
-                made.Attributes |= FileAttributes.Hidden;
-        }
-        return Path.Combine(folder, Guid.NewGuid().ToString("N"));
+        root.MakeFolder(FolderName, Private);
+        return root.TryOpen(FolderName)
+            ?? throw new IOException($"'{Path.Join(root.Path, FolderName)}' cannot be opened: it is not a folder. Remove it and try again.");
     }
 
-    public static bool Exists(string sideRoot) => Directory.Exists(FolderOf(sideRoot));
+    public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
-    /// <summary>Moves an item out of sight in one step; it is deleted with what else is here.</summary>
-    public static void MoveAside(string sideRoot, string path, bool isFolder)
+    /// <summary>Removes what is here. What cannot be removed now is harmless and is removed later.</summary>
+    public static void Clear(OpenFolder root)
     {
-        if (isFolder)
-            Directory.Move(path, NewPath(sideRoot));
-        else
-            File.Move(path, NewPath(sideRoot));
-    }
-
-    /// <summary>Removes what is here. What cannot be removed now is harmless and goes another time.</summary>
-    public static void Clear(string sideRoot)
-    {
-        if (!Exists(sideRoot))
-            return;
         try
         {
-            Delete(FolderOf(sideRoot));
+            using var staging = root.TryOpen(FolderName);
+            if (staging is not null && staging.Empty())
+                root.RemoveFolder(FolderName);
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
         }
     }
-
-    private static void Delete(string folder)
-    {
-        try
-        {
-            Directory.Delete(folder, recursive: true);
-        }
-        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
-        {
-            MakeDeletable(new DirectoryInfo(folder));
-            Directory.Delete(folder, recursive: true);
-        }
-    }
-
-    // Write protection is meant for what is in use, not for what was asked to be deleted.
-    private static void MakeDeletable(DirectoryInfo folder)
-    {
-        if (OperatingSystem.IsWindows())
-            folder.Attributes &= ~FileAttributes.ReadOnly;
-        else
-            folder.UnixFileMode |= UnixFileMode.UserRead | UnixFileMode.UserWrite | UnixFileMode.UserExecute;
-        foreach (var entry in folder.EnumerateFileSystemInfos())
-        {
-            if (entry.LinkTarget is not null)
-                continue;
-            if (entry is DirectoryInfo inner)
-                MakeDeletable(inner);
-            else if (OperatingSystem.IsWindows())
-                entry.Attributes &= ~FileAttributes.ReadOnly;
-        }
-    }
-
-    private static string FolderOf(string sideRoot) => Path.Combine(sideRoot, FolderName);
 }

@@ -15,9 +15,9 @@ internal static class FolderListing
 
     public static List<ItemView> Read(LocalDrive drive, string folder)
     {
-        var local = FolderReader.Read(drive.Workspace.PathOf(folder));
+        var local = drive.Workspace.Read(folder);
         var remote = new Dictionary<string, FileEntry>(RelativePath.Comparer);
-        foreach (var (name, entry) in FolderReader.Read(drive.Server.PathOf(folder)))
+        foreach (var (name, entry) in drive.Server.Read(folder))
             remote[name] = entry;
         var views = new List<ItemView>(Math.Max(local.Count, remote.Count));
         foreach (var (name, entry) in local)

@@ -1,12 +1,11 @@
 using System.Collections.Generic;
-using System.IO;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Finds items by path, in one request.</summary>
 internal sealed class ItemFinder
 {
-    private readonly Dictionary<(string, string), string> _properNames = [];
+    private readonly Dictionary<(string, string), string> _properPaths = [];
 
     /// <summary>The item at a place, named as it is spelled on the disk; null when there is none.</summary>
     public ItemView? Find(DrivePlace place)
@@ -22,16 +21,14 @@ internal sealed class ItemFinder
         var side = view.Workspace is not null ? view.Drive.Workspace : view.Drive.Server;
         var spelled = RelativePath.Root;
         foreach (var part in view.Path.Split('\\', System.StringSplitOptions.RemoveEmptyEntries))
-            spelled = RelativePath.Join(spelled, ProperName(side.PathOf(spelled), part));
+            spelled = ProperPath(side, RelativePath.Join(spelled, part));
         return spelled;
     }
 
-    private string ProperName(string folder, string name)
+    private string ProperPath(DriveSide side, string path)
     {
-        if (_properNames.TryGetValue((folder, name), out var known))
+        if (_properPaths.TryGetValue((side.Root, path), out var known))
             return known;
-        foreach (var found in Directory.EnumerateFileSystemEntries(folder, name))
-            return _properNames[(folder, name)] = Path.GetFileName(found);
-        return name;
+        return _properPaths[(side.Root, path)] = RelativePath.Join(RelativePath.FolderOf(path), side.SpellingOf(path));
     }
 }

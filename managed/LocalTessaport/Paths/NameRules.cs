@@ -1,6 +1,7 @@
 using System;
 using System.Buffers;
 using System.Collections.Generic;
+using System.IO;
 using System.Text;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -34,6 +35,16 @@ internal static class NameRules
         && !ContainsControlCharacter(name)
         && !DeviceNames.Contains(WithoutExtensions(name))
         && CanBeListed(name);
+
+    /// <summary>A name with a note before its extension, shortened by entire characters to what every platform accepts.</summary>
+    public static string WithNote(string name, string note)
+    {
+        var extension = Path.GetExtension(name);
+        var stem = name[..^extension.Length];
+        while (stem.Length > 1 && Encoding.UTF8.GetByteCount(stem + note + extension) > LongestName)
+            stem = stem[..^(char.IsLowSurrogate(stem[^1]) ? 2 : 1)];
+        return stem + note + extension;
+    }
 
     /// <summary>Whether every surrogate has its partner; other text does not survive becoming a file name.</summary>
     public static bool IsWellFormed(ReadOnlySpan<char> text)

@@ -13,16 +13,16 @@ internal sealed class PropertySource
 
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;
-    public string FilePath => (View.Workspace is not null ? Drive.Workspace : Drive.Server).PathOf(View.Path);
+    public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;
 
-    public DateTime Created => View.IsFolder ? Directory.GetCreationTimeUtc(FilePath) : File.GetCreationTimeUtc(FilePath);
+    public DateTime? Created => Side.CreationTimeOf(View.Path);
 
     /// <summary>Null when the file cannot be read now.</summary>
     public string? TryHash()
     {
         try
         {
-            return FileContent.Hash(FilePath);
+            return FileContent.Hash(Side.At(View.Path));
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {

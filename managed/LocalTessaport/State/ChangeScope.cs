@@ -36,6 +36,8 @@ internal sealed class ChangeScope : IDisposable
     public void Dispose()
     {
         ClearStaging();
+        foreach (var edit in _edits.Values)
+            edit.Dispose();
         _held.Dispose();
     }
 
@@ -43,8 +45,8 @@ internal sealed class ChangeScope : IDisposable
     {
         foreach (var edit in _edits.Values)
         {
-            Staging.Clear(edit.Drive.Workspace.Root);
-            Staging.Clear(edit.Drive.Server.Root);
+            edit.Drive.Workspace.ClearStaging();
+            edit.Drive.Server.ClearStaging();
         }
     }
 }

@@ -1,18 +1,22 @@
+using System;
+
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>One drive while a request changes it: the files, and a copy of its records that is saved at the end.</summary>
-internal sealed class DriveEdit
+internal sealed class DriveEdit : IDisposable
 {
     public DriveEdit(LocalDrive drive, DriveIndex index)
     {
-        Drive = drive;
+        Drive = drive.Opened();
         Index = index;
-        Tracker = new ItemTracker(drive, index.Items);
+        Tracker = new ItemTracker(Drive, index.Items);
     }
 
     public LocalDrive Drive { get; }
     public DriveIndex Index { get; }
     public ItemTracker Tracker { get; }
+
+    public void Dispose() => Drive.Dispose();
 
     public ItemView At(string path) => ItemView.At(Drive, path);
 

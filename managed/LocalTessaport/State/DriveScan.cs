@@ -14,7 +14,7 @@ internal static class DriveScan
         folders.Push(RelativePath.Root);
         while (folders.TryPop(out var folder))
         {
-            foreach (var (name, entry) in ReadIfAllowed(side.PathOf(folder)))
+            foreach (var (name, entry) in ReadIfAllowed(side, folder))
             {
                 var path = RelativePath.Join(folder, name);
                 if (entry.IsFolder)
@@ -24,11 +24,11 @@ internal static class DriveScan
         }
     }
 
-    private static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(string folder)
+    private static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(DriveSide side, string folder)
     {
         try
         {
-            return FolderReader.Read(folder);
+            return side.Read(folder);
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {

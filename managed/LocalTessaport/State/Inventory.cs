@@ -22,5 +22,5 @@ internal static class Inventory
         && (local.IsFolder || (local.Size == remote.Size && (local.Modified == remote.Modified || HoldSame(view))));
 
     private static bool HoldSame(ItemView view) =>
-        FileContent.AreEqual(view.Drive.Workspace.PathOf(view.Path), view.Drive.Server.PathOf(view.Path));
+        FileContent.AreEqual(view.Drive.Workspace.At(view.Path), view.Drive.Server.At(view.Path));
 }

@@ -30,14 +30,14 @@ internal static class Upkeep
     public static void Run(HomeFolder home, LocalDrive drive)
     {
         drive.MakeFolders();
-        Staging.Clear(drive.Workspace.Root);
-        Staging.Clear(drive.Server.Root);
+        drive.Workspace.ClearStaging();
+        drive.Server.ClearStaging();
         if (!IndexStore.Exists(home, drive.Id))
             IndexStore.Save(home, drive.Id, Inventory.Take(drive));
     }
 
     private static bool IsDue(HomeFolder home, LocalDrive drive) =>
         !IndexStore.Exists(home, drive.Id)
-        || Staging.Exists(drive.Workspace.Root)
-        || Staging.Exists(drive.Server.Root);
+        || drive.Workspace.HasStaging()
+        || drive.Server.HasStaging();
 }

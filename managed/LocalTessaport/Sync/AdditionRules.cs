@@ -30,7 +30,7 @@ internal sealed class AdditionRules
         var source = PathForm.TryNormalise(path) ?? throw new ArgumentException($"'{path}' is not a full path of a file.");
         if (FileProbe.FindFollowingLinks(source) is not { IsFolder: false })
             throw new FileNotFoundException($"'{source}' is not there or is no file.");
-        AtomicFile.OpenForReading(source).Dispose();
+        FileSource.Outside(source).Open().Dispose();
         return (source, RequireTarget(Path.GetFileName(source)));
     }
 

@@ -1,26 +1,22 @@
 using System;
 using System.Globalization;
-using System.IO;
-using System.Text;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Keeps the older of two versions that were made independently, beside the newer.</summary>
 internal static class ConflictCopy
 {
-    private const int LongestName = 255;
-
     /// <summary>Copies the version of one side beside the file, on both sides, and gives the copy's path.</summary>
     public static string Keep(DriveEdit edit, string path, DriveSide side, DateTime modified)
     {
-        var source = side.PathOf(path);
+        var source = side.At(path);
         var copy = ChoosePath(edit, path, modified, source);
         FileTransfer.PutOnBothSides(edit, source, edit.At(copy));
         return copy;
     }
 
     // A copy that was kept before a kill, and not used any further, is taken again rather than made twice.
-    private static string ChoosePath(DriveEdit edit, string path, DateTime modified, string source)
+    private static string ChoosePath(DriveEdit edit, string path, DateTime modified, FileSource source)
     {
         for (var number = 1; ; ++number)
         {
@@ -32,17 +28,12 @@ internal static class ConflictCopy
         }
     }
 
-    private static bool HoldsSame(FileEntry? entry, DriveSide side, string path, string source) =>
-        entry is null || (entry is { IsFolder: false } && FileContent.AreEqual(side.PathOf(path), source));
+    private static bool HoldsSame(FileEntry? entry, DriveSide side, string path, FileSource source) =>
+        entry is null || (entry is { IsFolder: false } && FileContent.AreEqual(side.At(path), source));
 
     private static string NameFor(string name, DateTime modified, int number)
     {
-        var extension = Path.GetExtension(name);
-        var stem = name[..^extension.Length];
         var time = modified.ToString("yyyy-MM-dd HHmmss", CultureInfo.InvariantCulture);
-        var note = number == 1 ? $" (conflict {time})" : $" (conflict {time} {number})";
-        while (stem.Length > 1 && Encoding.UTF8.GetByteCount(stem + note + extension) > LongestName)
-            stem = stem[..^(char.IsLowSurrogate(stem[^1]) ? 2 : 1)];
-        return stem + note + extension;
+        return NameRules.WithNote(name, number == 1 ? $" (conflict {time})" : $" (conflict {time} {number})");
     }
 }

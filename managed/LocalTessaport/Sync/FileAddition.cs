@@ -20,14 +20,14 @@ internal sealed class FileAddition
         var (source, target) = _rules.RequireSource(path);
         if (!target.Exists)
         {
-            FileTransfer.PutOnBothSides(_edit, source, target);
+            FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), target);
             _report.Created(_edit.At(target.Path));
             return;
         }
         // Brings changes that were made on either side together first, so that the new version replaces nothing unseen.
         new ItemSync(_edit, _report).SyncFile(target.Path);
         if (!source.Equals(_edit.Drive.Workspace.PathOf(target.Path), RelativePath.Comparison))
-            FileTransfer.PutOnBothSides(_edit, source, _edit.At(target.Path));
+            FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), _edit.At(target.Path));
         _report.Updated(_edit.At(target.Path));
     }
 }

@@ -17,7 +17,7 @@ internal static class FileTransfer
         Copy(edit, view.Path, edit.Drive.Server, edit.Drive.Workspace, view.Workspace);
 
     /// <summary>Puts a file from anywhere on both sides. Both copies are complete before the first one appears.</summary>
-    public static void PutOnBothSides(DriveEdit edit, string source, ItemView target)
+    public static void PutOnBothSides(DriveEdit edit, FileSource source, ItemView target)
     {
         edit.Drive.RequireWritable();
         RequireName(target.Path);
@@ -32,7 +32,7 @@ internal static class FileTransfer
     {
         RequireName(path);
         FolderMaker.Make(edit, RelativePath.FolderOf(path));
-        using var copy = StagedCopy.Make(from.PathOf(path), to);
+        using var copy = StagedCopy.Make(from.At(path), to);
         copy.Commit(0, to, path, expected);
         edit.RecordSynced(path, copy.Hash);
     }

@@ -30,8 +30,10 @@ internal static class FolderMaker
             throw new IOException($"'{name}' is not a name that every platform accepts.");
         if (view.Server is null)
             edit.Drive.RequireWritable();
-        Directory.CreateDirectory(edit.Drive.Workspace.PathOf(view.Path));
-        Directory.CreateDirectory(edit.Drive.Server.PathOf(view.Path));
+        if (view.Workspace is null)
+            edit.Drive.Workspace.MakeFolder(view.Path, view.Server);
+        if (view.Server is null)
+            edit.Drive.Server.MakeFolder(view.Path, view.Workspace);
         edit.RecordSynced(view.Path, hash: null);
     }
 }

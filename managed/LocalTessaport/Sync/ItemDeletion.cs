@@ -48,6 +48,6 @@ internal sealed class ItemDeletion
     private static void MoveAside(DriveSide side, FileEntry? entry, string path)
     {
         if (entry is { } found)
-            Staging.MoveAside(side.Root, side.PathOf(path), found.IsFolder);
+            side.MoveAside(path, found);
     }
 }

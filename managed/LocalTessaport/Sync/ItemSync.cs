@@ -105,7 +105,7 @@ internal sealed class ItemSync
     private void SyncIndependent(ItemView view, FileEntry local, FileEntry remote)
     {
         var (here, there) = (_edit.Drive.Workspace, _edit.Drive.Server);
-        if (FileContent.AreEqual(here.PathOf(view.Path), there.PathOf(view.Path)))
+        if (FileContent.AreEqual(here.At(view.Path), there.At(view.Path)))
         {
             _edit.RecordSynced(view.Path, hash: null);
             return;

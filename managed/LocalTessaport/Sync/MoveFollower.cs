@@ -78,17 +78,9 @@ internal sealed class MoveFollower
         if (side == _edit.Drive.Server)
             _edit.Drive.RequireWritable();
         FolderMaker.Make(_edit, RelativePath.FolderOf(to));
-        Rename(side.PathOf(last.Path), side.PathOf(to), last.IsFolder);
+        side.Move(last.Path, to);
         _edit.Index.Move(last.Path, to);
         _edit.Tracker.Reset();
         return to;
-    }
-
-    private static void Rename(string from, string to, bool isFolder)
-    {
-        if (isFolder)
-            Directory.Move(from, to);
-        else
-            File.Move(from, to);
     }
 }

@@ -1,0 +1,23 @@
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>A file was changed by someone else while it was worked on. Nothing was lost; the next attempt sees the change.</summary>
+internal sealed class ChangedException : IOException
+{
+    public ChangedException(string path)
+        : base($"'{path}' changed in the meantime; try again.")
+    {
+    }
+
+    private ChangedException(string message, bool isMessage)
+        : base(message)
+    {
+    }
+
+    public static ChangedException KeepsChanging(string path) =>
+        new($"'{path}' keeps changing while it is read; try again when it is finished.", isMessage: true);
+
+    public static ChangedException InUse(string path) =>
+        new($"'{path}' is open for writing in another program; close it there and try again.", isMessage: true);
+}

@@ -1,0 +1,77 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Security.Cryptography;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Copies the content of one file to others in one pass, with its holes, and hashes it.</summary>
+internal sealed class FileCopier
+{
+    private const int BlockSize = 128 * 1024;
+
+    private readonly OpenedFile _input;
+    private readonly IReadOnlyList<SafeFileHandle> _outputs;
+    private readonly IncrementalHash _hash;
+
+    private FileCopier(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs, IncrementalHash hash)
+    {
+        _input = input;
+        _outputs = outputs;
+        _hash = hash;
+    }
+
+    private long Size => _input.Entry.Size;
+
+    /// <summary>Copies as much as the file held when it was opened, even if it grows meanwhile, and gives its SHA-256.</summary>
+    public static string Copy(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs)
+    {
+        using var hash = IncrementalHash.CreateHash(HashAlgorithmName.SHA256);
+        new FileCopier(input, outputs, hash).CopyAll();
+        return FileContent.ToText(hash);
+    }
+
+    private void CopyAll()
+    {
+        using var block = new RentedBlock((int)Math.Clamp(Size, 1, BlockSize));
+        long written = 0;
+        for (long at = 0; at < Size;)
+        {
+            var (start, end) = FileHandle.NextData(_input, at);
+            HashZeros(block.Span, start - at);
+            CopyData(block.Span, start, end);
+            if (end > start)
+                written = end;
+            at = end;
+        }
+        if (written == Size)
+            return;
+        foreach (var output in _outputs)
+            RandomAccess.SetLength(output, Size);
+    }
+
+    private void HashZeros(Span<byte> block, long count)
+    {
+        if (count == 0)
+            return;
+        block.Clear();
+        for (; count > 0; count -= block.Length)
+            _hash.AppendData(block[..(int)Math.Min(count, block.Length)]);
+    }
+
+    private void CopyData(Span<byte> block, long start, long end)
+    {
+        while (start < end)
+        {
+            var count = _input.Read(block[..(int)Math.Min(block.Length, end - start)], start);
+            // The file is shorter by now, which is found when it is compared with what it was.
+            if (count == 0)
+                return;
+            _hash.AppendData(block[..count]);
+            foreach (var output in _outputs)
+                RandomAccess.Write(output, block[..count], start);
+            start += count;
+        }
+    }
+}

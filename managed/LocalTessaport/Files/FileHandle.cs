@@ -1,0 +1,30 @@
+using System;
+using System.IO;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What is asked of and set on open files.</summary>
+internal static class FileHandle
+{
+    private const long SmallestWithHoles = 64 * 1024;
+
+    public static FileEntry EntryOf(SafeFileHandle handle, string path) =>
+        OperatingSystem.IsWindows() ? WindowsFile.EntryOf(handle, path) : UnixFile.EntryOf(handle, path);
+
+    /// <summary>Gives a finished copy the time and, as far as they are meant to travel, the permissions of its source.</summary>
+    public static void Finish(SafeFileHandle handle, string path, FileEntry source)
+    {
+        if (OperatingSystem.IsWindows())
+            WindowsFile.SetModified(handle, path, source.ModifiedTime);
+        else
+            UnixFile.Finish(handle, path, source);
+    }
+
+    /// <summary>The next part of a file, from an offset on, that is not a hole; an empty one at the end when only a hole is left.</summary>
+    public static (long Start, long End) NextData(OpenedFile file, long from) =>
+        OperatingSystem.IsWindows() || file.Entry.Size < SmallestWithHoles ? (from, file.Entry.Size) : UnixFile.NextData(file, from);
+
+    /// <summary>Asks the system to write a file's content and attributes to the disk, and waits for it.</summary>
+    public static void Flush(SafeFileHandle handle) => RandomAccess.FlushToDisk(handle);
+}

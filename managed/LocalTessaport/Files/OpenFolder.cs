@@ -1,0 +1,70 @@
+using System;
+using System.Collections.Generic;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>
+/// A folder that is held open. Everything asked of it concerns one name in it, so it happens in this folder even if its path
+/// leads elsewhere by now. Links are never followed. Several threads may use it at once.
+/// </summary>
+internal abstract class OpenFolder : IDisposable
+{
+    protected OpenFolder(string path) => Path = path;
+
+    /// <summary>Where it was opened, for messages.</summary>
+    public string Path { get; }
+
+    /// <summary>Opens a folder by its full path; null when there is none.</summary>
+    public static OpenFolder? TryOpenRoot(string path) =>
+        OperatingSystem.IsWindows() ? WindowsFolder.TryOpenRoot(path) : UnixFolder.TryOpenRoot(path);
+
+    /// <summary>Opens a folder below this one by its relative path; null when there is none, or a link or file instead.</summary>
+    public abstract OpenFolder? TryOpen(string relative);
+
+    /// <summary>What has the name, links and devices included; null only when nothing has it.</summary>
+    public abstract FileEntry? Find(string name);
+
+    /// <summary>The files and folders with names that can be listed, in no order.</summary>
+    public abstract List<KeyValuePair<string, FileEntry>> Read();
+
+    /// <summary>The name as it is spelled on the disk, where case does not matter.</summary>
+    public abstract string SpellingOf(string name);
+
+    /// <summary>When an item was made; null when there is none.</summary>
+    public abstract DateTime? CreationTimeOf(string name);
+
+    /// <summary>Opens a file for reading without hindering others.</summary>
+    public abstract OpenedFile OpenFile(string name);
+
+    /// <summary>Creates a file that only its owner can read; fails if anything has the name.</summary>
+    public abstract SafeFileHandle CreateFile(string name);
+
+    /// <summary>Creates a folder with at most the rights of another one; false when there is a folder already.</summary>
+    public abstract bool MakeFolder(string name, FileEntry? like);
+
+    /// <summary>Renames without ever replacing anything.</summary>
+    /// <exception cref="ChangedException">Something has the new name.</exception>
+    public abstract void Move(string name, OpenFolder to, string newName);
+
+    /// <summary>Exchanges two files in one step; false where the file system cannot.</summary>
+    public abstract bool TryExchange(string name, OpenFolder other, string otherName);
+
+    /// <summary>Keeps other programs from writing to a file that is the expected one, for as long as the result is held.</summary>
+    /// <exception cref="ChangedException">It is another version, or is being written.</exception>
+    public abstract WriteGuard Guard(string name, FileEntry expected);
+
+    /// <summary>Deletes everything in this folder, whatever it is and however deep; what cannot be deleted stays.</summary>
+    /// <returns>Whether the folder is empty now.</returns>
+    public abstract bool Empty();
+
+    /// <summary>Deletes a file if there is one; a failure leaves it to the next clearing of the folder.</summary>
+    public abstract void TryDelete(string name);
+
+    /// <summary>Deletes an empty folder.</summary>
+    public abstract void RemoveFolder(string name);
+
+    public abstract void Dispose();
+
+    protected string PathOf(string name) => System.IO.Path.Join(Path, PathForm.ToPlatform(name));
+}

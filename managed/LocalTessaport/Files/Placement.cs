@@ -1,0 +1,153 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>
+/// Renames a prepared file to its place without ever replacing anything that was not expected there. What stands there
+/// unexpectedly stays there, or is kept beside it when two programs put something there at once.
+/// </summary>
+internal sealed class Placement
+{
+    private const int Attempts = 10;
+    private const int MostKept = 1000;
+
+    private readonly OpenFolder _staging;
+    private readonly string _prepared;
+    private readonly FileEntry _preparedEntry;
+    private readonly OpenFolder _folder;
+    private readonly string _name;
+    private readonly string _place;
+
+    public Placement(OpenFolder staging, string prepared, FileEntry preparedEntry, OpenFolder folder, string name)
+    {
+        _staging = staging;
+        _prepared = prepared;
+        _preparedEntry = preparedEntry;
+        _folder = folder;
+        _name = name;
+        _place = Path.Join(folder.Path, name);
+    }
+
+    /// <summary>Puts the file where the expected version is, or where nothing is; gives what is there then.</summary>
+    /// <exception cref="ChangedException">Something else is there; nothing was changed.</exception>
+    public FileEntry Put(FileEntry? expected)
+    {
+        if (!IsExpected(_folder.Find(_name), expected))
+            throw new ChangedException(_place);
+        Step.Reached("Commit.Checked", _place);
+        if (expected is { } earlier)
+            Replace(earlier);
+        else
+            _staging.Move(_prepared, _folder, _name);
+        Step.Reached("Commit.Placed", _place);
+        // A program that wrote to it in this moment wrote another version.
+        return _folder.Find(_name) is { } placed && placed.IsSameVersion(_preparedEntry)
+            ? placed
+            : _preparedEntry with { ChangeTime = default };
+    }
+
+    /// <summary>Moves the prepared file to its place, or beside it when something is there.</summary>
+    public void PutBackOrBeside()
+    {
+        if (!TryMoveBack(_prepared))
+            KeepBeside(_prepared);
+    }
+
+    private static bool IsExpected(FileEntry? found, FileEntry? expected) =>
+        found is { } there && expected is { } earlier ? there.IsUnchangedSince(earlier) : found is null && expected is null;
+
+    private void Replace(FileEntry expected)
+    {
+        using var guard = _folder.Guard(_name, expected);
+        Step.Reached("Commit.Guarded", _place);
+        if (_staging.TryExchange(_prepared, _folder, _name))
+            RequireExpectedCameOut(expected, guard);
+        else
+            ReplaceThroughGap(expected, guard);
+    }
+
+    private void RequireExpectedCameOut(FileEntry expected, WriteGuard guard)
+    {
+        Step.Reached("Commit.Exchanged", _place);
+        if (_staging.Find(_prepared) is { } cameOut && cameOut.IsSameVersion(expected) && guard.Holds)
+            return;
+        PutBack();
+        throw new ChangedException(_place);
+    }
+
+    private void PutBack()
+    {
+        for (var attempt = 1; attempt <= Attempts; ++attempt)
+        {
+            if (TryPutBack())
+                return;
+        }
+        KeepBeside(_prepared);
+    }
+
+    // Whatever came out of the place goes back there; if something newer came there meanwhile, that is kept beside it.
+    private bool TryPutBack()
+    {
+        try
+        {
+            _staging.TryExchange(_prepared, _folder, _name);
+            if (_staging.Find(_prepared) is { } cameOut && !cameOut.IsSameVersion(_preparedEntry))
+                KeepBeside(_prepared);
+            return true;
+        }
+        catch (ChangedException)
+        {
+            // The prepared file was removed from the place, which is free now.
+            return TryMoveBack(_prepared);
+        }
+    }
+
+    // For file systems that cannot exchange: the place is empty for a moment.
+    private void ReplaceThroughGap(FileEntry expected, WriteGuard guard)
+    {
+        var aside = _prepared + ".old";
+        _folder.Move(_name, _staging, aside);
+        Step.Reached("Commit.SetAside", _place);
+        try
+        {
+            if (_staging.Find(aside) is not { } cameOut || !cameOut.IsSameVersion(expected) || !guard.Holds)
+                throw new ChangedException(_place);
+            _staging.Move(_prepared, _folder, _name);
+        }
+        catch
+        {
+            if (!TryMoveBack(aside))
+                KeepBeside(aside);
+            throw;
+        }
+    }
+
+    private bool TryMoveBack(string staged)
+    {
+        try
+        {
+            _staging.Move(staged, _folder, _name);
+            return true;
+        }
+        catch (ChangedException)
+        {
+            return false;
+        }
+    }
+
+    private void KeepBeside(string staged)
+    {
+        for (var number = 1; ; ++number)
+        {
+            try
+            {
+                _staging.Move(staged, _folder, NameRules.WithNote(_name, $" (kept {number})"));
+                return;
+            }
+            catch (ChangedException) when (number < MostKept)
+            {
+            }
+        }
+    }
+}

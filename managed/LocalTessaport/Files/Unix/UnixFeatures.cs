@@ -1,0 +1,16 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What some kernels and file systems lack.</summary>
+[Flags]
+internal enum UnixFeatures
+{
+    None = 0,
+    RestrictedOpening = 1,
+    RenamingWithoutReplacing = 2,
+    Exchanging = 4,
+    HardLinks = 8,
+    Leases = 16,
+    Cloning = 32,
+}

@@ -1,0 +1,89 @@
+using System;
+using System.IO;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What is asked of and set on open files.</summary>
+internal static unsafe class UnixFile
+{
+    private const int PermissionBits = 0x1ff;
+    private const int OwnerReadsAndWrites = 0x180;
+
+    /// <summary>Takes over a handle that was opened for reading; fails unless it is of a file.</summary>
+    public static OpenedFile Opened(SafeFileHandle handle, string path)
+    {
+        try
+        {
+            var entry = EntryOf(handle, path);
+            if (entry.Kind != EntryKind.File)
+                throw new IOException($"'{path}' is not a file.");
+            RequireUnlocked(handle, path);
+            return new OpenedFile(handle, path, entry);
+        }
+        catch
+        {
+            handle.Dispose();
+            throw;
+        }
+    }
+
+    // A program that locks a file for itself is not finished with it. The lock is not kept, so that no program is hindered.
+    private static void RequireUnlocked(SafeFileHandle handle, string path)
+    {
+        if (Libc.Lock(handle, Libc.LockShared | Libc.LockNonBlocking) == 0)
+            Libc.Lock(handle, Libc.Unlock);
+        else if (Libc.LastError == UnixError.TryAgain)
+            throw new IOException($"'{path}' is locked by another program; close it there and try again.");
+    }
+
+    public static FileEntry EntryOf(SafeFileHandle handle, string path)
+    {
+        if (Libc.Status(handle, "", Libc.EmptyPath, UnixStatus.BasicAndBirth, out var status) != 0)
+            throw UnixFailure.Last(path, "examined");
+        return status.ToEntry();
+    }
+
+    // The bits beyond the permissions give rights to whoever runs the file, and so do not travel.
+    public static void Finish(SafeFileHandle handle, string path, FileEntry source)
+    {
+        if (Libc.SetMode(handle, (uint)((source.Mode & PermissionBits) | OwnerReadsAndWrites)) != 0)
+            throw UnixFailure.Last(path, "given its permissions");
+        var times = stackalloc TimeSpecification[2];
+        times[0].Nanoseconds = TimeSpecification.Omit;
+        times[1].Seconds = source.ModifiedTime.Seconds;
+        times[1].Nanoseconds = source.ModifiedTime.Nanoseconds;
+        if (Libc.SetTimes(handle, times) != 0)
+            throw UnixFailure.Last(path, "given its time");
+    }
+
+    /// <summary>What has a full path, or stands where its link leads; null when nothing does.</summary>
+    public static FileEntry? Find(string path, bool followLinks)
+    {
+        if (Libc.Status(Libc.CurrentFolder, path, followLinks ? 0 : Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)
+            return status.ToEntry();
+        return UnixFailure.MeansAbsent(Libc.LastError) ? null : throw UnixFailure.Last(path, "examined");
+    }
+
+    /// <summary>Opens a file by its full path; links are followed.</summary>
+    public static OpenedFile Open(string path)
+    {
+        // Asked first: opening a pipe would wake its writer, and opening a device can do anything.
+        if (Find(path, followLinks: true) is not { Kind: EntryKind.File })
+            throw new FileNotFoundException($"'{path}' does not exist or is not a file.", path);
+        var descriptor = Libc.Open(path, Libc.OpenReadOnly | Libc.OpenNonBlocking | Libc.OpenCloseOnExec, 0);
+        return descriptor >= 0
+            ? Opened(new SafeFileHandle(descriptor, ownsHandle: true), path)
+            : throw UnixFailure.Last(path, "opened");
+    }
+
+    public static (long Start, long End) NextData(OpenedFile file, long from)
+    {
+        var size = file.Entry.Size;
+        var start = Libc.Seek(file.Handle, from, Libc.SeekData);
+        if (start < 0)
+            return Libc.LastError == UnixError.NoSuchAddress ? (size, size) : (from, size);
+        var end = Libc.Seek(file.Handle, start, Libc.SeekHole);
+        return (Math.Min(start, size), end < 0 ? size : Math.Min(end, size));
+    }
+}

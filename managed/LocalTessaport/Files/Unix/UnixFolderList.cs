@@ -1,0 +1,68 @@
+using System;
+using System.Runtime.InteropServices;
+using System.Text;
+using System.Text.Unicode;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Goes through the names in a folder, which need not be valid text.</summary>
+internal sealed unsafe class UnixFolderList : IDisposable
+{
+    private readonly SafeFileHandle _folder;
+    private readonly string _path;
+    private readonly nint _list;
+    private FolderItem* _item;
+
+    public UnixFolderList(SafeFileHandle folder, string path)
+    {
+        _folder = folder;
+        _path = path;
+        var descriptor = Libc.Open(folder, ".", Libc.OpenReadOnly | Libc.OpenFolder | Libc.OpenCloseOnExec, 0);
+        if (descriptor < 0)
+            throw UnixFailure.Last(path, "listed");
+        _list = Libc.OpenList(descriptor);
+        if (_list != 0)
+            return;
+        var failure = UnixFailure.Last(path, "listed");
+        Libc.Close(descriptor);
+        throw failure;
+    }
+
+    /// <summary>The current name as the file system stores it, ended by a zero.</summary>
+    public byte* RawName => (byte*)_item + FolderItem.NameOffset;
+
+    /// <summary>The current name; null when it is not valid text.</summary>
+    public string? Name
+    {
+        get
+        {
+            var bytes = MemoryMarshal.CreateReadOnlySpanFromNullTerminated(RawName);
+            return Utf8.IsValid(bytes) ? Encoding.UTF8.GetString(bytes) : null;
+        }
+    }
+
+    public bool MoveNext()
+    {
+        do
+        {
+            _item = Libc.ReadList(_list);
+            if (_item == null)
+                return Libc.LastError == UnixError.None ? false : throw UnixFailure.Last(_path, "listed");
+        }
+        while (IsSpecial(MemoryMarshal.CreateReadOnlySpanFromNullTerminated(RawName)));
+        return true;
+    }
+
+    /// <summary>What has the current name; null when it is gone by now.</summary>
+    public FileEntry? FindCurrent()
+    {
+        if (Libc.Status(_folder, RawName, Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)
+            return status.ToEntry();
+        return UnixFailure.MeansAbsent(Libc.LastError) ? null : throw UnixFailure.Last(_path + "/" + Name, "examined");
+    }
+
+    public void Dispose() => Libc.CloseList(_list);
+
+    private static bool IsSpecial(ReadOnlySpan<byte> name) => name.SequenceEqual("."u8) || name.SequenceEqual(".."u8);
+}

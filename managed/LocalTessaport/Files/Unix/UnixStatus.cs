@@ -1,0 +1,63 @@
+using System.Runtime.InteropServices;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What statx() tells of a file: kind, size, times and number in one call. The kernel's own layout on every architecture.</summary>
+[StructLayout(LayoutKind.Explicit, Size = 256)]
+internal struct UnixStatus
+{
+    public const uint BasicAndBirth = 0xfff;
+
+    private const uint Birth = 0x800;
+    private const int TypeMask = 0xf000;
+    private const int TypeFolder = 0x4000;
+    private const int TypeFile = 0x8000;
+    private const int PermissionMask = 0xfff;
+
+    [FieldOffset(0)] private readonly uint _mask;
+    [FieldOffset(28)] private readonly ushort _mode;
+    [FieldOffset(32)] private readonly ulong _number;
+    [FieldOffset(40)] private readonly ulong _size;
+    [FieldOffset(80)] private readonly Moment _born;
+    [FieldOffset(96)] private readonly Moment _changed;
+    [FieldOffset(112)] private readonly Moment _modified;
+    [FieldOffset(136)] private readonly uint _deviceMajor;
+    [FieldOffset(140)] private readonly uint _deviceMinor;
+
+    /// <summary>When it was made; where the file system does not tell, when it was last written.</summary>
+    public readonly FileTime Created => ((_mask & Birth) != 0 ? _born : _modified).ToFileTime();
+
+    public readonly FileEntry ToEntry()
+    {
+        var kind = (_mode & TypeMask) switch
+        {
+            TypeFile => EntryKind.File,
+            TypeFolder => EntryKind.Folder,
+            _ => EntryKind.Other,
+        };
+        return new FileEntry
+        {
+            Kind = kind,
+            Size = kind == EntryKind.File ? (long)_size : 0,
+            ModifiedTime = _modified.ToFileTime(),
+            ChangeTime = _changed.ToFileTime(),
+            Identity = Identity(),
+            Device = ((ulong)_deviceMajor << 32) | _deviceMinor,
+            Mode = _mode & PermissionMask,
+        };
+    }
+
+    // Numbers are reused. Where the file system does not tell when a file was made, the last change has to do: a file that was
+    // changed and moved is then found by other means, but never one taken for another.
+    private readonly FileIdentity Identity() => new(_number, Created.ToNanoseconds());
+
+    [StructLayout(LayoutKind.Sequential)]
+    private struct Moment
+    {
+        public long Seconds;
+        public uint Nanoseconds;
+        public int Reserved;
+
+        public readonly FileTime ToFileTime() => new(Seconds, (int)Nanoseconds);
+    }
+}

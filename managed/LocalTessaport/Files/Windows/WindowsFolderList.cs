@@ -1,0 +1,64 @@
+using System;
+using System.Collections.Generic;
+using System.Runtime.InteropServices;
+using Microsoft.Win32.SafeHandles;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Goes through the names in a folder.</summary>
+internal static unsafe class WindowsFolderList
+{
+    private const int BufferSize = 64 * 1024;
+
+    /// <summary>What is in an open folder, or what of it has one name; the handle must not have been listed before.</summary>
+    public static List<KeyValuePair<string, FileEntry>> Read(SafeFileHandle folder, string path, ulong volume, string? filter = null)
+    {
+        var found = new List<KeyValuePair<string, FileEntry>>();
+        var buffer = new byte[BufferSize];
+        while (true)
+        {
+            var status = NativeFile.List(folder, buffer, filter);
+            if (status is WindowsStatus.NoMoreFiles or WindowsStatus.NoSuchFile)
+                return found;
+            if (status != WindowsStatus.Success)
+                throw WindowsFailure.For(status, path, "listed");
+            Collect(buffer, volume, found);
+        }
+    }
+
+    private static void Collect(byte[] buffer, ulong volume, List<KeyValuePair<string, FileEntry>> found)
+    {
+        fixed (byte* start = buffer)
+        {
+            for (var at = start; ; at += ((Item*)at)->Next)
+            {
+                var item = (Item*)at;
+                var name = new string((char*)(at + Item.NameOffset), 0, item->NameLength / 2);
+                if (name is not ("." or ".."))
+                    found.Add(new(name, item->ToEntry(volume)));
+                if (item->Next == 0)
+                    return;
+            }
+        }
+    }
+
+    [StructLayout(LayoutKind.Explicit, Size = 104)]
+    private struct Item
+    {
+        public const int NameOffset = 104;
+
+        [FieldOffset(0)] public int Next;
+        [FieldOffset(24)] public long Written;
+        [FieldOffset(32)] public long Changed;
+        [FieldOffset(40)] public long Size;
+        [FieldOffset(56)] public uint Attributes;
+        [FieldOffset(60)] public int NameLength;
+
+        /// <summary>The tag of a link.</summary>
+        [FieldOffset(64)] public uint Tag;
+        [FieldOffset(96)] public ulong Number;
+
+        public readonly FileEntry ToEntry(ulong volume) => WindowsInformation.Entry(
+            Attributes, Size, Written, Changed, Number, volume, (Attributes & NativeFile.Reparse) != 0 ? Tag : 0);
+    }
+}
