@@ -1,6 +1,6 @@
-#include "tools/tessaport/CommandLine.h"
-#include "tools/tessaport/Errors.h"
-#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/app/Errors.h"
+#include "tools/tessaport/commandline/CommandLine.h"
+#include "tools/tessaport/platform/Platform.h"
 
 namespace
 {

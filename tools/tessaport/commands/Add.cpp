@@ -1,15 +1,15 @@
 #include <map>
 #include <memory>
 
-#include "tools/tessaport/Batches.h"
-#include "tools/tessaport/Errors.h"
-#include "tools/tessaport/ItemLookup.h"
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/SourceFiles.h"
-#include "tools/tessaport/Text.h"
+#include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
-#include "tools/tessaport/output/Outcomes.h"
+#include "tools/tessaport/items/Batches.h"
+#include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/items/SourceFiles.h"
 #include "tools/tessaport/output/Progress.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -5,11 +5,11 @@
 #include <system_error>
 
 #include <velmora/io/QVChecksum.h>
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Progress.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace fs = std::filesystem;
 

@@ -1,10 +1,10 @@
 #include <limits>
 #include <memory>
 
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
-#include "tools/tessaport/output/Outcomes.h"
+#include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

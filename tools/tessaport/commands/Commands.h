@@ -1,7 +1,7 @@
 // The commands of the tool; each function declares its own.
 #pragma once
 
-#include "tools/tessaport/CommandLine.h"
+#include "tools/tessaport/commandline/CommandLine.h"
 
 namespace Quorvex::Velmora::Tool
 {

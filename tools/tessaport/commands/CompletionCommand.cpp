@@ -1,7 +1,7 @@
 #include <memory>
 #include <utility>
 
-#include "tools/tessaport/Completion.h"
+#include "tools/tessaport/commandline/Completion.h"
 #include "tools/tessaport/commands/Commands.h"
 
 namespace Quorvex::Velmora::Tool

@@ -1,10 +1,10 @@
-#include "tools/tessaport/DemoDrives.h"
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/Platform.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
+#include "tools/tessaport/home/DemoDrives.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,12 +1,12 @@
-#include "tools/tessaport/DotnetFinder.h"
-#include "tools/tessaport/Errors.h"
-#include "tools/tessaport/FileVersion.h"
-#include "tools/tessaport/Home.h"
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/Platform.h"
-#include "tools/tessaport/Text.h"
+#include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/installation/DotnetFinder.h"
+#include "tools/tessaport/installation/FileVersion.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace fs = std::filesystem;
 

@@ -3,10 +3,10 @@
 #include <memory>
 
 #include <velmora/native/MessageFormatting.h>
-#include "tools/tessaport/Platform.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,9 +1,9 @@
 #include <memory>
 
-#include "tools/tessaport/LineReader.h"
-#include "tools/tessaport/LogRecord.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/logs/LineReader.h"
+#include "tools/tessaport/logs/LogRecord.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,11 +1,11 @@
 // Commands that answer yes or no, or with one text, each by the one-call operation made for it.
 #include <memory>
 
-#include "tools/tessaport/OneCall.h"
-#include "tools/tessaport/Paths.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,11 +1,11 @@
 #include <memory>
 
-#include "tools/tessaport/ItemLookup.h"
-#include "tools/tessaport/Platform.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
-#include "tools/tessaport/output/Outcomes.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

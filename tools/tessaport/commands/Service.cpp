@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "tools/tessaport/Home.h"
-#include "tools/tessaport/Paths.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/home/Home.h"
 #include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Table.h"
+#include "tools/tessaport/text/Paths.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "tools/tessaport/ItemLookup.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
+#include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,9 +1,9 @@
 #include <memory>
 
-#include "tools/tessaport/OneCall.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,7 +1,7 @@
 // What several commands show: the drives, and a folder with all that is beneath it.
 #pragma once
 
-#include "tools/tessaport/Context.h"
+#include "tools/tessaport/app/Context.h"
 
 namespace Quorvex::Velmora::Tool
 {

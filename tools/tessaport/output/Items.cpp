@@ -1,8 +1,8 @@
 #include "tools/tessaport/output/Items.h"
 
-#include "tools/tessaport/Platform.h"
-#include "tools/tessaport/Text.h"
 #include "tools/tessaport/output/Time.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,7 +1,7 @@
 #include "tools/tessaport/output/Output.h"
 
-#include "tools/tessaport/ExitCode.h"
-#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/errors/ExitCode.h"
+#include "tools/tessaport/platform/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {

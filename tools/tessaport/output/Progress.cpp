@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "tools/tessaport/Platform.h"
+#include "tools/tessaport/platform/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {

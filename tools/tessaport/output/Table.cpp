@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "tools/tessaport/Text.h"
+#include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -1,0 +1,63 @@
+// The home folder of the local sync service, as far as the tool writes to it: the state and the drives.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "tools/tessaport/errors/ExitCode.h"
+
+namespace Quorvex::Velmora::Tool
+{
+
+/// A state of the service, the name by which the home's file and the command line call it, and what `service status`
+/// ends with.
+struct ServiceStateName {
+    const char* name;
+    const char* meaning;
+    ExitCode code;
+};
+
+inline constexpr std::array<ServiceStateName, 6> ServiceStates{{
+    {"running", "requests are served", ExitCode::Ok},
+    {"not-running", "requests fail until 'tessaport service start'", ExitCode::NotRunning},
+    {"requires-update", "the sync application must be updated", ExitCode::UpdateNeeded},
+    {"forced-update", "an update of the sync application is pending", ExitCode::UpdateNeeded},
+    {"api-requires-update", "the programming interface must be updated", ExitCode::UpdateNeeded},
+    {"not-installed", "there is no service in the home", ExitCode::NotInstalled},
+}};
+
+class Home
+{
+public:
+    /// The folder that the service will use: TESSAPORT_HOME, else Tessaport in the per-user data folder.
+    static Home locate();
+
+    explicit Home(std::filesystem::path homeFolder);
+
+    [[nodiscard]] const std::filesystem::path& folder() const { return root; }
+    [[nodiscard]] std::filesystem::path serviceFile() const { return root / "service.json"; }
+    [[nodiscard]] std::filesystem::path drivesFile() const { return root / "drives.json"; }
+
+    /// The present state; nothing when the file holds none. @throws Failure when the file cannot be read.
+    [[nodiscard]] const ServiceStateName* state() const;
+
+    /// Writes the state, or takes the service away for "not-installed". @throws Failure when the home is missing.
+    void setState(const std::string& name) const;
+
+    /// Replaces a file in the home or beneath it as a whole. @throws Failure when it cannot be written.
+    ///
+    /// @param modified  its last-write time in seconds since 1970 (UTC); nothing: now.
+    void replaceFile(const std::filesystem::path& file, const std::string& content,
+        std::optional<std::int64_t> modified = std::nullopt) const;
+
+private:
+    std::filesystem::path root;
+};
+
+/// The whole content of a file; nothing when it cannot be read.
+std::optional<std::string> readFile(const std::filesystem::path& file);
+
+} // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,158 @@
+#include "tools/tessaport/platform/Platform.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <system_error>
+
+#include <fcntl.h>
+#include <link.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::Tool::Platform
+{
+
+namespace
+{
+
+int descriptorOf(Stream stream) { return static_cast<int>(stream); }
+
+struct LibrarySearch {
+    std::string nameWithoutVersion;
+    fs::path found;
+};
+
+int lookAtLibrary(dl_phdr_info* info, std::size_t, void* data)
+{
+    auto& search = *static_cast<LibrarySearch*>(data);
+    const fs::path file(info->dlpi_name);
+    if (file.filename().native().compare(0, search.nameWithoutVersion.size(), search.nameWithoutVersion) != 0)
+        return 0;
+    search.found = file.lexically_normal();
+    return 1;
+}
+
+std::error_code lastError() { return {errno, std::generic_category()}; }
+
+} // namespace
+
+// .NET ignores the signal for the whole process anyway; from here on a closed pipe is an error of write.
+PreparedStreams::PreparedStreams() { std::signal(SIGPIPE, SIG_IGN); }
+
+PreparedStreams::~PreparedStreams() = default;
+
+std::vector<std::string> arguments(int argc, char** argv)
+{
+    return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+bool isTerminal(Stream stream) { return isatty(descriptorOf(stream)) != 0; }
+
+bool showsEscapes(Stream stream) { return isTerminal(stream) && environment("TERM").value_or("") != "dumb"; }
+
+std::istream& standardInput() { return std::cin; }
+
+std::string messageOf(const std::error_code& error) { return error.message(); }
+
+Written writeTo(Stream stream, std::string_view bytes, std::string& reason)
+{
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(descriptorOf(stream), bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EPIPE) {
+            return Written::ReaderGone;
+        } else if (errno != EINTR) {
+            reason = messageOf(lastError());
+            return Written::Failed;
+        }
+    }
+    return Written::All;
+}
+
+std::optional<std::string> environment(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::string>(value);
+}
+
+void setEnvironment(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }
+
+fs::path executableFile()
+{
+    std::error_code ignored;
+    return fs::read_symlink("/proc/self/exe", ignored);
+}
+
+fs::path loadedLibrary(const std::string& name)
+{
+    LibrarySearch search{"lib" + name + ".so", {}};
+    dl_iterate_phdr(lookAtLibrary, &search);
+    return search.found;
+}
+
+fs::path userDataFolder()
+{
+    if (const auto folder = environment("XDG_DATA_HOME"); folder && fs::path(*folder).is_absolute())
+        return *folder;
+    if (const auto home = environment("HOME"))
+        return fs::path(*home) / ".local/share";
+    const passwd* const user = getpwuid(getuid());
+    return user == nullptr ? fs::path() : fs::path(user->pw_dir) / ".local/share";
+}
+
+std::vector<fs::path> usualDotnetRoots()
+{
+    std::vector<fs::path> roots;
+    if (const auto root = environment("DOTNET_ROOT"))
+        roots.emplace_back(*root);
+    for (const char* registration : {"/etc/dotnet/install_location_x64", "/etc/dotnet/install_location"}) {
+        std::ifstream file(registration);
+        if (std::string line; std::getline(file, line) && !line.empty())
+            roots.emplace_back(line);
+    }
+    for (const char* usual : {"/usr/share/dotnet", "/usr/lib/dotnet"})
+        roots.emplace_back(usual);
+    return roots;
+}
+
+std::string nativeSlashes(std::string path)
+{
+    for (char& c : path)
+        c = c == '\\' ? '/' : c;
+    return path;
+}
+
+std::string quoted(const std::string& path) { return '\'' + path + '\''; }
+
+fs::path withoutLinks(const fs::path& absolute) { return fs::weakly_canonical(absolute); }
+
+void setModifiedTime(const fs::path& file, std::int64_t seconds)
+{
+    const timespec time{static_cast<time_t>(seconds), 0};
+    const timespec times[] = {time, time};
+    if (utimensat(AT_FDCWD, file.c_str(), times, 0) != 0)
+        throw fs::filesystem_error("cannot set the time of", file, lastError());
+}
+
+void flushToDisk(const fs::path& file)
+{
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        throw fs::filesystem_error("cannot write to disk", file, lastError());
+    const bool flushed = fsync(descriptor) == 0;
+    const std::error_code error = lastError();
+    close(descriptor);
+    if (!flushed)
+        throw fs::filesystem_error("cannot write to disk", file, error);
+}
+
+std::int64_t processId() { return getpid(); }
+
+} // namespace Quorvex::Velmora::Tool::Platform

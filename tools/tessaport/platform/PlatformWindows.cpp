@@ -1,0 +1,288 @@
+#include "tools/tessaport/platform/Platform.h"
+
+#include <algorithm>
+#include <iostream>
+#include <streambuf>
+#include <system_error>
+
+#include <windows.h>
+// shellapi.h needs windows.h before it.
+#include <shellapi.h>
+
+#include <velmora/platform/WindowsPath.h>
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::Tool::Platform
+{
+namespace
+{
+
+std::string narrow(std::wstring_view text)
+{
+    if (text.empty())
+        return {};
+    const int length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(), size, nullptr, nullptr);
+    return result;
+}
+
+std::wstring widen(std::string_view text)
+{
+    if (text.empty())
+        return {};
+    const int length = static_cast<int>(text.size());
+    const int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
+    std::wstring result(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), length, result.data(), size);
+    return result;
+}
+
+fs::path moduleFile(HMODULE module)
+{
+    std::wstring name(32768, L'\0');
+    name.resize(GetModuleFileNameW(module, name.data(), static_cast<DWORD>(name.size())));
+    return name;
+}
+
+HANDLE handleOf(Stream stream)
+{
+    return GetStdHandle(stream == Stream::Input    ? STD_INPUT_HANDLE
+                        : stream == Stream::Output ? STD_OUTPUT_HANDLE
+                                                   : STD_ERROR_HANDLE);
+}
+
+// Code pages other than UTF-8 cannot show every name, and the console's own outlives this process: it gets wide text.
+bool writeToConsole(HANDLE console, std::wstring_view text)
+{
+    constexpr std::size_t most = 8192;
+    while (!text.empty()) {
+        DWORD count = 0;
+        const auto wanted = static_cast<DWORD>(std::min(text.size(), most));
+        if (WriteConsoleW(console, text.data(), wanted, &count, nullptr) == 0)
+            return false;
+        text.remove_prefix(count);
+    }
+    return true;
+}
+
+/// What is typed, in UTF-8.
+class ConsoleInput : public std::streambuf
+{
+protected:
+    int_type underflow() override
+    {
+        constexpr wchar_t endOfInput = 0x1A;
+        std::wstring typed(4096, L'\0');
+        DWORD count = 0;
+        const auto most = static_cast<DWORD>(typed.size());
+        if (ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), typed.data(), most, &count, nullptr) == 0 || count == 0 ||
+            typed.front() == endOfInput)
+            return traits_type::eof();
+        typed.resize(count);
+        text = narrow(typed);
+        setg(text.data(), text.data(), text.data() + text.size());
+        return traits_type::to_int_type(text.front());
+    }
+
+private:
+    std::string text;
+};
+
+/// Whether a console obeys escape sequences is a setting of its own, which outlives the process.
+class ConsoleMode
+{
+public:
+    explicit ConsoleMode(DWORD standardHandle) : number(standardHandle) {}
+
+    void obeyEscapes()
+    {
+        const HANDLE console = GetStdHandle(number);
+        changed = GetConsoleMode(console, &former) != 0 && (former & ENABLE_VIRTUAL_TERMINAL_PROCESSING) == 0 &&
+                  SetConsoleMode(console, former | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    }
+    void restore()
+    {
+        if (changed)
+            SetConsoleMode(GetStdHandle(number), former);
+        changed = false;
+    }
+
+private:
+    DWORD number;
+    DWORD former = 0;
+    bool changed = false;
+};
+
+ConsoleMode consoleModes[] = {ConsoleMode(STD_OUTPUT_HANDLE), ConsoleMode(STD_ERROR_HANDLE)};
+
+std::error_code lastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
+
+class OpenFile
+{
+public:
+    OpenFile(const fs::path& path, DWORD access, const char* what)
+        : handle(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+              OPEN_EXISTING, 0, nullptr))
+    {
+        if (handle == INVALID_HANDLE_VALUE)
+            throw fs::filesystem_error(what, path, lastError());
+    }
+    ~OpenFile() { CloseHandle(handle); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    HANDLE handle;
+};
+
+} // namespace
+
+PreparedStreams::PreparedStreams()
+{
+    for (ConsoleMode& mode : consoleModes)
+        mode.obeyEscapes();
+}
+
+PreparedStreams::~PreparedStreams()
+{
+    for (ConsoleMode& mode : consoleModes)
+        mode.restore();
+}
+
+std::vector<std::string> arguments(int, char**)
+{
+    // The narrow arguments went through the code page, which cannot hold every name.
+    int count = 0;
+    LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> result;
+    for (int i = 1; i < count; ++i)
+        result.push_back(narrow(wide[i]));
+    LocalFree(wide);
+    return result;
+}
+
+bool isTerminal(Stream stream)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(stream), &mode) != 0;
+}
+
+bool showsEscapes(Stream stream)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(stream), &mode) != 0 && (mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0 &&
+           environment("TERM").value_or("") != "dumb";
+}
+
+Written writeTo(Stream stream, std::string_view bytes, std::string& reason)
+{
+    if (isTerminal(stream) && writeToConsole(handleOf(stream), widen(bytes)))
+        return Written::All;
+    while (!bytes.empty()) {
+        DWORD count = 0;
+        const DWORD wanted = static_cast<DWORD>(bytes.size() < 0x10000 ? bytes.size() : 0x10000);
+        if (WriteFile(handleOf(stream), bytes.data(), wanted, &count, nullptr) == 0) {
+            const std::error_code error = lastError();
+            if (error.value() == ERROR_BROKEN_PIPE || error.value() == ERROR_NO_DATA)
+                return Written::ReaderGone;
+            reason = messageOf(error);
+            return Written::Failed;
+        }
+        bytes.remove_prefix(count);
+    }
+    return Written::All;
+}
+
+std::istream& standardInput()
+{
+    static ConsoleInput console;
+    static std::istream typed(&console);
+    return isTerminal(Stream::Input) ? typed : std::cin;
+}
+
+std::string messageOf(const std::error_code& error)
+{
+    if (error.category() != std::system_category())
+        return error.message();
+    // The narrow message is in the code page.
+    wchar_t text[512];
+    std::wstring_view message(text, FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        static_cast<DWORD>(error.value()), 0, text, 512, nullptr));
+    while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r' || message.back() == L'.'))
+        message.remove_suffix(1);
+    return message.empty() ? "error " + std::to_string(error.value()) : narrow(message);
+}
+
+std::optional<std::string> environment(const char* name)
+{
+    const std::wstring wideName = widen(name);
+    const DWORD size = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
+    if (size <= 1)
+        return std::nullopt;
+    std::wstring value(size, L'\0');
+    value.resize(GetEnvironmentVariableW(wideName.c_str(), value.data(), size));
+    return narrow(value);
+}
+
+void setEnvironment(const char* name, const std::string& value)
+{
+    SetEnvironmentVariableW(widen(name).c_str(), widen(value).c_str());
+}
+
+fs::path executableFile() { return moduleFile(nullptr); }
+
+fs::path loadedLibrary(const std::string& name)
+{
+    const HMODULE module = GetModuleHandleW(widen(name + ".dll").c_str());
+    return module == nullptr ? fs::path() : moduleFile(module);
+}
+
+fs::path userDataFolder()
+{
+    const auto folder = environment("LOCALAPPDATA");
+    return folder ? fs::u8path(*folder) : fs::path();
+}
+
+std::vector<fs::path> usualDotnetRoots()
+{
+    std::vector<fs::path> roots;
+    if (const auto root = environment("DOTNET_ROOT"))
+        roots.push_back(fs::u8path(*root));
+    if (const auto programs = environment("ProgramFiles"))
+        roots.push_back(fs::u8path(*programs) / "dotnet");
+    return roots;
+}
+
+std::string nativeSlashes(std::string path)
+{
+    for (char& c : path)
+        c = c == '/' ? '\\' : c;
+    return path;
+}
+
+std::string quoted(const std::string& path) { return '"' + path + '"'; }
+
+fs::path withoutLinks(const fs::path& absolute) { return Common::WindowsPath::followed(absolute.wstring()); }
+
+void setModifiedTime(const fs::path& file, std::int64_t seconds)
+{
+    const OpenFile opened(file, FILE_WRITE_ATTRIBUTES, "cannot set the time of");
+    constexpr std::int64_t secondsFrom1601To1970 = 11644473600;
+    const std::uint64_t ticks = static_cast<std::uint64_t>(seconds + secondsFrom1601To1970) * 10000000;
+    const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    if (SetFileTime(opened.handle, nullptr, nullptr, &time) == 0)
+        throw fs::filesystem_error("cannot set the time of", file, lastError());
+}
+
+void flushToDisk(const fs::path& file)
+{
+    const OpenFile opened(file, GENERIC_WRITE, "cannot write to disk");
+    if (FlushFileBuffers(opened.handle) == 0)
+        throw fs::filesystem_error("cannot write to disk", file, lastError());
+}
+
+std::int64_t processId() { return GetCurrentProcessId(); }
+
+} // namespace Quorvex::Velmora::Tool::Platform
