@@ -28,7 +28,11 @@ if(VELMORA_INSTALL)
     if(TARGET tessaport)
         file(RELATIVE_PATH velmora_bin_to_lib
             "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-        set_target_properties(tessaport PROPERTIES INSTALL_RPATH "$ORIGIN/${velmora_bin_to_lib}")
+        # The same run path in the build tree: one that is replaced at installation is padded with an empty part there,
+        # which stands for the current directory.
+        set(velmora_run_path "$ORIGIN/${velmora_bin_to_lib}" "$ORIGIN/../lib")
+        list(REMOVE_DUPLICATES velmora_run_path)
+        set_target_properties(tessaport PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "${velmora_run_path}")
         install(TARGETS tessaport RUNTIME COMPONENT Tool)
     endif()
 
