@@ -1,5 +1,6 @@
 #include "velmora/api/QVBuffer.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <new>
 #include <string>
@@ -48,10 +49,11 @@ struct Tracked {
         countCopy();
         ++alive;
     }
+    // Fails halfway: the value has arrived already.
     Tracked& operator=(const Tracked& other)
     {
-        countCopy();
         value = other.value;
+        countCopy();
         return *this;
     }
     ~Tracked() { --alive; }
@@ -87,7 +89,7 @@ QVBuffer<T> numbered(int count)
 {
     QVBuffer<T> buffer;
     for (int i = 0; i < count; ++i)
-        buffer.Append(T(i));
+        buffer.Append(static_cast<T>(i));
     return buffer;
 }
 
@@ -234,11 +236,88 @@ TEST(QVBuffer, CopiesElementByElement)
     EXPECT_EQ(assigned.GetSize(), 2U);
 }
 
-TEST(QVBuffer, DefaultConstructsWhatLiesBeyondTheSize)
+TEST(QVBuffer, CopiesNoSpareCapacity)
+{
+    const QVBuffer<Tracked> source = numbered<Tracked>(5);
+    const int aliveBefore = Tracked::alive;
+
+    const QVBuffer<Tracked> copy(source);
+    QVBuffer<Tracked> assigned;
+    assigned = source;
+
+    EXPECT_EQ(Tracked::alive - aliveBefore, 2 * 5);
+    EXPECT_EQ(numbersOf(assigned), (std::vector<int>{0, 1, 2, 3, 4}));
+}
+
+TEST(QVBuffer, GrowsWithTheFirstElementAppendedToACopy)
+{
+    const QVBuffer<int> source = numbered(5); // Capacity 8.
+    QVBuffer<int> copy(source);
+    const int* const place = copy[0];
+
+    copy.Append(5);
+
+    EXPECT_NE(copy[0], place);
+    EXPECT_EQ(valuesOf(copy), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+}
+
+TEST(QVBuffer, KeepsNoArrayWhenAnEmptyOneIsCopied)
+{
+    QVBuffer<Tracked> source;
+    source.Reserve(8);
+    const int aliveBefore = Tracked::alive;
+
+    const QVBuffer<Tracked> copy(source);
+
+    EXPECT_EQ(Tracked::alive, aliveBefore);
+    EXPECT_EQ(copy.begin(), nullptr);
+}
+
+TEST(QVBuffer, DefaultConstructsTheElementsBeyondTheSize)
 {
     QVBuffer<Tracked> buffer = numbered<Tracked>(3);
 
     EXPECT_EQ(buffer.Append().value, -1);
+}
+
+TEST(QVBuffer, HandsOutADefaultElementAfterAFailedAppend)
+{
+    constexpr int MostCopies = 10;
+    for (const int size : {0, 3, 4}) { // Without an array, with room for one more, full.
+        for (int failingCopy = 0; failingCopy < MostCopies; ++failingCopy) {
+            QVBuffer<Tracked> buffer = numbered<Tracked>(size);
+            const Tracked element(77);
+            Tracked::copiesUntilFailure = failingCopy;
+            bool failed = false;
+            try {
+                buffer.Append(element);
+            } catch (const std::bad_alloc&) {
+                failed = true;
+            }
+            Tracked::reset();
+            if (!failed)
+                break;
+
+            EXPECT_EQ(buffer.GetSize(), static_cast<std::uint32_t>(size));
+            EXPECT_EQ(buffer.Append().value, -1) << "size " << size << ", copy " << failingCopy;
+            ASSERT_LT(failingCopy + 1, MostCopies);
+        }
+    }
+    EXPECT_EQ(Tracked::alive, 0);
+}
+
+TEST(QVBuffer, HasNoElementsAndNoArrayOnceDestroyed)
+{
+    using Buffer = QVBuffer<std::uint64_t>;
+    alignas(Buffer) static unsigned char storage[sizeof(Buffer)];
+    auto* const buffer = new (storage) Buffer(numbered<std::uint64_t>(3));
+
+    buffer->~Buffer();
+
+    // The compiler may not know that these are the bytes of an object that is gone.
+    const volatile unsigned char* const bytes = storage;
+    for (std::size_t i = 0; i < sizeof(Buffer); ++i)
+        EXPECT_EQ(bytes[i], 0) << i;
 }
 
 TEST(QVBuffer, IsAsBeforeWhenAnElementCannotBeCopied)

@@ -13,9 +13,14 @@ namespace Quorvex::Velmora::Common
 
 /// A growable array that owns its elements.
 ///
-/// `T` must be default-constructible and assignable. Every element of the array up to the capacity is a live object;
-/// those at or beyond the size are as default-constructed. Copying copies element by element, moving does not touch the
-/// elements. Allocation failure is reported as std::bad_alloc and leaves the buffer as it was.
+/// Every element of the array up to the capacity is a live object; those at or beyond the size are default-constructed.
+/// Copying a buffer copies its elements one by one and leaves the spare capacity behind. Moving does not touch them.
+///
+/// @tparam T  must be default-constructible, copy-constructible and copy-assignable, with a destructor that does not
+///            throw. Growing moves the elements if their move assignment is noexcept, and copies them otherwise.
+/// @throws std::bad_alloc when an allocation fails, std::length_error when the capacity would exceed 2^32 - 1 elements,
+///         and whatever an operation of `T` throws. A buffer that fails to grow, to append or to be assigned to keeps
+///         its elements and its size.
 template <class T>
 class QVBuffer
 {
@@ -35,11 +40,13 @@ public:
 
     QVBuffer(QVBuffer&& other) noexcept { swap(other); }
 
+    /// A destroyed buffer has no elements and no array.
     ~QVBuffer()
     {
         delete[] data;
-        data = nullptr;
-        size = capacity = 0;
+        clear(data);
+        clear(size);
+        clear(capacity);
     }
 
     QVBuffer& operator=(const QVBuffer& other)
@@ -60,13 +67,16 @@ public:
     /// `element` may be one of this buffer's own.
     void Append(const T& element)
     {
-        if (size < capacity) {
-            data[size] = element;
-        } else {
-            T copy(element);
-            Reserve(grownCapacity());
-            data[size] = std::move(copy);
+        if constexpr (std::is_nothrow_copy_assignable_v<T>) {
+            if (size < capacity) {
+                data[size++] = element;
+                return;
+            }
         }
+        T copy(element);
+        if (size == capacity)
+            Reserve(grownCapacity());
+        placeAtEnd(copy);
         ++size;
     }
 
@@ -115,9 +125,31 @@ private:
 
     [[nodiscard]] std::uint32_t grownCapacity() const
     {
-        if (capacity > std::numeric_limits<std::uint32_t>::max() / 2)
+        if (capacity > (std::numeric_limits<std::uint32_t>::max)() / 2)
             throw std::length_error("QVBuffer: more than 2^32 - 1 elements");
         return capacity == 0 ? 1 : capacity * 2;
+    }
+
+    void placeAtEnd(T& element)
+    {
+        if constexpr (std::is_nothrow_move_assignable_v<T>) {
+            data[size] = std::move(element);
+        } else {
+            try {
+                data[size] = std::move(element);
+            } catch (...) {
+                // What the failed assignment left there is not default-constructed: it is never handed out.
+                capacity = size;
+                throw;
+            }
+        }
+    }
+
+    // Volatile, because compilers drop ordinary stores to an object whose life ends.
+    template <class Field>
+    static void clear(volatile Field& field) noexcept
+    {
+        field = Field();
     }
 
     // A move that cannot throw leaves nothing half done when a later element fails.
