@@ -1,6 +1,7 @@
 #include "velmora/api/Command.h"
 
 #include <cstdint>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -135,6 +136,29 @@ TEST_F(Commands, KeepTheManagedObjectWhenOneWithoutIsAssigned)
     EXPECT_EQ(handleOf(target), 7);
     EXPECT_TRUE(target.name.Empty());
     EXPECT_EQ(target.image.data, nullptr);
+}
+
+TEST_F(Commands, StayAsTheyAreWhenAnAssignmentFails)
+{
+    constexpr std::uint64_t MoreThanThereIs = std::uint64_t{1} << 63;
+    Command source = filled(7, 1);
+    source.isChecked = true;
+    source.image.count = MoreThanThereIs;
+    Command target;
+    target.name = L"Unlock";
+    target.id = L"unlock";
+
+    EXPECT_THROW(target = source, std::bad_alloc);
+    EXPECT_THROW(Command{source}, std::bad_alloc);
+
+    EXPECT_STREQ(target.name.w_str(), L"Unlock");
+    EXPECT_STREQ(target.id.w_str(), L"unlock");
+    EXPECT_FALSE(target.isEnabled);
+    EXPECT_FALSE(target.isChecked);
+    EXPECT_FALSE(target.isBeginningOfGroup);
+    EXPECT_EQ(target.image.data, nullptr);
+    EXPECT_EQ(target.image.count, 0U);
+    EXPECT_EQ(handleOf(target), 0);
 }
 
 TEST_F(Commands, StayAsTheyAreWhenAssignedToThemselves)

@@ -73,6 +73,14 @@ TEST(NextCodePoint, ReturnsUnpairedSurrogatesAsTheyStand)
     EXPECT_EQ(codesOf(std::u16string_view(units)), (std::u32string{0xD800, U'x', 0xDC00, 0xD800, Smile, 0xDBFF}));
 }
 
+// The unit after the view would complete the pair.
+TEST(NextCodePoint, ReadsNothingBeyondTheView)
+{
+    const std::u16string units{u'a', 0xD83D, 0xDE00};
+
+    EXPECT_EQ(codesOf(std::u16string_view(units).substr(0, 2)), (std::u32string{U'a', 0xD83D}));
+}
+
 TEST(NextCodePoint, Takes32BitUnitsOneByOne)
 {
     const std::u32string units{0xD83D, 0xDE00, Smile};
@@ -176,6 +184,15 @@ TEST(FromUtf8, ReplacesEachByteOfATruncatedSequence)
     EXPECT_EQ(fromUtf8("\xE4\xB8"), replacements(2));
     EXPECT_EQ(fromUtf8("\xF0\x9F\x98"), replacements(3));
     EXPECT_EQ(fromUtf8("\xE4\xB8x"), replacements(2) + L"x");
+}
+
+// The bytes after the view would complete the sequence.
+TEST(FromUtf8, ReadsNothingBeyondTheView)
+{
+    for (const std::string_view sequence : {"\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x98\x80"}) {
+        for (std::size_t length = 1; length < sequence.size(); ++length)
+            EXPECT_EQ(fromUtf8(sequence.substr(0, length)), replacements(length)) << sequence << ' ' << length;
+    }
 }
 
 TEST(FromUtf8, ReplacesEachByteOfAnOverlongSequence)

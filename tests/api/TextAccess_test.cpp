@@ -1,0 +1,105 @@
+#include "velmora/api/TextAccess.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <velmora/platform/Unicode.h>
+
+using namespace Quorvex::Velmora::Common;
+
+namespace
+{
+
+using Strings = std::array<QVString, 3>;
+
+// Assigns three strings in one allocation, reads the narrow form of the last one and drops them all.
+void expectStrings(const std::array<std::u16string_view, 3>& sources, const std::array<std::wstring, 3>& expected)
+{
+    Strings strings;
+    const TextAssignment assignments[] = {
+        {&strings[0], sources[0]}, {&strings[1], sources[1]}, {&strings[2], sources[2]}};
+
+    TextAccess::assign(assignments, std::size(assignments));
+
+    for (std::size_t i = 0; i < strings.size(); ++i)
+        EXPECT_EQ(strings[i].w_str(), expected[i]) << i;
+    EXPECT_EQ(strings[2].c_str(), Unicode::toUtf8(expected[2]));
+}
+
+constexpr std::u16string_view WithZero{u"kept\0and dropped, which is longer than what is kept", 51};
+
+// Many characters that take two units each.
+std::u16string smiles(std::size_t count)
+{
+    std::u16string units;
+    for (std::size_t i = 0; i < count; ++i)
+        Unicode::appendUtf16(units, 0x1F600);
+    return units;
+}
+
+} // namespace
+
+TEST(StringBlock, HoldsStringsOfEveryLength)
+{
+    expectStrings({u"a", u"some more characters", u"last"}, {L"a", L"some more characters", L"last"});
+    expectStrings({u"", u"second", u""}, {L"", L"second", L""});
+    expectStrings({u"", u"", u""}, {L"", L"", L""});
+}
+
+// The strings of a block are found again by their own lengths, not by those of what they were made from.
+TEST(StringBlock, FindsTheStringsAfterOneThatEndsAtAZeroCharacter)
+{
+    expectStrings({WithZero, u"second", u"last"}, {L"kept", L"second", L"last"});
+    expectStrings({u"first", WithZero, u"last"}, {L"first", L"kept", L"last"});
+}
+
+TEST(StringBlock, FindsTheStringsAfterOneWithSurrogatePairs)
+{
+    const std::u16string pairs = smiles(20);
+
+    expectStrings({pairs, u"second", u"last"}, {Unicode::fromUtf16(pairs), L"second", L"last"});
+    expectStrings(
+        {pairs, pairs, pairs}, {Unicode::fromUtf16(pairs), Unicode::fromUtf16(pairs), Unicode::fromUtf16(pairs)});
+}
+
+TEST(StringBlock, LivesAsLongAsACopyOfOneOfItsStrings)
+{
+    QVString kept;
+    {
+        Strings strings;
+        const TextAssignment assignments[] = {
+            {&strings[0], WithZero}, {&strings[1], u"second"}, {&strings[2], u"last"}};
+        TextAccess::assign(assignments, std::size(assignments));
+        EXPECT_STREQ(strings[2].c_str(), "last");
+        kept = strings[1];
+    }
+
+    EXPECT_STREQ(kept.w_str(), L"second");
+    EXPECT_STREQ(kept.c_str(), "second");
+}
+
+TEST(StringBlock, LivesAsLongAsAnOwnerOfItsRoom)
+{
+    constexpr std::size_t RoomSize = 24;
+    void* room = nullptr;
+    {
+        QVString text;
+        const TextAssignment assignment{&text, WithZero};
+        room = TextAccess::assign(&assignment, 1, RoomSize, 2);
+        EXPECT_STREQ(text.c_str(), "kept");
+    }
+    ASSERT_NE(room, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(room) % alignof(std::max_align_t), 0U);
+
+    std::memset(room, 0x5A, RoomSize);
+    TextAccess::releaseRoom(room);
+    EXPECT_EQ(static_cast<unsigned char*>(room)[RoomSize - 1], 0x5A);
+    TextAccess::releaseRoom(room);
+}
