@@ -182,6 +182,19 @@ TEST_F(FileSystemUtility, CanonicalTakesARelativePathFromTheBase)
     EXPECT_EQ(canonical(L".", in(L"folder")), key(L"folder"));
 }
 
+TEST_F(FileSystemUtility, CanonicalTakesADriveLetterWithoutASlashAsTheSystemDoes)
+{
+#ifdef _WIN32 // Relative to the current folder of that drive.
+    const CurrentFolder current(root);
+    const std::wstring drive = root.root_name().wstring();
+
+    EXPECT_EQ(canonical(drive + L"folder\\file.txt"), key(L"folder/file.txt"));
+    EXPECT_EQ(canonical(drive + L"absent"), key(L"absent"));
+#else // An ordinary name.
+    EXPECT_EQ(canonical(L"D:x", L"/base"), L"\\base\\D:x");
+#endif
+}
+
 TEST_F(FileSystemUtility, CanonicalKeepsNamesWithSpacesAndDots)
 {
     EXPECT_EQ(canonical(in(L"a b/...c/.d")), key(L"a b/...c/.d"));
@@ -242,11 +255,48 @@ TEST_F(FileSystemUtility, ParentPathKeepsTheSlashesItIsGiven)
     EXPECT_EQ(Utility::parentPath(L"a\\b/c"), L"a\\b");
 }
 
+TEST_F(FileSystemUtility, ParentPathIgnoresSlashesThatDoNotSeparateNames)
+{
+    EXPECT_EQ(Utility::parentPath(L"D:\\Drive\\x\\"), L"D:\\Drive");
+    EXPECT_EQ(Utility::parentPath(L"D:\\Drive\\x\\/"), L"D:\\Drive");
+    EXPECT_EQ(Utility::parentPath(L"D:\\Drive\\"), L"D:\\");
+    EXPECT_EQ(Utility::parentPath(L"D:\\\\Drive"), L"D:\\");
+    EXPECT_EQ(Utility::parentPath(L"/a/b/"), L"/a");
+    EXPECT_EQ(Utility::parentPath(L"/a//b"), L"/a");
+    EXPECT_EQ(Utility::parentPath(L"/a/"), L"/");
+    EXPECT_EQ(Utility::parentPath(L"///a"), L"/");
+    EXPECT_EQ(Utility::parentPath(L"a/b/"), L"a");
+    EXPECT_EQ(Utility::parentPath(L"name/"), L"");
+}
+
+TEST_F(FileSystemUtility, ParentPathOfAServersFolderEndsAtItsShare)
+{
+    EXPECT_EQ(Utility::parentPath(L"\\\\server\\share\\a\\b"), L"\\\\server\\share\\a");
+    EXPECT_EQ(Utility::parentPath(L"\\\\server\\share\\a"), L"\\\\server\\share");
+    EXPECT_EQ(Utility::parentPath(L"\\\\server\\share"), L"\\\\server\\share");
+    EXPECT_EQ(Utility::parentPath(L"\\\\server\\share\\"), L"\\\\server\\share");
+    EXPECT_EQ(Utility::parentPath(L"\\\\server\\"), L"\\\\server");
+    EXPECT_EQ(Utility::parentPath(L"\\\\server"), L"\\\\server");
+#ifdef _WIN32
+    EXPECT_EQ(Utility::parentPath(L"//server/share/a"), L"//server/share");
+#else
+    EXPECT_EQ(Utility::parentPath(L"//home/user"), L"//home");
+#endif
+}
+
 TEST_F(FileSystemUtility, ParentPathOfARootIsItselfAndOfANameEmpty)
 {
     EXPECT_EQ(Utility::parentPath(L"D:\\"), L"D:\\");
+    EXPECT_EQ(Utility::parentPath(L"D:/"), L"D:/");
+    EXPECT_EQ(Utility::parentPath(L"D:"), L"D:");
     EXPECT_EQ(Utility::parentPath(L"/"), L"/");
+    EXPECT_EQ(Utility::parentPath(L"\\"), L"\\");
     EXPECT_EQ(Utility::parentPath(L"name"), L"");
+#ifdef _WIN32
+    EXPECT_EQ(Utility::parentPath(L"D:x"), L"D:");
+#else
+    EXPECT_EQ(Utility::parentPath(L"D:x"), L"");
+#endif
     EXPECT_EQ(Utility::parentPath(L""), L"");
 }
 

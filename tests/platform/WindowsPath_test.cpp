@@ -55,6 +55,44 @@ TEST_F(WindowsPath, CanonicalKeepsTheServerOfANetworkPathWithoutAskingIt)
     EXPECT_EQ(Utility::canonical(L"//server.invalid/share/../../b", L""), L"\\\\server.invalid\\share\\b");
 }
 
+TEST_F(WindowsPath, CanonicalOfAServersShareHasNoSlashAtItsEndAndStaysItself)
+{
+    const std::wstring share = L"\\\\server.invalid\\share";
+
+    EXPECT_EQ(Utility::canonical(share, L""), share);
+    EXPECT_EQ(Utility::canonical(share + L"\\", L""), share);
+    EXPECT_EQ(Utility::canonical(L"//server.invalid/share/..", L""), share);
+}
+
+// A drive letter that stands for a folder, as the command subst makes them.
+class FolderLetter
+{
+public:
+    explicit FolderLetter(const std::wstring& folder) : folder(folder)
+    {
+        EXPECT_TRUE(DefineDosDeviceW(0, Letter, folder.c_str()));
+    }
+    FolderLetter(const FolderLetter&) = delete;
+    FolderLetter& operator=(const FolderLetter&) = delete;
+    ~FolderLetter() { DefineDosDeviceW(DDD_REMOVE_DEFINITION | DDD_EXACT_MATCH_ON_REMOVE, Letter, folder.c_str()); }
+
+    static constexpr const wchar_t* Letter = L"Y:";
+
+private:
+    std::wstring folder;
+};
+
+TEST_F(WindowsPath, CanonicalHasKeysOfOneKindForExistingAndMissingFilesBelowAFolderLetter)
+{
+    makeFile(root + L"\\there.txt");
+    const FolderLetter letter(root);
+
+    const std::wstring existing = Utility::canonical(L"Y:\\there.txt", L"");
+    const std::wstring missing = Utility::canonical(L"Y:\\missing.txt", L"");
+
+    EXPECT_EQ(Utility::parentPath(missing), Utility::parentPath(existing));
+}
+
 TEST_F(WindowsPath, LongPathsAreFoundAndRemoved)
 {
     const std::wstring file = makeLongFolder(root) + L"\\file.txt";

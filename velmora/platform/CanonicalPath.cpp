@@ -1,5 +1,6 @@
 #include "velmora/platform/CanonicalPath.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace Quorvex::Velmora::Common
@@ -30,27 +31,33 @@ std::vector<std::wstring_view> componentsOf(std::wstring_view path)
     return components;
 }
 
-// What ".." does not climb over: a drive, or a server with its share.
-std::wstring rootOf(std::wstring_view& path)
+// The length of "\\server\share" at the beginning of a path, or 0. Off Windows two forward slashes begin an ordinary
+// path.
+std::size_t serverLength(std::wstring_view path) noexcept
 {
-    if (hasDriveLetter(path)) {
-        std::wstring root(path.substr(0, 2));
-        path.remove_prefix(2);
-        return root;
-    }
 #ifdef _WIN32
-    if (path.size() > 2 && isSlash(path[0]) && isSlash(path[1]) && !isSlash(path[2])) {
-        std::size_t end = path.find_first_of(Slashes, 2);
-        if (end != std::wstring_view::npos)
-            end = path.find_first_of(Slashes, end + 1);
-        std::wstring root(path.substr(0, end));
-        for (wchar_t& c : root)
-            c = c == L'/' ? L'\\' : c;
-        path.remove_prefix(end == std::wstring_view::npos ? path.size() : end);
-        return root;
-    }
+    const auto startsServer = isSlash;
+#else
+    const auto startsServer = [](wchar_t c) { return c == L'\\'; };
 #endif
-    return {};
+    if (path.size() < 3 || !startsServer(path[0]) || !startsServer(path[1]) || isSlash(path[2]))
+        return 0;
+    const std::size_t serverEnd = std::min(path.find_first_of(Slashes, 2), path.size());
+    const std::size_t shareBegin = std::min(serverEnd + 1, path.size());
+    const std::size_t shareEnd = std::min(path.find_first_of(Slashes, shareBegin), path.size());
+    return shareEnd == shareBegin ? serverEnd : shareEnd;
+}
+
+// What ".." does not climb over: a drive, or on Windows a server with its share.
+std::size_t anchorLength(std::wstring_view path) noexcept
+{
+    if (hasDriveLetter(path))
+        return 2;
+#ifdef _WIN32
+    return serverLength(path);
+#else
+    return 0;
+#endif
 }
 
 } // namespace
@@ -60,20 +67,43 @@ bool hasDriveLetter(std::wstring_view path) noexcept
     return path.size() >= 2 && isLetter(path[0]) && path[1] == L':' && (path.size() == 2 || isSlash(path[2]));
 }
 
+bool isRelativeToDrive([[maybe_unused]] std::wstring_view path) noexcept
+{
+#ifdef _WIN32
+    return path.size() >= 2 && isLetter(path[0]) && path[1] == L':' && !hasDriveLetter(path);
+#else
+    return false;
+#endif
+}
+
 bool isRooted(std::wstring_view path) noexcept
 {
     return hasDriveLetter(path) || (!path.empty() && isSlash(path.front()));
 }
 
+std::size_t rootLength(std::wstring_view path) noexcept
+{
+    if (hasDriveLetter(path))
+        return std::min<std::size_t>(path.size(), 3);
+    if (isRelativeToDrive(path))
+        return 2;
+    if (const std::size_t server = serverLength(path); server != 0)
+        return server;
+    return isRooted(path) ? 1 : 0;
+}
+
 std::wstring lexicallyCanonical(std::wstring_view rooted)
 {
-    std::wstring result = rootOf(rooted);
-    const std::vector<std::wstring_view> components = componentsOf(rooted);
+    const std::size_t anchor = anchorLength(rooted);
+    std::wstring result(rooted.substr(0, anchor));
+    std::replace(result.begin(), result.end(), L'/', L'\\');
+    const bool isServer = anchor > 2;
+    const std::vector<std::wstring_view> components = componentsOf(rooted.substr(anchor));
     for (const std::wstring_view component : components) {
         result += L'\\';
         result += component;
     }
-    if (components.empty())
+    if (components.empty() && !isServer)
         result += L'\\';
     return result;
 }

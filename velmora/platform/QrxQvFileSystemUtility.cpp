@@ -1,5 +1,6 @@
 #include "velmora/platform/QrxQvFileSystemUtility.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <string_view>
@@ -63,6 +64,13 @@ bool removeFromDisk(const std::wstring& path)
 
 #endif
 
+std::wstring absolute(const std::wstring& path, const std::wstring& base)
+{
+    if (isRooted(path) || isRelativeToDrive(path))
+        return path;
+    return path.empty() ? base : QrxQvFileSystemUtility::combine(base, path);
+}
+
 } // namespace
 
 bool QrxQvFileSystemUtility::exists(const std::wstring& path) { return existsOnDisk(path); }
@@ -71,18 +79,22 @@ std::wstring QrxQvFileSystemUtility::currentPath() { return wideText(fs::current
 
 std::wstring QrxQvFileSystemUtility::canonical(const std::wstring& path, const std::wstring& base)
 {
-    const std::wstring rooted = isRooted(path) ? path : path.empty() ? base : combine(base, path);
+    const std::wstring rooted = absolute(path, base);
     const std::wstring onDisk = followed(rooted);
     return lexicallyCanonical(onDisk.empty() ? rooted : onDisk);
 }
 
 std::wstring QrxQvFileSystemUtility::parentPath(const std::wstring& path)
 {
-    const std::size_t slash = path.find_last_of(Slashes);
-    if (slash == std::wstring::npos)
-        return {};
-    const std::size_t rootLength = hasDriveLetter(path) ? 3 : 1;
-    return path.substr(0, slash < rootLength ? rootLength : slash);
+    const std::size_t root = rootLength(path);
+    const std::size_t lastOfName = path.find_last_not_of(Slashes);
+    if (lastOfName == std::wstring::npos || lastOfName < root)
+        return path.substr(0, root);
+    const std::size_t slash = path.find_last_of(Slashes, lastOfName);
+    if (slash == std::wstring::npos || slash < root)
+        return path.substr(0, root);
+    const std::size_t lastOfParent = path.find_last_not_of(Slashes, slash);
+    return path.substr(0, lastOfParent == std::wstring::npos ? root : std::max(lastOfParent + 1, root));
 }
 
 bool QrxQvFileSystemUtility::remove(const std::wstring& path) { return removeFromDisk(path); }

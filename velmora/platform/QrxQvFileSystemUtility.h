@@ -18,8 +18,9 @@ struct QrxQvFileSystemUtility {
     /// is the sync application's own and, off Windows, is not looked for on the disk.
     [[nodiscard]] static std::wstring canonical(const std::wstring& path, const std::wstring& base);
 
-    /// The path without its last component, with the slashes that it has; a root is its own parent, and a single name
-    /// has an empty one.
+    /// The path without its last component, with the slashes that it has. Slashes at the end do not count: the parent
+    /// of "D:\x\" is "D:\". A root ("/", "D:", "D:\", "\\server\share") is its own parent; the parent of a single name
+    /// is empty.
     [[nodiscard]] static std::wstring parentPath(const std::wstring& path);
 
     /// Removes a file; false when there was none or it cannot be removed.

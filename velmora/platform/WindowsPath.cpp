@@ -10,6 +10,7 @@ namespace
 {
 
 constexpr std::wstring_view LongPrefix = L"\\\\?\\";
+constexpr std::size_t DriveLength = 2;
 
 bool startsWith(std::wstring_view text, std::wstring_view beginning)
 {
@@ -86,8 +87,10 @@ std::wstring followed(std::wstring_view rooted)
     const std::wstring full = fullPath(std::wstring(rooted));
     if (!hasDriveLetter(full))
         return std::wstring(rooted);
-    for (std::size_t end = full.size(); end > 2; end = full.find_last_of(L'\\', end - 1)) {
-        const File file(std::wstring(LongPrefix) + full.substr(0, end) + (end == 2 ? L"\\" : L""));
+    for (std::size_t end = full.size(); end != std::wstring::npos; end = full.find_last_of(L'\\', end - 1)) {
+        // The drive itself comes last: its letter may stand for a folder of another drive.
+        const bool isDrive = end == DriveLength;
+        const File file(std::wstring(LongPrefix) + full.substr(0, end) + (isDrive ? L"\\" : L""));
         if (file.isOpen()) {
             const std::wstring found = file.pathOnDrive();
             return found.empty() ? full : found + full.substr(end);
