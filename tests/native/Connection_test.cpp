@@ -10,7 +10,6 @@
 
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
-#include <velmora/native/UrnIdNames.h>
 #include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -131,29 +130,6 @@ TEST_F(Connection, ThatIsAssignedToItselfStaysAsItIs)
     connection = same;
 
     EXPECT_EQ(serviceOf(connection), number);
-}
-
-TEST_F(Connection, FillsTheTableOfPropertyNamesOnce)
-{
-    const QvNativeTessaportAPI first;
-    gUrnIdNamesMap["something else"] = {};
-    const QvNativeTessaportAPI second;
-
-    ASSERT_EQ(gUrnIdNamesMap.size(), 4U);
-    for (const char* type : {"Quorvex.DataSourceType.Drive", "Quorvex.DataSourceType.Morrow"}) {
-        const UrnIdNames& names = gUrnIdNamesMap.at(type);
-        EXPECT_EQ(names.projectIdName, "");
-        EXPECT_EQ(names.parentFolderUrnIdName, "");
-        EXPECT_EQ(names.folderUrnIdName, "SourceObjectId");
-        EXPECT_EQ(names.fileUrnIdName, "SourceObjectId");
-    }
-    for (const char* type : {"Quorvex.DataSourceType.TrelisDocs", "Quorvex.DataSourceType.TrelisTeam"}) {
-        const UrnIdNames& names = gUrnIdNamesMap.at(type);
-        EXPECT_EQ(names.projectIdName, "KeldaProjectId");
-        EXPECT_EQ(names.parentFolderUrnIdName, "KeldaParentId");
-        EXPECT_EQ(names.folderUrnIdName, "");
-        EXPECT_EQ(names.fileUrnIdName, "KeldaItemId");
-    }
 }
 
 // Each request once: whom it asks, and whether what it reports is in the cache afterwards.

@@ -3,6 +3,8 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@ namespace
 
 using namespace TessaportAPI;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class DiagnosticLog : public ::testing::Test
 {
@@ -26,68 +29,68 @@ protected:
 
 TEST_F(DiagnosticLog, BeginsEveryLineAlike)
 {
-    logMessage(std::string("narrow"), false);
-    logMessage(std::wstring(L"wide"), false);
+    logMessage({"narrow"});
+    logMessage({L"wide"});
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] narrow", L"[TP] wide"));
 }
 
 TEST_F(DiagnosticLog, MarksErrors)
 {
-    logErrorText(std::string("narrow"), false);
-    logErrorText(std::wstring(L"wide"), false);
+    logErrorText({"narrow"});
+    logErrorText({L"wide"});
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: narrow", L"[TP] ERROR: wide"));
 }
 
 TEST_F(DiagnosticLog, PutsTheExceptionBehindTheText)
 {
-    logError(L"Failed to get app version", std::runtime_error("gone"), false);
+    logError({L"Failed to get app version"}, std::runtime_error("gone"));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to get app version - gone"));
 }
 
 TEST_F(DiagnosticLog, TakesEmptyTexts)
 {
-    logMessage(std::wstring(), false);
-    logError(L"", std::runtime_error(""), false);
+    logMessage({L""});
+    logError({L""}, std::runtime_error(""));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ", L"[TP] ERROR:  - "));
 }
 
 TEST_F(DiagnosticLog, WidensTheExceptionByteByByte)
 {
-    logError(L"x", std::runtime_error("\xC3\xA9\xFF\x80"), false);
+    logError({L"x"}, std::runtime_error("\xC3\xA9\xFF\x80"));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: x - \xC3\xA9\xFF\x80"));
 }
 
 TEST_F(DiagnosticLog, WidensTheUtf8OfTheLibrarysOwnExceptions)
 {
-    logError(L"x", ApiException(L"\xE9", 1), false);
+    logError({L"x"}, ApiException(L"\xE9", 1));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: x - \xC3\xA9"));
 }
 
 TEST_F(DiagnosticLog, ReadsNarrowTextsAsUtf8)
 {
-    logMessage(std::string("\xC3\xA9"), false);
+    logMessage({"\xC3\xA9"});
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] \xE9"));
 }
 
 TEST_F(DiagnosticLog, KeepsALineOfAThousandCharactersWhole)
 {
-    logMessage(std::wstring(995, L'w'), false);
-    logMessage(std::string(995, 'n'), false);
+    logMessage({std::wstring(995, L'w')});
+    logMessage({std::string_view(std::string(995, 'n'))});
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] " + std::wstring(995, L'w'), L"[TP] " + std::wstring(995, L'n')));
 }
 
 TEST_F(DiagnosticLog, CutsALongerLineAndSaysSo)
 {
-    logMessage(std::wstring(996, L'w'), false);
-    logMessage(std::string(100'000, 'n'), false);
+    logMessage({std::wstring(996, L'w')});
+    logMessage({std::string_view(std::string(100'000, 'n'))});
 
     EXPECT_THAT(log.take(),
         ElementsAre(L"[TP] " + std::wstring(995, L'w') + L"...", L"[TP] " + std::wstring(995, L'n') + L"..."));
@@ -95,9 +98,9 @@ TEST_F(DiagnosticLog, CutsALongerLineAndSaysSo)
 
 TEST_F(DiagnosticLog, CountsTheWordErrorWhenItCuts)
 {
-    logErrorText(std::wstring(988, L'w'), false);
-    logErrorText(std::wstring(989, L'w'), false);
-    logErrorText(std::string(989, 'n'), false);
+    logErrorText({std::wstring(988, L'w')});
+    logErrorText({std::wstring(989, L'w')});
+    logErrorText({std::string_view(std::string(989, 'n'))});
 
     EXPECT_THAT(log.take(),
         ElementsAre(L"[TP] ERROR: " + std::wstring(988, L'w'), L"[TP] ERROR: " + std::wstring(988, L'w') + L"...",
@@ -106,7 +109,7 @@ TEST_F(DiagnosticLog, CountsTheWordErrorWhenItCuts)
 
 TEST_F(DiagnosticLog, CountsTheExceptionWhenItCuts)
 {
-    logError(L"x", std::runtime_error(std::string(2'000, 'e')), false);
+    logError({L"x"}, std::runtime_error(std::string(2'000, 'e')));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: x - " + std::wstring(984, L'e') + L"..."));
 }
@@ -115,28 +118,72 @@ TEST_F(DiagnosticLog, DropsLinesWithoutASink)
 {
     Common::QVLog::setSink(nullptr);
 
-    EXPECT_NO_THROW(logMessage(std::wstring(L"nobody reads this"), false));
+    EXPECT_NO_THROW(logMessage({L"nobody reads this"}));
 }
 
 TEST_F(DiagnosticLog, DropsWhatASinkThrows)
 {
     Common::QVLog::setSink([](const Common::QVString&, bool) { throw std::runtime_error("disk full"); });
 
-    EXPECT_NO_THROW(logMessage(std::wstring(L"text"), false));
+    EXPECT_NO_THROW(logMessage({L"text"}));
 }
 
-TEST(DiagnosticLogFlag, GoesToTheSinkAsItIs)
+TEST_F(DiagnosticLog, JoinsThePartsOfALine)
+{
+    logMessage({L"one ", std::wstring(L"two"), L" three"});
+    logErrorText({"narrow ", Common::QVString(L"\xE9"), std::string_view(" end")});
+    logError({L"Failed to find item ", L"D:\\x"}, std::runtime_error("gone"));
+
+    EXPECT_THAT(log.take(), ElementsAre(L"[TP] one two three", L"[TP] ERROR: narrow \xE9 end",
+                                L"[TP] ERROR: Failed to find item D:\\x - gone"));
+}
+
+TEST(DiagnosticLogFlag, IsAlwaysFalse)
 {
     std::vector<bool> flags;
     Common::QVLog::setSink([&](const Common::QVString&, bool flag) { flags.push_back(flag); });
 
-    logMessage(std::string("a"), true);
-    logMessage(std::wstring(L"a"), false);
-    logErrorText(std::string("a"), true);
-    logError(L"a", std::runtime_error("b"), true);
+    logMessage({"a"});
+    logErrorText({L"a"});
+    logError({L"a"}, std::runtime_error("b"));
     Common::QVLog::setSink(nullptr);
 
-    EXPECT_THAT(flags, ElementsAre(true, false, true, true));
+    EXPECT_THAT(flags, ElementsAre(false, false, false));
+}
+
+class Logged : public DiagnosticLog
+{
+};
+
+TEST_F(Logged, ReturnsWhatTheOperationReturns)
+{
+    EXPECT_EQ(logged(L"Failed", [] { return std::wstring(L"answer"); }), L"answer");
+    EXPECT_FALSE(logged(L"Failed", [] { return false; }));
+    EXPECT_TRUE(logged(L"Failed", [] {}));
+
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(Logged, ReportsAnExceptionByOneLineAndTheResultOfAFailure)
+{
+    const auto failing = [](auto result) {
+        return [result]() -> decltype(result) { throw std::runtime_error("gone"); };
+    };
+
+    EXPECT_FALSE(logged(L"Failed to sync ", L"D:\\x", failing(true)));
+    EXPECT_EQ(logged(L"Failed to ask", failing(Common::QVCode::Success)), Common::QVCode::Failure);
+    EXPECT_EQ(logged(L"Failed to read", failing(std::wstring(L"answer"))), L"");
+    EXPECT_FALSE(logged(L"Failed to close", [] { throw std::runtime_error("gone"); }));
+
+    EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to sync D:\\x - gone", L"[TP] ERROR: Failed to ask - gone",
+                                L"[TP] ERROR: Failed to read - gone", L"[TP] ERROR: Failed to close - gone"));
+}
+
+TEST_F(Logged, LetsOtherExceptionsThrough)
+{
+    EXPECT_THROW(logged(L"Failed", [] { throw 1; }), int);
+
+    EXPECT_THAT(log.take(), IsEmpty());
 }
 
 } // namespace

@@ -368,12 +368,15 @@ TEST_F(Offline, GoesOnAfterAnExceptionOfADrive)
         ElementsAre(L"[TP] ERROR: Failed to get pid from item" + saysOff, L"[TP] Drive is offline: Drive 2"));
 }
 
-// The first drive's answer must not count for the second one.
-TEST_F(Offline, ForgetsTheResultOfTheDriveBefore)
+TEST_F(Offline, IsFalseWhenTheLastDriveFailsWithAnException)
 {
     service.answerInTurn("GetPermanentIds", {answered(1), Json{{"throw", notRunning}}});
 
     EXPECT_FALSE(Api::isOffline(hwnd));
+
+    EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to get pid from item" + saysOff));
+    EXPECT_THAT(takeMembersAskedForWindow(), ElementsAre("TessaportService", "GetDrives", "TessaportService",
+                                                 "GetPermanentIds", "TessaportService", "GetPermanentIds"));
 }
 
 TEST_F(Offline, IsFalseWithoutADrive)

@@ -350,6 +350,22 @@ TEST_F(FolderUrn, OfAnItemFallsBackToTheParentByTheKeyWithoutTheFlag)
     EXPECT_THAT(askedProperties(), ElementsAre(asked(1, {"SourceObjectId"})));
 }
 
+TEST_F(FolderUrn, OfAPathWithASlashAtItsEndFallsBackToTheParent)
+{
+    useDrive(DriveType);
+    const Json ofParent = propertyValues(Json::array({propertyValue(L"SourceObjectId", "urn:of parent")}));
+    const Json withoutValues = propertyValues(Json::array());
+    service.answerInTurn("GetProperties", {Json{{"value", withoutValues}}, Json{{"value", ofParent}},
+                                              Json{{"value", withoutValues}}, Json{{"value", ofParent}}});
+    folder.workspacePath = L"D:\\Drive\\F\\";
+
+    EXPECT_EQ(Api::getFolderUrn(hwnd, L"D:\\Drive\\F\\", false), Urn("", "urn:of parent"));
+    EXPECT_EQ(Api::getFolderUrn(hwnd, folder, false), Urn("", "urn:of parent"));
+
+    EXPECT_THAT(askedProperties(), ElementsAre(asked(2, {"SourceObjectId"}), asked(1, {"SourceObjectId"}),
+                                       asked(2, {"SourceObjectId"}), asked(1, {"SourceObjectId"})));
+}
+
 TEST_F(FolderUrn, WithTheFlagFallsBackWithoutIt)
 {
     useDrive(DocsType);
@@ -498,17 +514,36 @@ TEST_F(DriveOfPath, WithoutARootPathFitsEveryPath)
     EXPECT_EQ(typeFor(L"D:\\Drive\\x"), TeamType);
 }
 
-TEST_F(Urns, OfOddPathsAreNone)
+TEST_F(Urns, OfPathsThatNameNothingAreEmptyAndTheServiceIsAsked)
 {
     useDrive(DriveType);
-    const std::wstring odd[] = {L"D:\\Drive\\\xD800", L"D:\\Drive\\" + std::wstring(100'000, L'x'),
-        std::wstring(L"D:\\Drive\\F\0hidden", 18), L"relative", L"/"};
+    const std::wstring paths[] = {
+        L"D:\\Drive\\\xD800", L"D:\\Drive\\" + std::wstring(100'000, L'x'), L"relative", L"/"};
 
-    for (const std::wstring& path : odd) {
-        EXPECT_NO_THROW((void)Api::getFolderUrn(hwnd, path, false));
-        EXPECT_NO_THROW((void)Api::getFolderUrn(hwnd, path, true));
-        EXPECT_NO_THROW((void)Api::getFileUrn(hwnd, path));
+    for (const std::wstring& path : paths) {
+        EXPECT_EQ(Api::getFolderUrn(hwnd, path, false), none);
+        EXPECT_EQ(Api::getFolderUrn(hwnd, path, true), none);
+        EXPECT_EQ(Api::getFileUrn(hwnd, path), none);
+
+        const std::string opened = "TessaportService";
+        const std::string askedFor = "GetItemsByWorkspacePaths";
+        EXPECT_THAT(takeMembersAskedForWindow(),
+            ElementsAre(opened, opened, askedFor, opened, opened, askedFor, opened, opened, askedFor));
     }
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(Urns, OfAPathWithAZeroCharacterAreThoseOfThePartBeforeIt)
+{
+    useDrive(DriveType);
+    answerProperties(Json::array({propertyValue(L"SourceObjectId", "urn:folder")}));
+    const std::wstring path(L"D:\\Drive\\F\0hidden", 18);
+
+    EXPECT_EQ(Api::getFolderUrn(hwnd, path, false), Urn("", "urn:folder"));
+    EXPECT_EQ(Api::getFileUrn(hwnd, path), Urn("", "urn:folder"));
+
+    const Json ofFolder = asked(2, {"SourceObjectId"});
+    EXPECT_THAT(askedProperties(), ElementsAre(ofFolder, ofFolder));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 // Where new files may be put, found out with a probe file.
 #include <algorithm>
-#include <exception>
 #include <string>
 
 #include <velmora/api/TextAccess.h>
@@ -13,6 +12,9 @@
 
 namespace Quorvex::Velmora::TessaportAPI
 {
+
+using Common::TextAccess;
+
 namespace
 {
 
@@ -27,7 +29,7 @@ QVString withBackSlashes(const QVString& path)
 {
     std::wstring text = path.w_str();
     std::replace(text.begin(), text.end(), L'/', L'\\');
-    return Common::TextAccess::make(text);
+    return TextAccess::make(text);
 }
 
 // The first folder in the root of the drive that the server knows and that accepts the probe file.
@@ -48,41 +50,37 @@ bool findAcceptingFolder(
 QVCode QvNativeTessaportAPI::getRootFolderLocalPath(
     HWND hwnd, const QVString& driveType, QVString& outLocalPath, Item& outItem)
 {
-    if (!(driveType == QuorvexDriveTypeName)) {
-        logErrorText(L"Drive type not found", false);
+    if (TextAccess::view(driveType) != QuorvexDriveTypeName) {
+        logErrorText({L"Drive type not found"});
         return QVCode::Failure;
     }
     QVString probePath;
     const ProbeFileRemover remover(probePath);
-    try {
+    return logged(L"Failed to get root path of connected drive", [&] {
         createProbeFile(probePath);
         const QVBuffer<QVString> probe = listOf(probePath);
         QvNativeTessaportAPI connection(hwnd);
         for (const Drive& drive : connection.getDrives()) {
-            if (drive.driveType == QuorvexDriveTypeName && findAcceptingFolder(connection, drive, probe, outItem)) {
+            if (TextAccess::view(drive.driveType) == QuorvexDriveTypeName &&
+                findAcceptingFolder(connection, drive, probe, outItem)) {
                 outLocalPath = withBackSlashes(outItem.workspacePath);
                 return QVCode::Success;
             }
         }
-    } catch (const std::exception& e) {
-        logError(L"Failed to get root path of connected drive", e, false);
-    }
-    return QVCode::Failure;
+        return QVCode::Failure;
+    });
 }
 
 bool QvNativeTessaportAPI::canAddFile(HWND hwnd, const QVString& folderPath)
 {
     QVString probePath;
     const ProbeFileRemover remover(probePath);
-    try {
+    return logged(L"Failed to copy file to ", TextAccess::view(folderPath), [&] {
         createProbeFile(probePath);
         QvNativeTessaportAPI connection(hwnd);
         Item folder;
         return getItemByWorkspacePath(hwnd, folderPath, folder) && connection.canAddFiles(folder, listOf(probePath));
-    } catch (const std::exception& e) {
-        logError(L"Failed to copy file to " + std::wstring(folderPath.w_str()), e, false);
-        return false;
-    }
+    });
 }
 
 std::wstring QvNativeTessaportAPI::toTrueFullPath(const std::wstring& path)

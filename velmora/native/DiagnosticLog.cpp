@@ -1,6 +1,7 @@
 #include "velmora/native/DiagnosticLog.h"
 
 #include <cstddef>
+#include <string>
 
 #include <velmora/api/QVString.h>
 #include <velmora/platform/QVLog.h>
@@ -10,50 +11,59 @@ namespace Quorvex::Velmora::TessaportAPI
 namespace
 {
 
-const std::string TP_PREFIX = "[TP] ";
-const std::wstring LTP_PREFIX = L"[TP] ";
-const std::string ERROR_STR = "ERROR: ";
-const std::wstring LERROR_STR = L"ERROR: ";
+constexpr std::wstring_view Prefix = L"[TP] ";
+constexpr std::wstring_view ErrorPrefix = L"[TP] ERROR: ";
+constexpr std::string_view NarrowPrefix = "[TP] ";
+constexpr std::string_view NarrowErrorPrefix = "[TP] ERROR: ";
 
 constexpr std::size_t MaximumLength = 1000;
 
-std::string truncate(const std::string& text, std::size_t length)
+void append(std::wstring& line, std::wstring_view part) { line.append(part); }
+
+void append(std::string& line, const NarrowPart& part) { line.append(part.view()); }
+
+// One character for each byte, whatever its encoding.
+void append(std::wstring& line, const char* bytes)
 {
-    return text.size() <= length ? text : text.substr(0, length) + "...";
+    for (const char byte : std::string_view(bytes))
+        line.push_back(static_cast<wchar_t>(static_cast<unsigned char>(byte)));
 }
 
-std::wstring truncate(const std::wstring& text, std::size_t length)
+template <class Char>
+void write(std::basic_string<Char>& line)
 {
-    return text.size() <= length ? text : text.substr(0, length) + L"...";
+    if (line.size() > MaximumLength)
+        line.replace(MaximumLength, line.size(), 3, Char{'.'});
+    // This library gives the flag no meaning.
+    Common::QVLog::getLogFile()->addMessage(Common::QVString(line.c_str()), false);
 }
 
-template <class String>
-void write(const String& line, bool flag)
+template <class Char, class Parts, class... Rest>
+void tryToWrite(std::basic_string_view<Char> prefix, Parts text, Rest... rest) noexcept
 {
-    Common::QVLog::getLogFile()->addMessage(Common::QVString(truncate(line, MaximumLength).c_str()), flag);
-}
-
-std::wstring widenedByByte(const char* text)
-{
-    std::wstring wide;
-    for (; *text != '\0'; ++text)
-        wide.push_back(static_cast<wchar_t>(static_cast<unsigned char>(*text)));
-    return wide;
+    try {
+        std::basic_string<Char> line(prefix);
+        for (const auto& part : text)
+            append(line, part);
+        (append(line, rest), ...);
+        write(line);
+    } catch (...) {
+    }
 }
 
 } // namespace
 
-void logMessage(const std::string& text, bool flag) { write(TP_PREFIX + text, flag); }
+void logMessage(WideParts text) noexcept { tryToWrite(Prefix, text); }
 
-void logMessage(const std::wstring& text, bool flag) { write(LTP_PREFIX + text, flag); }
+void logMessage(NarrowParts text) noexcept { tryToWrite(NarrowPrefix, text); }
 
-void logErrorText(const std::string& text, bool flag) { logMessage(ERROR_STR + text, flag); }
+void logErrorText(WideParts text) noexcept { tryToWrite(ErrorPrefix, text); }
 
-void logErrorText(const std::wstring& text, bool flag) { logMessage(LERROR_STR + text, flag); }
+void logErrorText(NarrowParts text) noexcept { tryToWrite(NarrowErrorPrefix, text); }
 
-void logError(const std::wstring& text, const std::exception& exception, bool flag)
+void logError(WideParts text, const std::exception& exception) noexcept
 {
-    logMessage(LERROR_STR + text + L" - " + widenedByByte(exception.what()), flag);
+    tryToWrite(ErrorPrefix, text, " - ", exception.what());
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -1,14 +1,14 @@
 // The names of the kinds of drives. Internal.
 #pragma once
 
-#include <velmora/api/QVString.h>
+#include <string_view>
 
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-inline const Common::QVString QuorvexDriveTypeName = L"Quorvex.DataSourceType.Drive";
-inline const Common::QVString Trelis360DriveTypeName = L"Quorvex.DataSourceType.TrelisDocs";
-inline const Common::QVString Trelis360TeamDriveTypeName = L"Quorvex.DataSourceType.TrelisTeam";
-inline const Common::QVString MorrowDriveTypeName = L"Quorvex.DataSourceType.Morrow";
+inline constexpr std::wstring_view QuorvexDriveTypeName = L"Quorvex.DataSourceType.Drive";
+inline constexpr std::wstring_view Trelis360DriveTypeName = L"Quorvex.DataSourceType.TrelisDocs";
+inline constexpr std::wstring_view Trelis360TeamDriveTypeName = L"Quorvex.DataSourceType.TrelisTeam";
+inline constexpr std::wstring_view MorrowDriveTypeName = L"Quorvex.DataSourceType.Morrow";
 
 } // namespace Quorvex::Velmora::TessaportAPI

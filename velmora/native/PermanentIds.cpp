@@ -1,8 +1,8 @@
 // Between permanent ids, items, paths and drives.
-#include <exception>
-#include <string>
+#include <string_view>
 #include <utility>
 
+#include <velmora/api/TextAccess.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 
@@ -13,9 +13,9 @@ namespace
 
 // Hands the item of a permanent id to `use`; false when there is none.
 template <class Use>
-bool withItemOf(HWND hwnd, const QVString& permanentId, const wchar_t* failure, Use use)
+bool withItemOf(HWND hwnd, const QVString& permanentId, std::wstring_view failure, Use use)
 {
-    try {
+    return logged(failure, [&] {
         QVBuffer<QVString> permanentIds;
         permanentIds.Append(permanentId);
         auto results = QvNativeTessaportAPI(hwnd).getItemsByPermanentIds(permanentIds);
@@ -23,10 +23,7 @@ bool withItemOf(HWND hwnd, const QVString& permanentId, const wchar_t* failure, 
             return false;
         use(results[0]->item);
         return true;
-    } catch (const std::exception& e) {
-        logError(failure, e, false);
-        return false;
-    }
+    });
 }
 
 QVBuffer<ItemIdToPermanentIdResult> permanentIdsOf(QvNativeTessaportAPI& connection, const ItemId& id)
@@ -67,30 +64,24 @@ bool QvNativeTessaportAPI::getDriveUUIDByPermanentId(HWND hwnd, QVString permane
 bool QvNativeTessaportAPI::getPermanentIdByItem(
     HWND hwnd, const Item& item, QVString& outPermanentId, Result& outResult)
 {
-    try {
+    return logged(L"Failed to get pid from item", [&] {
         QvNativeTessaportAPI connection(hwnd);
         const auto results = permanentIdsOf(connection, item.id);
         if (results.GetSize() != 0)
             outResult = results[0]->result;
         return takePermanentId(results, outPermanentId);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get pid from item", e, false);
-        return false;
-    }
+    });
 }
 
 bool QvNativeTessaportAPI::getPermanentIdByFullWorkspacePath(HWND hwnd, const QVString& path, QVString& outPermanentId)
 {
-    try {
+    return logged(L"Failed to get pid from path ", Common::TextAccess::view(path), [&] {
         QvNativeTessaportAPI connection(hwnd);
         Item item;
         if (!getItemByWorkspacePath(hwnd, path, item))
             return false;
         return takePermanentId(permanentIdsOf(connection, item.id), outPermanentId);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get pid from path " + std::wstring(path.w_str()), e, false);
-        return false;
-    }
+    });
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

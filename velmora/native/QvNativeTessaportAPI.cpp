@@ -23,12 +23,11 @@ void keepOpen(std::shared_ptr<Bridge> bridge)
 
 } // namespace
 
-QvNativeTessaportAPI::QvNativeTessaportAPI() : bridge(std::make_shared<Bridge>()) { init(); }
+QvNativeTessaportAPI::QvNativeTessaportAPI() : bridge(std::make_shared<Bridge>()) {}
 
 QvNativeTessaportAPI::QvNativeTessaportAPI(HWND hwnd)
     : bridge(hwnd != nullptr ? std::make_shared<Bridge>(hwnd) : std::make_shared<Bridge>())
 {
-    init();
 }
 
 QvNativeTessaportAPI::QvNativeTessaportAPI(const QvNativeTessaportAPI&) : QvNativeTessaportAPI() {}

@@ -223,8 +223,6 @@ public:
     static bool canAddFile(HWND hwnd, const QVString& folderPath);
 
 private:
-    static void init();
-
     static void addCachedItem(const Item& item);
     static void addCachedItems(const QVBuffer<Item>& items);
     static void addCachedItems(const QVBuffer<Drive>& drives);

@@ -1,5 +1,4 @@
-// Static operations of one request each.
-#include <exception>
+// One-shot operations of one request each.
 #include <string>
 #include <utility>
 
@@ -11,24 +10,12 @@ namespace Quorvex::Velmora::TessaportAPI
 
 bool QvNativeTessaportAPI::discover(HWND hwnd)
 {
-    try {
-        QvNativeTessaportAPI(hwnd).discover();
-        return true;
-    } catch (const std::exception& e) {
-        logError(L"Failed to discover connected drives", e, false);
-        return false;
-    }
+    return logged(L"Failed to discover connected drives", [&] { QvNativeTessaportAPI(hwnd).discover(); });
 }
 
 bool QvNativeTessaportAPI::getVersion(HWND hwnd, QVString& outVersion)
 {
-    try {
-        outVersion = QvNativeTessaportAPI(hwnd).getVersion();
-        return true;
-    } catch (const std::exception& e) {
-        logError(L"Failed to get app version", e, false);
-        return false;
-    }
+    return logged(L"Failed to get app version", [&] { outVersion = QvNativeTessaportAPI(hwnd).getVersion(); });
 }
 
 void QvNativeTessaportAPI::getRootFolderItemWithExceptions(HWND hwnd, Item& outItem)
@@ -41,61 +28,44 @@ void QvNativeTessaportAPI::getRootFolderItemWithExceptions(HWND hwnd, Item& outI
 
 QVCode QvNativeTessaportAPI::getRootFolderItem(HWND hwnd, Item& outItem)
 {
-    try {
+    return logged(L"Failed to get root folder item", [&] {
         getRootFolderItemWithExceptions(hwnd, outItem);
         return QVCode::Success;
-    } catch (const std::exception& e) {
-        logError(L"Failed to get root folder item", e, false);
-        return QVCode::Failure;
-    }
+    });
 }
 
 bool QvNativeTessaportAPI::canAccessDriveData(HWND hwnd)
 {
-    try {
+    return logged(L"Failed to access drive data", [&] {
         Item root;
         if (getRootFolderItem(hwnd, root) != QVCode::Success)
             return false;
         (void)QvNativeTessaportAPI(hwnd).getFolderContents(root);
         return true;
-    } catch (const std::exception& e) {
-        logError(L"Failed to access drive data", e, false);
-        return false;
-    }
+    });
 }
 
 bool QvNativeTessaportAPI::getFolderContents(HWND hwnd, const Item& folder, QVBuffer<Item>& outItems)
 {
-    try {
-        outItems = QvNativeTessaportAPI(hwnd).getFolderContents(folder);
-        return true;
-    } catch (const std::exception& e) {
-        logError(L"Failed to get workspace folder content", e, false);
-        return false;
-    }
+    return logged(L"Failed to get workspace folder content",
+        [&] { outItems = QvNativeTessaportAPI(hwnd).getFolderContents(folder); });
 }
 
 bool QvNativeTessaportAPI::syncItem(HWND hwnd, const Item& item)
 {
-    try {
+    return logged(L"Failed to sync the item", [&] {
         QVBuffer<Item> items;
         items.Append(item);
         return QvNativeTessaportAPI(hwnd).syncFiles(items).isSuccess;
-    } catch (const std::exception& e) {
-        logError(L"Failed to sync the item", e, false);
-        return false;
-    }
+    });
 }
 
 QVCode QvNativeTessaportAPI::isFileInWorkspace(HWND hwnd, const QVString& path, bool& outInWorkspace)
 {
-    try {
+    return logged(L"Failed to check file existence in workspace", [&] {
         outInWorkspace = QvNativeTessaportAPI(hwnd).isFileInWorkspace(path);
         return QVCode::Success;
-    } catch (const std::exception& e) {
-        logError(L"Failed to check file existence in workspace", e, false);
-        return QVCode::Failure;
-    }
+    });
 }
 
 bool QvNativeTessaportAPI::checkExistence(HWND hwnd, const QVString& path, Item& outItem)
@@ -110,7 +80,7 @@ bool QvNativeTessaportAPI::isOffline(HWND hwnd)
         QVString permanentId;
         Result result{};
         if (!getPermanentIdByItem(hwnd, drive.root, permanentId, result) && result == Result::Offline) {
-            logMessage(L"Drive is offline: " + std::wstring(drive.name.w_str()), false);
+            logMessage({L"Drive is offline: ", drive.name.w_str()});
             return true;
         }
     }

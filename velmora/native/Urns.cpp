@@ -1,6 +1,6 @@
 // The cloud identifiers of files and folders.
-#include <exception>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #include <velmora/api/TextAccess.h>
@@ -12,202 +12,188 @@
 
 namespace Quorvex::Velmora::TessaportAPI
 {
+
+using Common::TextAccess;
+using Common::toLower;
+
 namespace
 {
 
-/// Project id and URN; both empty when there is no answer.
+/// Project id and URN; both are empty when there is no answer.
 using Urn = std::tuple<std::string, std::string>;
 
-using Common::toLower;
+/// Which of its names an item is asked for by.
+using UrnKey = std::wstring_view UrnIdNames::*;
+constexpr UrnKey FileKey = &UrnIdNames::fileUrnIdName;
 
-bool hasUrn(const Urn& urn) { return !std::get<1>(urn).empty(); }
+constexpr UrnKey folderKey(bool useParentFolderKey) noexcept
+{
+    return useParentFolderKey ? &UrnIdNames::parentFolderUrnIdName : &UrnIdNames::folderUrnIdName;
+}
 
-QVString textOf(const std::wstring& text) { return Common::TextAccess::make(text); }
+/// What one of the four operations writes to the log on its way. A line without a text is not written.
+struct UrnLines {
+    std::wstring_view failure = {};
+    std::wstring_view itemFound = {};
+    std::wstring_view noDriveType = {};
+    std::string_view driveTypeFound = {};
+    std::string_view driveTypeFoundAt = {};
+    std::wstring_view noUrn = {};
+    std::wstring_view parentFound = {};
+    // Whether the drive's type is looked for in the table although it is not known.
+    bool goesOnWithoutDriveType = false;
+};
+
+constexpr UrnLines FolderByPath{L"Failed to get folder urn from path ", {}, L"Failed to get drive type from path "};
+constexpr UrnLines FolderByItem{L"Failed to get folder urn", {}, {}, "Get urn: found drive type ", " from path ",
+    L"Get urn: urn is empty", L"Get urn: find item from workspace path "};
+constexpr UrnLines FileByPath{L"Failed to get file urn on path ", L"Get urn: got item from path ", {},
+    "Get urn: got drive type ", " from path ", {}, {}, true};
+constexpr UrnLines FileByItem{
+    L"Failed to get file urn on item", {}, {}, "Get urn: got drive type ", " from item path "};
+
+void logUnlessEmpty(std::wstring_view line, std::wstring_view path = {})
+{
+    if (!line.empty())
+        logMessage({line, path});
+}
 
 // The type of the first drive whose root the path begins with, whatever the case and whatever follows the root.
-std::string driveTypeFromPath(QvNativeTessaportAPI& connection, const std::wstring& path)
+QVString driveTypeFromPath(QvNativeTessaportAPI& connection, const std::wstring& path)
 {
     const QVBuffer<Drive> drives = connection.getDrives();
     if (drives.GetSize() == 0) {
-        logErrorText(L"Failed to get mounted drives for path " + path, false);
+        logErrorText({L"Failed to get mounted drives for path ", path});
         return {};
     }
     const std::wstring lowered = toLower(path);
     for (const Drive& drive : drives) {
         if (lowered.rfind(toLower(drive.root.workspacePath.w_str()), 0) == 0)
-            return drive.driveType.c_str();
+            return drive.driveType;
     }
-    logErrorText(L"Failed to get drive type from path " + path, false);
+    logErrorText({L"Failed to get drive type from path ", path});
     return {};
 }
 
-// The names for a drive type; null, and a line that tells where it was looked for, when there are none.
-const UrnIdNames* namesFor(const std::string& driveType, const char* place)
-{
-    const auto found = gUrnIdNamesMap.find(driveType);
-    if (found != gUrnIdNamesMap.end())
-        return &found->second;
-    logErrorText("Failed to find drive type " + driveType + " (" + place + ")", false);
-    return nullptr;
-}
-
+/// @param names  are those of the drive's type, and `urnIdName` is one of them.
 Urn urnFromProperties(
-    QvNativeTessaportAPI& connection, const std::string& driveType, const ItemId& itemId, const std::string& urnIdName)
+    QvNativeTessaportAPI& connection, const UrnIdNames& names, const ItemId& itemId, std::wstring_view urnIdName)
 {
     if (urnIdName.empty()) {
-        logErrorText(L"Empty urn id (1)", false);
+        logErrorText({L"Empty urn id (1)"});
         return {};
     }
-    const UrnIdNames* const names = namesFor(driveType, "1");
-    if (names == nullptr)
-        return {};
     QVBuffer<ItemId> ids;
     ids.Append(itemId);
     QVBuffer<QVString> properties;
-    properties.Append(urnIdName.c_str());
-    if (!names->projectIdName.empty())
-        properties.Append(names->projectIdName.c_str());
+    properties.Append(TextAccess::make(urnIdName));
+    if (!names.projectIdName.empty())
+        properties.Append(TextAccess::make(names.projectIdName));
 
     std::string projectId;
     std::string urn;
     for (const StringPropertyValue& value : connection.getStringPropertyValues(ids, properties)) {
-        const std::string property = value.propertyDefinitionId.c_str();
+        const std::wstring_view property = TextAccess::view(value.propertyDefinitionId);
         if (property == urnIdName)
             urn = value.value.c_str();
-        else if (property == names->projectIdName)
+        else if (property == names.projectIdName)
             projectId = value.value.c_str();
     }
     if (projectId.empty())
-        logErrorText(L"project id is empty", false);
+        logErrorText({L"project id is empty"});
     return {projectId, urn};
 }
 
-Urn folderUrn(
-    QvNativeTessaportAPI& connection, const std::string& driveType, const ItemId& itemId, bool useParentFolderKey)
+Urn urnOfKey(QvNativeTessaportAPI& connection, const QVString& driveType, const Item& item, UrnKey key)
 {
-    const UrnIdNames* const names = namesFor(driveType, "2");
-    if (names == nullptr)
-        return {};
-    return urnFromProperties(
-        connection, driveType, itemId, useParentFolderKey ? names->parentFolderUrnIdName : names->folderUrnIdName);
-}
-
-Urn fileUrn(QvNativeTessaportAPI& connection, const std::string& driveType, const ItemId& itemId)
-{
-    const UrnIdNames* const names = namesFor(driveType, "3");
-    if (names == nullptr)
-        return {};
-    if (names->fileUrnIdName.empty()) {
-        logErrorText(L"Empty urn id (2)", false);
+    const UrnIdNames* const names = findUrnIdNames(TextAccess::view(driveType));
+    if (names == nullptr) {
+        logErrorText({"Failed to find drive type ", driveType, key == FileKey ? " (3)" : " (2)"});
         return {};
     }
-    return urnFromProperties(connection, driveType, itemId, names->fileUrnIdName);
+    return urnFromProperties(connection, *names, item.id, names->*key);
 }
 
-// A type without a row has no names, and the request for a property without a name says so.
-std::string folderUrnIdNameOf(const std::string& driveType)
+Urn urnOfParent(QvNativeTessaportAPI& connection, HWND hwnd, const QVString& driveType, const std::wstring& path,
+    const UrnLines& lines)
 {
-    const auto found = gUrnIdNamesMap.find(driveType);
-    return found == gUrnIdNamesMap.end() ? std::string() : found->second.folderUrnIdName;
+    const std::wstring parentPath = Common::QrxQvFileSystemUtility::parentPath(path);
+    Item parent;
+    if (!QvNativeTessaportAPI::getItemByWorkspacePath(hwnd, TextAccess::make(parentPath), parent))
+        return {};
+    logUnlessEmpty(lines.parentFound, parentPath);
+    // A type without a row has no names, and the request for a property without a name says so.
+    constexpr UrnIdNames NoNames{};
+    const UrnIdNames* const names = findUrnIdNames(TextAccess::view(driveType));
+    const UrnIdNames& known = names != nullptr ? *names : NoNames;
+    return urnFromProperties(connection, known, parent.id, known.folderUrnIdName);
 }
 
-Urn parentUrn(QvNativeTessaportAPI& connection, const std::string& driveType, const Item& parent)
+Urn urnAt(QvNativeTessaportAPI& connection, HWND hwnd, const std::wstring& path, const Item& item, UrnKey key,
+    const UrnLines& lines)
 {
-    return urnFromProperties(connection, driveType, parent.id, folderUrnIdNameOf(driveType));
+    const QVString driveType = driveTypeFromPath(connection, path);
+    if (driveType.Empty() && !lines.goesOnWithoutDriveType) {
+        if (!lines.noDriveType.empty())
+            logErrorText({lines.noDriveType, path});
+        return {};
+    }
+    if (!lines.driveTypeFound.empty())
+        logMessage({lines.driveTypeFound, driveType, lines.driveTypeFoundAt, item.workspacePath});
+    const Urn urn = urnOfKey(connection, driveType, item, key);
+    const bool isFound = !std::get<1>(urn).empty();
+    if (isFound || key == FileKey)
+        return urn;
+    logUnlessEmpty(lines.noUrn);
+    return urnOfParent(connection, hwnd, driveType, path, lines);
 }
 
-bool hasPlace(const Item& item) { return !item.driveId.isNil() && !item.workspacePath.Empty(); }
+Urn urnByPath(HWND hwnd, const std::wstring& path, UrnKey key, const UrnLines& lines)
+{
+    return logged(lines.failure, path, [&]() -> Urn {
+        if (path.empty())
+            return {};
+        QvNativeTessaportAPI connection(hwnd);
+        Item item;
+        if (!QvNativeTessaportAPI::getItemByWorkspacePath(hwnd, TextAccess::make(path), item))
+            return {};
+        logUnlessEmpty(lines.itemFound, path);
+        return urnAt(connection, hwnd, path, item, key, lines);
+    });
+}
+
+Urn urnByItem(HWND hwnd, const Item& item, UrnKey key, const UrnLines& lines)
+{
+    return logged(lines.failure, [&]() -> Urn {
+        if (item.driveId.isNil() || item.workspacePath.Empty())
+            return {};
+        QvNativeTessaportAPI connection(hwnd);
+        return urnAt(connection, hwnd, item.workspacePath.w_str(), item, key, lines);
+    });
+}
 
 } // namespace
 
 std::tuple<std::string, std::string> QvNativeTessaportAPI::getFolderUrn(
     HWND hwnd, const std::wstring& workspacePath, bool useParentFolderKey)
 {
-    try {
-        if (workspacePath.empty())
-            return {};
-        QvNativeTessaportAPI connection(hwnd);
-        Item item;
-        if (!getItemByWorkspacePath(hwnd, textOf(workspacePath), item))
-            return {};
-        const std::string driveType = driveTypeFromPath(connection, workspacePath);
-        if (driveType.empty()) {
-            logErrorText(L"Failed to get drive type from path " + workspacePath, false);
-            return {};
-        }
-        if (Urn urn = folderUrn(connection, driveType, item.id, useParentFolderKey); hasUrn(urn))
-            return urn;
-        Item parent;
-        if (!getItemByWorkspacePath(hwnd, textOf(Common::QrxQvFileSystemUtility::parentPath(workspacePath)), parent))
-            return {};
-        return parentUrn(connection, driveType, parent);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get folder urn from path " + workspacePath, e, false);
-        return {};
-    }
+    return urnByPath(hwnd, workspacePath, folderKey(useParentFolderKey), FolderByPath);
 }
 
 std::tuple<std::string, std::string> QvNativeTessaportAPI::getFolderUrn(
     HWND hwnd, const Item& item, bool useParentFolderKey)
 {
-    try {
-        if (!hasPlace(item))
-            return {};
-        QvNativeTessaportAPI connection(hwnd);
-        const std::wstring path = item.workspacePath.w_str();
-        const std::string driveType = driveTypeFromPath(connection, path);
-        if (driveType.empty())
-            return {};
-        logMessage("Get urn: found drive type " + driveType + " from path " + item.workspacePath.c_str(), false);
-        if (Urn urn = folderUrn(connection, driveType, item.id, useParentFolderKey); hasUrn(urn))
-            return urn;
-        logMessage(std::string("Get urn: urn is empty"), false);
-        const std::wstring parentPath = Common::QrxQvFileSystemUtility::parentPath(path);
-        Item parent;
-        if (!getItemByWorkspacePath(hwnd, textOf(parentPath), parent))
-            return {};
-        logMessage(L"Get urn: find item from workspace path " + parentPath, false);
-        return parentUrn(connection, driveType, parent);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get folder urn", e, false);
-        return {};
-    }
+    return urnByItem(hwnd, item, folderKey(useParentFolderKey), FolderByItem);
 }
 
 std::tuple<std::string, std::string> QvNativeTessaportAPI::getFileUrn(HWND hwnd, const std::wstring& workspacePath)
 {
-    try {
-        if (workspacePath.empty())
-            return {};
-        QvNativeTessaportAPI connection(hwnd);
-        Item item;
-        if (!getItemByWorkspacePath(hwnd, textOf(workspacePath), item))
-            return {};
-        logMessage(L"Get urn: got item from path " + workspacePath, false);
-        const std::string driveType = driveTypeFromPath(connection, workspacePath);
-        logMessage("Get urn: got drive type " + driveType + " from path " + item.workspacePath.c_str(), false);
-        return fileUrn(connection, driveType, item.id);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get file urn on path " + workspacePath, e, false);
-        return {};
-    }
+    return urnByPath(hwnd, workspacePath, FileKey, FileByPath);
 }
 
 std::tuple<std::string, std::string> QvNativeTessaportAPI::getFileUrn(HWND hwnd, const Item& item)
 {
-    try {
-        if (!hasPlace(item))
-            return {};
-        QvNativeTessaportAPI connection(hwnd);
-        const std::string driveType = driveTypeFromPath(connection, item.workspacePath.w_str());
-        if (driveType.empty())
-            return {};
-        logMessage("Get urn: got drive type " + driveType + " from item path " + item.workspacePath.c_str(), false);
-        return fileUrn(connection, driveType, item.id);
-    } catch (const std::exception& e) {
-        logError(L"Failed to get file urn on item", e, false);
-        return {};
-    }
+    return urnByItem(hwnd, item, FileKey, FileByItem);
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -1,5 +1,4 @@
 // From local paths to items.
-#include <exception>
 #include <string>
 #include <utility>
 
@@ -19,7 +18,7 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
         outItem = Item(*cached);
         return true;
     }
-    try {
+    return logged(L"Failed to find item ", key, [&] {
         QvNativeTessaportAPI connection(hwnd);
         QVBuffer<QVString> paths;
         paths.Append(Common::TextAccess::make(key));
@@ -27,15 +26,12 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
         if (results.GetSize() == 0)
             return false;
         if (results[0]->result != Result::Success) {
-            logErrorText(L"Failed to get item from workspace path " + std::wstring(workspacePath.w_str()), false);
+            logErrorText({L"Failed to get item from workspace path ", Common::TextAccess::view(workspacePath)});
             return false;
         }
         outItem = std::move(results[0]->item);
         return true;
-    } catch (const std::exception& e) {
-        logError(L"Failed to find item " + key, e, false);
-        return false;
-    }
+    });
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI
