@@ -1,4 +1,3 @@
-/// One command that the sync application offers for a context: a menu entry.
 #pragma once
 
 #include <cstdint>
@@ -16,15 +15,17 @@ namespace Quorvex::Velmora::TessaportAPI
 
 class CommandImp;
 
-/// A menu entry, to be shown and handed back to executeCommand. One made by hand names no command; executing it fails
-/// with ApiException. Assigning such a one keeps the command that the target names.
+/// A command that the sync application offers for a context: a menu entry to be shown.
+///
+/// Pass it back to QvNativeTessaportAPI::executeCommand() to execute it. A default-constructed one names no command:
+/// executing it fails with ApiException.
 class VELMORA_API Command
 {
 public:
-    /// Bytes of an icon. `data` is null when `count` is 0; allocated with array new and owned by the command.
+    /// The bytes of an icon.
     struct Image {
-        std::uint8_t* data = nullptr;
-        std::uint64_t count = 0;
+        std::uint8_t* data = nullptr; ///< Allocated with array new, owned by the command; null when `count` is 0.
+        std::uint64_t count = 0;      ///< Number of bytes.
     };
 
     Command() noexcept;
@@ -32,6 +33,9 @@ public:
     Command(Command&& other) noexcept;
     virtual ~Command();
 
+    /// Takes over the fields of `other`, and the command that it names.
+    ///
+    /// @note Kept for compatibility: if `other` names no command, this object goes on naming its own.
     Command& operator=(const Command& other);
     Command& operator=(Command&& other) noexcept;
 
@@ -39,10 +43,9 @@ public:
     Common::QVString id;   ///< Command identifier.
     bool isEnabled = false;
     bool isChecked = false;
-    bool isBeginningOfGroup = false; ///< A separator precedes it.
+    bool isBeginningOfGroup = false; ///< Whether a separator precedes it.
     bool isDefaultCommand = false;
-    /// The icon's size. An image that came from the sync application has the right number of bytes, all zero: its
-    /// content stays with the application.
+    /// The icon. The bytes of one that came from the sync application are all zero; only their number is right.
     Image image;
 
 private:

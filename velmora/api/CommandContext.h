@@ -1,4 +1,3 @@
-/// What a command is asked for or executed on.
 #pragma once
 
 #include <velmora/api/ItemId.h>
@@ -8,12 +7,13 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The items for which commands are listed, or on which one is executed.
 class CommandContext
 {
 public:
-    ItemId itemId;                    ///< The item that the commands are for.
-    Common::QVBuffer<ItemId> itemIds; ///< The further selected items.
-    HWND windowHandle = nullptr;      ///< Parent window for any user interface that a command shows; may be null.
+    ItemId itemId;                    ///< The item in focus.
+    Common::QVBuffer<ItemId> itemIds; ///< The other selected items.
+    HWND windowHandle = nullptr;      ///< Parent of the windows that a command shows; may be null.
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

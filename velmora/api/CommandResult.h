@@ -1,4 +1,3 @@
-/// The outcome of a file operation or a command.
 #pragma once
 
 #include <velmora/api/Item.h>
@@ -7,7 +6,10 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The outcome of a file operation or a command.
 struct CommandResult {
+    /// Whether everything that was asked for was done. When a part of a batch fails, it is false and the lists hold
+    /// what was done nevertheless: with the local service, what was asked for and is in none of them was not done.
     bool isSuccess = false;
     Common::QVBuffer<Item> itemsCreated;
     Common::QVBuffer<Item> itemsDeleted;

@@ -1,3 +1,4 @@
+/// @file
 /// The exceptions by which requests report failures.
 #pragma once
 
@@ -10,18 +11,21 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-/// A request failed. The base of all exceptions of this library, and what is thrown when no more special one fits.
+/// A request failed. The base of all exceptions of this library, thrown when no more specific one fits.
 ///
-/// Carries a wide message. After an assignment both objects share one text; every getter may be called on any thread.
-/// A copy keeps the message but not the length that the message was built with, so that a copy of the copy has an empty
-/// message: catch by reference. Constructors and copies report allocation failure as std::bad_alloc.
+/// Getters may be called on any thread. Constructors and copies throw std::bad_alloc when an allocation fails.
+///
+/// @note Kept for compatibility: a copy keeps the message but not its length, so a copy of the copy has an empty
+/// message. Catch by reference.
 class VELMORA_API ApiException : public std::exception
 {
 public:
-    /// An empty message.
+    /// Makes an exception with an empty message.
     ApiException();
 
-    /// @param message  copied up to its terminator, at most `length` characters of it; null gives no message.
+    /// Makes an exception with a message.
+    ///
+    /// @param message  is copied up to its terminator, at most `length` characters of it; null means no message.
     /// @param length   number of characters.
     ApiException(const wchar_t* message, std::size_t length);
 
@@ -29,48 +33,55 @@ public:
     ApiException(ApiException&& other);
     ~ApiException() override;
 
+    /// Shares the message of `other`.
     ApiException& operator=(const ApiException& other);
     ApiException& operator=(ApiException&& other);
 
-    /// The message as UTF-8, valid while this object lives and is not assigned to. Empty when there is no message,
-    /// "bad conversion" when it has no UTF-8 form.
+    /// Returns the message as UTF-8, valid until this object is destroyed or assigned to. Empty if there is no message,
+    /// "bad conversion" if the message has no UTF-8 form, and "out of memory" if there is no memory for that form.
     [[nodiscard]] const char* what() const noexcept override;
 
-    /// The message; null when the exception was built from a null one. Valid as what() is.
+    /// Returns the message, valid as long as what(). Null if the exception was made from a null message.
     [[nodiscard]] const wchar_t* getErrorMessage() const noexcept;
 
 protected:
-    /// Sets `target` to a new copy of at most `length` characters of `source`, to be released with std::free, or to
-    /// null when `source` is null.
+    /// Copies at most `length` characters of a string, up to its terminator.
+    ///
+    /// @param target  receives the copy, to be released with std::free, or null if `source` is null.
     void copyInfo(const wchar_t*& source, wchar_t*& target, std::size_t length);
 
-    /// A text that exceptions share after an assignment. Null stands for no text.
+    /// A string that exceptions share after an assignment; null means no string.
     using SharedText = std::shared_ptr<wchar_t>;
 
-    /// copyInfo into a shared text.
+    /// Does what copyInfo() does, into a shared string.
     SharedText copyOf(const wchar_t* source, std::size_t length);
 
-    /// The number of characters given to the constructor; 0 in a copy.
+    /// Returns the length given to the constructor; 0 in a copy.
     [[nodiscard]] std::size_t givenLength() const noexcept { return length; }
 
 private:
     SharedText message;
     std::size_t length = 0;
-    // The narrow form, made when first asked for: what() must return text that stays valid.
+    // The UTF-8 form, made by the first call of what(), whose result must stay valid.
     mutable std::shared_ptr<const char> narrow;
 };
 
-/// A failure that carries an error code beside its message. Not raised by this library; for hosts.
+/// A failure with an error code besides its message. This library does not throw it; hosts may.
 class VELMORA_API ApiExpectedException : public ApiException
 {
 public:
-    /// Empty message and code.
+    /// Makes an exception with an empty message and an empty error code.
     ApiExpectedException();
 
-    /// @param length  number of characters of the message; of the error code, too, at most so many are kept.
+    /// Makes an exception with a message and an error code.
+    ///
+    /// @param length  number of characters of the message.
+    /// @note Kept for compatibility: of the error code, too, at most `length` characters are kept.
     ApiExpectedException(const wchar_t* message, const wchar_t* errorCode, std::size_t length);
 
-    /// Copies the error code, and not the message.
+    /// Copies the error code.
+    ///
+    /// @note Kept for compatibility: the message is not copied; that of the copy is empty.
     ApiExpectedException(const ApiExpectedException& other);
     ApiExpectedException(ApiExpectedException&& other);
     ~ApiExpectedException() override;
@@ -78,14 +89,14 @@ public:
     ApiExpectedException& operator=(const ApiExpectedException& other);
     ApiExpectedException& operator=(ApiExpectedException&& other);
 
-    /// The error code; null when the exception was built from a null one.
+    /// Returns the error code. Null if the exception was made from a null error code.
     [[nodiscard]] const wchar_t* getErrorCode() const noexcept;
 
 private:
     SharedText errorCode;
 };
 
-/// A failed web request. Not raised by this library; for hosts.
+/// A web request failed. This library does not throw it; hosts may.
 class VELMORA_API HttpException : public ApiExpectedException
 {
 public:
@@ -150,7 +161,7 @@ public:
     TessaportApiRequiresUpdateException& operator=(TessaportApiRequiresUpdateException&& other);
 };
 
-/// An update of the sync application is pending that must be made first.
+/// A pending update of the sync application must be installed first.
 class VELMORA_API TessaportForcedUpdateException : public ApiException
 {
 public:

@@ -1,4 +1,3 @@
-/// The sync application's handle of an item.
 #pragma once
 
 #include <velmora/platform/Export.h>
@@ -13,9 +12,10 @@ namespace Quorvex::Velmora::TessaportAPI
 
 class ItemIdImp;
 
-/// An opaque handle of an item, to be handed back to the library. It names its item for as long as any copy lives, also
-/// after the connection that it came from is gone. One made by hand names nothing; a request with it fails with
-/// ApiException.
+/// The sync application's handle of an item, to be passed back to the library.
+///
+/// It names its item as long as any copy of it exists, also after the connection that it came from was closed. A
+/// default-constructed one names no item: a request with it fails with ApiException.
 class VELMORA_API ItemId
 {
 public:
@@ -24,15 +24,16 @@ public:
     ItemId(ItemId&& other) noexcept;
     virtual ~ItemId();
 
-    /// Makes this handle name the item of `other`. A handle that names nothing changes nothing: assigning it does not
-    /// clear this one.
+    /// Makes this handle name the item of `other`.
+    ///
+    /// @note Kept for compatibility: assigning a handle that names no item changes nothing; it does not clear this one.
     ItemId& operator=(const ItemId& other);
     ItemId& operator=(ItemId&& other) noexcept;
 
 private:
     friend class Tessaport::QvManagedTessaportService;
 
-    // Null as long as the handle names nothing: lists are default-constructed before they are filled.
+    // Null when the handle names no item: buffers default-construct many before they fill them.
     ItemIdImp* implementation = nullptr;
 };
 

@@ -1,4 +1,3 @@
-/// The answer for one item of a lookup of permanent ids.
 #pragma once
 
 #include <velmora/api/ItemId.h>
@@ -8,6 +7,7 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The result for one item in a lookup of permanent ids.
 struct ItemIdToPermanentIdResult {
     ItemId itemId;                ///< The item asked for.
     Common::QVString permanentId; ///< Empty when the sync application returned none.

@@ -1,4 +1,3 @@
-/// The answer for one permanent id of a lookup of items.
 #pragma once
 
 #include <velmora/api/Item.h>
@@ -8,8 +7,9 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The result for one permanent id in a lookup of items.
 struct PermanentIdToItemResult {
-    Item item;                    ///< As default-constructed when the sync application returned none.
+    Item item;                    ///< Default-constructed when the sync application returned none.
     Common::QVString permanentId; ///< The id asked for.
     Result result{};
 };

@@ -1,4 +1,3 @@
-/// One property that a drive defines.
 #pragma once
 
 #include <cstdint>
@@ -8,17 +7,18 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-/// The data type of a property, numbered as the sync application numbers it and not interpreted here.
+/// The data type of a property. The numbers are those of the sync application; this library does not interpret them.
 enum class PropertyDataType : std::int32_t {};
 
+/// A property that a drive defines.
 class PropertyDefinition
 {
 public:
     Common::QVString displayName;
-    Common::QVString auxiliaryText;     ///< Carried with the record; empty in every record that a request returns.
-    Common::QVString id;                ///< Property definition id.
-    PropertyDataType displayDataType{}; ///< How the value is to be shown.
-    PropertyDataType valueDataType{};   ///< Type of the stored value.
+    Common::QVString auxiliaryText;     ///< Copied with the record; empty in every record that a request returns.
+    Common::QVString id;                ///< Identifier of the property.
+    PropertyDataType displayDataType{}; ///< The data type as which the value is shown.
+    PropertyDataType valueDataType{};   ///< The data type of the stored value.
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -1,4 +1,3 @@
-/// The growable array in which lists of records travel.
 #pragma once
 
 #include <cstdint>
@@ -63,8 +62,9 @@ public:
         return *this;
     }
 
-    /// Adds a copy of `element` at the end. The capacity grows 0, 1, 2, 4, 8, …; growing invalidates addresses.
-    /// `element` may be one of this buffer's own.
+    /// Adds a copy of an element at the end. The capacity grows 0, 1, 2, 4, 8, …; growing invalidates addresses.
+    ///
+    /// @param element  may be an element of this buffer.
     void Append(const T& element)
     {
         if constexpr (std::is_nothrow_copy_assignable_v<T>) {
@@ -80,7 +80,7 @@ public:
         ++size;
     }
 
-    /// Adds a default-constructed element at the end and returns it, to be filled in place.
+    /// Adds a default-constructed element at the end and returns it, so that it can be filled in place.
     T& Append()
     {
         if (size == capacity)
@@ -88,7 +88,7 @@ public:
         return data[size++];
     }
 
-    /// Makes room for `count` elements in all; does nothing when there is room already. The size stays.
+    /// Makes room for a total of `count` elements, unless there is room already. The size does not change.
     void Reserve(std::uint32_t count)
     {
         if (count <= capacity)
@@ -101,9 +101,10 @@ public:
         capacity = count;
     }
 
+    /// Returns the number of elements.
     [[nodiscard]] std::uint32_t GetSize() const noexcept { return size; }
 
-    /// The address of element `index`, or null when `index` is not below the size.
+    /// Returns the address of the element at `index`, or null if `index` is not less than the size.
     [[nodiscard]] T* operator[](std::uint32_t index) noexcept { return index < size ? data + index : nullptr; }
     [[nodiscard]] const T* operator[](std::uint32_t index) const noexcept
     {

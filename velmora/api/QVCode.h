@@ -1,4 +1,3 @@
-/// The status that some static operations return.
 #pragma once
 
 #include <cstdint>
@@ -6,9 +5,10 @@
 namespace Quorvex::Velmora::Common
 {
 
+/// The status that some one-shot operations return.
 enum class QVCode : std::int32_t {
-    Success = 100, ///< The operation succeeded and its output parameters are filled.
-    Failure = 101, ///< The operation failed; the reason went to the diagnostic log.
+    Success = 100, ///< The operation succeeded.
+    Failure = 101, ///< The operation failed; the diagnostic log says why.
 };
 
 } // namespace Quorvex::Velmora::Common

@@ -124,13 +124,13 @@ Representation* retain(Representation* text) noexcept
 
 } // namespace
 
-QVString::QVString(const char* text)
-    : representation(text == nullptr ? nullptr : makeText<Representation>(Unicode::fromUtf8(text)))
+QVString::QVString(const char* string)
+    : representation(string == nullptr ? nullptr : makeText<Representation>(Unicode::fromUtf8(string)))
 {
 }
 
-QVString::QVString(const wchar_t* text)
-    : representation(text == nullptr ? nullptr : makeText<Representation>(std::wstring_view(text)))
+QVString::QVString(const wchar_t* string)
+    : representation(string == nullptr ? nullptr : makeText<Representation>(std::wstring_view(string)))
 {
 }
 
@@ -150,9 +150,9 @@ QVString& QVString::operator=(QVString&& other) noexcept
     return *this;
 }
 
-QVString& QVString::operator=(const wchar_t* text)
+QVString& QVString::operator=(const wchar_t* string)
 {
-    QVString(text).swap(*this);
+    QVString(string).swap(*this);
     return *this;
 }
 

@@ -1,4 +1,3 @@
-/// The text type of every record and request.
 #pragma once
 
 #include <velmora/platform/Export.h>
@@ -6,22 +5,24 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// An owned text that can be read both as wide (`wchar_t`) and as narrow (UTF-8) text.
+/// An owned string that can be read both as wide (`wchar_t`) and as narrow (UTF-8) string.
 ///
-/// A value type: copies behave as deep copies, and cost next to nothing. Const operations, copying included, may run on
-/// several threads at once. Allocation failure is reported as std::bad_alloc.
+/// A value type: a copy behaves as a deep copy and costs a few nanoseconds. Const operations, copying included, may run
+/// on several threads at once.
+///
+/// @throws std::bad_alloc when an allocation fails.
 class VELMORA_API QVString
 {
 public:
-    /// The empty text.
+    /// The empty string.
     QVString() noexcept = default;
 
-    /// Text of a zero-terminated UTF-8 string; null gives the empty text. Every byte that is not part of valid UTF-8
+    /// Converts a zero-terminated UTF-8 string; null gives the empty string. Every byte that is not part of valid UTF-8
     /// becomes U+FFFD.
-    QVString(const char* text);
+    QVString(const char* string);
 
-    /// Text of a zero-terminated wide string, kept character by character; null gives the empty text.
-    QVString(const wchar_t* text);
+    /// Copies a zero-terminated wide string character by character; null gives the empty string.
+    QVString(const wchar_t* string);
 
     QVString(const QVString& other) noexcept;
     QVString(QVString&& other) noexcept : representation(other.representation) { other.representation = nullptr; }
@@ -33,23 +34,24 @@ public:
 
     QVString& operator=(const QVString& other) noexcept;
     QVString& operator=(QVString&& other) noexcept;
-    QVString& operator=(const wchar_t* text);
+    QVString& operator=(const wchar_t* string);
 
-    /// Exact, case-sensitive equality.
+    /// Compares exactly, with regard to case.
     [[nodiscard]] bool operator==(const QVString& other) const noexcept;
     [[nodiscard]] bool operator!=(const QVString& other) const noexcept { return !(*this == other); }
 
-    /// Order by character code.
+    /// Orders strings by the codes of their characters.
     [[nodiscard]] bool operator<(const QVString& other) const noexcept;
 
-    /// The text as zero-terminated UTF-8, valid while this object lives and is not assigned to. An unpaired surrogate
-    /// reads as U+FFFD. Never null.
+    /// Returns the string as zero-terminated UTF-8, never null. An unpaired surrogate becomes U+FFFD. The result is
+    /// valid until this object is destroyed or assigned to.
     [[nodiscard]] const char* c_str() const;
 
-    /// The text as a zero-terminated wide string, valid while this object lives and is not assigned to. Never null.
+    /// Returns the string as a zero-terminated wide string, never null. The result is valid until this object is
+    /// destroyed or assigned to.
     [[nodiscard]] const wchar_t* w_str() const noexcept;
 
-    /// True when the text has no characters.
+    /// Returns whether the string has no characters.
     [[nodiscard]] bool Empty() const noexcept { return representation == nullptr; }
 
 private:
@@ -59,7 +61,7 @@ private:
     static void release(Representation* text) noexcept;
     void swap(QVString& other) noexcept;
 
-    // Null is the empty text.
+    // Null is the empty string.
     Representation* representation = nullptr;
 };
 

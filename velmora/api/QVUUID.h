@@ -1,4 +1,3 @@
-/// The identifier type of drives.
 #pragma once
 
 #include <array>
@@ -11,17 +10,19 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// A 128-bit identifier held by value.
+/// A 128-bit identifier; drives have one each.
 class VELMORA_API QVUUID
 {
 public:
-    /// A new random identifier (version 4), different at every call, on every thread and after a fork. Costs a few
-    /// nanoseconds; not for secrets.
+    /// Makes a new random identifier (version 4) in a few nanoseconds. It differs at every call, on every thread and
+    /// after a fork, and must not be used as a secret.
     QVUUID() noexcept;
 
-    /// Reads the text form: 32 hexadecimal digits of either case in groups of 8-4-4-4-12 joined by hyphens, with or
-    /// without braces around them. Null and any other text give a nil identifier whose text form is empty; a request
-    /// made with it fails with ApiException.
+    /// Parses the text form: 32 hexadecimal digits of either case in groups of 8-4-4-4-12 joined by hyphens, with or
+    /// without braces around them.
+    ///
+    /// Null and any other text make an invalid identifier. It is nil and compares equal to the all-zero identifier, but
+    /// its text form is empty, and a request with it fails with ApiException.
     QVUUID(const char* text) noexcept;
 
     QVUUID(const QVUUID& other) noexcept = default;
@@ -33,13 +34,17 @@ public:
         valid = other.valid;
     }
 
-    /// The text form: 36 characters with lower-case digits and hyphens, without braces.
+    /// Returns the text form: 36 characters with lower-case digits and hyphens, without braces. Empty if the identifier
+    /// is invalid.
     [[nodiscard]] QVString getString() const;
+
+    /// Returns the text form as a wide string.
     [[nodiscard]] std::wstring getWString() const;
 
-    /// True for the all-zero identifier.
+    /// Returns whether all bits are zero, as those of an invalid identifier are.
     [[nodiscard]] bool isNil() const noexcept;
 
+    /// Compares the bits: an invalid identifier equals the all-zero one.
     [[nodiscard]] bool operator==(const QVUUID& other) const noexcept { return bytes == other.bytes; }
     [[nodiscard]] bool operator!=(const QVUUID& other) const noexcept { return !(*this == other); }
 
@@ -48,7 +53,7 @@ private:
 
     // In the order of the text form.
     std::array<std::uint8_t, 16> bytes;
-    // False when made from text that is no identifier: it must not pass for the all-zero one.
+    // False when made from text that is not an identifier, which must not be sent as the all-zero one.
     bool valid;
 };
 

@@ -1,4 +1,5 @@
-/// Every record and enumeration that requests take and return.
+/// @file
+/// Brings in every record and enumeration that requests take and return.
 #pragma once
 
 #include <velmora/api/Command.h>

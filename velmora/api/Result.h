@@ -1,4 +1,3 @@
-/// The outcome for one key of a batch lookup.
 #pragma once
 
 #include <cstdint>
@@ -6,9 +5,11 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-/// Numbered as the sync application numbers it; values without a name here are failures of that one key.
+/// The outcome for one key of a batch lookup.
+///
+/// The numbers are those of the sync application. A value without a name here is a failure of that one key.
 enum class Result : std::int32_t {
-    Success = 1, ///< The key was resolved.
+    Success = 1, ///< The key was found.
     Offline = 4, ///< The drive that holds the key is offline.
 };
 

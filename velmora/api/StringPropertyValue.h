@@ -1,4 +1,3 @@
-/// One property value of one item, as text.
 #pragma once
 
 #include <velmora/api/QVString.h>
@@ -7,12 +6,13 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The value of one property of one item, as text.
 class StringPropertyValue
 {
 public:
     Common::QVUUID driveId;
-    Common::QVString auxiliaryText; ///< Carried with the record; empty in every record that a request returns.
-    Common::QVString value;         ///< The value as text, whatever its type.
+    Common::QVString auxiliaryText; ///< Copied with the record; empty in every record that a request returns.
+    Common::QVString value;         ///< The value as text, whatever its data type.
     Common::QVString propertyDefinitionId;
     Common::QVString relativePath; ///< The item's path relative to the drive's root.
 };

@@ -1,4 +1,3 @@
-/// The answer for one path of a lookup by workspace paths.
 #pragma once
 
 #include <velmora/api/Item.h>
@@ -8,8 +7,9 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// The result for one path in a lookup of items by their workspace paths.
 struct WorkspacePathToItemResult {
-    Item item; ///< As default-constructed when the sync application returned none.
+    Item item; ///< Default-constructed when the sync application returned none.
     Result result{};
     Common::QVString workspacePath; ///< The path asked for.
 };

@@ -1,5 +1,7 @@
-/// The mark of everything that the shared library VelmoraTessaport exports.
 #pragma once
+
+/// @def VELMORA_API
+/// Marks what the shared library VelmoraTessaport exports.
 
 #if defined(VELMORA_STATIC)
 #define VELMORA_API

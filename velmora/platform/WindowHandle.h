@@ -1,5 +1,7 @@
-/// The handle of the host's window. It is only passed through to the sync application, which may show dialogs above it.
 #pragma once
 
 struct HWND__;
+
+/// The handle of a window of the host. The library only passes it on to the sync application, which may show dialogs
+/// above that window.
 using HWND = HWND__*;
