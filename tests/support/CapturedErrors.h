@@ -12,16 +12,16 @@ namespace Quorvex::Velmora::TestSupport
 class CapturedErrors
 {
 public:
-    CapturedErrors() : m_former(std::cerr.rdbuf(m_text.rdbuf())) {}
-    ~CapturedErrors() { std::cerr.rdbuf(m_former); }
+    CapturedErrors() : previous(std::cerr.rdbuf(captured.rdbuf())) {}
+    ~CapturedErrors() { std::cerr.rdbuf(previous); }
     CapturedErrors(const CapturedErrors&) = delete;
     CapturedErrors& operator=(const CapturedErrors&) = delete;
 
-    [[nodiscard]] std::string text() const { return m_text.str(); }
+    [[nodiscard]] std::string text() const { return captured.str(); }
 
 private:
-    std::ostringstream m_text;
-    std::streambuf* m_former;
+    std::ostringstream captured;
+    std::streambuf* previous;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -31,7 +31,7 @@ using Clock = std::chrono::steady_clock;
 class Descriptor
 {
 public:
-    explicit Descriptor(int number = -1) : m_number(number) {}
+    explicit Descriptor(int number = -1) : number(number) {}
     ~Descriptor() { close(); }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -39,19 +39,19 @@ public:
     void reset(int number)
     {
         close();
-        m_number = number;
+        this->number = number;
     }
     void close()
     {
-        if (m_number >= 0)
-            ::close(m_number);
-        m_number = -1;
+        if (number >= 0)
+            ::close(number);
+        number = -1;
     }
-    [[nodiscard]] int get() const { return m_number; }
-    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
+    [[nodiscard]] int get() const { return number; }
+    [[nodiscard]] bool isOpen() const { return number >= 0; }
 
 private:
-    int m_number;
+    int number;
 };
 
 struct Pipe {
@@ -70,31 +70,31 @@ struct Pipe {
 class Actions
 {
 public:
-    Actions() { posix_spawn_file_actions_init(&m_actions); }
-    ~Actions() { posix_spawn_file_actions_destroy(&m_actions); }
+    Actions() { posix_spawn_file_actions_init(&actions); }
+    ~Actions() { posix_spawn_file_actions_destroy(&actions); }
     Actions(const Actions&) = delete;
     Actions& operator=(const Actions&) = delete;
 
-    void use(int descriptor, int as) { posix_spawn_file_actions_adddup2(&m_actions, descriptor, as); }
+    void use(int descriptor, int as) { posix_spawn_file_actions_adddup2(&actions, descriptor, as); }
     void writeTo(const std::string& file, int as)
     {
-        posix_spawn_file_actions_addopen(&m_actions, as, file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        posix_spawn_file_actions_addopen(&actions, as, file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
     void useTerminal(const std::string& name)
     {
-        posix_spawn_file_actions_addopen(&m_actions, 0, name.c_str(), O_RDWR, 0);
+        posix_spawn_file_actions_addopen(&actions, 0, name.c_str(), O_RDWR, 0);
         use(0, 1);
         use(0, 2);
     }
     void changeFolder(const std::filesystem::path& folder)
     {
         if (!folder.empty())
-            posix_spawn_file_actions_addchdir_np(&m_actions, folder.c_str());
+            posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
     }
-    [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &m_actions; }
+    [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &actions; }
 
 private:
-    posix_spawn_file_actions_t m_actions{};
+    posix_spawn_file_actions_t actions{};
 };
 
 std::vector<std::string> environmentOf(const ChildProgram& program)

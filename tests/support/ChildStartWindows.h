@@ -19,25 +19,25 @@ namespace Quorvex::Velmora::TestSupport
 class Handle
 {
 public:
-    explicit Handle(HANDLE handle = nullptr) : m_handle(handle) {}
+    explicit Handle(HANDLE handle = nullptr) : handle(handle) {}
     ~Handle() { close(); }
-    Handle(Handle&& other) noexcept : m_handle(std::exchange(other.m_handle, nullptr)) {}
+    Handle(Handle&& other) noexcept : handle(std::exchange(other.handle, nullptr)) {}
     Handle& operator=(Handle&& other) noexcept
     {
-        std::swap(m_handle, other.m_handle);
+        std::swap(handle, other.handle);
         return *this;
     }
 
     void close() noexcept
     {
-        if (m_handle != nullptr)
-            CloseHandle(m_handle);
-        m_handle = nullptr;
+        if (handle != nullptr)
+            CloseHandle(handle);
+        handle = nullptr;
     }
-    [[nodiscard]] HANDLE get() const noexcept { return m_handle; }
+    [[nodiscard]] HANDLE get() const noexcept { return handle; }
 
 private:
-    HANDLE m_handle;
+    HANDLE handle;
 };
 
 struct Pipe {

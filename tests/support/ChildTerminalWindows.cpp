@@ -21,7 +21,7 @@ public:
         Pipe input;
         Pipe output;
         const COORD size{200, 50};
-        const HRESULT made = CreatePseudoConsole(size, input.reader.get(), output.writer.get(), 0, &m_console);
+        const HRESULT made = CreatePseudoConsole(size, input.reader.get(), output.writer.get(), 0, &console);
         if (made < 0)
             throw std::system_error(made, std::system_category(), "no pseudo console could be made");
         keyboard = std::move(input.writer);
@@ -34,17 +34,17 @@ public:
     /// Ends what still runs on it. What it showed must be read meanwhile.
     void close()
     {
-        if (m_console != nullptr)
-            ClosePseudoConsole(m_console);
-        m_console = nullptr;
+        if (console != nullptr)
+            ClosePseudoConsole(console);
+        console = nullptr;
     }
-    [[nodiscard]] HPCON get() const { return m_console; }
+    [[nodiscard]] HPCON get() const { return console; }
 
     Handle keyboard;
     Handle screen;
 
 private:
-    HPCON m_console = nullptr;
+    HPCON console = nullptr;
 };
 
 class ConsoleAttribute
@@ -54,7 +54,7 @@ public:
     {
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        m_memory.resize(size);
+        memory.resize(size);
         if (InitializeProcThreadAttributeList(list(), 1, 0, &size) == 0 ||
             UpdateProcThreadAttribute(
                 list(), 0, PROC_THREAD_ATTRIBUTE_PSEUDOCONSOLE, console, sizeof console, nullptr, nullptr) == 0)
@@ -66,11 +66,11 @@ public:
 
     [[nodiscard]] LPPROC_THREAD_ATTRIBUTE_LIST list()
     {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(m_memory.data());
+        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory.data());
     }
 
 private:
-    std::vector<char> m_memory;
+    std::vector<char> memory;
 };
 
 Handle startOn(HPCON console, const ChildProgram& program)

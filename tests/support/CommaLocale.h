@@ -12,11 +12,11 @@ class CommaLocale
 {
 public:
     CommaLocale()
-        : m_former(std::locale::global(
+        : previous(std::locale::global(
               std::locale(std::locale(std::locale::classic(), new Punctuation<char>), new Punctuation<wchar_t>)))
     {
     }
-    ~CommaLocale() { std::locale::global(m_former); }
+    ~CommaLocale() { std::locale::global(previous); }
     CommaLocale(const CommaLocale&) = delete;
     CommaLocale& operator=(const CommaLocale&) = delete;
 
@@ -30,7 +30,7 @@ private:
         std::basic_string<Char> do_falsename() const override { return {Char('n'), Char('o')}; }
     };
 
-    std::locale m_former;
+    std::locale previous;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -16,15 +16,15 @@ namespace Quorvex::Velmora::TestSupport
 
 #ifndef _WIN32
 
-Link::Link(const std::filesystem::path& target, std::filesystem::path link) : m_link(std::move(link))
+Link::Link(const std::filesystem::path& target, std::filesystem::path link) : link(std::move(link))
 {
-    std::filesystem::create_symlink(target, m_link);
+    std::filesystem::create_symlink(target, this->link);
 }
 
 Link::~Link()
 {
     std::error_code ignored;
-    std::filesystem::remove(m_link, ignored);
+    std::filesystem::remove(link, ignored);
 }
 
 #else
@@ -42,17 +42,18 @@ bool isThere(const std::filesystem::path& link)
 
 } // namespace
 
-Link::Link(const std::filesystem::path& target, std::filesystem::path link) : m_link(std::move(link))
+Link::Link(const std::filesystem::path& target, std::filesystem::path link) : link(std::move(link))
 {
-    const std::wstring arguments = L"-s \"" + target.generic_wstring() + L"\" \"" + m_link.filename().wstring() + L"\"";
-    if (!runOnMachine(L"ln", arguments, m_link.parent_path(), [this] { return isThere(m_link); }))
-        throw std::runtime_error("no link could be made: " + m_link.u8string());
+    const std::wstring arguments =
+        L"-s \"" + target.generic_wstring() + L"\" \"" + this->link.filename().wstring() + L"\"";
+    if (!runOnMachine(L"ln", arguments, this->link.parent_path(), [this] { return isThere(this->link); }))
+        throw std::runtime_error("no link could be made: " + this->link.u8string());
 }
 
 Link::~Link()
 {
-    const std::wstring arguments = L"-f \"" + m_link.filename().wstring() + L"\"";
-    runOnMachine(L"rm", arguments, m_link.parent_path(), [this] { return !isThere(m_link); });
+    const std::wstring arguments = L"-f \"" + link.filename().wstring() + L"\"";
+    runOnMachine(L"rm", arguments, link.parent_path(), [this] { return !isThere(link); });
 }
 
 #endif

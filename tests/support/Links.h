@@ -17,7 +17,7 @@ public:
     Link& operator=(const Link&) = delete;
 
 private:
-    std::filesystem::path m_link;
+    std::filesystem::path link;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

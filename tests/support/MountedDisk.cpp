@@ -30,15 +30,15 @@ void mountInMemory(const std::filesystem::path& folder, std::size_t capacity, un
 } // namespace
 
 // In a mount name space of this process alone, so that nothing stays mounted when a test dies.
-MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : m_folder(std::move(folder))
+MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : folder(std::move(folder))
 {
     require(unshare(CLONE_NEWNS));
     require(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr));
-    mountInMemory(m_folder, capacity, 0);
+    mountInMemory(this->folder, capacity, 0);
 }
 
-MountedDisk::~MountedDisk() { umount2(m_folder.c_str(), MNT_DETACH); }
+MountedDisk::~MountedDisk() { umount2(folder.c_str(), MNT_DETACH); }
 
-void MountedDisk::setCapacity(std::size_t capacity) { mountInMemory(m_folder, capacity, MS_REMOUNT); }
+void MountedDisk::setCapacity(std::size_t capacity) { mountInMemory(folder, capacity, MS_REMOUNT); }
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -21,7 +21,7 @@ public:
     void setCapacity(std::size_t capacity);
 
 private:
-    std::filesystem::path m_folder;
+    std::filesystem::path folder;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

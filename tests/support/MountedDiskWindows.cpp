@@ -28,20 +28,20 @@ void mountOnMachine(const std::filesystem::path& folder, const wchar_t* kind, st
 
 } // namespace
 
-MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : m_folder(std::move(folder))
+MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : folder(std::move(folder))
 {
-    mountOnMachine(m_folder, L"-t tmpfs -o size=", capacity);
+    mountOnMachine(this->folder, L"-t tmpfs -o size=", capacity);
 }
 
 // What still has a file open there keeps the memory, not the mount.
 MountedDisk::~MountedDisk()
 {
     ULARGE_INTEGER mounted{};
-    GetDiskFreeSpaceExW(m_folder.c_str(), nullptr, &mounted, nullptr);
+    GetDiskFreeSpaceExW(folder.c_str(), nullptr, &mounted, nullptr);
     const auto size = static_cast<std::size_t>(mounted.QuadPart);
-    runOnMachine(L"umount", L"--lazy .", m_folder, [&] { return !hasCapacity(m_folder, size); });
+    runOnMachine(L"umount", L"--lazy .", folder, [&] { return !hasCapacity(folder, size); });
 }
 
-void MountedDisk::setCapacity(std::size_t capacity) { mountOnMachine(m_folder, L"-o remount,size=", capacity); }
+void MountedDisk::setCapacity(std::size_t capacity) { mountOnMachine(folder, L"-o remount,size=", capacity); }
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -31,24 +31,24 @@ class FileLimit
 public:
     explicit FileLimit(std::size_t capacity)
     {
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        rlimit limit = m_former;
+        getrlimit(RLIMIT_FSIZE, &previous);
+        rlimit limit = previous;
         limit.rlim_cur = capacity;
         if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
             throw std::runtime_error("neither a file system nor a limit for a small disk could be made");
-        m_formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+        previousHandler = std::signal(SIGXFSZ, SIG_IGN);
     }
     ~FileLimit()
     {
-        setrlimit(RLIMIT_FSIZE, &m_former);
-        std::signal(SIGXFSZ, m_formerHandler);
+        setrlimit(RLIMIT_FSIZE, &previous);
+        std::signal(SIGXFSZ, previousHandler);
     }
     FileLimit(const FileLimit&) = delete;
     FileLimit& operator=(const FileLimit&) = delete;
 
 private:
-    rlimit m_former{};
-    void (*m_formerHandler)(int) = nullptr;
+    rlimit previous{};
+    void (*previousHandler)(int) = nullptr;
 };
 
 } // namespace
@@ -59,20 +59,20 @@ public:
     Limit(const std::filesystem::path& folder, std::size_t capacity)
     {
         try {
-            m_disk.emplace(folder, capacity);
+            disk.emplace(folder, capacity);
         } catch (const std::runtime_error&) {
-            m_files.emplace(capacity);
+            files.emplace(capacity);
         }
     }
 
 private:
-    std::optional<MountedDisk> m_disk;
-    std::optional<FileLimit> m_files;
+    std::optional<MountedDisk> disk;
+    std::optional<FileLimit> files;
 };
 
 #endif
 
-SmallDisk::SmallDisk(std::size_t capacity) : m_limit(std::make_unique<Limit>(m_folder.path(), capacity)) {}
+SmallDisk::SmallDisk(std::size_t capacity) : limit(std::make_unique<Limit>(folder.path(), capacity)) {}
 
 SmallDisk::~SmallDisk() = default;
 

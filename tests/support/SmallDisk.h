@@ -21,13 +21,13 @@ public:
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
 
-    [[nodiscard]] std::wstring file(std::wstring_view name) const { return m_folder.file(name); }
+    [[nodiscard]] std::wstring file(std::wstring_view name) const { return folder.file(name); }
 
 private:
     class Limit;
 
-    TemporaryFolder m_folder;
-    std::unique_ptr<Limit> m_limit;
+    TemporaryFolder folder;
+    std::unique_ptr<Limit> limit;
 };
 
 } // namespace Quorvex::Velmora::TestSupport

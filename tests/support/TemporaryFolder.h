@@ -31,28 +31,28 @@ public:
     {
         static std::atomic<unsigned> counter{0};
         const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-        m_path = std::filesystem::temp_directory_path() /
-                 toPath(L"velmora-\x4E2D\xE9-" + std::to_wstring(now) + L"-" + std::to_wstring(counter++));
-        std::filesystem::create_directories(m_path);
+        root = std::filesystem::temp_directory_path() /
+               toPath(L"velmora-\x4E2D\xE9-" + std::to_wstring(now) + L"-" + std::to_wstring(counter++));
+        std::filesystem::create_directories(root);
     }
     ~TemporaryFolder()
     {
         std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
+        std::filesystem::remove_all(root, ignored);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    [[nodiscard]] const std::filesystem::path& path() const noexcept { return m_path; }
+    [[nodiscard]] const std::filesystem::path& path() const noexcept { return root; }
 
     /// The path of a file in the folder, as the library takes it.
     [[nodiscard]] std::wstring file(std::wstring_view name) const
     {
-        return Common::Unicode::fromUtf8((m_path / toPath(name)).u8string());
+        return Common::Unicode::fromUtf8((root / toPath(name)).u8string());
     }
 
 private:
-    std::filesystem::path m_path;
+    std::filesystem::path root;
 };
 
 using Bytes = std::vector<unsigned char>;
