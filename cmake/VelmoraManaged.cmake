@@ -7,6 +7,11 @@ set(VELMORA_MANAGED_DIR "${PROJECT_BINARY_DIR}/managed")
 # that several build trees of one checkout do not disturb each other.
 function(velmora_add_managed target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "PROJECT;OUTPUT" "DEPENDS;SOURCES;PROPERTIES")
+    if(VELMORA_COMPILE_ONLY)
+        add_custom_target(${target})
+        set_target_properties(${target} PROPERTIES VELMORA_OUTPUT_DIR "${ARG_OUTPUT}")
+        return()
+    endif()
     get_filename_component(project_dir "${ARG_PROJECT}" DIRECTORY)
     get_filename_component(project_name "${ARG_PROJECT}" NAME_WLE)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS

@@ -1,5 +1,6 @@
 # Settings that every target of this project shares. None of them reaches those who link against it.
 function(velmora_target_defaults target)
+    velmora_lint(${target})
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
     if(MSVC)
         target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 /EHsc)
@@ -50,6 +51,8 @@ function(velmora_add_test name)
     add_executable(${name} ${ARG_SOURCES})
     velmora_target_defaults(${name})
     velmora_prefer_build_time(${name})
+    # GoogleTest's macros for typed tests are pedantic only with GCC.
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
     if(ARG_NATIVE)

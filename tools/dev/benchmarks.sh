@@ -8,9 +8,8 @@ bench() { # [name]...
 }
 
 bench_windows() { # [name]...
-    require "${build_packages[@]}" "${windows_packages[@]}"
     prepare_windows
-    step "sources of Google Benchmark" debian-source tools/dev/debian-source.sh benchmark build/debian-source/benchmark
+    require_debian_source benchmark build/debian-source/benchmark
     build bench-windows bench/all
     run_under_wine run_benchmarks bench-windows "$@"
 }
@@ -22,20 +21,17 @@ run_benchmarks() { # <preset> [name]...
         -printf '%f\n' | sed 's/\.exe$//' | sort)
     [ $# -gt 0 ] || set -- "${all[@]}"
     for name in "$@"; do
-        case " ${all[*]} " in
-            *" $name "*) ;;
-            *) fail "there is no benchmark '$name'; there are: ${all[*]}" 2 ;;
-        esac
+        is_one_of "$name" "${all[@]}" || fail "there is no benchmark '$name'; there are: ${all[*]}" 2
     done
     for name in "$@"; do
         run_benchmark "$preset" "$name" || failed+=("$name")
     done
-    [ ${#failed[@]} -eq 0 ] || fail "failed or short of a goal: ${failed[*]}; what they said is in $log_folder/$preset-*.txt"
+    [ ${#failed[@]} -eq 0 ] || fail "failed or missed a goal: ${failed[*]}; their messages are in $log_folder/$preset-*.txt"
 }
 
 run_benchmark() { # <preset> <name>
     local folder=build/$1 call=("build/$1/bench/$2")
-    [ -e "${call[0]}" ] || call=(tools/dev/wine-run.sh "$PWD/build/windows" "${call[0]}.exe")
+    [ -e "${call[0]}" ] || call=(cmake/mingw/wine-run.sh "$windows_folder" "${call[0]}.exe")
     say "$2"
     "${call[@]}" --benchmark_out="$folder/$2.json" --benchmark_out_format=json \
         2>"$log_folder/$1-$2.txt" </dev/null | tee "$folder/$2.txt"

@@ -1,28 +1,24 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout headers format lint address thread fuzz windows)
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows)
+# How long each fuzzer runs.
+fuzz_seconds=5
 
-check() { # [step]...
-    require "${build_packages[@]}" "${check_packages[@]}"
+check() { # [--long] [step]...
     local name
+    if [ "${1:-}" = --long ]; then
+        fuzz_seconds=60
+        shift
+    fi
     [ $# -gt 0 ] || set -- "${check_steps[@]}"
     for name in "$@"; do
-        case " ${check_steps[*]} " in
-            *" $name "*) ;;
-            *) fail "there is no step '$name'; there are: ${check_steps[*]}" 2 ;;
-        esac
+        is_one_of "$name" "${check_steps[@]}" || fail "there is no step '$name'; there are: ${check_steps[*]}" 2
     done
+    require "${build_packages[@]}" "${check_packages[@]}"
     for name in "$@"; do
         "check_$name"
     done
     say "all checks passed: $*"
-}
-
-# Files that are in the repository or about to be, of the given endings.
-sources() { # <pattern>...
-    git ls-files --cached --others --exclude-standard -- "$@" | while IFS= read -r file; do
-        [ ! -f "$file" ] || printf '%s\n' "$file"
-    done
 }
 
 check_layout() {
@@ -30,28 +26,20 @@ check_layout() {
     step "shell scripts" check-scripts check_scripts
 }
 
-# Each with the files that it brings in, and with all files that nobody brings in.
-check_scripts() { git grep --untracked -lI '^#!/usr/bin/env bash' | xargs shellcheck --external-sources --check-sourced; }
+# Checks each script with the files that it sources, and with all files that no script sources.
+check_scripts() { git grep --untracked -lIE '^#!.*sh$' | xargs shellcheck --external-sources --check-sourced; }
 
-check_headers() {
-    build release VelmoraTessaport VelmoraLogging VelmoraIO
-    step "headers compile alone" check-headers tools/dev/headers.sh build/release
+check_format() {
+    step "format of the C++ sources" check-format-cpp format_cpp --dry-run --Werror
+    step "format of the C# sources" check-format-cs format_cs --verify-no-changes
 }
 
-check_format() { step "format" check-format format_all --dry-run --Werror; }
+check_headers() { build lint all_verify_interface_header_sets; }
 
-check_lint() {
-    build release
-    step "lint" check-lint lint_all
-}
+check_lint() { build lint compile; }
 
-# What is for Windows alone is not in that build.
-lint_all() {
-    sources 'velmora/*.cpp' 'tools/*.cpp' 'examples/*.cpp' 'tests/*.cpp' ':!tests/package' | grep -Fxf <(built_sources) |
-        xargs --max-procs=2 --max-args=2 clang-tidy -p build/release --quiet
-}
-
-built_sources() { sed -n "s|^ *\"file\": \"$PWD/\(.*\)\",*$|\1|p" build/release/compile_commands.json; }
+# Another standard library than that of the compiler of the tests.
+check_libcxx() { build libcxx; }
 
 check_address() {
     build asan-ubsan
@@ -63,18 +51,35 @@ check_thread() {
     run_ctest tsan check-thread
 }
 
-check_windows() {
-    require "${windows_packages[@]}"
-    prepare_windows
-    build windows VelmoraTessaport
-    step "compiles for Windows without extensions" check-windows tools/dev/windows-clang.sh build/windows
+check_fuzz() {
+    configure fuzz "-DVELMORA_FUZZ_SECONDS=$fuzz_seconds"
+    build fuzz fuzz
 }
 
-check_fuzz() { build fuzz fuzz; }
+# Another compiler, which takes no extension of the language.
+check_windows() {
+    require "${windows_packages[@]}"
+    build windows-clang
+}
 
 format_sources() {
     require "${build_packages[@]}" "${check_packages[@]}"
-    step "format" format format_all -i
+    step "format the C++ sources" format-cpp format_cpp -i
+    step "format the C# sources" format-cs format_cs
 }
 
-format_all() { sources '*.h' '*.cpp' | xargs clang-format "$@"; }
+# Sources of the given patterns that are in the repository or about to be.
+sources() { # <pattern>...
+    git ls-files --cached --others --exclude-standard -- "$@" | while IFS= read -r file; do
+        [ ! -f "$file" ] || printf '%s\n' "$file"
+    done
+}
+
+format_cpp() { sources '*.h' '*.cpp' | xargs clang-format "$@"; }
+
+format_cs() { # [dotnet format option]...
+    local folder
+    for folder in managed tests/managed bench/bridge/Peers; do
+        dotnet format whitespace "$folder" --folder --exclude "$folder/**/obj" "$@" || return 1
+    done
+}

@@ -5,6 +5,20 @@ set -euo pipefail
 shopt -s lastpipe
 readonly longest_source=400
 readonly longest_test=600
+
+# The folders under velmora, and those that each may include. Every other include between two of them is an error.
+declare -rA may_include=(
+    [platform]='api'
+    [api]='platform'
+    [bridge/replies]='api bridge/conversions bridge/runtime platform'
+    [bridge/runtime]='api bridge/replies platform'
+    [bridge/conversions]='api bridge bridge/replies bridge/runtime platform'
+    [bridge]='api bridge/conversions bridge/replies bridge/runtime platform'
+    [native]='api bridge bridge/runtime platform'
+    [io]='io/crc platform'
+    [io/crc]='io'
+    [logging]='io platform'
+)
 failures=0
 
 tracked() { git ls-files --cached --others --exclude-standard -- "$@"; }
@@ -23,21 +37,29 @@ lines_with() { # <expression> <file pattern>...
     git grep --untracked -nE "$@" || true
 }
 
-includes_of() { # <folder expression> <where>...
-    local folders=$1
-    shift
-    lines_with "#include <velmora/($folders)/" -- "$@"
+# Each include of a header of velmora by another folder of it, as "<folder> <folder of the header> <line>".
+includes_between_folders() {
+    lines_with '#include [<"]velmora/' -- velmora |
+        sed -nE 's,^velmora/([^:]*)/[^/:]*:[0-9]+:#include [<"]velmora/([^">]*)/[^/">]*[">].*,\1 \2 &,p' |
+        awk '$1 != $2'
 }
 
 check_includes() {
-    includes_of 'logging|io' velmora/api velmora/native velmora/bridge velmora/platform |
-        forbid 'The library does not use the logging and input/output libraries:'
-    includes_of 'api|native|bridge' velmora/logging velmora/io |
-        forbid 'The logging and input/output libraries do not use the library:'
-    includes_of 'native|bridge' velmora/platform | forbid 'The platform layer uses no layer above it:'
-    includes_of 'bridge/runtime' velmora/native ':!velmora/native/RuntimeOptions.cpp' ':!velmora/native/WorkspacePaths.cpp' |
-        forbid 'Only the bridge and the options know the runtime:'
-    lines_with '#include <(tests|tools|bench|fuzz|examples)/' -- velmora | forbid 'The library includes nothing outside it:'
+    local from to line includes
+    includes=$(includes_between_folders)
+    tracked 'velmora/*.h' 'velmora/*.cpp' | sed -E 's,^velmora/(.*)/[^/]*,\1,' | sort -u | while read -r from; do
+        [ -n "${may_include[$from]+known}" ] || echo "velmora/$from"
+    done | forbid 'The table in tools/dev/layout.sh has every folder under velmora:'
+    while read -r from to line; do
+        [[ " ${may_include[$from]:-} " == *" $to "* ]] || echo "$line"
+    done <<<"$includes" | forbid 'A folder includes only those that the table in tools/dev/layout.sh allows:'
+    for from in "${!may_include[@]}"; do
+        for to in ${may_include[$from]}; do
+            grep -q "^$from $to " <<<"$includes" || echo "$from: $to"
+        done
+    done | forbid 'The table in tools/dev/layout.sh allows only what is used:'
+    lines_with '#include [<"](tests|tools|bench|fuzz|examples|\.\.)/' -- velmora |
+        forbid 'The library includes nothing outside it, and headers by their path from the root:'
 }
 
 check_headers() {
@@ -66,18 +88,23 @@ longer_than() { # <lines> <file pattern>...
 
 check_texts() {
     lines_with '\b(TODO|FIXME|XXX|HACK)\b' -- ':!tools/dev/layout.sh' | forbid 'Nothing is left for later in a comment:'
-    lines_with '[[:blank:]]$|'$'\t' -- '*.h' '*.cpp' '*.cs' '*.md' '*.sh' '*.cmake' '*CMakeLists.txt' '*.json' dev |
-        forbid 'Lines have no tabs and no blanks at their end:'
-    lines_with -I $'\r$' -- ':!*/corpus/*' | forbid 'Lines end with a line feed:'
+    whitespace_errors | forbid 'White space is as .gitattributes says:'
     lines_with '/(home|root|Users)/[a-z]+/' -- velmora managed tools cmake dev '*.cmake' |
         forbid 'No path of one machine:'
 }
 
+# Compares with the empty tree and the empty file: every line counts, not only those that have changed.
+whitespace_errors() {
+    git diff --check "$(git hash-object -t tree /dev/null)" || true
+    git ls-files --others --exclude-standard -z |
+        xargs -0 --no-run-if-empty --max-args=1 git diff --check --no-index /dev/null || true
+}
+
 check_scripts() {
     local script
-    for script in dev .ci/run tools/dev/layout.sh tools/dev/headers.sh; do
+    for script in $(git grep --untracked -lI '^#!'); do
         [ -x "$script" ] || echo "$script"
-    done | forbid 'A script that is called has its run bit:'
+    done | forbid 'A script has its run bit:'
 }
 
 check_includes

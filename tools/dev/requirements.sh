@@ -1,8 +1,10 @@
-# What the commands need on the machine: Debian packages, which are installed when they are missing, and the .NET SDK.
+# What the commands need on the machine: Debian packages, which are installed if they are missing, and the .NET SDK.
 # shellcheck shell=bash
 readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev)
 readonly bench_packages=(libbenchmark-dev libisal-dev)
-readonly check_packages=(clang clang-format clang-tidy libclang-rt-dev shellcheck)
+readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
+readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
+declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)
 
 require() { # <package>...
     if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
@@ -29,7 +31,7 @@ is_installed() { # <package>
     [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
-# A package source that cannot be reached does not matter when the packages can be had all the same.
+# An unreachable package source does not matter if the other sources have the packages.
 install_packages() { # <package>...
     as_root apt-get update
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "$@"
@@ -58,4 +60,80 @@ require_dotnet() {
 PATH, and run this again"
     fi
     export DOTNET_CLI_TELEMETRY_OPTOUT=1 DOTNET_NOLOGO=1 DOTNET_SKIP_FIRST_TIME_EXPERIENCE=1
+}
+
+# From now on, programs that look for .NET find this version of it and no other.
+use_dotnet() { # <major version>
+    local version=${dotnet_versions[${1:-none}]:-}
+    [ -n "$version" ] || fail "there is no .NET '${1:-}' to test with; there are: ${!dotnet_versions[*]}" 2
+    require_dotnet_root linux-x64 "$version" "build/dotnet-$1"
+    export DOTNET_ROOT=$PWD/build/dotnet-$1
+}
+
+require_dotnet_root() { # <platform, such as linux-x64> <version> <folder>
+    step ".NET $2 for $1" "dotnet-$1-$2" make_dotnet_root "$@"
+}
+
+# Lays out a .NET installation from NuGet's runtime pack; the host pack stays in the package cache. Does nothing if the
+# folder contains that version already.
+make_dotnet_root() { # <platform> <version> <folder>
+    local platform=$1 version=$2 folder=$3
+    local packages=${NUGET_PACKAGES:-$HOME/.nuget/packages} fxr=libhostfxr.so
+    local pack=$packages/microsoft.netcore.app.runtime.$platform/$version/runtimes/$platform
+    local framework=$folder/shared/Microsoft.NETCore.App/$version
+    [ ! -e "$folder/complete-$version" ] || [ ! -d "$packages/microsoft.netcore.app.host.$platform/$version" ] || return 0
+    [ "$platform" != win-x64 ] || fxr=hostfxr.dll
+    fetch_dotnet_packs "$platform" "$version" "$packages" &&
+        rm -rf "$folder" &&
+        mkdir -p "$folder/host/fxr/$version" "$framework" &&
+        cp "$pack"/lib/net*/* "$pack"/native/* "$framework/" &&
+        mv "$framework/$fxr" "$folder/host/fxr/$version/" &&
+        touch "$folder/complete-$version"
+}
+
+# The SDK restores packages for a project only; this one has nothing else in it.
+fetch_dotnet_packs() { # <platform> <version> <package cache>
+    local project=build/dotnet-packs/packs.csproj
+    mkdir -p "$(dirname "$project")" &&
+        cat >"$project" <<TEXT &&
+<Project Sdk="Microsoft.NET.Sdk">
+  <PropertyGroup>
+    <TargetFramework>net8.0</TargetFramework>
+    <EnableDefaultItems>false</EnableDefaultItems>
+    <DisableImplicitFrameworkReferences>true</DisableImplicitFrameworkReferences>
+    <NuGetAudit>false</NuGetAudit>
+  </PropertyGroup>
+  <ItemGroup>
+    <PackageDownload Include="Microsoft.NETCore.App.Runtime.$1" Version="[$2]" />
+    <PackageDownload Include="Microsoft.NETCore.App.Host.$1" Version="[$2]" />
+  </ItemGroup>
+</Project>
+TEXT
+        dotnet restore "$project" --packages "$3"
+}
+
+# Unpacks the sources of a Debian package, for libraries whose binary packages are for Linux only. Uses package lists of its
+# own, because those of the machine rarely list sources. Does nothing if the folder contains the sources already.
+require_debian_source() { # <package> <folder>
+    step "sources of $1" debian-source get_debian_source "$@"
+}
+
+get_debian_source() { # <package> <folder>
+    [ ! -e "$2/complete" ] || return 0
+    local work list
+    work=$(mktemp -d) && mkdir -p "$work/sources" "$work/lists/partial" "$work/cache/archives/partial" || return 1
+    for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list /etc/apt/sources.list.d/*.sources; do
+        [ ! -e "$list" ] || sed -E 's/^deb([[:blank:]])/deb-src\1/; s/^Types:.*/Types: deb-src/' "$list" \
+            >"$work/sources/$(basename "$list")"
+    done
+    local options=(-o Dir::Etc::sourcelist=/dev/null -o "Dir::Etc::sourceparts=$work/sources"
+        -o "Dir::State::lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
+    apt-get "${options[@]}" update &&
+        (cd "$work" && apt-get "${options[@]}" source --download-only "$1") &&
+        rm -rf "$2" && mkdir -p "$2" &&
+        tar -xf "$work/"*.orig.tar.* -C "$2" --strip-components=1 &&
+        touch "$2/complete"
+    local status=$?
+    rm -rf "$work"
+    return "$status"
 }

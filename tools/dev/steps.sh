@@ -1,4 +1,4 @@
-# The steps that the commands are made of. Each says its name; what it prints goes to a file under build/log.
+# The steps that the commands consist of. Each prints its name; its output goes to a file in build/log.
 # shellcheck shell=bash
 readonly log_folder=build/log
 
@@ -9,8 +9,8 @@ fail() { # <message> [exit code]
 
 say() { printf '== %s\n' "$1"; }
 
-# Of a failure the end of the file is shown. The command runs without errexit: a function given here must return its
-# own failures.
+# Prints the end of the log if the command fails. The command runs without errexit: a function given here returns its own
+# failures.
 step() { # <title> <log name> <command>...
     local title=$1 log=$log_folder/$2.txt
     shift 2
@@ -18,38 +18,44 @@ step() { # <title> <log name> <command>...
     mkdir -p "$log_folder"
     if ! "$@" >"$log" 2>&1 </dev/null; then
         tail -n 60 "$log"
-        fail "'$title' failed; all that it printed is in $log"
+        fail "'$title' failed; the complete output is in $log"
     fi
 }
 
-build() { # <preset> [target]...
+configure() { # <preset> [cmake option]...
     local preset=$1
     shift
     if command -v ccache >/dev/null; then
         export CMAKE_CXX_COMPILER_LAUNCHER=ccache
     fi
+    step "configure $preset" "configure-$preset" cmake --preset "$preset" "$@"
+}
+
+build() { # <preset> [target]...
+    local preset=$1
+    shift
     if [ ! -e "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ]; then
-        step "configure $preset" "configure-$preset" cmake --preset "$preset"
+        configure "$preset"
     fi
     step "build $preset" "build-$preset" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-# Shows what ctest says in closing, and of each test that failed all that it printed.
+# A test that is skipped or cannot run counts as failed.
 run_ctest() { # <preset> <log name> [ctest option]...
-    local preset=$1 log=$log_folder/$2.txt status=0
+    local preset=$1 log=$log_folder/$2
     shift 2
     say "test $preset"
     mkdir -p "$log_folder"
-    ctest --preset "$preset" "$@" >"$log" 2>&1 </dev/null || status=$?
-    show_failed_tests "$log"
-    sed -n '/tests passed, .* failed out of/,$p; /^No tests were found/p' "$log"
-    [ "$status" -eq 0 ] || fail "tests failed; all that they printed is in $log"
-    # A test that cannot run is one that nobody ran.
-    ! grep -q '^The following tests did not run:' "$log" || fail "tests were skipped; $log has their names"
+    ctest --preset "$preset" --progress --output-log "$log.txt" --output-junit "$PWD/$log.xml" "$@" </dev/null ||
+        fail "tests failed; their output is in $log.txt"
+    [ "$(grep -cE '^\s*(disabled|skipped)="0"$' "$log.xml")" -eq 2 ] || fail "tests were skipped; $log.txt has their names"
 }
 
-show_failed_tests() { # <log>
-    awk '/^ *[0-9]+\/[0-9]+ Test +#[0-9]+:/ { shown = /\*\*\*/ && !/\*\*\*Skipped/ }
-         /^ +Start +[0-9]+:/ || /tests passed, .* failed out of/ { shown = 0 }
-         shown' "$1"
+is_one_of() { # <word> <word>...
+    local word=$1
+    shift
+    case " $* " in
+        *" $word "*) ;;
+        *) return 1 ;;
+    esac
 }

@@ -1,0 +1,59 @@
+# For the presets that only look at the sources. Their object files record what has been checked: a source is checked again
+# when it, a header that it includes, its compile command or the rules have changed.
+option(VELMORA_LINT "Check every source with clang-tidy as it is compiled" OFF)
+option(VELMORA_COMPILE_ONLY "Leave out the managed parts: nothing but the targets compile and all_verify_interface_header_sets can be built" OFF)
+
+if(VELMORA_LINT)
+    find_program(VELMORA_CLANG_TIDY clang-tidy REQUIRED DOC "clang-tidy, which checks the sources")
+    set(rules "${PROJECT_SOURCE_DIR}/.clang-tidy" "${PROJECT_SOURCE_DIR}/tests/.clang-tidy")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${rules})
+    set(digests)
+    foreach(file IN LISTS rules)
+        file(SHA256 "${file}" digest)
+        string(APPEND digests "${digest}")
+    endforeach()
+    string(SHA256 digest "${digests}")
+    # The digest makes the rules a part of every command.
+    set(VELMORA_LINT_COMMAND "${VELMORA_CLANG_TIDY}" --quiet "--extra-arg=-DVELMORA_LINT_RULES_${digest}")
+endif()
+
+# velmora_lint(<target>)
+function(velmora_lint target)
+    set_property(GLOBAL APPEND PROPERTY VELMORA_COMPILED_TARGETS ${target})
+    if(VELMORA_LINT)
+        set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "${VELMORA_LINT_COMMAND}")
+    endif()
+endfunction()
+
+# velmora_add_compile_target()
+# The target compile has every source of this project compiled and links nothing.
+function(velmora_add_compile_target)
+    get_property(targets GLOBAL PROPERTY VELMORA_COMPILED_TARGETS)
+    list(TRANSFORM targets REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
+    add_custom_target(compile DEPENDS ${targets})
+endfunction()
+
+# velmora_verify_internal_headers()
+# A header that is not installed compiles alone, as an installed one does, with the libraries that its folder may use.
+function(velmora_verify_internal_headers)
+    set(public_headers)
+    foreach(target IN ITEMS VelmoraTessaport VelmoraLogging VelmoraIO)
+        get_target_property(headers ${target} HEADER_SET)
+        get_target_property(folder ${target} SOURCE_DIR)
+        list(TRANSFORM headers PREPEND "${folder}/" REGEX "^[^/]")
+        list(APPEND public_headers ${headers})
+    endforeach()
+    file(GLOB_RECURSE internal_headers CONFIGURE_DEPENDS
+        velmora/*.h tools/*.h tests/*.h)
+    list(REMOVE_ITEM internal_headers ${public_headers})
+    list(FILTER internal_headers EXCLUDE REGEX "Windows[.]h$")
+    add_library(velmora_internal_headers INTERFACE)
+    target_sources(velmora_internal_headers INTERFACE
+        FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${internal_headers})
+    find_package(CLI11 REQUIRED)
+    find_package(nlohmann_json REQUIRED)
+    find_package(GTest REQUIRED)
+    find_package(Boost REQUIRED)
+    target_link_libraries(velmora_internal_headers INTERFACE
+        NetHost::NetHost CLI11::CLI11 nlohmann_json::nlohmann_json GTest::gtest Boost::headers)
+endfunction()
