@@ -4,11 +4,14 @@ using System.IO;
 using System.Linq;
 using Quorvex.Tessaport.API;
 
-// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | delete | lock
+// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | delete | list <path> |
+// find <path> | lock
 // Works on the first drive of the home that TESSAPORT_HOME names; add and sync go on until the process is ended.
 // lock prints whether the home's lock was "taken" or is "held" by another, and keeps it until its input ends.
 if (args[0] == "lock")
     return LockCommand.Run();
+// list and find print what went wrong.
+Privileges.DropIfAsked();
 var service = new TessaportService();
 var root = service.GetDrives().First().Root;
 Console.WriteLine("ready");
@@ -26,6 +29,12 @@ switch (args[0])
             foreach (var item in service.GetFolderContents(root.Id).Where(item => item.IsInWorkspace && !item.IsFolder))
                 File.SetLastWriteTimeUtc(item.WorkspacePath.Replace('\\', Path.DirectorySeparatorChar), DateTime.UtcNow);
         }
+    case "sync-once":
+        return service.SyncFiles([root.Id]).IsSuccess ? 0 : 1;
+    case "list":
+        return LookCommand.Run(() => service.GetFolderContents(service.GetItemsByRelativePaths(root.DriveId, [args[1]]).Single().Id));
+    case "find":
+        return LookCommand.Run(() => service.GetItemsByRelativePaths(root.DriveId, [args[1]]));
     case "delete":
         foreach (var item in service.GetFolderContents(root.Id))
             service.DeleteItems([item.Id]);

@@ -1,0 +1,88 @@
+using System;
+using System.Diagnostics;
+using System.IO;
+using Xunit;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>What may not be read is an error with its reason, never absent; in a process that is not privileged.</summary>
+public sealed class PermissionTests : IDisposable
+{
+    private const UnixFileMode ReadOnly = UnixFileMode.UserRead;
+    private const UnixFileMode EnterOnly = UnixFileMode.UserExecute;
+
+    private readonly TestHome _home = new();
+    private readonly TestDrive _drive;
+
+    public PermissionTests()
+    {
+        _drive = _home.AddDrive();
+        _drive.PutInWorkspace("folder/a.txt");
+        _drive.PutInWorkspace("b.txt");
+    }
+
+    public void Dispose()
+    {
+        foreach (var folder in Directory.GetDirectories(_drive.Workspace))
+            Protect(folder, UnixFileMode.UserRead | UnixFileMode.UserWrite | UnixFileMode.UserExecute);
+        _home.Dispose();
+    }
+
+    [UnixTheory]
+    [InlineData(ReadOnly)]
+    [InlineData(EnterOnly)]
+    [InlineData(UnixFileMode.None)]
+    public void AFolderThatMayNotBeReadOrEnteredMakesASyncFail(UnixFileMode mode)
+    {
+        Protect(_drive.InWorkspace("folder"), mode);
+
+        Assert.Equal(1, Run(out _, "sync-once"));
+
+        Assert.Contains("b.txt", _drive.FilesOnServer());
+        Assert.DoesNotContain("folder/a.txt", _drive.FilesOnServer());
+    }
+
+    [UnixTheory]
+    [InlineData("list", "folder", ReadOnly)]
+    [InlineData("list", "folder", EnterOnly)]
+    [InlineData("find", @"folder\a.txt", ReadOnly)]
+    [InlineData("find", @"folder\a.txt", UnixFileMode.None)]
+    public void WhatMayNotBeLookedAtIsAnErrorThatNamesItAndTheReason(string command, string path, UnixFileMode mode)
+    {
+        Protect(_drive.InWorkspace("folder"), mode);
+
+        Assert.Equal(3, Run(out var message, command, path));
+
+        Assert.Contains(_drive.InWorkspace("folder"), message);
+        Assert.Contains("Permission denied", message);
+    }
+
+    [UnixTheory]
+    [InlineData(UnixFileMode.None)]
+    public void AFileThatMayNotBeReadIsNotTakenForAnEmptyOne(UnixFileMode mode)
+    {
+        UnixCalls.SetMode(_drive.InWorkspace("b.txt"), mode);
+
+        Assert.Equal(1, Run(out _, "sync-once"));
+
+        Assert.DoesNotContain("b.txt", _drive.FilesOnServer());
+        Assert.Contains("folder/a.txt", _drive.FilesOnServer());
+    }
+
+    private static void Protect(string path, UnixFileMode mode) => UnixCalls.SetMode(path, mode);
+
+    private int Run(out string output, params string[] arguments)
+    {
+        var start = new ProcessStartInfo(Worker.Executable, arguments) { RedirectStandardOutput = true };
+        start.Environment["TESSAPORT_HOME"] = _home.Root;
+        if (Environment.IsPrivilegedProcess)
+        {
+            start.Environment["VELMORA_WORKER_DROPS_PRIVILEGES"] = "1";
+            UnixCalls.Run("chown", "-R", "65534:65534", _home.Root);
+        }
+        using var process = Process.Start(start)!;
+        output = process.StandardOutput.ReadToEnd();
+        process.WaitForExit();
+        return process.ExitCode;
+    }
+}

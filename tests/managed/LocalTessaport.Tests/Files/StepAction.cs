@@ -1,0 +1,35 @@
+using System;
+using Quorvex.Tessaport.API.Local;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>Acts once, when the service comes to a step; disposing it checks that it did.</summary>
+internal sealed class StepAction : IDisposable
+{
+    private readonly string _step;
+    private readonly Action<string> _action;
+    private readonly string _within;
+    private int _calls;
+
+    private StepAction(string step, string within, Action<string> action)
+    {
+        _step = step;
+        _within = within;
+        _action = action;
+        Step.Hook = Reached;
+    }
+
+    public bool WasReached => _calls > 0;
+
+    /// <summary>Acts at the first time the step is reached for a path that ends with the given text.</summary>
+    public static StepAction At(string step, string pathEnd, Action<string> action) => new(step, pathEnd, action);
+
+    public void Dispose() => Step.Hook = null;
+
+    private void Reached(string step, string path)
+    {
+        if (step != _step || !path.EndsWith(_within, StringComparison.Ordinal) || _calls++ > 0)
+            return;
+        _action(path);
+    }
+}

@@ -1,0 +1,17 @@
+using System;
+using System.Runtime.CompilerServices;
+using Xunit;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>A test with several inputs about something that only Unix file systems have; elsewhere it is reported as left out.</summary>
+public sealed class UnixTheoryAttribute : TheoryAttribute
+{
+    public UnixTheoryAttribute(
+        [CallerFilePath] string? sourceFilePath = null, [CallerLineNumber] int sourceLineNumber = -1)
+        : base(sourceFilePath, sourceLineNumber)
+    {
+        if (OperatingSystem.IsWindows())
+            Skip = "Windows has no such files.";
+    }
+}

@@ -1,0 +1,77 @@
+// Preloaded into a process, writes down in which order it flushes and renames files, one line for each call.
+#ifndef _GNU_SOURCE
+#define _GNU_SOURCE 1
+#endif
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+// In one write, so that threads do not mix their lines.
+void record(const std::string& line)
+{
+    const char* const path = std::getenv("VELMORA_RECORD_ORDER");
+    if (path == nullptr)
+        return;
+    const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const std::string text = line + '\n';
+    if (file < 0 || write(file, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+        std::abort();
+    close(file);
+}
+
+std::string pathOf(int file)
+{
+    char path[PATH_MAX];
+    const ssize_t length = readlink(("/proc/self/fd/" + std::to_string(file)).c_str(), path, sizeof path);
+    return length < 0 ? "" : std::string(path, static_cast<std::size_t>(length));
+}
+
+std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+template <class Function>
+Function next(const char* name)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+__attribute__((visibility("default"))) int fsync(int file)
+{
+    const int result = next<int (*)(int)>("fsync")(file);
+    record("flush " + nameOf(pathOf(file)));
+    return result;
+}
+
+__attribute__((visibility("default"))) int fdatasync(int file)
+{
+    const int result = next<int (*)(int)>("fdatasync")(file);
+    record("flush " + nameOf(pathOf(file)));
+    return result;
+}
+
+__attribute__((visibility("default"))) int rename(const char* from, const char* to) noexcept
+{
+    record("rename " + nameOf(from) + ' ' + nameOf(to));
+    return next<int (*)(const char*, const char*)>("rename")(from, to);
+}
+
+__attribute__((visibility("default"))) int renameat2(
+    int one, const char* from, int other, const char* to, unsigned flags) noexcept
+{
+    record("rename " + nameOf(from) + ' ' + nameOf(to));
+    return next<int (*)(int, const char*, int, const char*, unsigned)>("renameat2")(one, from, other, to, flags);
+}
+
+} // extern "C"
