@@ -50,6 +50,8 @@ Json failingList(Json list, unsigned after, Json failure, const char* step)
     return {{"list", std::move(list)}, {"after", after}, {"throw", std::move(failure)}, {"failsIn", step}};
 }
 
+Json listOfKind(const char* kind, Json list) { return {{"list", std::move(list)}, {"as", kind}}; }
+
 Json generated(unsigned count) { return {{"generate", count}}; }
 
 Json item(int number) { return itemAt(number, L"D:\\Drive\\Folder\\item " + std::to_wstring(number) + L".txt"); }

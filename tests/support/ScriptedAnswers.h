@@ -29,6 +29,11 @@ using Json = nlohmann::json;
 /// A lazy list that throws in `step` (GetEnumerator, MoveNext, Current or Dispose) after so many elements.
 [[nodiscard]] Json failingList(Json list, unsigned after, Json failure, const char* step = "MoveNext");
 
+/// A collection of another kind than List<T>: "array", "enumerable-only" (fails when anything but its generic
+/// enumerator is asked for), "reversing" (a class derived from List<T> that enumerates from its end), or, for property
+/// values, "growing" (a List<T> that grows while it is enumerated).
+[[nodiscard]] Json listOfKind(const char* kind, Json list);
+
 /// A list of so many made-up records, held ready.
 [[nodiscard]] Json generated(unsigned count);
 

@@ -1,7 +1,6 @@
 using System;
 using System.Collections.Generic;
 using System.Runtime.CompilerServices;
-using System.Runtime.InteropServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
 using Velmora.Bridge.Replies;
@@ -24,12 +23,12 @@ internal static unsafe class Answers
     public static void List<T>(IEnumerable<T> records, RecordAction<T> write, Reply* reply)
     {
         using var writer = new ReplyWriter();
-        reply->ExpectedCount = records is ICollection<T> counted ? (ulong)counted.Count : 0;
-        // Arrays and lists without the calls of an enumerator; nothing else can be told apart.
+        // The length of an array cannot change, and a List<T> checks that it has not changed: both are read without
+        // virtual calls. Anything else is only enumerated, because its other members may be slow or fail.
         if (records is T[] array)
-            Write(writer, array, write, reply);
+            WriteArray(writer, array, write, reply);
         else if (records.GetType() == typeof(List<T>))
-            Write(writer, CollectionsMarshal.AsSpan((List<T>)records), write, reply);
+            WriteList(writer, (List<T>)records, write, reply);
         else
             foreach (T record in records)
                 Write(writer, record, write, reply);
@@ -37,8 +36,17 @@ internal static unsafe class Answers
     }
 
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
-    private static void Write<T>(ReplyWriter writer, ReadOnlySpan<T> records, RecordAction<T> write, Reply* reply)
+    private static void WriteArray<T>(ReplyWriter writer, T[] records, RecordAction<T> write, Reply* reply)
     {
+        reply->ExpectedCount = (ulong)records.Length;
+        foreach (T record in records)
+            Write(writer, record, write, reply);
+    }
+
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    private static void WriteList<T>(ReplyWriter writer, List<T> records, RecordAction<T> write, Reply* reply)
+    {
+        reply->ExpectedCount = (ulong)records.Count;
         foreach (T record in records)
             Write(writer, record, write, reply);
     }

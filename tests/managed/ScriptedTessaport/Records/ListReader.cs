@@ -6,9 +6,9 @@ using System.Text.Json;
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
-/// Lists as a script writes them: null, an array, {"generate": count}, or {"list": array, "failsIn": place, "after":
-/// count, "throw": exception}, which is enumerated lazily and fails on the way. Everything but the last is ready before
-/// the request comes.
+/// Lists as a script writes them: null, an array, {"generate": count}, {"list": array, "as": kind} for a collection of
+/// another kind (see ListOfKind), or {"list": array, "failsIn": place, "after": count, "throw": exception}, which is
+/// enumerated lazily and fails on the way. Everything but the last is ready before the request comes.
 /// </summary>
 internal static class ListReader
 {
@@ -20,9 +20,27 @@ internal static class ListReader
             return json.EnumerateArray().Select(read).ToList();
         if (json.TryGetProperty("generate", out JsonElement count))
             return Enumerable.Range(0, count.GetInt32()).Select(generate).ToList();
+        List<T?> list = json.GetProperty("list").EnumerateArray().Select(read).ToList();
+        if (json.TryGetProperty("as", out JsonElement kind))
+            return ListOfKind(kind.GetString()!, list);
         return new FailingList<T?>(
-            json.GetProperty("list").EnumerateArray().Select(read).ToList(), FailingPlace(json), FailingAfter(json),
-            Failures.Read(json.GetProperty("throw")));
+            list, FailingPlace(json), FailingAfter(json), Failures.Read(json.GetProperty("throw")));
+    }
+
+    private static IEnumerable<T?> ListOfKind<T>(string kind, List<T?> list) where T : class => kind switch
+    {
+        "array" => list.ToArray(),
+        "enumerable-only" => new EnumerableOnly<T?>(list),
+        "reversing" => new ReversingList<T?>(list),
+        "growing" => Growing(list),
+        _ => throw new FormatException($"'{kind}' is not a kind of list that the script knows."),
+    };
+
+    // Adds an element to itself as soon as the text of its first value is asked for, which is during its enumeration.
+    private static List<T> Growing<T>(List<T> list)
+    {
+        ((PropertyValue)(object)list[0]!).Value = new Values.WithSideEffect(() => list.Add(list[0]));
+        return list;
     }
 
     private static ListStep FailingPlace(JsonElement json) =>

@@ -17,6 +17,20 @@ internal static class Values
         public override string? ToString() => null;
     }
 
+    /// <summary>A value that does something when its text is asked for.</summary>
+    public sealed class WithSideEffect
+    {
+        private readonly Action effect;
+
+        public WithSideEffect(Action effect) => this.effect = effect;
+
+        public override string ToString()
+        {
+            effect();
+            return "done";
+        }
+    }
+
     public static object? Read(JsonElement json) => json.ValueKind switch
     {
         JsonValueKind.Number => json.GetInt32(),
