@@ -57,9 +57,9 @@ internal static class HandleTable
                 continue;
             }
             int count = 1;
-            int next = SlotOf(first).NextFree;
+            int next = NextOf(first);
             for (; count < most && next != 0; ++count)
-                next = SlotOf(next).NextFree;
+                next = NextOf(next);
             if (Interlocked.CompareExchange(ref firstFree, Following(head, next), head) == head)
                 return count;
         }
@@ -129,11 +129,16 @@ internal static class HandleTable
         while (true)
         {
             long head = Volatile.Read(ref firstFree);
-            slot.NextFree = (int)head;
+            Volatile.Write(ref slot.NextFree, (int)head);
             if (Interlocked.CompareExchange(ref firstFree, Following(head, number), head) == head)
                 return;
         }
     }
+
+    // Ordered before whatever is read next: the number may be of a chunk that was added a moment ago, and the chunks
+    // that are read after it must include that one. Without the order, processors other than x86 may read them first.
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    private static int NextOf(int number) => Volatile.Read(ref SlotOf(number).NextFree);
 
     private static long Following(long head, int first) => (((head >> 32) + 1) << 32) | (uint)first;
 
