@@ -17,9 +17,9 @@ using TessaportAPI::ItemIdImp;
 
 struct IdRoom {
     alignas(ItemIdImp) std::byte imp[sizeof(ItemIdImp)];
-    alignas(std::uint64_t) std::byte shared[40];
+    alignas(std::uint64_t) std::byte shared[SharedWrapperSize];
 };
-static_assert(sizeof(IdRoom) <= IdRoomSize && offsetof(IdRoom, imp) == 0);
+static_assert(sizeof(IdRoom) == IdRoomSize && offsetof(IdRoom, imp) == 0);
 
 void dispose(ItemIdImp* imp) noexcept
 {

@@ -10,8 +10,16 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
+/// The wrapper with what std::allocate_shared keeps beside it. Standard libraries differ: IdRoom.cpp does not compile
+/// where this is too small.
+#ifdef _LIBCPP_VERSION
+constexpr std::size_t SharedWrapperSize = 48;
+#else
+constexpr std::size_t SharedWrapperSize = 40;
+#endif
+
 /// What TextAccess::assign is asked for: the implementation object, and the wrapper with what its owners share.
-constexpr std::size_t IdRoomSize = 64;
+constexpr std::size_t IdRoomSize = sizeof(TessaportAPI::ItemIdImp) + SharedWrapperSize;
 constexpr std::uint32_t IdRoomOwners = 2;
 
 /// Makes both in the room. The implementation object is released through ItemIdImp::destroy; `wrapper` is the one that
