@@ -256,11 +256,32 @@ TEST_F(Arguments, AreEmptyListsForEmptyBuffers)
 
 TEST_F(Arguments, EmptyBuffersReturnWhatTheServiceReturns)
 {
+    const CommandContext context = contextOf(9, {});
+    const Command command = commandOf(8);
+    const Json items = Json::array({item(1), item(2)});
+    for (const char* member : {"AddFiles", "SyncFiles", "DeleteItems", "ExecuteCommand"})
+        service.answer(member, outcome(true, items));
+    service.answer("CanAddFiles", true);
+    service.answer("GetItemsByWorkspacePaths", Json::array({workspacePathResult(item(1), L"unasked", 1)}));
+    service.answer("GetItemsByRelativePaths", items);
+    service.answer("GetProperties", propertyValues(Json::array({propertyValue(L"Unasked", 1)})));
+    service.answer("GetCommands", Json::array({TestSupport::command(1)}));
+    service.answer("GetPermanentIds", Json::array({permanentIdResult(1, "unasked", 1)}));
     service.answer("GetItemsByPermanentIds", Json::array({itemOfPermanentIdResult(item(1), "unasked", 1)}));
-    service.answer("SyncFiles", outcome(true, Json::array({item(2)})));
 
+    EXPECT_EQ(bridge.addFiles(context.itemId, {}).itemsCreated.GetSize(), 2U);
+    EXPECT_TRUE(bridge.canAddFiles(context.itemId, {}));
+    EXPECT_EQ(bridge.syncFiles({}).itemsCreated.GetSize(), 2U);
+    EXPECT_EQ(bridge.deleteFilesOrFolders({}).itemsCreated.GetSize(), 2U);
+    EXPECT_EQ(bridge.getItemsByWorkspacePaths({}).GetSize(), 1U);
+    EXPECT_EQ(bridge.getItemsByRelativePaths({}, {}).GetSize(), 2U);
+    EXPECT_EQ(bridge.getStringPropertyValues({}, {}).GetSize(), 1U);
+    EXPECT_EQ(bridge.getCommands(context).GetSize(), 1U);
+    EXPECT_EQ(bridge.executeCommand(command, context).itemsCreated.GetSize(), 2U);
+    EXPECT_EQ(bridge.getPermanentIds({}).GetSize(), 1U);
     EXPECT_EQ(bridge.getItemsByPermanentIds({}).GetSize(), 1U);
-    EXPECT_EQ(bridge.syncFiles({}).itemsCreated.GetSize(), 1U);
+    service.answer("CanAddFiles", false);
+    EXPECT_FALSE(bridge.canAddFiles(context.itemId, {}));
 }
 
 TEST_F(Arguments, HandANullIdBackAsNull)
