@@ -1,11 +1,14 @@
 // Starting, step by step, over a host that fails where the test wants it.
 #include "velmora/bridge/runtime/ClrRuntime.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -203,6 +206,37 @@ TEST_F(Starting, HappensOnce)
     EXPECT_EQ(script.started, 1);
     EXPECT_EQ(bridgeScript.started, 1);
     EXPECT_EQ(bridgeScript.repliesReleased, 1);
+}
+
+TEST_F(Starting, HappensOnceWhenManyThreadsNeedItAtOnce)
+{
+    constexpr int Threads = 64;
+    std::atomic<int> underWay{0};
+    // The first start goes on only when all the other threads have come to wait for it.
+    script.whileStarting = [&] {
+        while (underWay < Threads)
+            std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    };
+
+    std::atomic<const TessaportEntryPoints*> found{nullptr};
+    std::atomic<int> others{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < Threads; ++i) {
+        threads.emplace_back([&] {
+            ++underWay;
+            const TessaportEntryPoints* const table = &runtime.entryPoints();
+            const TessaportEntryPoints* const first = found.exchange(table);
+            others += first != nullptr && first != table ? 1 : 0;
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(script.opened, 1);
+    EXPECT_EQ(script.started, 1);
+    EXPECT_EQ(bridgeScript.started, 1);
+    EXPECT_EQ(others, 0);
 }
 
 TEST_F(Starting, HandsTheHostAndTheBridgeWhatWasSet)

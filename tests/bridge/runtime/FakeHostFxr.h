@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,8 @@ struct HostScript {
     Tessaport::HostingStatus open;
     Tessaport::HostingStatus start;
     Tessaport::StartBridge startBridge = nullptr;
+    /// Runs inside the second step.
+    std::function<void()> whileStarting = [] {};
 
     int opened = 0;
     int started = 0;
@@ -39,6 +42,7 @@ public:
     {
         ++script.started;
         script.bridgeFolder = bridgeFolder;
+        script.whileStarting();
         startBridge = script.startBridge;
         return script.start;
     }

@@ -99,6 +99,23 @@ TEST_F(FindingDotnet, ReportsATooOldRuntimeAndConnectsOnceANewerOneIsThere)
             Connected));
 }
 
+#ifndef _WIN32
+
+// On Windows no program of this length of path could be started.
+TEST_F(FindingDotnet, ServesFromAFolderWhosePathIsLongerThanAThousandCharacters)
+{
+    fs::path deep = root;
+    while (deep.native().size() <= 1024)
+        deep /= std::string(200, 'd');
+    fs::create_directories(deep / "host");
+    fs::copy(dotnetRoot() / "host" / "fxr", deep / "host" / "fxr", fs::copy_options::recursive);
+    fs::create_directory_symlink(dotnetRoot() / "shared", deep / "shared");
+
+    EXPECT_THAT(take({api, step("dotnet", deep), "connect"}), ElementsAre(Connected));
+}
+
+#endif
+
 TEST_F(FindingDotnet, NamesThePlacesOfThePlatformsOwnLookUp)
 {
     installation.environment["DOTNET_ROOT"] = root.u8string();

@@ -52,6 +52,17 @@ ChildResult runHost(std::string_view name, const std::vector<std::string>& argum
     return run(program);
 }
 
+ChildResult runManagedHost(const fs::path& apiFolder, const std::vector<std::string>& loadedBefore)
+{
+    ChildProgram program;
+    program.program = native(VELMORA_MANAGED_HOST_FOLDER) / (std::string("ManagedHost") + VELMORA_PROGRAM_SUFFIX);
+    program.arguments = {hostFile(VELMORA_PLUGIN_NAME).u8string(), apiFolder.u8string()};
+    program.arguments.insert(program.arguments.end(), loadedBefore.begin(), loadedBefore.end());
+    program.environment["DOTNET_ROOT"] = dotnetRoot().u8string();
+    findLibraryIn(libraryOfBuild().parent_path(), program.environment);
+    return run(program);
+}
+
 fs::path dotnetRoot() { return native(VELMORA_DOTNET_ROOT); }
 
 void writeText(const fs::path& file, std::string_view text)

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
+#include <velmora/bridge/runtime/NativeLibrary.h>
 #include "tests/bridge/runtime/Installation.h"
 
 using namespace Quorvex::Velmora::Tessaport;
@@ -16,6 +17,14 @@ namespace
 {
 
 namespace fs = std::filesystem;
+
+#ifdef _WIN32
+constexpr const char* HostLibrary = "hostfxr.dll";
+#else
+constexpr const char* HostLibrary = "libhostfxr.so";
+#endif
+
+void HOSTFXR_CALLTYPE writeNothing(const char_t*) {}
 
 // A .runtimeconfig.json that asks for a version of the framework and has a property of its own.
 std::string configuration(const std::string& version)
@@ -109,4 +118,18 @@ TEST_F(RunningRuntime, CannotBeJoinedByAHostThatNeedsANewerFramework)
     EXPECT_EQ(static_cast<std::uint32_t>(status.code), 0x800080a5U);
     EXPECT_THAT(status.details, testing::HasSubstr("99.0.0"));
     EXPECT_EQ(startBridge, nullptr);
+}
+
+// The host may collect what hostfxr writes, and so does this library while it starts.
+TEST_F(RunningRuntime, GivesTheHostItsOwnErrorWriterBack)
+{
+    const auto setWriter = NativeLibrary::open(HostLibrary) // The one that is loaded.
+                               .symbol<hostfxr_set_error_writer_fn>("hostfxr_set_error_writer");
+    ASSERT_NE(setWriter, nullptr);
+    (void)setWriter(&writeNothing);
+
+    EXPECT_TRUE(join(bridgeOfBuild()).succeeded());
+    EXPECT_EQ(setWriter(&writeNothing), &writeNothing);
+    EXPECT_FALSE(join(bridgeAskingFor("99.0.0")).succeeded());
+    EXPECT_EQ(setWriter(nullptr), &writeNothing);
 }

@@ -2,7 +2,7 @@
 //   api=FOLDER, dotnet=FOLDER   sets the runtime options
 //   api-of-no-text=FOLDER       sets a folder in that one, whose name is no text
 //   rename=FROM>TO              changes something on the disk
-//   connect, drives, folders    a request on a new connection
+//   connect, drives, folders, in-workspace    a request on a new connection
 #include <chrono>
 #include <filesystem>
 #include <iostream>
@@ -65,6 +65,13 @@ void listFolders()
     std::cout << "folders " << folders.GetSize() << std::endl;
 }
 
+void askWhetherInWorkspace()
+{
+    QvNativeTessaportAPI connection;
+    const bool answer = connection.isFileInWorkspace(L"C:\\a");
+    std::cout << "in workspace " << answer << std::endl;
+}
+
 void rename(std::string_view fromTo)
 {
     const std::size_t separator = fromTo.find('>');
@@ -82,6 +89,8 @@ void take(std::string_view step)
         TestHosts::report(listDrives);
     } else if (name == "folders") {
         TestHosts::report(listFolders);
+    } else if (name == "in-workspace") {
+        TestHosts::report(askWhetherInWorkspace);
     } else if (name == "api") {
         options.apiFolder = std::filesystem::u8path(value);
         setOptions();

@@ -1,9 +1,12 @@
 // A part of a host that comes and goes with its library.
 #include <filesystem>
+#include <iostream>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RuntimeOptions.h>
+#include "tests/bridge/runtime/hosts/HostText.h"
 
+using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::TessaportAPI;
 
 #ifdef _WIN32
@@ -13,6 +16,7 @@ using namespace Quorvex::Velmora::TessaportAPI;
 #endif
 
 extern "C" PLUGIN_API int countItems(const char* apiFolder);
+extern "C" PLUGIN_API int reportConnection(const char* apiFolder);
 
 /// Sets the options when a folder is given, in UTF-8. Returns the number of items of the first drive, or -1.
 int countItems(const char* apiFolder)
@@ -26,4 +30,15 @@ int countItems(const char* apiFolder)
     } catch (const std::exception&) {
         return -1;
     }
+}
+
+/// Connects with the folder, in UTF-8, and writes one line: "connected <version>" or what failed. Returns 7.
+int reportConnection(const char* apiFolder)
+{
+    setRuntimeOptions({std::filesystem::u8path(apiFolder), {}});
+    TestHosts::report([] {
+        QvNativeTessaportAPI connection;
+        std::cout << "connected " << connection.getVersion().c_str() << std::endl;
+    });
+    return 7;
 }

@@ -3,6 +3,7 @@
 using System;
 using System.Collections.Generic;
 using System.Linq;
+using System.Runtime.InteropServices;
 using Vendor.Parts;
 
 namespace Quorvex.Tessaport.API;
@@ -40,7 +41,11 @@ public class TessaportService
     public CommandResult AddFiles(ItemId folder, List<string> paths) => Done();
     public Item GetOrCreateFolder(ItemId parent, string name) => NewItem(name, true);
     public bool CanAddFiles(ItemId folder, List<string> paths) => true;
-    public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths) => paths.ToDictionary(path => path, _ => true);
+
+    // A native library of the vendor's has the answer.
+    public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths) =>
+        paths.ToDictionary(path => path, _ => VendorAnswer() == 42);
+
     public CommandResult SyncFiles(List<ItemId> ids) => Done();
     public CommandResult DeleteItems(List<ItemId> ids) => Done();
 
@@ -65,6 +70,9 @@ public class TessaportService
 
     public IEnumerable<PermanentIdToItemResult> GetItemsByPermanentIds(List<string> permanentIds) => permanentIds.Select(
         id => new PermanentIdToItemResult { Item = NewItem("found", false), PermanentId = id, Result = Result.Success });
+
+    [DllImport("velmora_vendor_native", EntryPoint = "vendorAnswer")]
+    private static extern int VendorAnswer();
 
     private static CommandResult Done() => new() { IsSuccess = true };
 
