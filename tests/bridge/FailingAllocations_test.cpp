@@ -1,13 +1,12 @@
 // Memory that runs out at every single place of every operation of the bridge: no leak, no crash, and the connection
 // serves again.
-#include "tests/support/FailingAllocations.h"
-
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 
 #include "tests/bridge/EveryRequest.h"
+#include "tests/support/FailingRequests.h"
 #include "tests/support/SampleReplies.h"
 
 namespace Quorvex::Velmora::TestSupport

@@ -1,8 +1,6 @@
 // Every public operation is run with its first, its second, … its last allocation failing, once alone and once with all
 // later ones. Each time it must leak nothing, and its outputs and the item cache must be as before or as after a run
 // that succeeds. One-shot operations must also report the failure by their result and not by an exception.
-#include "tests/support/FailingAllocations.h"
-
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -17,6 +15,7 @@
 #include <velmora/platform/QVLog.h>
 #include "tests/support/Buffers.h"
 #include "tests/support/EnvironmentVariable.h"
+#include "tests/support/FailingRequests.h"
 #include "tests/support/FakeEntryPoints.h"
 #include "tests/support/SampleReplies.h"
 #include "tests/support/TemporaryFolder.h"

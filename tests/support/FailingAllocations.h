@@ -24,12 +24,17 @@ public:
     [[nodiscard]] static bool hasFailed() noexcept;
 };
 
-/// Blocks of operator new that are out, on all threads.
+/// The blocks of operator new that are allocated now, on all threads.
 [[nodiscard]] std::int64_t liveAllocations() noexcept;
 
-/// Runs the operation with its n-th allocation failing, for every n that there is, and `check` after each run: fails
-/// the test when any memory is out then that was not out before, or when anything but ApiException and std::bad_alloc
-/// leaves. Returns how many allocations failed.
-std::int64_t failEverywhere(const std::function<void()>& operation, const std::function<void()>& check);
+/// How many calls of operator new on this thread have succeeded since it started.
+[[nodiscard]] std::int64_t madeAllocations() noexcept;
+
+/// Runs the operation once for each of its allocations, with that allocation failing, and `check` after each run. Fails
+/// the test if a run leaves memory allocated that was not allocated before. Only std::bad_alloc may propagate from the
+/// operation; see failEverywhere() for requests.
+///
+/// @return how many allocations failed.
+std::int64_t failEachAllocation(const std::function<void()>& operation, const std::function<void()>& check);
 
 } // namespace Quorvex::Velmora::TestSupport
