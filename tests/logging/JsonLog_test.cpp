@@ -117,6 +117,30 @@ TEST(JsonLogTarget, WritesCharactersBeyondTheBasicPlaneAsPairs)
     EXPECT_EQ(record, L"{\"\\uD800\\uDC00\":\"a\\uD83D\\uDE00\"}\n");
 }
 
+TEST(JsonLogTarget, WritesAKeyBeyondTheBasicPlaneAsAPairWhateverItsValue)
+{
+    EXPECT_EQ(recordOf([](auto& target) { target.putString(wide({0x1F600}), L"plain"); }),
+        L"{\"\\uD83D\\uDE00\":\"plain\"}\n");
+    EXPECT_EQ(recordOf([](auto& target) {
+        target.putUInt32(wide({'k', 0x1F600}), 7);
+    }),
+        L"{\"k\\uD83D\\uDE00\":\"7\"}\n");
+}
+
+TEST(JsonLogTarget, RefusesARootWithAValueAndKeysAfterARecordWithAnEmptyLevel)
+{
+    std::wostringstream stream;
+    QVJsonLogTarget target(stream, false);
+    target.beginRecord(L"");
+    target.putString(L".a", L"1");
+    target.endRecord(L"");
+    EXPECT_EQ(stream.str(), L"{\"\":{\"a\":\"1\"}}\n");
+    target.beginRecord(L"");
+    target.putString(L"", L"2");
+    EXPECT_THROW(target.endRecord(L""), std::runtime_error);
+    EXPECT_EQ(stream.str(), L"{\"\":{\"a\":\"1\"}}\n");
+}
+
 TEST(JsonLogTarget, WritesTheSameObjectTwiceWhenEndedTwice)
 {
     std::wostringstream stream;
@@ -374,6 +398,13 @@ TEST(JsonParser, CountsNoBracketsInTexts)
     const std::wstring brackets(5000, L'[');
     EXPECT_EQ(valueIn(L"{\"k\":\"\\\"" + brackets + L"\\\\\"}", L"k"), L"\"" + brackets + L"\\");
     EXPECT_EQ(errorOf(L"[" + nested(L"[", L"]", 999) + L"," + nested(L"[", L"]", 999) + L"]"), "");
+}
+
+// "\\" is a string of one backslash: its last quotation mark is not escaped, so the brackets after it count.
+TEST(JsonParser, ReportsNestingAfterAStringThatEndsWithABackslash)
+{
+    EXPECT_THAT(errorOf(L"[\"\\\\\", " + nested(L"[", L"]", 1000) + L"]"), EndsWith(": nesting too deep\n"));
+    EXPECT_THAT(errorOf(L"[\"\\\\\", " + std::wstring(1'000'000, L'[')), EndsWith(": nesting too deep\n"));
 }
 
 TEST(JsonParser, PassesOtherExceptionsOut)

@@ -31,10 +31,10 @@ const ValueTree::Tree& RecordTree::finished()
     return m_tree;
 }
 
-// A key with levels of nesting equals the key of no node.
+// A key of several levels is the key of no node. The empty key means the root, not the node with an empty key.
 bool RecordTree::nextLeftoverIs(const std::wstring& key) const
 {
-    return Tree::const_iterator(m_leftovers) != m_tree.end() && m_leftovers->first == key;
+    return Tree::const_iterator(m_leftovers) != m_tree.end() && !key.empty() && m_leftovers->first == key;
 }
 
 void RecordTree::dropLeftovers() { m_leftovers = m_tree.erase(m_leftovers, m_tree.end()); }
