@@ -143,6 +143,59 @@ TEST(Logger, CallsItsHooksAroundEachRecord)
     EXPECT_THAT(logger.formatter.calls, ElementsAre(L"before A", L"begin A", L"end()", L"after A"));
 }
 
+TEST(Logger, CallsItsHooksWithoutAFormatter)
+{
+    struct Hooked : QVLoggerBase {
+        Hooked() : QVLoggerBase(nullptr) {}
+        void onBeforeWrite(QVLoggableEvent& event) override { calls.push_back(L"before " + event.name()); }
+        void onAfterWrite(QVLoggableEvent& event) override { calls.push_back(L"after " + event.name()); }
+        std::vector<std::wstring> calls;
+    } logger;
+    logger.log(eventNamed(L"A"));
+    logger.log(eventNamed(L"B"));
+    logger.flush();
+    EXPECT_THAT(logger.calls, ElementsAre(L"before A", L"after A", L"before B", L"after B"));
+}
+
+/// Logs another event when it is destroyed.
+struct Parting : QVLoggableEvent {
+    explicit Parting(QVLoggerBase& target) : logger(target) {}
+    ~Parting() override { logger.log(eventNamed(L"parting")); }
+    [[nodiscard]] std::wstring name() const override { return L"A"; }
+    void writeTo(IO::QVKeyValueSink&) const override {}
+
+    QVLoggerBase& logger;
+};
+
+TEST(Logger, QueuesWhatAnEventLogsFromItsDestructorForTheNextFlush)
+{
+    RecordingLogger logger;
+    logger.log(std::make_unique<Parting>(logger));
+    logger.flush();
+    EXPECT_THAT(logger.formatter.calls, ElementsAre(L"begin A", L"end()"));
+    logger.formatter.calls.clear();
+    logger.flush();
+    EXPECT_THAT(logger.formatter.calls, ElementsAre(L"begin parting", L"end()"));
+}
+
+TEST(Logger, DropsWhatAnEventLogsWhileTheLoggerIsDestroyed)
+{
+    int alive = 0;
+    struct PartingCounted : QVLoggableEvent {
+        PartingCounted(QVLoggerBase& target, int& count) : logger(target), alive(count) {}
+        ~PartingCounted() override { logger.log(std::make_unique<CountedEvent>(alive)); }
+        [[nodiscard]] std::wstring name() const override { return L"parting"; }
+        QVLoggerBase& logger;
+        int& alive;
+    };
+    {
+        QVLoggerBase logger(nullptr);
+        logger.log(std::make_unique<PartingCounted>(logger, alive));
+        logger.log(std::make_unique<PartingCounted>(logger, alive));
+    }
+    EXPECT_EQ(alive, 0);
+}
+
 TEST(Logger, WritesToTheTargetThatADerivedLoggerNames)
 {
     struct Redirected : RecordingLogger {

@@ -9,15 +9,10 @@
 namespace Quorvex::Velmora::Logging
 {
 
-// The members go in the reverse of their order: the queued events before the formatter.
-struct QVLoggerBase::Impl {
-    std::unique_ptr<IO::QVKeyValueFormatter> formatter;
-    std::vector<std::shared_ptr<QVLoggableEvent>> queue;
-    OwnedMutex mutex;
-};
-
 namespace
 {
+
+using Queue = std::vector<std::shared_ptr<QVLoggableEvent>>;
 
 void write(const QVLoggableEvent& event, IO::QVKeyValueFormatter& formatter)
 {
@@ -28,12 +23,23 @@ void write(const QVLoggableEvent& event, IO::QVKeyValueFormatter& formatter)
 
 } // namespace
 
+struct QVLoggerBase::Impl {
+    std::unique_ptr<IO::QVKeyValueFormatter> formatter;
+    Queue queue;
+    OwnedMutex mutex;
+};
+
 QVLoggerBase::QVLoggerBase(std::unique_ptr<IO::QVKeyValueFormatter> formatter) : m_impl(std::make_unique<Impl>())
 {
     m_impl->formatter = std::move(formatter);
 }
 
-QVLoggerBase::~QVLoggerBase() = default;
+// An event's destructor may log another event, so the queue must be usable while events are destroyed.
+QVLoggerBase::~QVLoggerBase()
+{
+    while (!m_impl->queue.empty())
+        Queue().swap(m_impl->queue);
+}
 
 void QVLoggerBase::log(std::unique_ptr<QVLoggableEvent> event)
 {
@@ -45,6 +51,8 @@ void QVLoggerBase::log(std::unique_ptr<QVLoggableEvent> event)
 
 void QVLoggerBase::flush()
 {
+    // Released after the lock: an event's destructor may log another event.
+    Queue written;
     const std::lock_guard lock(m_impl->mutex);
     for (const auto& event : m_impl->queue) {
         onBeforeWrite(*event);
@@ -52,7 +60,7 @@ void QVLoggerBase::flush()
             write(*event, *formatter);
         onAfterWrite(*event);
     }
-    m_impl->queue = {};
+    written.swap(m_impl->queue);
 }
 
 IO::QVKeyValueFormatter* QVLoggerBase::target() { return m_impl->formatter.get(); }
