@@ -1,7 +1,6 @@
 #include <cstdint>
 #include <limits>
 #include <regex>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -43,6 +42,15 @@ QVKeyValueEvent eventWith(const std::wstring& text)
     QVKeyValueEvent event(L"e");
     event.putString(L"v", text);
     return event;
+}
+
+/// "k.k.k" for three levels.
+std::wstring keyOfLevels(int count)
+{
+    std::wstring key = L"k";
+    for (int i = 1; i < count; ++i)
+        key += L".k";
+    return key;
 }
 
 TEST(LoggableEvent, WritesItsTimeAndTheThreadTextZero)
@@ -245,16 +253,39 @@ TEST(KeyValueEvent, TakesKeysOfOddShapes)
     }
 }
 
-TEST(KeyValueEvent, RefusesKeysThatNestTooDeeply)
+TEST(KeyValueEvent, KeepsTheValueOfAKeyWithAThousandLevels)
 {
     QVKeyValueEvent event(L"e");
-    std::wstring key = L"k";
-    for (int i = 1; i < 1000; ++i)
-        key += L".k";
+    const std::wstring key = keyOfLevels(1000);
     event.putString(key, L"deep");
     EXPECT_EQ(textOf(event, key), L"deep");
-    EXPECT_THROW(event.putString(key + L".k", L"deeper"), std::invalid_argument);
-    EXPECT_THROW(event.putUInt32(std::wstring(1'000'000, L'.'), 1), std::invalid_argument);
+    EXPECT_EQ(textOf(event, keyOfLevels(999)), L"");
+}
+
+TEST(KeyValueEvent, TakesSeparatorsAfterTheThousandthLevelAsPartOfIt)
+{
+    QVKeyValueEvent event(L"e");
+    const std::wstring key = keyOfLevels(1000);
+    event.putString(key, L"of the thousandth level");
+    event.putUInt32(key + L".k", 1);
+    event.putUInt32(key + L".k.k", 2);
+    EXPECT_EQ(textOf(event, key), L"of the thousandth level");
+    EXPECT_EQ(textOf(event, key + L".k"), L"1");
+    EXPECT_EQ(textOf(event, key + L".k.k"), L"2");
+
+    const std::wstring million(1'000'000, L'.');
+    event.putUInt32(million, 3);
+    EXPECT_EQ(textOf(event, million), L"3");
+    EXPECT_THAT(event.keys(), ElementsAre(L"k", L""));
+}
+
+TEST(KeyValueEvent, CountsNoLevelForASeparatorAtTheEndOfAKey)
+{
+    QVKeyValueEvent event(L"e");
+    event.putUInt32(L"a.", 1);
+    EXPECT_EQ(textOf(event, L"a"), L"1");
+    event.putUInt32(keyOfLevels(1000) + L".", 2);
+    EXPECT_EQ(textOf(event, keyOfLevels(1000)), L"2");
 }
 
 TEST(KeyValueEvent, FindsItsWayAmongManyKeys)

@@ -246,6 +246,16 @@ TEST(JsonLog, ReadsBackEveryTextItWrote)
     }
 }
 
+TEST(JsonLog, ReadsBackAKeyOfMoreThanAThousandLevels)
+{
+    std::wstring key = L"k";
+    for (int i = 1; i < 1005; ++i)
+        key += L".k";
+    const auto record = recordOf([&key](auto& target) { target.putString(key, L"deep"); });
+    EXPECT_EQ(errorOf(record), "");
+    EXPECT_EQ(valueIn(record, key), L"deep");
+}
+
 TEST(JsonParser, KeepsNumbersAsTheirText)
 {
     for (const wchar_t* const document : {L"{\"n\":\"7\"}", L"{\"n\":7}"}) {

@@ -9,9 +9,13 @@ namespace Quorvex::Velmora::IO
 
 /// Takes typed values under wide-text keys.
 ///
-/// A "." in a key separates levels of nesting: "a.b" is the value "b" inside "a". What is missing on the way is made,
-/// and a second put under the same key replaces the first. Every value is kept as text, whatever locale the process
-/// uses: integers in decimal, doubles with 17 significant digits, bools as "true" or "false", texts as they are.
+/// A "." in a key separates levels of nesting: "a.b" is the value "b" inside "a". Missing levels are created, and a
+/// second put under the same key replaces the first. A "." at the end of a key starts no further level. A key has at
+/// most 1,000 levels: later separators are part of the name of the last one.
+///
+/// Every value is kept as text, whatever locale the process uses: integers in decimal, doubles with 17 significant
+/// digits, bools as "true" or "false", strings unchanged. If an allocation fails, std::bad_alloc propagates and the
+/// implementations of this library are unchanged.
 class QVKeyValueSink
 {
 public:

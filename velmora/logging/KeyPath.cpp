@@ -1,7 +1,6 @@
 #include "velmora/logging/KeyPath.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace Quorvex::Velmora::Logging
 {
@@ -14,18 +13,18 @@ constexpr wchar_t Separator = L'.';
 
 std::wstring_view KeyPath::next() noexcept
 {
-    const std::size_t end = std::min(m_rest.find(Separator), m_rest.size());
-    const std::wstring_view part = m_rest.substr(0, end);
+    const std::size_t end = endOfLevel();
+    const std::wstring_view level = m_rest.substr(0, end);
     m_rest.remove_prefix(std::min(end + 1, m_rest.size()));
-    return part;
+    --m_levelsLeft;
+    return level;
 }
 
-void refuseTooDeep(const std::wstring& key)
+std::size_t KeyPath::endOfLevel() const noexcept
 {
-    if (key.size() < MaximumDepth)
-        return;
-    if (std::count(key.begin(), key.end(), Separator) >= static_cast<std::ptrdiff_t>(MaximumDepth))
-        throw std::invalid_argument("a key may have at most 1000 levels separated by \".\": use fewer of them");
+    if (m_levelsLeft > 1)
+        return std::min(m_rest.find(Separator), m_rest.size());
+    return m_rest.back() == Separator ? m_rest.size() - 1 : m_rest.size();
 }
 
 } // namespace Quorvex::Velmora::Logging

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace Quorvex::Velmora::Logging
@@ -11,21 +10,25 @@ namespace Quorvex::Velmora::Logging
 /// How deep keys and documents may nest. What holds them recurses when it is written or destroyed.
 constexpr std::size_t MaximumDepth = 1000;
 
-/// Takes the part of a key up to the next "." off its front. An empty key has no parts, and a "." at the end starts no
-/// other.
+/// Splits a key into its levels, from the front.
+///
+/// A "." ends a level; one at the end of the key starts no other. An empty key has no level. Level number MaximumDepth
+/// takes the rest of the key, separators included.
 class KeyPath
 {
 public:
     explicit KeyPath(std::wstring_view key) noexcept : m_rest(key) {}
 
     [[nodiscard]] bool done() const noexcept { return m_rest.empty(); }
+
+    /// Removes the next level from the path. Only while not done().
     std::wstring_view next() noexcept;
 
 private:
-    std::wstring_view m_rest;
-};
+    [[nodiscard]] std::size_t endOfLevel() const noexcept;
 
-/// @throws std::invalid_argument for a key of more than MaximumDepth levels.
-void refuseTooDeep(const std::wstring& key);
+    std::wstring_view m_rest;
+    std::size_t m_levelsLeft = MaximumDepth;
+};
 
 } // namespace Quorvex::Velmora::Logging

@@ -14,8 +14,11 @@ namespace Quorvex::Velmora::Logging
 /// Writes each record as one JSON object, followed by the end of a line and a flush of the stream.
 ///
 /// The members are the keys in the order in which they were first put; a key "a.b" is member "b" of object "a". Every
-/// value is a JSON string, numbers and bools included. Characters above U+00FF are written as \u escapes and those up
-/// to U+00FF as they are, so the stream's locale must be able to encode these: imbue one when the stream is a file.
+/// value is a JSON string, numbers and bools included.
+///
+/// Quotation marks, slashes, backslashes, characters below U+0020 and characters above U+00FF are written as escapes.
+/// All other characters, U+007F to U+00FF included, are written as they are. The stream's locale must be able to encode
+/// them: imbue one if the stream is a file.
 class QVJsonLogTarget final : public IO::QVKeyValueFormatter
 {
 public:
@@ -28,7 +31,6 @@ public:
 
     void prepare() override;
 
-    /// The put operations throw std::invalid_argument for a key of more than 1,000 levels, which no reader would take.
     void putUInt32(const std::wstring& key, std::uint32_t value) override;
     void putDouble(const std::wstring& key, double value) override;
     void putString(const std::wstring& key, const std::wstring& value) override;
@@ -39,11 +41,11 @@ public:
     /// Starts an empty record; the name does not appear in the JSON.
     void beginRecord(const std::wstring& name) override;
 
-    /// Writes the record, and once more when called again before beginRecord().
+    /// Writes the record. A second call before beginRecord() writes it again.
     ///
-    /// @throws std::runtime_error "ptree contains data that cannot be represented in JSON format" when a key has both a
-    /// value and keys below it (nothing is written then), and "write error" when the stream is not good after the
-    /// write. The texts may stand behind a file name.
+    /// @throws std::runtime_error if a key has both a value and keys below it. Nothing is written then, and what() ends
+    ///     with "ptree contains data that cannot be represented in JSON format".
+    /// @throws std::runtime_error if the stream is not good after the write; what() ends with "write error".
     void endRecord(const std::wstring& name) override;
 
 private:

@@ -27,23 +27,22 @@ void report(const boost::property_tree::json_parser_error& error, const std::wis
                      std::string(isExhausted(stream) ? " (input is empty): " : ": ") + error.message() + "\n";
 }
 
-ValueTree::Tree readTree(std::wistream& stream)
+/// Sets `document`, unless the stream holds something else than one.
+void readDocument(std::wistream& stream, ValueTree::Tree& document)
 {
-    ValueTree::Tree tree;
     try {
         NestingGuard guard(stream.rdbuf(), MaximumDepth);
         std::wistream guarded(&guard);
-        boost::property_tree::read_json(guarded, tree);
+        boost::property_tree::read_json(guarded, document);
     } catch (const boost::property_tree::json_parser_error& error) {
         report(error, stream);
     }
-    return tree;
 }
 
 template <class Value>
 bool get(const ValueTree::Tree& document, const std::wstring& key, Value& out)
 {
-    const auto* const node = ValueTree::findNode(document, key);
+    const auto* const node = ValueTree::find(document, KeyPath(key));
     return node != nullptr && ValueText::to(node->data(), out);
 }
 
@@ -53,7 +52,11 @@ struct QVJsonParser::Impl {
     ValueTree::Tree document;
 };
 
-QVJsonParser::QVJsonParser(std::wistream& stream) : m_impl(std::make_unique<Impl>(Impl{readTree(stream)})) {}
+// The tree is read where it stays: it has no move constructor, and a copy takes as long as the reading.
+QVJsonParser::QVJsonParser(std::wistream& stream) : m_impl(std::make_unique<Impl>())
+{
+    readDocument(stream, m_impl->document);
+}
 
 QVJsonParser::~QVJsonParser() = default;
 

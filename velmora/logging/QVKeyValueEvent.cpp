@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <velmora/logging/KeyPath.h>
 #include <velmora/logging/ValueNode.h>
 #include <velmora/logging/ValueText.h>
 
@@ -19,7 +20,7 @@ namespace
 template <class Value>
 bool get(const ValueNode& values, const std::wstring& key, Value& out)
 {
-    const ValueNode* const node = values.find(key);
+    const ValueNode* const node = values.find(KeyPath(key));
     return node != nullptr && ValueText::to(node->text, out);
 }
 
@@ -73,7 +74,7 @@ void QVKeyValueEvent::putDouble(const std::wstring& key, double value) { putStri
 
 void QVKeyValueEvent::putString(const std::wstring& key, const std::wstring& value)
 {
-    m_record->values.at(key).text = value;
+    m_record->values.put(KeyPath(key), value);
 }
 
 void QVKeyValueEvent::putBool(const std::wstring& key, bool value) { putString(key, ValueText::from(value)); }

@@ -37,8 +37,6 @@ public:
     void writeTo(IO::QVKeyValueSink& sink) const override;
 
     void prepare() override;
-
-    /// The put operations throw std::invalid_argument for a key of more than 1,000 levels.
     void putUInt32(const std::wstring& key, std::uint32_t value) override;
     void putDouble(const std::wstring& key, double value) override;
     void putString(const std::wstring& key, const std::wstring& value) override;

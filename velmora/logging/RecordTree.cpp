@@ -9,7 +9,7 @@ void RecordTree::clear()
     m_leftovers = m_tree.begin();
 }
 
-// No two nodes have the same key, so one that is left over was not put in this record under its key.
+// No two nodes have the same key, so a leftover one was not put in this record under its key.
 void RecordTree::put(const std::wstring& key, const std::wstring& text)
 {
     if (nextLeftoverIs(key)) {
@@ -20,8 +20,7 @@ void RecordTree::put(const std::wstring& key, const std::wstring& text)
         ++m_leftovers;
     } else {
         dropLeftovers();
-        ValueTree::nodeAt(m_tree, key).data() = text;
-        m_leftovers = m_tree.end();
+        ValueTree::put(m_tree, KeyPath(key), text);
     }
 }
 

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
-
-#include <velmora/logging/KeyPath.h>
+#include <utility>
 
 namespace Quorvex::Velmora::Logging
 {
@@ -12,26 +11,37 @@ namespace
 
 constexpr std::size_t ManyEntries = 32;
 
-} // namespace
-
-ValueNode& ValueNode::at(const std::wstring& key)
+/// Ensures that the next push_back() cannot fail. Doubles the capacity, as a vector does by itself.
+template <class Element>
+void reserveOneMore(std::vector<Element>& elements)
 {
-    refuseTooDeep(key);
-    ValueNode* node = this;
-    for (KeyPath path(key); !path.done();) {
-        const std::wstring_view part = path.next();
-        std::size_t index = node->indexOf(part);
-        if (index == node->m_entries.size())
-            index = node->add(part);
-        node = &node->m_entries[index].node;
-    }
-    return *node;
+    if (elements.size() == elements.capacity())
+        elements.reserve(std::max<std::size_t>(1, 2 * elements.size()));
 }
 
-const ValueNode* ValueNode::find(const std::wstring& key) const noexcept
+} // namespace
+
+void ValueNode::put(KeyPath path, const std::wstring& value)
+{
+    ValueNode* node = this;
+    while (!path.done()) {
+        const std::wstring_view key = path.next();
+        const std::size_t index = node->indexOf(key);
+        if (index == node->m_entries.size()) {
+            Entry entry{std::wstring(key), {}};
+            entry.node.put(path, value);
+            node->add(std::move(entry));
+            return;
+        }
+        node = &node->m_entries[index].node;
+    }
+    node->text = value;
+}
+
+const ValueNode* ValueNode::find(KeyPath path) const noexcept
 {
     const ValueNode* node = this;
-    for (KeyPath path(key); !path.done();) {
+    while (!path.done()) {
         const std::size_t index = node->indexOf(path.next());
         if (index == node->m_entries.size())
             return nullptr;
@@ -40,7 +50,7 @@ const ValueNode* ValueNode::find(const std::wstring& key) const noexcept
     return node;
 }
 
-/// The number of entries when there is none with the key.
+/// @return the number of entries if none has the key.
 std::size_t ValueNode::indexOf(std::wstring_view key) const noexcept
 {
     if (!m_order.empty()) {
@@ -58,19 +68,30 @@ std::vector<std::uint32_t>::const_iterator ValueNode::placeInOrder(std::wstring_
         [this](std::uint32_t index, std::wstring_view wanted) { return m_entries[index].key < wanted; });
 }
 
-std::size_t ValueNode::add(std::wstring_view key)
+std::vector<std::uint32_t> ValueNode::sortedOrder() const
 {
-    const auto index = static_cast<std::uint32_t>(m_entries.size());
-    m_entries.push_back({std::wstring(key), {}});
-    if (!m_order.empty()) {
-        m_order.insert(placeInOrder(key), index);
-    } else if (m_entries.size() > ManyEntries) {
-        m_order.resize(m_entries.size());
-        std::iota(m_order.begin(), m_order.end(), 0U);
-        std::sort(m_order.begin(), m_order.end(),
-            [this](std::uint32_t left, std::uint32_t right) { return m_entries[left].key < m_entries[right].key; });
-    }
-    return index;
+    std::vector<std::uint32_t> order(m_entries.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::sort(order.begin(), order.end(),
+        [this](std::uint32_t left, std::uint32_t right) { return m_entries[left].key < m_entries[right].key; });
+    return order;
+}
+
+// Whatever can fail comes before the first change that shows.
+void ValueNode::add(Entry entry)
+{
+    reserveOneMore(m_entries);
+    addToOrder(entry.key);
+    m_entries.push_back(std::move(entry));
+}
+
+void ValueNode::addToOrder(std::wstring_view key)
+{
+    if (m_entries.size() < ManyEntries)
+        return;
+    if (m_order.empty())
+        m_order = sortedOrder();
+    m_order.insert(placeInOrder(key), static_cast<std::uint32_t>(m_entries.size()));
 }
 
 } // namespace Quorvex::Velmora::Logging

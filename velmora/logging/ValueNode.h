@@ -7,20 +7,23 @@
 #include <string_view>
 #include <vector>
 
+#include <velmora/logging/KeyPath.h>
+
 namespace Quorvex::Velmora::Logging
 {
 
-/// A text and the nodes below it, in the order in which their keys were first put. Events wait for their flush by the
-/// hundred thousand, and a flush releases them: a node has two allocations where a property tree's has five.
+/// A string and the nodes below it, in the order in which their keys were first put.
+///
+/// Hundreds of thousands of events can wait for a flush, which releases them all: a node takes two allocations where
+/// one of a property tree takes five.
 class ValueNode
 {
 public:
-    /// The node at the key, made where it is missing.
-    /// @throws std::invalid_argument for a key of more than MaximumDepth levels.
-    ValueNode& at(const std::wstring& key);
+    /// Sets the text of the node at the path, creating missing nodes. If an allocation fails, nothing has changed.
+    void put(KeyPath path, const std::wstring& value);
 
-    /// The node at the key, or null.
-    [[nodiscard]] const ValueNode* find(const std::wstring& key) const noexcept;
+    /// @return the node at the path, or null.
+    [[nodiscard]] const ValueNode* find(KeyPath path) const noexcept;
 
     struct Entry;
     [[nodiscard]] const std::vector<Entry>& entries() const noexcept { return m_entries; }
@@ -30,10 +33,12 @@ public:
 private:
     [[nodiscard]] std::size_t indexOf(std::wstring_view key) const noexcept;
     [[nodiscard]] std::vector<std::uint32_t>::const_iterator placeInOrder(std::wstring_view key) const noexcept;
-    std::size_t add(std::wstring_view key);
+    [[nodiscard]] std::vector<std::uint32_t> sortedOrder() const;
+    void add(Entry entry);
+    void addToOrder(std::wstring_view key);
 
     std::vector<Entry> m_entries;
-    // The entries' indices sorted by key, once there are too many to look through.
+    // The indices of the entries, sorted by key, once there are too many to search one by one.
     std::vector<std::uint32_t> m_order;
 };
 

@@ -1,7 +1,9 @@
-// Typed values as texts, whatever locale the host has set.
+// Typed values as strings, whatever locale the host has set.
 #pragma once
 
+#include <ios>
 #include <locale>
+#include <sstream>
 #include <string>
 
 #include <boost/property_tree/stream_translator.hpp>
@@ -9,24 +11,38 @@
 namespace Quorvex::Velmora::Logging::ValueText
 {
 
+/// The way in which the property tree library writes and reads a value.
 template <class Value>
-using Translator =
-    boost::property_tree::stream_translator<wchar_t, std::char_traits<wchar_t>, std::allocator<wchar_t>, Value>;
+using Form = boost::property_tree::customize_stream<wchar_t, std::char_traits<wchar_t>, Value>;
+
+/// A stream takes a failed allocation for text that does not convert, unless it is told to let std::bad_alloc
+/// propagate.
+inline void prepare(std::wios& stream)
+{
+    stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios::badbit);
+}
 
 template <class Value>
 std::wstring from(Value value)
 {
-    return *Translator<Value>(std::locale::classic()).put_value(value);
+    std::wostringstream stream;
+    prepare(stream);
+    Form<Value>::insert(stream, value);
+    return stream.str();
 }
 
-/// @return false, with `out` as it was, when the whole text does not convert.
+/// @return false, with `out` unchanged, unless the complete text converts.
 template <class Value>
 bool to(const std::wstring& text, Value& out)
 {
-    const auto value = Translator<Value>(std::locale::classic()).get_value(text);
-    if (!value)
+    std::wistringstream stream(text);
+    prepare(stream);
+    Value value;
+    Form<Value>::extract(stream, value);
+    if (stream.fail() || stream.get() != std::char_traits<wchar_t>::eof())
         return false;
-    out = *value;
+    out = value;
     return true;
 }
 

@@ -1,26 +1,40 @@
 #include "velmora/logging/ValueTree.h"
 
-#include <velmora/logging/KeyPath.h>
-
 namespace Quorvex::Velmora::Logging::ValueTree
 {
-
-Tree& nodeAt(Tree& tree, const std::wstring& key)
+namespace
 {
-    refuseTooDeep(key);
-    Tree* node = &tree;
-    for (KeyPath path(key); !path.done();) {
-        std::wstring part(path.next());
-        const auto found = node->find(part);
-        node = found != node->not_found() ? &found->second : &node->push_back({std::move(part), Tree()})->second;
+
+void add(Tree& parent, const std::wstring& key, KeyPath below, const std::wstring& value)
+{
+    const auto added = parent.push_back({key, Tree()});
+    try {
+        put(added->second, below, value);
+    } catch (...) {
+        parent.erase(added);
+        throw;
     }
-    return *node;
 }
 
-const Tree* findNode(const Tree& tree, const std::wstring& key)
+} // namespace
+
+void put(Tree& tree, KeyPath path, const std::wstring& value)
+{
+    Tree* node = &tree;
+    while (!path.done()) {
+        const std::wstring key(path.next());
+        const auto found = node->find(key);
+        if (found == node->not_found())
+            return add(*node, key, path, value);
+        node = &found->second;
+    }
+    node->data() = value;
+}
+
+const Tree* find(const Tree& tree, KeyPath path)
 {
     const Tree* node = &tree;
-    for (KeyPath path(key); !path.done();) {
+    while (!path.done()) {
         const auto found = node->find(std::wstring(path.next()));
         if (found == node->not_found())
             return nullptr;

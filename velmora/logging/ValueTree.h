@@ -1,20 +1,21 @@
-// Key paths in the trees of the JSON library.
+// Values by key in the trees of the JSON library.
 #pragma once
 
 #include <string>
 
 #include <boost/property_tree/ptree.hpp>
 
+#include <velmora/logging/KeyPath.h>
+
 namespace Quorvex::Velmora::Logging::ValueTree
 {
 
 using Tree = boost::property_tree::wptree;
 
-/// The node at the key, made where it is missing.
-/// @throws std::invalid_argument for a key of more than MaximumDepth levels.
-Tree& nodeAt(Tree& tree, const std::wstring& key);
+/// Sets the data of the node at the path, creating missing nodes. If an allocation fails, nothing has changed.
+void put(Tree& tree, KeyPath path, const std::wstring& value);
 
-/// The node at the key, or null.
-const Tree* findNode(const Tree& tree, const std::wstring& key);
+/// @return the node at the path, or null.
+const Tree* find(const Tree& tree, KeyPath path);
 
 } // namespace Quorvex::Velmora::Logging::ValueTree
