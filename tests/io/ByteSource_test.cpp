@@ -165,6 +165,19 @@ TEST(BinaryFileSource, FailsOnAPathThatCannotBeOpened)
     EXPECT_EQ(untouched, 0xEE);
 }
 
+TEST(BinaryFileSource, FailsOnAFolder)
+{
+    const TemporaryFolder folder;
+    BinaryFileSource source(folder.file(L""));
+    unsigned char untouched = 0xEE;
+    EXPECT_TRUE(source.failed());
+    EXPECT_EQ(source.size(), std::streampos(-1));
+    source.seek(0);
+    source.read(&untouched, 1);
+    EXPECT_TRUE(source.failed());
+    EXPECT_EQ(untouched, 0xEE);
+}
+
 TEST(BinaryFileSource, FailsOnANegativeCount)
 {
     const TemporaryFolder folder;

@@ -263,6 +263,16 @@ TEST(SerialFile, ReadsAMissingFileAsZeroesAndFails)
     EXPECT_FALSE(flag);
 }
 
+TEST(SerialFile, FailsFromTheStartOnAFolder)
+{
+    const TemporaryFolder folder;
+    QVBinaryFileSource source(folder.file(L""));
+    EXPECT_TRUE(source.failed());
+    std::uint32_t number = 1;
+    source.readUInt32(number);
+    EXPECT_EQ(number, 0U);
+}
+
 TEST(SerialFile, MovesBlocksOfAnySizeThroughItsBuffers)
 {
     for (const std::size_t size : {1U, 65'535U, 65'536U, 65'537U, 200'000U}) {

@@ -14,7 +14,7 @@ BinaryFileSource::BinaryFileSource(const std::wstring& path) : m_impl(std::make_
 {
     auto& stream = m_impl->stream;
     stream.imbue(std::locale::classic());
-    stream.open(toStreamPath(path), std::ios::binary | std::ios::ate);
+    stream.open(toReadablePath(path), std::ios::binary | std::ios::ate);
     m_impl->size = stream.tellg();
     stream.seekg(0);
 }

@@ -15,7 +15,7 @@ namespace Quorvex::Velmora::IO
 class BinaryFileSource final : public QVIOSource
 {
 public:
-    /// Opens the file and takes its size. A file that cannot be opened leaves failed() true and size() at -1.
+    /// Opens the file and takes its size. If it cannot be opened or is a folder, failed() is true and size() is -1.
     explicit BinaryFileSource(const std::wstring& path);
     ~BinaryFileSource() override;
     BinaryFileSource(const BinaryFileSource&) = delete;

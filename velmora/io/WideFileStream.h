@@ -13,9 +13,11 @@
 #include <boost/filesystem/fstream.hpp>
 #endif
 
+#include <filesystem>
 #include <ios>
 #include <locale>
 #include <string>
+#include <system_error>
 
 namespace Quorvex::Velmora::IO
 {
@@ -30,6 +32,19 @@ inline boost::filesystem::path toStreamPath(const std::wstring& path)
 #else
     return Common::Unicode::toUtf8Strict(path).value_or(std::string());
 #endif
+}
+
+/// The same for a file that is read; empty for a folder too. Windows opens no folder, but other systems do, and then
+/// every read fails.
+inline boost::filesystem::path toReadablePath(const std::wstring& path)
+{
+    boost::filesystem::path result = toStreamPath(path);
+#ifndef _WIN32
+    std::error_code ignored;
+    if (std::filesystem::is_directory(result.native(), ignored))
+        return {};
+#endif
+    return result;
 }
 
 /// Opens a stream for bytes. It gets no buffer of its own: its users read and write large pieces.
