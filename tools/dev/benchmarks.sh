@@ -26,6 +26,7 @@ run_benchmarks() { # <preset> [name]...
     for name in "$@"; do
         run_benchmark "$preset" "$name" || failed+=("$name")
     done
+    [ "$preset $#" != "bench ${#all[@]}" ] || write_figures docs/performance.md "$@"
     [ ${#failed[@]} -eq 0 ] || fail "failed or missed a goal: ${failed[*]}; their messages are in $log_folder/$preset-*.txt"
 }
 
@@ -36,3 +37,29 @@ run_benchmark() { # <preset> <name>
     "${call[@]}" --benchmark_out="$folder/$2.json" --benchmark_out_format=json \
         2>"$log_folder/$1-$2.txt" </dev/null | tee "$folder/$2.txt"
 }
+
+# Replaces the table of figures in a document by those of this run.
+write_figures() { # <document> <name>...
+    local document=$1 table
+    shift
+    table=$(figures_of "$@")
+    awk -v table="$table" '
+        /^<!-- figures -->$/ { print; print table; skipped = 1 }
+        /^<!-- end of figures -->$/ { skipped = 0 }
+        !skipped' "$document" >build/bench/document.md
+    cp build/bench/document.md "$document"
+}
+
+# Every line with a goal that the benchmarks have printed: "met  0.83  (goal: at most 1.00)  what".
+figures_of() { # <name>...
+    local name
+    printf 'Measured on %s, %s, %s processors, .NET %s, g++ %s.\n' "$(date -u +%Y-%m-%d)" "$(processor_model)" \
+        "$(nproc)" "$(dotnet --version)" "$(c++ -dumpfullversion)"
+    printf '\n| benchmark | what | measured | goal | |\n| --- | --- | --- | --- | --- |\n'
+    for name in "$@"; do
+        sed -nE "s/^(met|MISSED|shown) +([-0-9.]+) +\\(goal[^:]*: ([^)]*)\\) +(.*)/| ${name%_bench} | \\4 | \\2 | \\3 | \\1 |/p" \
+            "build/bench/$name.txt"
+    done
+}
+
+processor_model() { sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1; }
