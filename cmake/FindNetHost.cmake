@@ -1,9 +1,9 @@
-# Finds the native hosting files of .NET in the SDK's app host pack.
+# Finds the native hosting files of .NET in the app host pack of the SDK.
 #
 #   NetHost::NetHost   headers (nethost.h, hostfxr.h, coreclr_delegates.h) and nethost itself
 #   NetHost_VERSION    version of the pack
 #
-# NETHOST_DIR names the folder of the files when they are somewhere else.
+# Set NETHOST_DIR to the folder of the files if they are somewhere else.
 if(NOT NETHOST_DIR)
     if(WIN32)
         set(_nethost_rid win-x64)
@@ -47,7 +47,7 @@ find_package_handle_standard_args(NetHost
 
 if(NetHost_FOUND AND NOT TARGET NetHost::NetHost)
     if(WIN32)
-        # The DLL is opened at run time: the static library of the pack is for another linker.
+        # The DLL is loaded at run time: the static library of the pack is for another linker.
         add_library(NetHost::NetHost INTERFACE IMPORTED GLOBAL)
         set_target_properties(NetHost::NetHost PROPERTIES
             INTERFACE_INCLUDE_DIRECTORIES "${NetHost_INCLUDE_DIR}")

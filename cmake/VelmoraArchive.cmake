@@ -1,4 +1,4 @@
-# cpack makes one archive of everything that is installed, which needs no installer: it is unpacked and used.
+# cpack makes one archive of everything that is installed. It needs no installer: users unpack it.
 set(CPACK_PACKAGE_NAME "VelmoraTessaport")
 set(CPACK_PACKAGE_VENDOR "Velmora")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")

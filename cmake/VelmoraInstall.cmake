@@ -1,10 +1,10 @@
-# What is installed, in components: Runtime is what a host ships, Development what it is built with.
+# Install rules, in components: a host is built with Development and ships Runtime.
 option(VELMORA_INSTALL "Make install rules" ${PROJECT_IS_TOP_LEVEL})
 
 if(WIN32)
     set(VELMORA_INSTALL_BRIDGE_DIR "${CMAKE_INSTALL_BINDIR}/velmora/bridge")
 else()
-    # The library looks for it from its own folder.
+    # The library searches from its own folder.
     set(VELMORA_INSTALL_BRIDGE_DIR "${CMAKE_INSTALL_LIBDIR}/velmora/bridge")
 endif()
 set(VELMORA_INSTALL_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/Velmora")

@@ -1,7 +1,6 @@
-# For the presets that only look at the sources. Their object files record what has been checked: a source is checked again
-# when it, a header that it includes, its compile command or the rules have changed.
+# For the presets that only check sources. Their object files record what has been checked: a source is checked again if it,
+# a header that it includes, its compile command or the rules have changed.
 option(VELMORA_LINT "Check every source with clang-tidy as it is compiled" OFF)
-option(VELMORA_COMPILE_ONLY "Leave out the managed parts: nothing but the targets compile and all_verify_interface_header_sets can be built" OFF)
 
 if(VELMORA_LINT)
     find_program(VELMORA_CLANG_TIDY clang-tidy REQUIRED DOC "clang-tidy, which checks the sources")
@@ -13,7 +12,7 @@ if(VELMORA_LINT)
         string(APPEND digests "${digest}")
     endforeach()
     string(SHA256 digest "${digests}")
-    # The digest makes the rules a part of every command.
+    # With the digest, a change of the rules changes every command.
     set(VELMORA_LINT_COMMAND "${VELMORA_CLANG_TIDY}" --quiet "--extra-arg=-DVELMORA_LINT_RULES_${digest}")
 endif()
 
@@ -26,7 +25,7 @@ function(velmora_lint target)
 endfunction()
 
 # velmora_add_compile_target()
-# The target compile has every source of this project compiled and links nothing.
+# The target compile compiles every source of this project and links nothing.
 function(velmora_add_compile_target)
     get_property(targets GLOBAL PROPERTY VELMORA_COMPILED_TARGETS)
     list(TRANSFORM targets REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
@@ -34,7 +33,7 @@ function(velmora_add_compile_target)
 endfunction()
 
 # velmora_verify_internal_headers()
-# A header that is not installed compiles alone, as an installed one does, with the libraries that its folder may use.
+# Adds the headers that are not installed to all_verify_interface_header_sets: each of them compiles alone.
 function(velmora_verify_internal_headers)
     set(public_headers)
     foreach(target IN ITEMS VelmoraTessaport VelmoraLogging VelmoraIO)

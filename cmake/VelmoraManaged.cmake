@@ -3,11 +3,11 @@ find_program(DOTNET_EXECUTABLE dotnet DOC "The dotnet command of the .NET SDK" R
 set(VELMORA_MANAGED_DIR "${PROJECT_BINARY_DIR}/managed")
 
 # velmora_add_managed(<target> PROJECT <.csproj> OUTPUT <folder> [DEPENDS <target>...] [SOURCES <glob>...] [PROPERTIES <name=value>...])
-# Builds a managed project into a folder of its own. Intermediate files stay in the build tree, one folder a target, so
-# that several build trees of one checkout do not disturb each other.
+# Builds a managed project into a folder of its own. Intermediate files stay in the build tree, in one folder for each target,
+# so that several build trees of one checkout do not disturb each other.
 function(velmora_add_managed target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "PROJECT;OUTPUT" "DEPENDS;SOURCES;PROPERTIES")
-    if(VELMORA_COMPILE_ONLY)
+    if(NOT VELMORA_BUILD_MANAGED)
         add_custom_target(${target})
         set_target_properties(${target} PROPERTIES VELMORA_OUTPUT_DIR "${ARG_OUTPUT}")
         return()
@@ -39,5 +39,5 @@ function(velmora_add_managed target)
     set_target_properties(${target} PROPERTIES VELMORA_OUTPUT_DIR "${ARG_OUTPUT}")
 endfunction()
 
-# One dotnet build at a time: they are heavy, and two of them restoring at once wait for each other anyway.
+# One dotnet build at a time: builds are heavy, and two that restore packages wait for each other anyway.
 set_property(GLOBAL APPEND PROPERTY JOB_POOLS velmora_dotnet=1)

@@ -1,7 +1,7 @@
-# The package Velmora for find_package, one for the install tree and one for the build tree, which are laid out alike.
+# The package Velmora for find_package: one for the install tree and one for the build tree, which have the same layout.
 include(CMakePackageConfigHelpers)
 
-# velmora_configure_package(<prefix> <package folder below it> <bridge folder below it> <output folder>)
+# velmora_configure_package(<prefix> <package folder inside it> <bridge folder inside it> <output folder>)
 function(velmora_configure_package prefix package_dir bridge_dir output)
     set(VELMORA_PACKAGE_BRIDGE_DIR "${bridge_dir}")
     set(VELMORA_PACKAGE_LOCAL_SERVICE_DIR "${VELMORA_LOCAL_SERVICE_SUBDIR}")
@@ -25,7 +25,7 @@ set(VELMORA_PACKAGE_FILES
     "${velmora_install_package}/VelmoraConfig.cmake"
     "${velmora_install_package}/VelmoraConfigVersion.cmake")
 
-# A project that adds this one with add_subdirectory has the same names as one that finds the package.
+# A project that uses add_subdirectory gets the same variables as one that uses find_package.
 if(NOT PROJECT_IS_TOP_LEVEL)
     set(Velmora_BRIDGE_DIR "${PROJECT_BINARY_DIR}/${VELMORA_BRIDGE_SUBDIR}" PARENT_SCOPE)
     set(Velmora_LOCAL_SERVICE_DIR "${PROJECT_BINARY_DIR}/${VELMORA_LOCAL_SERVICE_SUBDIR}" PARENT_SCOPE)

@@ -1,4 +1,4 @@
-# Settings that every target of this project shares. None of them reaches those who link against it.
+# Settings that all targets of this project share. None of them propagates to users of the libraries.
 function(velmora_target_defaults target)
     velmora_lint(${target})
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
@@ -16,7 +16,7 @@ function(velmora_target_defaults target)
 endfunction()
 
 # velmora_prefer_build_time(<target>)
-# For code that is never the slow part: the template libraries in each of its files take a third less time to compile.
+# For code whose speed does not matter: its template libraries compile in two thirds of the time.
 function(velmora_prefer_build_time target)
     if(NOT MSVC)
         target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
@@ -24,7 +24,7 @@ function(velmora_prefer_build_time target)
 endfunction()
 
 # velmora_use_boost_headers(<target>)
-# No link dependency, so that those who use the package need no Boost.
+# Not a link dependency, so that users of the package need no Boost.
 function(velmora_use_boost_headers target)
     find_package(Boost REQUIRED)
     target_include_directories(${target} SYSTEM PRIVATE
@@ -32,7 +32,7 @@ function(velmora_use_boost_headers target)
 endfunction()
 
 # velmora_own_allocation(<test>)
-# A program that replaces operator new has the C++ library inside: that of a DLL would go on to use its own.
+# For a program that replaces operator new: the C++ library in a DLL would use its own one.
 function(velmora_own_allocation target)
     if(MINGW)
         target_link_options(${target} PRIVATE -static)
@@ -40,8 +40,8 @@ function(velmora_own_allocation target)
 endfunction()
 
 # velmora_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [FILTER <GoogleTest filter>] [NATIVE])
-# One GoogleTest program; each of its tests becomes one ctest entry with a time limit. NATIVE says that it starts no .NET:
-# such tests also run under the sanitizers.
+# Adds a GoogleTest program; each of its tests becomes one ctest entry with a time limit. NATIVE means that the program
+# starts no .NET: its tests also run under the sanitizers.
 function(velmora_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "NATIVE" "TIMEOUT;FILTER" "SOURCES;LIBRARIES")
     if(NOT ARG_TIMEOUT)
@@ -51,7 +51,7 @@ function(velmora_add_test name)
     add_executable(${name} ${ARG_SOURCES})
     velmora_target_defaults(${name})
     velmora_prefer_build_time(${name})
-    # GoogleTest's macros for typed tests are pedantic only with GCC.
+    # Clang warns about the macros of GoogleTest for typed tests.
     target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")

@@ -1,19 +1,21 @@
-# What a Windows build needs beside the library: nethost.dll, and the C++ runtime of mingw-w64.
+# What a Windows build needs besides the library: nethost.dll and the C++ runtime of mingw-w64.
 
-# velmora_add_nethost(<folder>): the library opens nethost.dll in velmora/bridge of its own folder.
+# velmora_add_nethost(<folder>)
+# Copies nethost.dll to where a library in the folder loads it from: velmora/bridge.
 function(velmora_add_nethost folder)
     file(MAKE_DIRECTORY "${folder}/velmora/bridge")
     file(COPY_FILE "${NetHost_LIBRARY}" "${folder}/velmora/bridge/nethost.dll" ONLY_IF_DIFFERENT)
 endfunction()
 
-# velmora_find_cxx_runtime(<variable>): the DLLs that every program of the compiler needs.
+# velmora_find_cxx_runtime(<variable>)
+# Finds the DLLs that every program of the compiler needs.
 function(velmora_find_cxx_runtime variable)
     set(files)
     foreach(name IN ITEMS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
         execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}"
             OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
         if(NOT EXISTS "${file}")
-            message(FATAL_ERROR "'${CMAKE_CXX_COMPILER}' has no '${name}', which programs need at run time.")
+            message(FATAL_ERROR "'${CMAKE_CXX_COMPILER}' has no '${name}', which programs need at run time; install the complete compiler package.")
         endif()
         file(REAL_PATH "${file}" file)
         list(APPEND files "${file}")
@@ -21,13 +23,14 @@ function(velmora_find_cxx_runtime variable)
     set(${variable} "${files}" PARENT_SCOPE)
 endfunction()
 
-# velmora_find_cxx_runtime_notices(<variable>): the terms of those DLLs, as Debian's packages have them.
+# velmora_find_cxx_runtime_notices(<variable>)
+# Finds the license terms of those DLLs in Debian's packages.
 function(velmora_find_cxx_runtime_notices variable)
     set(folder "${PROJECT_BINARY_DIR}/cxx-runtime")
     set(files)
     foreach(notice IN ITEMS doc/gcc-mingw-w64-base/copyright doc/mingw-w64-common/copyright common-licenses/GPL-3)
         if(NOT EXISTS "/usr/share/${notice}")
-            message(FATAL_ERROR "'/usr/share/${notice}' is missing; it belongs to what is distributed.")
+            message(FATAL_ERROR "'/usr/share/${notice}' is missing; install the package that contains it, because the notice is distributed with the DLLs.")
         endif()
         string(REGEX REPLACE "^doc/|/copyright$|^common-licenses/" "" name "${notice}")
         configure_file("/usr/share/${notice}" "${folder}/${name}.txt" COPYONLY)
@@ -36,7 +39,8 @@ function(velmora_find_cxx_runtime_notices variable)
     set(${variable} "${files}" PARENT_SCOPE)
 endfunction()
 
-# velmora_add_version(<target> <description>): what the file's properties show, and setup programs compare.
+# velmora_add_version(<target> <description>)
+# Adds the version that the properties of the file show and that setup programs compare.
 function(velmora_add_version target description)
     get_target_property(kind ${target} TYPE)
     if(kind STREQUAL "EXECUTABLE")

@@ -1,6 +1,6 @@
 # velmora_add_debian_headers(<target> <folder of /usr/include>)
-# A target for headers that Debian ships for every architecture. They are reached through a folder that links to nothing
-# else of /usr/include: the other headers there are of the Linux C library.
+# Adds a target for headers that Debian ships for every architecture. Its include folder links to this folder of /usr/include
+# only: other headers there belong to the Linux C library.
 function(velmora_add_debian_headers target folder)
     if(NOT IS_DIRECTORY "/usr/include/${folder}")
         message(FATAL_ERROR "'/usr/include/${folder}' is missing; ./dev test-windows installs the packages.")

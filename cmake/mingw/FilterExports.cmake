@@ -1,8 +1,7 @@
-# Takes the export directives of other names than those of the API out of object files. The compiler marks the type
-# information of every class for export that it writes together with that of an exported one, the standard library's
-# included.
+# Removes export directives from object files, except those of the API. Together with an exported class, the compiler also
+# exports the type information of other classes, even of the standard library.
 #   OBJCOPY   the compiler's objcopy    OBJECTS   the files    WORK_DIR   a folder to use
-#   NAMES     what an exported name matches
+#   NAMES     a regular expression that exported names match
 cmake_minimum_required(VERSION 3.25)
 file(MAKE_DIRECTORY "${WORK_DIR}")
 foreach(object IN LISTS OBJECTS)

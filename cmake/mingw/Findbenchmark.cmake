@@ -1,4 +1,4 @@
-# Google Benchmark is built from the sources of Debian's source package; no binary package has them.
+# Builds Google Benchmark from Debian's source package; no binary package contains the sources.
 set(benchmark_SOURCE_DIR "${PROJECT_SOURCE_DIR}/build/debian-source/benchmark" CACHE PATH
     "Folder of Google Benchmark's sources")
 if(NOT EXISTS "${benchmark_SOURCE_DIR}/CMakeLists.txt")
@@ -8,7 +8,7 @@ if(NOT TARGET benchmark::benchmark)
     foreach(option IN ITEMS BENCHMARK_ENABLE_TESTING BENCHMARK_ENABLE_INSTALL BENCHMARK_ENABLE_WERROR)
         set(${option} OFF)
     endforeach()
-    # A static library: benchmarks then need no other DLL.
+    # A static library, so that benchmarks need no other DLL.
     set(BUILD_SHARED_LIBS OFF)
     add_subdirectory("${benchmark_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/benchmark" EXCLUDE_FROM_ALL SYSTEM)
 endif()

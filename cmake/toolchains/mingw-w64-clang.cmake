@@ -1,5 +1,5 @@
-# Windows objects from another compiler, which takes no extension of the language: a step towards Microsoft's. The C++ library
-# stays that of mingw-w64, whose compiler is asked where its headers are.
+# Compiles for Windows with clang, without extensions of the language: a step towards Microsoft's compiler. The C++ library is
+# that of mingw-w64, whose compiler reports where its headers are.
 include("${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake")
 execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -E -v -x c++ /dev/null
     OUTPUT_QUIET ERROR_VARIABLE search_list COMMAND_ERROR_IS_FATAL ANY)

@@ -1,10 +1,10 @@
 # Compares the names in the export table of a Windows DLL with the approved list, or writes that list.
 #   OBJDUMP   the compiler's objdump    LIBRARY   the DLL
-#   EXPORTS   the list                  UPDATE    set: writes the list instead
+#   EXPORTS   the list                  UPDATE    if set, writes the list
 cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND "${OBJDUMP}" --private-headers "${LIBRARY}" OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table.*" table "${headers}")
-# The table ends with an empty line; what follows is of other sections.
+# The table ends with an empty line; other sections follow.
 string(REGEX REPLACE "\n\r?\n.*" "" table "${table}")
 string(REGEX MATCHALL "\n[ \t]*\\[ *[0-9]+\\] [^\n]+" rows "${table}")
 list(TRANSFORM rows REPLACE "^\n[ \t]*\\[ *[0-9]+\\] (\\+base\\[ *[0-9]+\\] +[0-9a-f]+ )?" "")
@@ -12,10 +12,10 @@ list(SORT rows)
 if(UPDATE)
     list(JOIN rows "\n" names)
     file(WRITE "${EXPORTS}"
-"# The names that VelmoraTessaport.dll exports when it is built by mingw-w64, one a line. After a change of the API that
-# is meant:
+"# The names that VelmoraTessaport.dll exports when it is built by mingw-w64, one on each line. After an intended
+# change of the API, run
 #   cmake --build <build tree> --target velmora_update_exports
-# and look at the difference before it is committed.
+# and review the difference before you commit it.
 ${names}
 ")
     return()

@@ -8,7 +8,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tests/support/ChildProcess.h>
+
+#include "tests/support/ChildProcess.h"
 
 using namespace Quorvex::Velmora::TestSupport;
 using testing::IsEmpty;

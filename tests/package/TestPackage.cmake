@@ -1,10 +1,10 @@
 # Builds the example host and a program of the support libraries as a user of Velmora would, and runs both.
 #
-#   MODE             install, build or subdirectory: how they get at Velmora
+#   MODE             install, build or subdirectory: how they get Velmora
 #   SOURCE_DIR       the repository          BUILD_DIR   its build tree
-#   WORK_DIR         emptied and used        CONFIG      the build type
+#   WORK_DIR         emptied first           CONFIG      the build type
 #   GENERATOR, CXX   what to build with
-#   TOOLCHAIN, EMULATOR   of a cross build; what is installed is then taken from the archive that cpack makes
+#   TOOLCHAIN, EMULATOR   of a cross build, which installs from the archive that cpack makes
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -26,7 +26,7 @@ function(unpack_archive prefix)
     file(RENAME "${folder}" "${prefix}")
 endfunction()
 
-# What programs of a cross build are started with: WINEPATH has the folders of the DLLs that they need.
+# Programs of a cross build find their DLLs in the folders of WINEPATH.
 function(find_launcher result)
     set(launcher ${EMULATOR})
     if(TOOLCHAIN AND MODE STREQUAL "install")
@@ -39,7 +39,7 @@ function(find_launcher result)
     set(${result} "${launcher}" PARENT_SCOPE)
 endfunction()
 
-# Moved after the install: nothing in it may know where it was.
+# Moves the tree after the installation: nothing in it may depend on its first place.
 function(install_elsewhere prefix)
     if(TOOLCHAIN)
         unpack_archive("${prefix}")
@@ -117,7 +117,8 @@ endfunction()
 file(REMOVE_RECURSE "${WORK_DIR}")
 if(MODE STREQUAL "install")
     install_elsewhere("${WORK_DIR}/prefix")
-    build_consumer("-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix")
+    build_consumer("-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DINSTALLED_HEADERS=${WORK_DIR}/prefix/include")
+    run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --target all_verify_interface_header_sets --parallel 2)
 elseif(MODE STREQUAL "build")
     build_consumer("-DCMAKE_PREFIX_PATH=${BUILD_DIR}")
 elseif(MODE STREQUAL "subdirectory")

@@ -1,4 +1,4 @@
-# Writes the names that LIBRARY exports into EXPORTS, with NM.
+# Writes the names that LIBRARY exports to EXPORTS, with the help of NM.
 execute_process(
     COMMAND "${NM}" --dynamic --defined-only --format=posix "${LIBRARY}"
     OUTPUT_VARIABLE table
@@ -8,9 +8,9 @@ list(TRANSFORM lines REPLACE " .*" "")
 list(SORT lines)
 list(JOIN lines "\n" names)
 file(WRITE "${EXPORTS}"
-"# The names that the shared library exports on Linux, one a line. Hosts are linked against them: a name may be added
-# with a new operation, and one that is lost breaks hosts that are installed. After a change of the API that is meant:
+"# The names that the shared library exports on Linux, one on each line. Hosts link against them: a new operation may
+# add names, and a removed name breaks installed hosts. After an intended change of the API, run
 #   cmake --build <build tree> --target velmora_update_exports
-# and look at the difference before it is committed.
+# and review the difference before you commit it.
 ${names}
 ")

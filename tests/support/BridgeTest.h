@@ -1,4 +1,4 @@
-// The fixture of tests of the bridge itself, with ids, items and commands that came from the scripted service.
+// The fixture of tests of the bridge, with ids, items and commands from the scripted service.
 #pragma once
 
 #include <velmora/bridge/QvManagedTessaportService.h>
@@ -11,18 +11,18 @@ namespace Quorvex::Velmora::TestSupport
 class BridgeTest : public ScriptedTest
 {
 protected:
-    /// The id of the managed object of that number; the service does not keep it alive.
+    /// The id of the managed object with this number; the service does not keep the object alive.
     [[nodiscard]] TessaportAPI::ItemId idOf(const Json& number);
     [[nodiscard]] TessaportAPI::Item itemOf(int number);
     [[nodiscard]] TessaportAPI::Command commandOf(int number);
 
-    /// A context of those items for window 0x1234.
+    /// A context with the items and the window 0x1234.
     [[nodiscard]] TessaportAPI::CommandContext contextOf(int item, std::initializer_list<int> furtherItems);
 
     Tessaport::QvManagedTessaportService bridge;
 
 private:
-    // Back to the default answer, and no trace among the calls.
+    // Restores the default answer and leaves no trace in the recorded calls.
     void forget(const char* member);
 };
 

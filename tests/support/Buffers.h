@@ -1,4 +1,4 @@
-// Buffers written down in one line.
+// Buffers made from a list of elements.
 #pragma once
 
 #include <initializer_list>

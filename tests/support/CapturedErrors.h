@@ -1,4 +1,4 @@
-// What the code under test writes to std::cerr.
+// Captures what the code under test writes to std::cerr.
 #pragma once
 
 #include <iostream>
@@ -8,7 +8,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Takes the place of std::cerr's buffer while it lives.
+/// Replaces the buffer of std::cerr during its lifetime.
 class CapturedErrors
 {
 public:

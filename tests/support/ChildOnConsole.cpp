@@ -1,6 +1,6 @@
 // usage: velmora_on_console COMMAND LINE
-// Runs a command line with its standard streams on the console that this program runs on, whatever they are here, and
-// ends with its exit code.
+// Runs a command line with its standard streams on the console of this program, wherever the streams of this program
+// lead, and exits with its exit code.
 #include <cwchar>
 #include <string>
 
@@ -18,7 +18,7 @@ HANDLE openConsole(const wchar_t* name)
         name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr);
 }
 
-// What stands behind this program's own name, which is quoted.
+// The command line after the quoted name of this program.
 std::wstring givenCommandLine()
 {
     const std::wstring line = GetCommandLineW();

@@ -148,7 +148,7 @@ void send(const std::string& input, int to)
     }
 }
 
-// For a thread of its own, with which the signal goes that says that nobody reads.
+// Runs on a thread of its own, so that the blocked signal for a closed reader ends with that thread.
 void sendAll(const std::string& input, Descriptor& to)
 {
     sigset_t signals;
@@ -159,7 +159,7 @@ void sendAll(const std::string& input, Descriptor& to)
     to.close();
 }
 
-// Until the end, or until there is as much as is wanted.
+// Reads until the end, or until `wanted` bytes have arrived.
 std::string receive(int from, std::size_t wanted = std::numeric_limits<std::size_t>::max())
 {
     std::string received;

@@ -25,7 +25,7 @@ Handle openForChild(const std::filesystem::path& path, DWORD access)
 
 Handle startWith(const ChildProgram& program, Handle input, Handle output, Handle errors)
 {
-    // One at a time: what can be inherited goes to every process that starts.
+    // One at a time: every process that starts inherits all handles that can be inherited.
     static std::mutex starting;
     const std::lock_guard<std::mutex> lock(starting);
     STARTUPINFOW startup{};

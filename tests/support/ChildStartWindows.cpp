@@ -23,7 +23,7 @@ struct LessIgnoringCase {
     bool operator()(const std::wstring& a, const std::wstring& b) const { return _wcsicmp(a.c_str(), b.c_str()) < 0; }
 };
 
-// Each "name=value" with a zero behind it, in the order of the names, and one more zero.
+// Each "name=value" with a terminating zero, in the order of the names, and one more zero.
 std::wstring environmentOf(const ChildProgram& program)
 {
     std::map<std::wstring, std::wstring, LessIgnoringCase> variables;
@@ -46,7 +46,7 @@ std::wstring environmentOf(const ChildProgram& program)
     return block + L'\0';
 }
 
-// Not everywhere can it be asked of a process that has ended.
+// Some systems do not report it for a process that has ended.
 void updatePeakMemory(HANDLE process, ChildResult& result)
 {
     PROCESS_MEMORY_COUNTERS counters{};
@@ -110,7 +110,7 @@ Handle start(const ChildProgram& program, std::wstring line, STARTUPINFOW& start
         return CreateProcessW(nullptr, line.data(), nullptr, nullptr, inherits, flags | CREATE_UNICODE_ENVIRONMENT,
                    environment.data(), folder, &startup, &process) != 0;
     };
-    // Now and then Wine loses a process before it runs any code of the program.
+    // Wine occasionally loses a process before it runs any code of the program.
     bool created = create();
     for (int attempt = 0; attempt < 3 && !created && GetLastError() == ERROR_INTERNAL_ERROR; ++attempt)
         created = create();
@@ -125,7 +125,7 @@ void wait(HANDLE process, const ChildProgram& program, ChildResult& result)
     const auto deadline = Clock::now() + program.timeLimit;
     while (WaitForSingleObject(process, millisecondsUntil(deadline)) == WAIT_TIMEOUT) {
         updatePeakMemory(process, result);
-        // One that has ended meanwhile cannot be killed any more.
+        // A process that has ended in the meantime cannot be killed.
         if (Clock::now() >= deadline && TerminateProcess(process, 1) != 0) {
             result.timedOut = true;
             WaitForSingleObject(process, INFINITE);

@@ -1,4 +1,4 @@
-// Starting a Windows program and waiting for its end. Internal to the child processes of the tests.
+// Starts Windows programs and waits for their end. Internal to ChildProcess.h.
 #pragma once
 
 #include <cstddef>
@@ -46,20 +46,20 @@ struct Pipe {
     Handle writer;
 };
 
-/// The program and its arguments as a program's start-up code takes them apart again.
+/// The command line that the start-up code of a program splits into the program and its arguments again.
 [[nodiscard]] std::wstring commandLineOf(const ChildProgram& program);
 
 [[nodiscard]] std::wstring quotedArgument(std::wstring_view argument);
 
-/// Starts a command line with the environment and the folder of a program.
+/// Starts a command line with the environment and the working directory of a program.
 [[nodiscard]] Handle start(const ChildProgram& program, std::wstring line, STARTUPINFOW& startup, DWORD flags);
 
 void wait(HANDLE process, const ChildProgram& program, ChildResult& result);
 
-/// Writes as much as is read.
+/// Writes until the reader closes the pipe.
 void send(const std::string& input, HANDLE to);
 
-/// What comes until the end, or until there is as much as is wanted.
+/// Reads until the end, or until `wanted` bytes have arrived.
 [[nodiscard]] std::string receive(HANDLE from, std::size_t wanted = std::numeric_limits<std::size_t>::max());
 
 } // namespace Quorvex::Velmora::TestSupport

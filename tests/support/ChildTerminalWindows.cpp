@@ -31,7 +31,7 @@ public:
     PseudoConsole(const PseudoConsole&) = delete;
     PseudoConsole& operator=(const PseudoConsole&) = delete;
 
-    /// Ends what still runs on it. What it showed must be read meanwhile.
+    /// Ends the programs that still run on the console. Its output must be read meanwhile.
     void close()
     {
         if (console != nullptr)
@@ -78,7 +78,7 @@ Handle startOn(HPCON console, const ChildProgram& program)
     ConsoleAttribute attribute(console);
     STARTUPINFOEXW startup{};
     startup.StartupInfo.cb = sizeof startup;
-    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES; // None at all, so that it takes none of this process's.
+    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES; // No streams, so that it inherits none from this process.
     startup.lpAttributeList = attribute.list();
     const std::wstring line =
         quotedArgument(Common::Unicode::fromUtf8(VELMORA_ON_CONSOLE)) + L' ' + commandLineOf(program);

@@ -1,4 +1,4 @@
-// A host's locale that would spoil numbers: decimal commas, grouped digits, other words for true and false.
+// A global locale that changes how numbers are written: decimal commas, grouped digits, other words for true and false.
 #pragma once
 
 #include <locale>
@@ -7,7 +7,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// The global locale while it lives.
+/// Is the global locale during its lifetime.
 class CommaLocale
 {
 public:

@@ -1,4 +1,4 @@
-// An environment variable of this process while an object lives.
+// Sets an environment variable of this process during the lifetime of an object.
 #pragma once
 
 #include <cstdlib>
@@ -11,7 +11,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Has the path of the system's folder for temporary files.
+/// The variable that contains the path of the system's temporary folder.
 #ifdef _WIN32
 constexpr const char* TemporaryFolderVariable = "TMP";
 #else
@@ -37,7 +37,7 @@ private:
     void set(const char* value)
     {
 #ifdef _WIN32
-        // The narrow function goes through the code page, which cannot hold every path.
+        // The narrow function uses the code page, which cannot represent every path.
         _wputenv_s(
             Common::Unicode::fromUtf8(name).c_str(), Common::Unicode::fromUtf8(value == nullptr ? "" : value).c_str());
 #else

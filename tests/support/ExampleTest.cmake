@@ -1,5 +1,5 @@
 # velmora_add_example_test(<target> EXPECTED <regular expression>)
-# Runs an example in a fresh folder; it must end well and print what is expected. Nothing where examples are not built.
+# Runs an example in an empty folder; it must succeed and print the expected output. Adds no test if examples are not built.
 set(VELMORA_RUN_EXAMPLE "${CMAKE_CURRENT_LIST_DIR}/run_example.cmake")
 function(velmora_add_example_test target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "EXPECTED" "")

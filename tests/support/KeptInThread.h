@@ -1,4 +1,4 @@
-// Objects that a thread keeps.
+// Objects that live until their thread ends.
 #pragma once
 
 #include <utility>
@@ -10,12 +10,12 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Keeps the object until this thread ends, then destroys it on this thread.
+/// Keeps the object until the calling thread ends, and destroys it on that thread.
 template <class T>
 void keepInThread(T object)
 {
 #ifdef _WIN32
-    // GCC's thread_local gives the memory back before the object is destroyed.
+    // With thread_local, GCC frees the memory before it destroys the object.
     static const DWORD slot = FlsAlloc([](void* kept) { delete static_cast<T*>(kept); });
     FlsSetValue(slot, new T(std::move(object)));
 #else

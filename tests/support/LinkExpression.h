@@ -1,4 +1,4 @@
-// The definition of linkify, by the standard library's regular expressions. For short texts: these recurse.
+// Defines linkify by a regular expression of the standard library. For short strings only, because it recurses.
 #pragma once
 
 #include <locale>
@@ -13,7 +13,7 @@ inline std::wstring linkifiedByExpression(const std::wstring& html)
     static const std::wregex expression = [] {
         std::wregex result;
         result.imbue(std::locale::classic());
-        // The six white-space characters by name: what "\\s" means depends on the platform's tables.
+        // The six white-space characters by name, because "\\s" depends on the tables of the platform.
         result.assign(L"((?:^|[ \t\n\v\f\r]|&nbsp;|<br[ \t\n\v\f\r]*/?>)[\"']*)"
                       L"((?:http://|www.|https://)[^ \t\n\v\f\r]+?)"
                       L"(?=[.,:;?\"']*(?:$|[ \t\n\v\f\r]|&nbsp;|<br[ \t\n\v\f\r]*/?>))");

@@ -29,7 +29,7 @@ Link::~Link()
 
 #else
 
-// Wine's own functions make no links, and remove what a link leads to; the machine's programs do better.
+// Wine's functions cannot make links and remove the target instead of a link, so the programs of the machine do it.
 namespace
 {
 

@@ -6,11 +6,13 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// A link that goes with the object.
+/// A link that exists during the lifetime of the object.
 class Link
 {
 public:
-    /// A relative target starts at the link's folder. Throws when the link cannot be made.
+    /// Resolves a relative target from the folder of the link.
+    ///
+    /// @throws std::exception if the link cannot be made.
     Link(const std::filesystem::path& target, std::filesystem::path link);
     ~Link();
     Link(const Link&) = delete;

@@ -1,4 +1,4 @@
-// The lines that the library writes to the host's log.
+// The lines that the library writes to the log of the host.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Collects the lines while it lives. Every line must come with the flag false.
+/// Collects lines during its lifetime. The flag of every line must be false.
 class LogLines
 {
 public:
@@ -26,7 +26,7 @@ public:
     LogLines(const LogLines&) = delete;
     LogLines& operator=(const LogLines&) = delete;
 
-    /// The lines since the last time.
+    /// Returns the lines since the last call.
     [[nodiscard]] std::vector<std::wstring> take()
     {
         std::vector<std::wstring> taken;

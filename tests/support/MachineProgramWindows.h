@@ -1,4 +1,4 @@
-// Programs of the machine that Wine runs on.
+// Runs programs of the machine that Wine runs on.
 #pragma once
 
 #include <filesystem>
@@ -8,8 +8,8 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Runs a program of the machine's /bin in a folder until it has had its effect: a Windows program cannot wait for its
-/// end. False when it has none within ten seconds.
+/// Runs a program of the machine's /bin in a folder and waits for its effect, because a Windows program cannot wait for
+/// its end. Returns false if there is no effect within ten seconds.
 bool runOnMachine(const std::wstring& program, const std::wstring& arguments, const std::filesystem::path& folder,
     const std::function<bool()>& hasHappened);
 

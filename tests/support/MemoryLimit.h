@@ -1,4 +1,4 @@
-// A limit on what operator new may hand out, for tests of inputs that ask for too much.
+// Limits the memory of operator new, for tests of input that asks for too much.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +6,8 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// While it lives, operator new throws std::bad_alloc rather than let the bytes in use exceed the limit. Works under
-/// the sanitizers too, where a limit on the address space cannot.
+/// Makes operator new throw std::bad_alloc instead of exceeding the limit during its lifetime. Unlike a limit on the
+/// address space, it works under the sanitizers.
 class MemoryLimit
 {
 public:

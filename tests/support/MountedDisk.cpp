@@ -29,7 +29,7 @@ void mountInMemory(const std::filesystem::path& folder, std::size_t capacity, un
 
 } // namespace
 
-// In a mount name space of this process alone, so that nothing stays mounted when a test dies.
+// Uses a mount name space of this process, so that nothing stays mounted if a test crashes.
 MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : folder(std::move(folder))
 {
     require(unshare(CLONE_NEWNS));

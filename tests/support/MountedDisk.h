@@ -7,17 +7,17 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Lies over a folder and takes `capacity` bytes, until it goes with all that is in it.
+/// Hides a folder during its lifetime and holds `capacity` bytes. Its contents are lost at the end.
 class MountedDisk
 {
 public:
-    /// @throws std::runtime_error when this process may not mount one.
+    /// @throws std::runtime_error if this process may not mount file systems.
     MountedDisk(std::filesystem::path folder, std::size_t capacity);
     ~MountedDisk();
     MountedDisk(const MountedDisk&) = delete;
     MountedDisk& operator=(const MountedDisk&) = delete;
 
-    /// @throws std::runtime_error
+    /// @throws std::runtime_error if the file system cannot be mounted again.
     void setCapacity(std::size_t capacity);
 
 private:

@@ -33,7 +33,7 @@ MountedDisk::MountedDisk(std::filesystem::path folder, std::size_t capacity) : f
     mountOnMachine(this->folder, L"-t tmpfs -o size=", capacity);
 }
 
-// What still has a file open there keeps the memory, not the mount.
+// A program with an open file there keeps the memory, not the mount.
 MountedDisk::~MountedDisk()
 {
     ULARGE_INTEGER mounted{};

@@ -1,5 +1,5 @@
-// What a script lets the scripted service answer, as JSON. A property that is left out has its type's default value:
-// null for texts, ids, lists and records.
+// Answers of the scripted service, as JSON. A missing property has the default value of its type: null for strings,
+// ids, lists and records.
 #pragma once
 
 #include <cstdint>
@@ -13,37 +13,37 @@ namespace Quorvex::Velmora::TestSupport
 
 using Json = nlohmann::json;
 
-/// A text that comes through unchanged, unpaired surrogates and zero characters included.
+/// A string that arrives unchanged, including unpaired surrogates and zero characters.
 [[nodiscard]] Json text(std::wstring_view text);
 [[nodiscard]] std::wstring textOf(const Json& text);
 
-/// A date so many seconds and 100 ns ticks after 1970-01-01 00:00:00, of kind "Utc", "Local" or "Unspecified".
+/// The date this many seconds and 100 ns ticks after 1970-01-01 00:00:00, of kind "Utc", "Local" or "Unspecified".
 [[nodiscard]] Json date(std::int64_t seconds, std::int64_t ticks = 0, const char* kind = "Utc");
 
-/// A property value of a type that JSON has not; see tests/managed/ScriptedTessaport/Records/Values.cs.
+/// A property value of a type that JSON does not have; see tests/managed/ScriptedTessaport/Records/Values.cs.
 [[nodiscard]] Json typedValue(const char* type, Json value = nullptr);
 
-/// An exception by its type's name.
+/// An exception, by the name of its type.
 [[nodiscard]] Json failure(const char* type, std::wstring_view message);
 
-/// A lazy list that throws in `step` (GetEnumerator, MoveNext, Current or Dispose) after so many elements.
+/// A lazy list that throws in `step` (GetEnumerator, MoveNext, Current or Dispose) after this many elements.
 [[nodiscard]] Json failingList(Json list, unsigned after, Json failure, const char* step = "MoveNext");
 
-/// A collection of another kind than List<T>: "array", "enumerable-only" (fails when anything but its generic
-/// enumerator is asked for), "reversing" (a class derived from List<T> that enumerates from its end), or, for property
-/// values, "growing" (a List<T> that grows while it is enumerated).
+/// A collection of another kind than List<T>: "array", "enumerable-only" (fails if anything but its generic enumerator is
+/// used), "reversing" (a class derived from List<T> that enumerates from its end), or, for property values, "growing" (a
+/// List<T> that grows while it is enumerated).
 [[nodiscard]] Json listOfKind(const char* kind, Json list);
 
-/// A list of so many made-up records, held ready.
+/// A prepared list of this many generated records.
 [[nodiscard]] Json generated(unsigned count);
 
-/// An item with all nine fields, recognisable by `number`, which is also its id's.
+/// An item with all nine fields, derived from `number`, which is also the number of its id.
 [[nodiscard]] Json item(int number);
 
-/// An item with its path and id; the other fields as in item(number).
+/// An item with this path and id; its other fields are those of item(number).
 [[nodiscard]] Json itemAt(int number, std::wstring_view workspacePath);
 
-/// A drive with a root whose id has `number`.
+/// A drive with a root whose id has the number `number`.
 [[nodiscard]] Json drive(int number, std::wstring_view driveType, std::wstring_view location);
 
 [[nodiscard]] Json workspacePathResult(Json item, std::wstring_view path, int result);

@@ -1,4 +1,4 @@
-// Makes the library of this test program start .NET with the scripted service.
+// Lets the library in a test program start .NET with the scripted service.
 #pragma once
 
 #include <filesystem>
@@ -9,10 +9,10 @@ namespace Quorvex::Velmora::TestSupport
 /// The managed half of the library in the build tree.
 [[nodiscard]] std::filesystem::path bridgeFolder();
 
-/// The folder of the scripted service's assembly.
+/// The folder with the assembly of the scripted service.
 [[nodiscard]] std::filesystem::path scriptedServiceFolder();
 
-/// Points the library at both folders. Does not start the runtime; does nothing once it runs.
+/// Sets both folders as options of the library. Does not start the runtime; does nothing once it runs.
 void useScriptedService();
 
 } // namespace Quorvex::Velmora::TestSupport

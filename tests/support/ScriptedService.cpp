@@ -19,7 +19,7 @@ Json named(const char* name) { return {{"order", name}}; }
 ScriptedService::ScriptedService()
 {
     useScriptedService();
-    // The assembly attaches itself when its service is made for the first time.
+    // The assembly attaches itself when the first service is created.
     if (!isScriptedServiceAttached())
         const Tessaport::QvManagedTessaportService first;
     reset();

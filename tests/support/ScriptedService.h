@@ -1,4 +1,4 @@
-// The sync application as a test wants it: what it answers, and what it was asked.
+// A sync application whose answers a test sets and whose calls it reads.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// What is left after a forced garbage collection: numbers of objects, and bytes of managed memory.
+/// The state after a forced garbage collection: numbers of objects, and bytes of managed memory.
 struct Collected {
     std::vector<int> items;
     std::vector<int> commands;
@@ -18,41 +18,42 @@ struct Collected {
     std::int64_t bytes = 0;
 };
 
-/// Starts the runtime with the scripted service, in the state of a fresh one. Members are named as the sync
-/// application names them, "TessaportService" being its constructor.
+/// Starts the runtime with the scripted service in its initial state. Members have the names that the sync application
+/// gives them; "TessaportService" is the constructor.
 class ScriptedService
 {
 public:
     ScriptedService();
 
-    /// What a member returns from now on.
+    /// Sets what a member returns from now on.
     void answer(const char* member, const Json& value);
-    /// What a member throws from now on.
+    /// Sets what a member throws from now on.
     void fail(const char* member, const Json& failure);
-    /// Several answers one after the other, the last one for good. Each is {"value": …} or {"throw": …}.
+    /// Sets several answers in order, the last one permanently. Each is {"value": …} or {"throw": …}.
     void answerInTurn(const char* member, const std::vector<Json>& answers);
 
-    /// The calls since the last time, each an object with "member", "service" (its number, from 1) and the arguments.
+    /// Returns the calls since the last time, each an object with "member", "service" (its number, from 1) and the
+    /// arguments.
     [[nodiscard]] std::vector<Json> takeCalls();
-    /// The members called since the last time.
+    /// Returns the members called since the last time.
     [[nodiscard]] std::vector<std::string> takeCalledMembers();
-    /// The one call of that member among those since the last time; fails the test when there is not exactly one.
+    /// Returns the only call of a member since the last time; fails the test if there is not exactly one.
     [[nodiscard]] Json takeCall(const char* member);
 
-    /// Switches the recording of calls.
+    /// Switches the recording of calls on or off.
     void record(bool on);
 
-    /// Collects garbage. Objects in current answers are alive.
+    /// Collects garbage. Objects in current answers stay alive.
     [[nodiscard]] Collected collect();
 
-    /// The text of a property value as the service's own process sees it.
+    /// The string of a property value as managed code sees it.
     [[nodiscard]] std::wstring textOfValue(const Json& value);
 
-    /// Default answers, no calls, numbers from 1.
+    /// Restores the initial state: default answers, no calls, numbers from 1.
     void reset();
 };
 
-/// How many managed objects the native side keeps alive.
+/// The number of managed objects that the native side keeps alive.
 [[nodiscard]] std::int64_t countHandles();
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -1,4 +1,4 @@
-// The fixture of tests on the real runtime with the scripted service.
+// The fixture of tests with the .NET runtime and the scripted service.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// Starts with a fresh service, an empty item cache and no log lines; ends with no handle that the test has not
-/// brought in.
+/// Starts each test with a new service, an empty item cache and no log lines; checks at the end that the test left no
+/// handle behind.
 class ScriptedTest : public ::testing::Test
 {
 protected:
@@ -28,7 +28,7 @@ protected:
 
     ScriptedService service;
     LogLines log;
-    /// Handles that stay to the end of the process by the test's own doing.
+    /// Handles that the test deliberately keeps until the process ends.
     std::int64_t handlesKept = 0;
 
 private:

@@ -1,4 +1,4 @@
-// A place that is soon full.
+// A folder with little space.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// A folder in which `capacity` bytes can be written: a file system in memory of that size where this process may mount
-/// one, otherwise, on Linux, a limit on the size of its files.
+/// A folder for `capacity` bytes: a file system in memory of that size if this process may mount one; otherwise, on
+/// Linux, a limit on the size of its files.
 class SmallDisk
 {
 public:

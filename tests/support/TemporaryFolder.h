@@ -1,4 +1,4 @@
-// A folder of a test's own, with a name that is not plain ASCII; it goes with the object.
+// A temporary folder of a test and helpers that read and write files in it.
 #pragma once
 
 #include <atomic>
@@ -24,6 +24,7 @@ inline std::filesystem::path toPath(std::wstring_view path)
 #endif
 }
 
+/// An empty folder with a non-ASCII name that exists during the lifetime of the object.
 class TemporaryFolder
 {
 public:
@@ -45,7 +46,7 @@ public:
 
     [[nodiscard]] const std::filesystem::path& path() const noexcept { return root; }
 
-    /// The path of a file in the folder, as the library takes it.
+    /// The path of a file in the folder, in the form that the library takes.
     [[nodiscard]] std::wstring file(std::wstring_view name) const
     {
         return Common::Unicode::fromUtf8((root / toPath(name)).u8string());

@@ -1,4 +1,4 @@
-// Where a virtual member function stands in its class's virtual table.
+// Finds the place of a virtual member function in the virtual table.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// The slot, counted from 1, the virtual destructor being the first one although it takes two entries of the table.
-/// Reads the pointer as the Itanium ABI lays it out: a virtual function's is one more than its offset in the table.
+/// The slot of a function, from 1. The virtual destructor is slot 1, although it takes two entries of the table. In the
+/// Itanium ABI, a pointer to a virtual function is one more than its offset in the table.
 template <class Member>
 std::size_t slotOf(Member member)
 {

@@ -1,4 +1,4 @@
-# Runs an example in a fresh folder; it must end well and print what is expected.
+# Runs an example in an empty folder; it must succeed and print the expected output.
 #   cmake -DPROGRAM=... -DFOLDER=... -DEXPECTED=<regular expression> [-DEMULATOR=...] -P run_example.cmake
 file(REMOVE_RECURSE "${FOLDER}")
 file(MAKE_DIRECTORY "${FOLDER}")
