@@ -14,13 +14,8 @@ internal static unsafe class Failure
 {
     private const int OtherRow = 6;
 
-    private delegate bool Row(Exception e);
-
-    // A row names its type in a method of its own: a type that the sync application lacks then skips only that row.
-    private static readonly Row[] rows = {
-        IsApiRequiresUpdate, IsForcedUpdate, IsNotRunning, IsNotInstalled, IsRequiresUpdate,
-    };
-
+    /// <summary>Throws nothing, whatever fails in it: its callers are entry points, and what leaves those ends the process.</summary>
+    /// <remarks>This class has no static fields for the same reason: a failed static constructor fails every later call.</remarks>
     public static int Report(Exception e, Reply* reply)
     {
         try
@@ -31,19 +26,29 @@ internal static unsafe class Failure
         {
             // Without memory for the message the failure still goes through, without a text.
         }
-        return RowOf(e);
+        try
+        {
+            return RowOf(e);
+        }
+        catch (Exception)
+        {
+            return OtherRow;
+        }
     }
 
     private static string MessageOf(Exception e)
     {
+        string message = "";
         try
         {
-            return MissingMember.Explain(e) ?? e.Message ?? "";
+            message = e.Message ?? "";
+            message = MissingMember.Explain(e) ?? FileLimit.Explain(e) ?? message;
         }
         catch (Exception)
         {
-            return "";
+            // Explaining loads further assemblies, which fails for the reason that it should explain.
         }
+        return message;
     }
 
     private static int RowOf(Exception e)
@@ -51,19 +56,27 @@ internal static unsafe class Failure
         // Nothing is an exception of an assembly that is not bound, and asking would look for it once more.
         if (ApiAssembly.Bound == null)
             return OtherRow;
-        for (int i = 0; i < rows.Length; ++i)
+        for (int row = 1; row < OtherRow; ++row)
         {
-            if (Fits(rows[i], e))
-                return i + 1;
+            if (Fits(row, e))
+                return row;
         }
         return OtherRow;
     }
 
-    private static bool Fits(Row row, Exception e)
+    // A row names its type in a method of its own: a type that the sync application lacks then skips only that row.
+    private static bool Fits(int row, Exception e)
     {
         try
         {
-            return row(e);
+            return row switch
+            {
+                1 => IsApiRequiresUpdate(e),
+                2 => IsForcedUpdate(e),
+                3 => IsNotRunning(e),
+                4 => IsNotInstalled(e),
+                _ => IsRequiresUpdate(e),
+            };
         }
         catch (Exception)
         {

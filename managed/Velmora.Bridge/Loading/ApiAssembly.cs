@@ -16,9 +16,7 @@ internal static class ApiAssembly
     private const string Name = "Quorvex.Tessaport.API";
     public const string FileName = Name + ".dll";
 
-    private static readonly AssemblyLoadContext context =
-        AssemblyLoadContext.GetLoadContext(typeof(ApiAssembly).Assembly) ?? AssemblyLoadContext.Default;
-
+    // Nothing here is made by a static constructor: when that failed, no later start could succeed.
     private static DependencyFolder? dependencies;
 
     /// <summary>The assembly in use; null until one was bound.</summary>
@@ -28,11 +26,13 @@ internal static class ApiAssembly
     public static void Bind(string folder)
     {
         string path = Path.Combine(Path.GetFullPath(folder), FileName);
+        AssemblyLoadContext context = BridgeContext();
         CheckFile(folder, path);
-        CheckNoOther(path);
+        CheckNoOther(AssemblyLoadContext.Default, path);
+        CheckNoOther(context, path);
         if (dependencies == null)
         {
-            context.Resolving += (_, name) => Resolve(name);
+            context.Resolving += Resolve;
             context.ResolvingUnmanagedDll += (_, name) => dependencies!.LoadLibrary(name);
         }
         dependencies = new DependencyFolder(context, path);
@@ -45,7 +45,10 @@ internal static class ApiAssembly
         Bound = assembly;
     }
 
-    private static Assembly? Resolve(AssemblyName name) =>
+    private static AssemblyLoadContext BridgeContext() =>
+        AssemblyLoadContext.GetLoadContext(typeof(ApiAssembly).Assembly) ?? AssemblyLoadContext.Default;
+
+    private static Assembly? Resolve(AssemblyLoadContext context, AssemblyName name) =>
         name.Name == Name ? context.LoadFromAssemblyPath(dependencies!.AssemblyPath) : dependencies!.Load(name);
 
     private static void CheckFile(string folder, string path)
@@ -70,12 +73,6 @@ internal static class ApiAssembly
         }
         if (found != Name)
             throw new LoadingException($"'{path}' holds the assembly '{found}', and not {Name}. {Remedy}");
-    }
-
-    private static void CheckNoOther(string path)
-    {
-        CheckNoOther(AssemblyLoadContext.Default, path);
-        CheckNoOther(context, path);
     }
 
     private static void CheckNoOther(AssemblyLoadContext place, string path)

@@ -7,6 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/runtime/FileLimit.h>
 #include <velmora/bridge/runtime/HostSignals.h>
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
@@ -59,6 +60,12 @@ void checkBridgeFolder(const std::filesystem::path& folder)
     }
 }
 
+void checkFileLimit()
+{
+    if (const std::wstring missing = describeMissingFileDescriptors(); !missing.empty())
+        fail(missing);
+}
+
 std::u16string crossingPath(const std::filesystem::path& path)
 {
     return Common::Unicode::toUtf16(Common::wideText(path));
@@ -100,6 +107,7 @@ void ClrRuntime::startHost()
 {
     checkDotnetRoot(wanted.dotnetRoot);
     checkBridgeFolder(bridge);
+    checkFileLimit();
     watchThreadEnds();
     HostingStatus status = host->open(wanted.dotnetRoot);
     if (status.succeeded()) {
