@@ -9,7 +9,7 @@ internal static class CommandActions
 {
     private const string LinkPrefix = "tessaport://";
 
-    public static CommandResult Sync(CommandTarget target) => Batch.Run(target.Session, target.Views, (scope, report, view) =>
+    public static CommandResult Sync(CommandTarget target) => Batch.Run(target.Session, target.Views, PlaceOf, (scope, report, view) =>
         new ItemSync(scope.Edit(view.Drive), report).SyncTree(view.Path));
 
     public static CommandResult Lock(CommandTarget target) => ChangeLocks(target, FileLocks.Lock);
@@ -30,8 +30,10 @@ internal static class CommandActions
         return report.ToResult();
     }
 
+    private static DrivePlace? PlaceOf(ItemView view) => new(view.Drive, view.Path);
+
     private static CommandResult ChangeLocks(CommandTarget target, Action<DriveEdit, ItemView> change) =>
-        Batch.Run(target.Session, target.Views, (scope, report, view) =>
+        Batch.Run(target.Session, target.Views, PlaceOf, (scope, report, view) =>
         {
             change(scope.Edit(view.Drive), view);
             report.Updated(view);

@@ -19,16 +19,5 @@ internal readonly record struct ItemView(LocalDrive Drive, string Path, FileEntr
 
     public DateTime Modified => (Workspace ?? Server)?.Modified ?? DateTime.UnixEpoch;
 
-    public Item ToItem() => new()
-    {
-        DriveId = Drive.Id,
-        Id = new ItemId { Drive = Drive.Id, Path = Path },
-        IsFolder = IsFolder,
-        IsInWorkspace = Workspace is not null,
-        IsOnServer = Server is not null,
-        LastModifiedDate = Modified,
-        Name = IsRoot ? Drive.Name : RelativePath.NameOf(Path),
-        RelativePath = Path,
-        WorkspacePath = Drive.WorkspacePathOf(Path),
-    };
+    public Item ToItem() => ListedItem.Of(this).ToItem();
 }

@@ -46,6 +46,13 @@ internal static class NameRules
         return stem + note + extension;
     }
 
+    /// <summary>Throws when a name may not be given to an item.</summary>
+    public static void Require(string name)
+    {
+        if (!CanBeAdded(name))
+            throw new IOException($"'{name}' is not a name that every platform accepts; rename it.");
+    }
+
     /// <summary>Whether every surrogate has its partner; other text does not survive becoming a file name.</summary>
     public static bool IsWellFormed(ReadOnlySpan<char> text)
     {

@@ -25,8 +25,9 @@ public partial class TessaportService
         var place = session.PlaceOf(folder);
         FolderListing.RequireFolder(ItemView.At(place.Drive, place.Path));
         var rules = new AdditionRules(place);
-        return Batch.Run(session, paths, (scope, report, path) =>
-            new FileAddition(scope.Edit(place.Drive), report, rules).Add(path));
+        FileAddition? addition = null;
+        return Batch.Run(session, paths, path => rules.ShownAt(path), (scope, report, path) =>
+            (addition ??= new FileAddition(scope.Edit(place.Drive), report, rules)).Add(path));
     }
 
     public Item GetOrCreateFolder(ItemId parent, string name)
@@ -39,7 +40,7 @@ public partial class TessaportService
     {
         ArgumentNullException.ThrowIfNull(ids);
         var session = Session.Begin();
-        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), (scope, report, place) =>
+        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), place => place, (scope, report, place) =>
             new ItemSync(scope.Edit(Require(place).Drive), report).SyncTree(Require(place).Path));
     }
 
@@ -48,7 +49,7 @@ public partial class TessaportService
         ArgumentNullException.ThrowIfNull(ids);
         var session = Session.Begin();
         ItemDeletion? deletion = null;
-        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), (scope, report, place) =>
+        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), place => place, (scope, report, place) =>
             (deletion ??= new ItemDeletion(report)).Delete(scope.Edit(Require(place).Drive), Require(place).Path));
     }
 
@@ -62,8 +63,15 @@ public partial class TessaportService
             || place.Drive.Workspace.Find(place.Path) is not { IsFolder: false })
             return;
         using var scope = new ChangeScope(session.Home);
-        new ItemSync(scope.Edit(place.Drive), new ChangeReport()).SyncFile(place.Path);
-        scope.Save();
+        try
+        {
+            new ItemSync(scope.Edit(place.Drive), new ChangeReport()).SyncFile(place.Path);
+        }
+        finally
+        {
+            // The reason of a failure is saved as well.
+            scope.Save();
+        }
     }
 
     private static DrivePlace Require(DrivePlace? place) =>

@@ -1,10 +1,13 @@
 using System;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>One drive while a request changes it: the files, and a copy of its records that is saved at the end.</summary>
 internal sealed class DriveEdit : IDisposable
 {
+    private DriveSnapshot? _snapshot;
+
     public DriveEdit(LocalDrive drive, DriveIndex index)
     {
         Drive = drive.Opened();
@@ -20,23 +23,48 @@ internal sealed class DriveEdit : IDisposable
 
     public ItemView At(string path) => ItemView.At(Drive, path);
 
+    public ItemView ViewOf(SnapshotNode node, string path) => new(Drive, path, node[SideName.Workspace], node[SideName.Server]);
+
+    /// <summary>
+    /// Both sides as they were when this request first asked. Who acts on it checks what is there now; when that is something
+    /// else, the snapshot is forgotten.
+    /// </summary>
+    public DriveSnapshot WholeSnapshot() => _snapshot ??= DriveSnapshot.Take(Drive, RelativePath.Root);
+
+    public void ForgetSnapshot() => _snapshot = null;
+
     /// <summary>The record of an item that exists, made when there is none, brought up to what the view shows.</summary>
     public ItemRecord Record(ItemView view)
     {
-        var record = (Tracker.RecordOf(view) ?? ItemRecord.For(view)).SeenIn(view);
+        var record = (Tracker.RecordOf(view) ?? ItemRecord.For(view) with { Content = KnownContentOf(view) }).SeenIn(view);
         Index.Items.Put(record);
         return record;
     }
 
-    /// <summary>Notes that both sides of an item are equal now; the hash is given when it is known.</summary>
-    public void RecordSynced(string path, string? hash)
+    /// <summary>Notes that both sides of an item are equal now.</summary>
+    public void RecordSynced(SyncedRecord record, ItemView view)
     {
-        var view = At(path);
-        if (view is not { Workspace: { } local, Server: { } remote })
-            return;
-        Index.Synced.Put(SyncedRecord.For(path, local, remote));
-        var record = Record(view);
-        if (hash is not null)
-            Index.Items.Put(record with { Content = new ContentMark(local.Size, hash) });
+        Index.Synced.Put(record);
+        if (IsNamed(view) && Tracker.RecordOf(view) is { } item)
+            Index.Items.Put(item.SeenIn(view) with { Content = KnownContentOf(view) ?? item.Content });
     }
+
+    /// <summary>Drops the sync records of what is on neither side any more.</summary>
+    public void ForgetWhatIsGone(DriveSnapshot whole)
+    {
+        foreach (var record in Index.Synced.Records.Where(record => !Exists(whole.Find(record.Path))).ToList())
+            Index.Synced.Remove(record);
+    }
+
+    private static bool Exists(SnapshotNode? node) => node is not null && (node[SideName.Workspace] ?? node[SideName.Server]) is not null;
+
+    // Few drives have named items, and finding the record of one takes looking at files.
+    private bool IsNamed(ItemView view) =>
+        (Index.Items.ByLocal(view.Workspace?.Identity) ?? Index.Items.ByRemote(view.Server?.Identity) ?? Index.Items.ByPath(view.Path)) is not null;
+
+    private ContentMark? KnownContentOf(ItemView view) =>
+        Index.Synced.ByPath(view.Path) is { IsFolder: false, Hash.IsKnown: true } synced
+        && view.Workspace is { } local && VersionCheck.Compare(local, synced, SideName.Workspace) != VersionState.Changed
+            ? new ContentMark(local.Size, synced.Hash)
+            : null;
 }

@@ -1,5 +1,6 @@
 using System;
 using System.Collections.Generic;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -7,50 +8,73 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class DriveIndex
 {
     public DriveIndex()
-        : this(new(EqualityComparer<Guid>.Default), new(RelativePath.Comparer))
+        : this(new(EqualityComparer<Guid>.Default), new(RelativePath.Comparer), new FailureTable())
     {
     }
 
-    private DriveIndex(RecordTable<Guid, ItemRecord> items, RecordTable<string, SyncedRecord> synced)
+    private DriveIndex(RecordTable<Guid, ItemRecord> items, RecordTable<string, SyncedRecord> synced, FailureTable failures)
     {
         Items = items;
         Synced = synced;
+        Failures = failures;
     }
 
-    /// <summary>The items that were named or locked, by the lasting part of the permanent id.</summary>
+    /// <summary>The items that were named or locked, by the permanent part of the permanent id.</summary>
     public RecordTable<Guid, ItemRecord> Items { get; }
 
     /// <summary>What was equal on both sides when it was last synced, by path.</summary>
     public RecordTable<string, SyncedRecord> Synced { get; }
 
-    public bool IsChanged => Items.IsChanged || Synced.IsChanged;
+    /// <summary>Why items could not be done when they were last asked for.</summary>
+    public FailureTable Failures { get; }
+
+    public bool IsChanged => Items.IsChanged || Synced.IsChanged || Failures.IsChanged;
 
     /// <summary>A copy to be changed while this one is read.</summary>
-    public DriveIndex Clone() => new(Items.Clone(), Synced.Clone());
+    public DriveIndex Clone() => new(Items.Clone(), Synced.Clone(), Failures.Clone());
 
-    /// <summary>Notes that an item, with everything in it, has another path.</summary>
-    public void Move(string from, string to)
+    /// <summary>Notes that everything is saved as it is now.</summary>
+    public void AcceptChanges()
     {
-        foreach (var record in Items.Beneath(from))
-            Items.Put(record with { Path = to + record.Path[from.Length..] });
-        if (Items.ByPath(from) is { } item)
-            Items.Put(item with { Path = to });
+        Items.AcceptChanges();
+        Synced.AcceptChanges();
+        Failures.AcceptChanges();
+    }
 
-        var synced = Synced.Beneath(from);
-        if (Synced.ByPath(from) is { } top)
-            synced.Add(top);
-        synced.ForEach(Synced.Remove);
-        synced.ForEach(record => Synced.Put(record with { Path = to + record.Path[from.Length..] }));
+    /// <summary>Notes that items, with everything in them, have other paths now; all at once, so that they can change places.</summary>
+    public void Move(params (string From, string To)[] moves)
+    {
+        MoveIn(Items, moves, (record, path) => record with { Path = path });
+        MoveIn(Synced, moves, (record, path) => record with { Path = path });
+        foreach (var (from, _) in moves)
+            Failures.RemoveWithin(from);
     }
 
     /// <summary>Notes that an item, with everything in it, is gone.</summary>
     public void Remove(string path)
     {
-        Items.Beneath(path).ForEach(Items.Remove);
-        Synced.Beneath(path).ForEach(Synced.Remove);
-        if (Items.ByPath(path) is { } item)
-            Items.Remove(item);
-        if (Synced.ByPath(path) is { } synced)
-            Synced.Remove(synced);
+        Within(Items, path).ForEach(Items.Remove);
+        Within(Synced, path).ForEach(Synced.Remove);
+        Failures.RemoveWithin(path);
+    }
+
+    private static void MoveIn<TKey, TRecord>(
+        RecordTable<TKey, TRecord> table, (string From, string To)[] moves, Func<TRecord, string, TRecord> at)
+        where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
+    {
+        var moved = moves.SelectMany(
+            move => Within(table, move.From), (move, record) => (Old: record, New: at(record, move.To + record.Path[move.From.Length..]))).ToList();
+        moved.ForEach(record => table.Remove(record.Old));
+        moved.ForEach(record => table.Put(record.New));
+    }
+
+    private static List<TRecord> Within<TKey, TRecord>(RecordTable<TKey, TRecord> table, string path)
+        where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
+    {
+        var top = table.ByPath(path);
+        var found = top is { IsFolder: false } ? [] : table.Below(path);
+        if (top is not null)
+            found.Add(top);
+        return found;
     }
 }

@@ -1,13 +1,12 @@
 using System;
 using System.Collections.Generic;
-using System.IO;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Walks everything on one side of a drive.</summary>
 internal static class DriveScan
 {
-    /// <summary>Every file and folder below the root, folders before what they hold. Folders that cannot be read are left out.</summary>
+    /// <summary>Every file and folder below the root, folders before what they hold. Folders that may not be read are left out.</summary>
     public static IEnumerable<(string Path, FileEntry Entry)> Walk(DriveSide side)
     {
         var folders = new Stack<string>();
@@ -30,7 +29,7 @@ internal static class DriveScan
         {
             return side.Read(folder);
         }
-        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        catch (UnauthorizedAccessException)
         {
             return [];
         }

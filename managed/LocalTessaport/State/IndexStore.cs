@@ -25,11 +25,13 @@ internal static class IndexStore
         return index;
     }
 
+    /// <summary>Saves the records and takes them over: from now on they are handed out for reading.</summary>
     public static void Save(HomeFolder home, Guid drive, DriveIndex index)
     {
         var path = home.StateFileOf(drive);
         IndexFile.Write(home, path, index);
+        index.AcceptChanges();
         if (FileProbe.Find(path) is { } stamp)
-            Known[path] = (stamp, index.Clone());
+            Known[path] = (stamp, index);
     }
 }

@@ -12,10 +12,14 @@ internal static class Inventory
         foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
         {
             if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && AreEqual(view, local, remote))
-                index.Synced.Put(SyncedRecord.For(path, local, remote));
+                index.Synced.Put(RecordOf(drive, path, local, remote));
         }
         return index;
     }
+
+    private static SyncedRecord RecordOf(LocalDrive drive, string path, FileEntry local, FileEntry remote) => local.IsFolder
+        ? SyncedRecord.ForFolder(path, local, remote)
+        : SyncedRecord.ForEqual(path, SeenVersion.Now(local), SeenVersion.Now(remote), drive.Workspace.At(path));
 
     private static bool AreEqual(ItemView view, FileEntry local, FileEntry remote) =>
         local.IsFolder == remote.IsFolder

@@ -31,5 +31,5 @@ internal sealed record ItemRecord : ITrackedRecord<Guid>
         new ItemRecord { Key = Guid.NewGuid(), Path = view.Path, IsFolder = view.IsFolder }.SeenIn(view);
 }
 
-/// <summary>Tells a content; the hash is SHA-256 as hexadecimal text.</summary>
-internal readonly record struct ContentMark(long Size, string Hash);
+/// <summary>Tells one content from another.</summary>
+internal readonly record struct ContentMark(long Size, ContentHash Hash);

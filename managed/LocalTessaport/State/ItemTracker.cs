@@ -76,7 +76,7 @@ internal sealed class ItemTracker
         {
             foreach (var path in map.FilesOfSize(content.Size))
             {
-                if (IsUnclaimed(path) && FileContent.Hash(side.At(path)) == content.Hash)
+                if (IsUnclaimed(path) && ContentHash.Parse(FileContent.Hash(side.At(path))) == content.Hash)
                     return path;
             }
         }

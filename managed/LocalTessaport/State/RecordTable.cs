@@ -1,5 +1,4 @@
 using System.Collections.Generic;
-using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -8,6 +7,7 @@ internal interface ITrackedRecord<TKey>
 {
     TKey Key { get; }
     string Path { get; }
+    bool IsFolder { get; }
     FileIdentity Local { get; }
     FileIdentity Remote { get; }
 }
@@ -19,6 +19,9 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     private readonly Dictionary<string, TKey> _byPath;
     private readonly Dictionary<FileIdentity, TKey> _byLocal;
     private readonly Dictionary<FileIdentity, TKey> _byRemote;
+
+    // Made at the first question for what is below a folder: few requests ask.
+    private PathTree? _paths;
 
     public RecordTable(IEqualityComparer<TKey> comparer)
     {
@@ -43,6 +46,9 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public RecordTable<TKey, TRecord> Clone() => new(this);
 
+    /// <summary>Notes that the records are saved as they are now.</summary>
+    public void AcceptChanges() => IsChanged = false;
+
     public TRecord? ByKey(TKey key) => _byKey.GetValueOrDefault(key);
 
     public TRecord? ByPath(string path) => Follow(_byPath, path);
@@ -51,8 +57,25 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public TRecord? ByRemote(FileIdentity? identity) => identity is { IsKnown: true } known ? Follow(_byRemote, known) : null;
 
-    public List<TRecord> Beneath(string folder) =>
-        _byKey.Values.Where(record => RelativePath.IsBeneath(record.Path, folder)).ToList();
+    public TRecord? ByIdentity(SideName side, FileIdentity? identity) =>
+        side == SideName.Workspace ? ByLocal(identity) : ByRemote(identity);
+
+    public List<TRecord> Below(string folder)
+    {
+        if (_paths is null)
+        {
+            _paths = new PathTree();
+            foreach (var path in _byPath.Keys)
+                _paths.Add(path);
+        }
+        var found = new List<TRecord>();
+        foreach (var path in _paths.Below(folder))
+        {
+            if (ByPath(path) is { } record)
+                found.Add(record);
+        }
+        return found;
+    }
 
     public void Put(TRecord record)
     {
@@ -65,6 +88,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         IsChanged = true;
         _byKey[record.Key] = record;
         _byPath[record.Path] = record.Key;
+        _paths?.Add(record.Path);
         if (record.Local.IsKnown)
             _byLocal[record.Local] = record.Key;
         if (record.Remote.IsKnown)
@@ -85,6 +109,8 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     private void ForgetKeys(TRecord record)
     {
         Forget(_byPath, record.Path, record.Key);
+        if (!_byPath.ContainsKey(record.Path))
+            _paths?.Remove(record.Path);
         Forget(_byLocal, record.Local, record.Key);
         Forget(_byRemote, record.Remote, record.Key);
     }

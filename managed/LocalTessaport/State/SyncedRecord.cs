@@ -1,20 +1,40 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What stood at a path on both sides when they were last equal.</summary>
-internal sealed record SyncedRecord(string Path, bool IsFolder, FileStamp LocalStamp, FileStamp RemoteStamp) : ITrackedRecord<string>
+/// <summary>What was at a path on both sides when they were last equal.</summary>
+internal sealed record SyncedRecord(string Path, bool IsFolder) : ITrackedRecord<string>
 {
     public string Key => Path;
     public FileIdentity Local { get; init; }
     public FileIdentity Remote { get; init; }
+    public VersionStamp LocalStamp { get; init; }
+    public VersionStamp RemoteStamp { get; init; }
 
-    public static SyncedRecord For(string path, FileEntry local, FileEntry remote) =>
-        new(path, local.IsFolder, FileStamp.Of(local), FileStamp.Of(remote)) { Local = local.Identity, Remote = remote.Identity };
-}
+    /// <summary>The content on both sides, if it was read.</summary>
+    public ContentHash Hash { get; init; }
 
-/// <summary>Tells one version of a file from another without reading it.</summary>
-internal readonly record struct FileStamp(long Time, long Size)
-{
-    public static FileStamp Of(FileEntry entry) => new(entry.Modified.Ticks, entry.Size);
+    public FileIdentity IdentityOn(SideName side) => side == SideName.Workspace ? Local : Remote;
+
+    public VersionStamp StampOn(SideName side) => side == SideName.Workspace ? LocalStamp : RemoteStamp;
+
+    public static SyncedRecord ForFolder(string path, FileEntry local, FileEntry remote) =>
+        new(path, IsFolder: true) { Local = local.Identity, Remote = remote.Identity };
+
+    public static SyncedRecord ForFile(string path, SeenVersion local, SeenVersion remote, ContentHash hash) => new(path, IsFolder: false)
+    {
+        Local = local.Entry.Identity,
+        Remote = remote.Entry.Identity,
+        LocalStamp = local.Stamp,
+        RemoteStamp = remote.Stamp,
+        Hash = hash,
+    };
+
+    /// <summary>
+    /// For files that were found equal. The content of files that were changed a moment ago is kept in mind, since another change
+    /// may not show in their times.
+    /// </summary>
+    public static SyncedRecord ForEqual(string path, SeenVersion local, SeenVersion remote, FileSource content)
+    {
+        var isSettled = local.IsSettled && remote.IsSettled;
+        return ForFile(path, local, remote, isSettled ? ContentHash.Unknown : ContentHash.Parse(FileContent.Hash(content)));
+    }
 }

@@ -17,6 +17,9 @@ internal sealed class AdditionRules
         _folder = folder.Path;
     }
 
+    /// <summary>The folder to which files are added.</summary>
+    public string Folder => _folder;
+
     /// <summary>Throws what is in the way of adding any file.</summary>
     public void RequireOpenFolder()
     {
@@ -32,6 +35,14 @@ internal sealed class AdditionRules
             throw new FileNotFoundException($"'{source}' is not there or is no file.");
         FileSource.Outside(source).Open().Dispose();
         return (source, RequireTarget(Path.GetFileName(source)));
+    }
+
+    /// <summary>The item that shows why a source could not be added: its target if that exists, else the folder.</summary>
+    public DrivePlace ShownAt(string? source)
+    {
+        var name = source is null ? "" : source[(source.LastIndexOfAny(['/', '\\']) + 1)..];
+        var target = RelativePath.TryParse(name) is { Length: > 0 } ? RelativePath.Join(_folder, name) : _folder;
+        return new DrivePlace(_drive, ItemView.At(_drive, target).Exists ? target : _folder);
     }
 
     private ItemView RequireTarget(string name)

@@ -1,58 +1,75 @@
 using System;
 using System.Collections.Generic;
 using System.IO;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Collects what a batch did. A failing item is left out of the lists and does not keep the others from being done.</summary>
 internal sealed class ChangeReport
 {
-    private readonly List<Item> _created = [];
-    private readonly List<Item> _updated = [];
-    private readonly List<Item> _deleted = [];
-    private readonly HashSet<(Guid, string)> _listed = [];
+    private readonly List<ListedItem> _created = [];
+    private readonly List<ListedItem> _updated = [];
+    private readonly List<ListedItem> _deleted = [];
+    private readonly Dictionary<(Guid, string), (List<ListedItem> List, int Index)> _listed = [];
 
     public int Failures { get; private set; }
 
-    public void Created(ItemView view) => List(_created, view.ToItem());
+    /// <summary>Whether an exception means that one item could not be done, and not that the service is broken.</summary>
+    public static bool IsFailure(Exception e) =>
+        e is IOException or UnauthorizedAccessException or ArgumentException or NotSupportedException;
 
-    public void Updated(ItemView view) => List(_updated, view.ToItem());
+    public void Created(ItemView view) => List(_created, ListedItem.Of(view));
+
+    public void Updated(ItemView view) => List(_updated, ListedItem.Of(view));
 
     /// <summary>Lists an item that was seen before it was deleted; it is on neither side now.</summary>
-    public void Deleted(ItemView before)
-    {
-        var item = before.ToItem();
-        item.IsInWorkspace = false;
-        item.IsOnServer = false;
-        _deleted.Add(item);
-    }
+    public void Deleted(ItemView before) => _deleted.Add(ListedItem.Of(before) with { IsInWorkspace = false, IsOnServer = false });
 
     /// <summary>Runs one step of the batch; false when it failed.</summary>
-    public bool Attempt(Action step)
+    public bool Attempt(Action step) => Attempt(step, _ => { });
+
+    /// <summary>The same, and hands over the reason of a failure.</summary>
+    public bool Attempt(Action step, Action<Exception> onFailure)
     {
         try
         {
             step();
             return true;
         }
-        catch (Exception e) when (e is IOException or UnauthorizedAccessException or ArgumentException or NotSupportedException)
+        catch (Exception e) when (IsFailure(e))
         {
             ++Failures;
+            onFailure(e);
             return false;
         }
     }
 
+    /// <summary>Counts a failure and keeps its reason, which users read as a property of the item.</summary>
+    public void Fail(DriveIndex index, string path, Exception reason)
+    {
+        ++Failures;
+        index.Failures.Put(path, reason.Message);
+    }
+
+    // Items are made when they are read: a hundred thousand of them at once would take more memory than all the rest.
     public CommandResult ToResult() => new()
     {
         IsSuccess = Failures == 0,
-        ItemsCreated = _created,
-        ItemsUpdated = _updated,
-        ItemsDeleted = _deleted,
+        ItemsCreated = _created.Select(item => item.ToItem()),
+        ItemsUpdated = _updated.Select(item => item.ToItem()),
+        ItemsDeleted = _deleted.Select(item => item.ToItem()),
     };
 
-    private void List(List<Item> list, Item item)
+    private void List(List<ListedItem> list, ListedItem item)
     {
-        if (_listed.Add((item.DriveId, item.RelativePath)))
-            list.Add(item);
+        var key = (item.Drive.Id, item.Path);
+        if (_listed.TryGetValue(key, out var place))
+        {
+            place.List[place.Index] = item;
+            return;
+        }
+        _listed[key] = (list, list.Count);
+        list.Add(item);
     }
 }

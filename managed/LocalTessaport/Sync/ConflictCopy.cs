@@ -21,15 +21,14 @@ internal static class ConflictCopy
         for (var number = 1; ; ++number)
         {
             var candidate = RelativePath.Join(RelativePath.FolderOf(path), NameFor(RelativePath.NameOf(path), modified, number));
-            var view = edit.At(candidate);
-            if (!view.Exists || (HoldsSame(view.Workspace, edit.Drive.Workspace, candidate, source)
-                && HoldsSame(view.Server, edit.Drive.Server, candidate, source)))
+            if (IsFreeOrSame(edit, SideName.Workspace, candidate, source) && IsFreeOrSame(edit, SideName.Server, candidate, source))
                 return candidate;
         }
     }
 
-    private static bool HoldsSame(FileEntry? entry, DriveSide side, string path, FileSource source) =>
-        entry is null || (entry is { IsFolder: false } && FileContent.AreEqual(side.At(path), source));
+    private static bool IsFreeOrSame(DriveEdit edit, SideName side, string path, FileSource source) =>
+        edit.Drive.Side(side).FindAny(path) is not { } found
+        || (found.Kind == EntryKind.File && FileContent.AreEqual(edit.Drive.Side(side).At(path), source));
 
     private static string NameFor(string name, DateTime modified, int number)
     {

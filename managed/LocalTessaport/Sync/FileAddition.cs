@@ -12,22 +12,47 @@ internal sealed class FileAddition
         _edit = edit;
         _report = report;
         _rules = rules;
+        // Failures of earlier additions are shown at the folder.
+        _edit.Index.Failures.Remove(rules.Folder);
     }
 
     public void Add(string path)
     {
         _edit.Drive.RequireWritable();
         var (source, target) = _rules.RequireSource(path);
-        if (!target.Exists)
-        {
-            FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), target);
-            _report.Created(_edit.At(target.Path));
-            return;
-        }
+        if (target.Exists)
+            AddVersion(source, target.Path);
+        else
+            AddNew(source, target);
+    }
+
+    private void AddNew(string source, ItemView target)
+    {
+        FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), target);
+        _report.Created(_edit.At(target.Path));
+    }
+
+    private void AddVersion(string source, string path)
+    {
         // Brings changes that were made on either side together first, so that the new version replaces nothing unseen.
-        new ItemSync(_edit, _report).SyncFile(target.Path);
-        if (!source.Equals(_edit.Drive.Workspace.PathOf(target.Path), RelativePath.Comparison))
-            FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), _edit.At(target.Path));
-        _report.Updated(_edit.At(target.Path));
+        new ItemSync(_edit, _report).SyncFile(path);
+        Step.Reached("Add.Synced", path);
+        if (!source.Equals(_edit.Drive.Workspace.PathOf(path), RelativePath.Comparison))
+            FileTransfer.PutOnBothSides(_edit, FileSource.Outside(source), RequireSynced(path));
+        _edit.Index.Failures.Remove(path);
+        _report.Updated(_edit.At(path));
+    }
+
+    private ItemView RequireSynced(string path)
+    {
+        var view = _edit.At(path);
+        var last = _edit.Index.Synced.ByPath(path);
+        foreach (var side in SideNames.Both)
+        {
+            // A version that is too young for its times to be trusted is replaced only if nothing happens to it from here on.
+            if (view.On(side) is { } entry && VersionCheck.Compare(entry, last, side) == VersionState.Changed)
+                throw new ChangedException(_edit.Drive.Side(side).PathOf(path));
+        }
+        return view;
     }
 }

@@ -12,28 +12,51 @@ internal static class FolderMaker
         foreach (var name in path.Split('\\', StringSplitOptions.RemoveEmptyEntries))
         {
             made = RelativePath.Join(made, name);
-            MakeOne(edit, edit.At(made), name);
+            MakeOne(edit, made, name);
         }
     }
 
-    private static void MakeOne(DriveEdit edit, ItemView view, string name)
+    /// <summary>Makes a folder of a snapshot on the side where it is missing.</summary>
+    public static void MakeMissing(DriveEdit edit, SnapshotNode folder, SideName side)
     {
-        if (view.Workspace is { IsFolder: false } || view.Server is { IsFolder: false })
-            throw new IOException($"'{edit.Drive.WorkspacePathOf(view.Path)}' is a file; no folder can be made in its place or in it.");
-        if (view is { Workspace: not null, Server: not null })
-        {
-            if (edit.Index.Synced.ByPath(view.Path) is null)
-                edit.RecordSynced(view.Path, hash: null);
-            return;
-        }
-        if (!NameRules.CanBeAdded(name))
-            throw new IOException($"'{name}' is not a name that every platform accepts.");
-        if (view.Server is null)
-            edit.Drive.RequireWritable();
-        if (view.Workspace is null)
-            edit.Drive.Workspace.MakeFolder(view.Path, view.Server);
-        if (view.Server is null)
-            edit.Drive.Server.MakeFolder(view.Path, view.Workspace);
-        edit.RecordSynced(view.Path, hash: null);
+        var path = folder.Path;
+        RequireAllowed(edit, folder.Name, side);
+        MakeOn(edit.Drive.Side(side), path, like: folder[side.Opposite()]);
+        folder[side] = Find(edit, side, path);
     }
+
+    private static void MakeOne(DriveEdit edit, string path, string name)
+    {
+        var view = edit.At(path);
+        if (view.Workspace is { IsFolder: false } || view.Server is { IsFolder: false })
+            throw new IOException($"'{edit.Drive.WorkspacePathOf(path)}' is a file; no folder can be made in its place or in it.");
+        foreach (var side in SideNames.Both)
+        {
+            if (view.On(side) is not null)
+                continue;
+            RequireAllowed(edit, name, side);
+            MakeOn(edit.Drive.Side(side), path, like: view.On(side.Opposite()));
+        }
+        if (view is { Workspace: not null, Server: not null } && edit.Index.Synced.ByPath(path) is not null)
+            return;
+        var (local, remote) = (Find(edit, SideName.Workspace, path), Find(edit, SideName.Server, path));
+        edit.RecordSynced(SyncedRecord.ForFolder(path, local, remote), new ItemView(edit.Drive, path, local, remote));
+    }
+
+    private static void RequireAllowed(DriveEdit edit, string name, SideName side)
+    {
+        NameRules.Require(name);
+        if (side == SideName.Server)
+            edit.Drive.RequireWritable();
+    }
+
+    private static void MakeOn(DriveSide side, string path, FileEntry? like)
+    {
+        if (side.FindAny(path) is { Kind: EntryKind.Other })
+            throw Obstacle.At(side, path);
+        side.MakeFolder(path, like);
+    }
+
+    private static FileEntry Find(DriveEdit edit, SideName side, string path) =>
+        edit.Drive.Side(side).Find(path) is { IsFolder: true } entry ? entry : throw new ChangedException(edit.Drive.Side(side).PathOf(path));
 }

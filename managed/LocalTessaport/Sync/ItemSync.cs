@@ -1,35 +1,34 @@
-using System.Collections.Generic;
+using System;
 using System.IO;
+using System.Linq;
+using System.Runtime.ExceptionServices;
 
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Makes both sides of items equal, folders with everything in them. Nothing is ever deleted by it.</summary>
 internal sealed class ItemSync
 {
+    // A pass that finds nothing more to do proves that the one before it was complete. Others are needed where files change
+    // meanwhile, and after combinations of moves.
+    private const int MostPasses = 6;
+
     private readonly DriveEdit _edit;
     private readonly ChangeReport _report;
-    private readonly MoveFollower _moves;
 
     public ItemSync(DriveEdit edit, ChangeReport report)
     {
         _edit = edit;
         _report = report;
-        _moves = new MoveFollower(edit);
     }
 
     /// <summary>Syncs what was asked for, and lists it when all of it could be done.</summary>
     public void SyncTree(string path)
     {
         RequireReachable(path);
-        var failuresBefore = _report.Failures;
-        var place = _moves.Follow(path);
-        var pending = new Stack<string>();
-        pending.Push(place);
-        if (place != path)
-            pending.Push(path);
-        while (pending.TryPop(out var next))
-            _report.Attempt(() => SyncOne(next, pending));
-        if (_report.Failures == failuresBefore)
+        var (place, progress) = RunPasses(path);
+        foreach (var (failed, reason) in progress.Failures)
+            _report.Fail(_edit.Index, failed, reason);
+        if (progress.Failures.Count == 0)
             _report.Updated(_edit.At(place));
     }
 
@@ -37,10 +36,11 @@ internal sealed class ItemSync
     public void SyncFile(string path)
     {
         _edit.Drive.RequireOnline();
-        var place = _moves.Follow(path);
-        SyncVersions(_edit.At(place));
-        if (place != path && _edit.At(path) is { Exists: true, IsFolder: false } newcomer)
-            SyncVersions(newcomer);
+        var (_, progress) = RunPasses(path);
+        foreach (var (failed, reason) in progress.Failures)
+            _report.Fail(_edit.Index, failed, reason);
+        if (progress.Failures.Count > 0)
+            ExceptionDispatchInfo.Throw(progress.Failures.Values.First());
     }
 
     private void RequireReachable(string path)
@@ -51,83 +51,60 @@ internal sealed class ItemSync
             throw new FileNotFoundException($"'{_edit.Drive.WorkspacePathOf(path)}' no longer exists.");
     }
 
-    private void SyncOne(string path, Stack<string> pending)
+    private (string Place, SyncProgress Last) RunPasses(string path)
     {
-        var place = _moves.Follow(path);
-        if (place != path)
+        _edit.Index.Failures.RemoveWithin(path);
+        var place = path;
+        for (var pass = 1; ; ++pass)
         {
-            _report.Updated(_edit.At(place));
-            pending.Push(path);
+            var progress = new SyncProgress();
+            RunPass(path, place, progress);
+            place = progress.PlaceOf(place);
+            if (progress.MetChanges)
+                _edit.ForgetSnapshot();
+            if (progress is { DidWork: false, MetChanges: false })
+                return (place, progress);
+            if (pass == MostPasses)
+            {
+                if (progress.Failures.Count == 0)
+                    progress.Fail(place, new IOException(
+                        $"'{_edit.Drive.WorkspacePathOf(place)}' keeps changing while it is synced; sync it again when that is finished."));
+                return (place, progress);
+            }
         }
-        var view = _edit.At(place);
-        if (view.IsFolder && !view.SidesDiffer)
-            SyncFolder(view, pending);
-        else if (view.Exists)
-            SyncVersions(view);
     }
 
-    private void SyncFolder(ItemView view, Stack<string> pending)
+    // What was asked for may be elsewhere by now, and something else at its path.
+    private void RunPass(string path, string place, SyncProgress progress)
     {
-        if (!view.IsRoot)
-            FolderMaker.Make(_edit, view.Path);
-        if (view is not { Workspace: not null, Server: not null })
-            _report.Updated(_edit.At(view.Path));
-        var contents = FolderListing.Read(_edit.Drive, view.Path);
-        for (var i = contents.Count - 1; i >= 0; --i)
-            pending.Push(contents[i].Path);
+        var part = DriveSnapshot.Take(_edit.Drive, path);
+        if (part.IsWhole)
+            FollowMoves(part, progress, _ => true);
+        else if (MoveFollower.IsDue(_edit.Index, part))
+            FollowMoves(_edit.WholeSnapshot(), progress, candidate => IsAskedFor(candidate, path));
+        if (!part.IsWhole && progress.Moves.Count > 0)
+            part = DriveSnapshot.Take(_edit.Drive, path);
+        new SyncPass(_edit, part, progress, _report).Run();
+        if (progress.PlaceOf(place) is var now && now != path)
+            new SyncPass(_edit, DriveSnapshot.Take(_edit.Drive, now), progress, _report).Run();
+        if (part.IsWhole && progress is { DidWork: false, Failures.Count: 0 })
+            _edit.ForgetWhatIsGone(part);
     }
 
-    private void SyncVersions(ItemView view)
+    private void FollowMoves(DriveSnapshot whole, SyncProgress progress, Func<string, bool> isAskedFor)
     {
-        if (view.SidesDiffer)
-            throw new IOException($"'{_edit.Drive.WorkspacePathOf(view.Path)}' is a file on one side and a folder on the other; rename one.");
-        if (view.Server is not { } remote)
-            Send(view);
-        else if (view.Workspace is not { } local)
-            Fetch(view);
-        else
-            SyncBoth(view, local, remote);
-    }
-
-    private void SyncBoth(ItemView view, FileEntry local, FileEntry remote)
-    {
-        var last = _edit.Index.Synced.ByPath(view.Path);
-        var isLocalNew = last?.LocalStamp != FileStamp.Of(local);
-        var isRemoteNew = last?.RemoteStamp != FileStamp.Of(remote);
-        if (isLocalNew && isRemoteNew)
-            SyncIndependent(view, local, remote);
-        else if (isLocalNew)
-            Send(view);
-        else if (isRemoteNew)
-            Fetch(view);
-    }
-
-    private void SyncIndependent(ItemView view, FileEntry local, FileEntry remote)
-    {
-        var (here, there) = (_edit.Drive.Workspace, _edit.Drive.Server);
-        if (FileContent.AreEqual(here.At(view.Path), there.At(view.Path)))
+        new MoveFollower(_edit, whole, progress, isAskedFor).Run();
+        foreach (var (from, to, isExchange) in progress.Moves)
         {
-            _edit.RecordSynced(view.Path, hash: null);
-            return;
+            _report.Updated(_edit.At(to));
+            if (isExchange)
+                _report.Updated(_edit.At(from));
         }
-        var isLocalNewer = local.Modified >= remote.Modified;
-        var copy = ConflictCopy.Keep(_edit, view.Path, isLocalNewer ? there : here, isLocalNewer ? remote.Modified : local.Modified);
-        _report.Created(_edit.At(copy));
-        if (isLocalNewer)
-            Send(view);
-        else
-            Fetch(view);
+        if (progress.Moves.Count > 0)
+            _edit.Tracker.Reset();
     }
 
-    private void Send(ItemView view)
-    {
-        FileTransfer.Upload(_edit, view);
-        _report.Updated(_edit.At(view.Path));
-    }
-
-    private void Fetch(ItemView view)
-    {
-        FileTransfer.Download(_edit, view);
-        _report.Updated(_edit.At(view.Path));
-    }
+    // A move of a folder that holds what was asked for concerns it too.
+    private static bool IsAskedFor(string candidate, string path) =>
+        RelativePath.Comparer.Equals(candidate, path) || RelativePath.IsBeneath(candidate, path) || RelativePath.IsBeneath(path, candidate);
 }

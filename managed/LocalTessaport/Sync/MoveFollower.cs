@@ -1,4 +1,7 @@
+using System;
+using System.Collections.Generic;
 using System.IO;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -6,81 +9,204 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class MoveFollower
 {
     private readonly DriveEdit _edit;
+    private readonly DriveSnapshot _snapshot;
+    private readonly SyncProgress _progress;
+    private readonly Func<string, bool> _isAskedFor;
 
-    public MoveFollower(DriveEdit edit) => _edit = edit;
-
-    /// <summary>Follows the item that stands, or stood, at a path; gives the path at which it stands on both sides now.</summary>
-    public string Follow(string path)
+    /// <param name="isAskedFor">Whether a move from or to a path is to be followed.</param>
+    public MoveFollower(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, Func<string, bool> isAskedFor)
     {
-        FollowFoldersAbove(path);
-        var view = _edit.At(path);
-        return FollowArrival(view) ?? FollowDeparture(view) ?? path;
+        _edit = edit;
+        _snapshot = snapshot;
+        _progress = progress;
+        _isAskedFor = isAskedFor;
     }
 
-    // A folder is moved as a whole, not emptied file by file.
-    private void FollowFoldersAbove(string path)
+    private RecordTable<string, SyncedRecord> Synced => _edit.Index.Synced;
+
+    /// <summary>Whether anything in a part of a drive is not where it was when it was last synced.</summary>
+    public static bool IsDue(DriveIndex index, DriveSnapshot part) =>
+        part.Above().Any(folder => IsOutOfPlace(index, folder)) || part.Top.SelfAndBelow().Any(node => IsOutOfPlace(index, node));
+
+    /// <summary>Follows the moves on both sides; a folder is moved as a whole, before what it holds.</summary>
+    public void Run()
     {
-        for (var end = path.IndexOf('\\'); end >= 0; end = path.IndexOf('\\', end + 1))
-            FollowArrival(_edit.At(path[..end]));
+        foreach (var side in SideNames.Both)
+        {
+            foreach (var arrival in Arrivals(side))
+            {
+                if (PlanFor(side, arrival) is { } plan && (_isAskedFor(plan.Record.Path) || _isAskedFor(arrival.Path)))
+                    FollowWithThoseInTheWay(side, arrival);
+            }
+        }
     }
 
-    /// <summary>What stands here on one side came from a place where its counterpart still is.</summary>
-    private string? FollowArrival(ItemView view)
+    private static bool IsOutOfPlace(DriveIndex index, SnapshotNode node)
     {
-        var (local, remote) = (_edit.Drive.Workspace, _edit.Drive.Server);
-        if (view is { Workspace: { } here, Server: null } && _edit.Index.Synced.ByLocal(here.Identity) is { } moved
-            && CanMove(moved, view.Path) && HasLeft(local, moved.Path, moved.Local) && StaysAt(remote, moved))
-            return Move(remote, moved, view.Path);
-        if (view is { Workspace: null, Server: { } there } && _edit.Index.Synced.ByRemote(there.Identity) is { } sent
-            && CanMove(sent, view.Path) && HasLeft(remote, sent.Path, sent.Remote) && StaysAt(local, sent))
-            return Move(local, sent, view.Path);
-        return null;
-    }
-
-    /// <summary>What stood here is elsewhere on one side by now, while its counterpart is still here.</summary>
-    private string? FollowDeparture(ItemView view)
-    {
-        if (_edit.Index.Synced.ByPath(view.Path) is not { } last)
-            return null;
-        var (local, remote) = (_edit.Drive.Workspace, _edit.Drive.Server);
-        if (IsOther(view.Workspace, last.Local) && IsSame(view.Server, last.Remote)
-            && _edit.Tracker.Local.PathOf(last.Local) is { } place && CanMove(last, place) && remote.Find(place) is null)
-            return Move(remote, last, place);
-        if (IsOther(view.Server, last.Remote) && IsSame(view.Workspace, last.Local)
-            && _edit.Tracker.Remote.PathOf(last.Remote) is { } target && CanMove(last, target) && local.Find(target) is null)
-            return Move(local, last, target);
-        return null;
-    }
-
-    // Nothing can be moved into itself; the new folders are then synced like any others.
-    private static bool CanMove(SyncedRecord last, string to) => !RelativePath.IsBeneath(to, last.Path);
-
-    private static bool HasLeft(DriveSide side, string path, FileIdentity identity) => IsOther(side.Find(path), identity);
-
-    private bool StaysAt(DriveSide side, SyncedRecord last)
-    {
-        if (side.Find(last.Path) is not { } entry || entry.IsFolder != last.IsFolder)
+        if (node.IsRoot)
             return false;
-        var synced = _edit.Index.Synced;
-        var owner = side == _edit.Drive.Server ? synced.ByRemote(entry.Identity) : synced.ByLocal(entry.Identity);
-        return owner is null || owner == last;
+        var last = index.Synced.ByPath(node.Path);
+        foreach (var side in SideNames.Both)
+        {
+            var identity = node[side]?.Identity ?? FileIdentity.None;
+            if (last is not null && last.IdentityOn(side).IsKnown && identity != last.IdentityOn(side))
+                return true;
+            if (identity.IsKnown && last?.IdentityOn(side) != identity && index.Synced.ByIdentity(side, identity) is not null)
+                return true;
+        }
+        return false;
     }
 
-    private static bool IsSame(FileEntry? entry, FileIdentity identity) => entry is { } found && identity.Matches(found.Identity);
-
-    private static bool IsOther(FileEntry? entry, FileIdentity identity) => identity.IsKnown && !IsSame(entry, identity);
-
-    private string Move(DriveSide side, SyncedRecord last, string to)
+    private List<SnapshotNode> Arrivals(SideName side)
     {
-        var name = RelativePath.NameOf(to);
-        if (!NameRules.CanBeAdded(name))
-            throw new IOException($"'{name}' is not a name that every platform accepts.");
-        if (side == _edit.Drive.Server)
-            _edit.Drive.RequireWritable();
-        FolderMaker.Make(_edit, RelativePath.FolderOf(to));
-        side.Move(last.Path, to);
-        _edit.Index.Move(last.Path, to);
-        _edit.Tracker.Reset();
-        return to;
+        var arrivals = new List<SnapshotNode>();
+        foreach (var node in _snapshot.Find(RelativePath.Root)!.SelfAndBelow())
+        {
+            if (node[side] is { } entry && Synced.ByIdentity(side, entry.Identity) is { } record
+                && !RelativePath.Comparer.Equals(record.Path, node.Path))
+                arrivals.Add(node);
+        }
+        return arrivals;
     }
+
+    // What is in the way and moves on itself goes first; where items only change places, two of them are exchanged.
+    private void FollowWithThoseInTheWay(SideName movedOn, SnapshotNode arrival)
+    {
+        var waiting = new Stack<SnapshotNode>();
+        var isWaiting = new HashSet<SnapshotNode>();
+        var tried = new HashSet<SnapshotNode>();
+        for (SnapshotNode? next = arrival; next is not null;)
+        {
+            if (tried.Add(next))
+            {
+                waiting.Push(next);
+                isWaiting.Add(next);
+            }
+            next = waiting.Peek();
+            if (PlanFor(movedOn, next) is { } plan)
+            {
+                var blocker = Blocker(movedOn, plan);
+                if (blocker is not null && !tried.Contains(blocker))
+                {
+                    next = blocker;
+                    continue;
+                }
+                if (IsFree(movedOn, plan) || (blocker is not null && isWaiting.Contains(blocker)))
+                    Attempt(movedOn, plan);
+            }
+            isWaiting.Remove(waiting.Pop());
+            next = waiting.TryPeek(out var above) ? above : null;
+        }
+    }
+
+    private static bool IsFree(SideName movedOn, MovePlan plan) => plan.From == plan.To || plan.To[movedOn.Opposite()] is null;
+
+    private void Attempt(SideName movedOn, MovePlan plan)
+    {
+        if (_progress.Attempt(plan.To.Path, () => Follow(movedOn, plan)))
+            return;
+        // Copying what could not be moved would undo what the user did.
+        _progress.Block(plan.From.Path);
+        _progress.Block(plan.To.Path);
+    }
+
+    /// <summary>What has to be done on the other side for an item that arrived at a place; null when there is nothing to do or to be done.</summary>
+    private MovePlan? PlanFor(SideName movedOn, SnapshotNode to)
+    {
+        var other = movedOn.Opposite();
+        if (to[movedOn] is not { } arrived || Synced.ByIdentity(movedOn, arrived.Identity) is not { } record
+            || record.IsFolder != arrived.IsFolder)
+            return null;
+        var path = to.Path;
+        if (RelativePath.Comparer.Equals(record.Path, path))
+            return null;
+        if (to[other] is { } counterpart && record.IdentityOn(other).Matches(counterpart.Identity))
+            return new MovePlan(record, to, to);
+        var from = _snapshot.Find(record.Path);
+        if (from?[other] is not { } left || HasStayed(from, movedOn, record) || !IsCounterpart(left, other, record)
+            || RelativePath.IsBeneath(path, record.Path) || RelativePath.IsBeneath(record.Path, path))
+            return null;
+        return new MovePlan(record, from, to);
+    }
+
+    // A second name of the same file, a hard link, is no move.
+    private static bool HasStayed(SnapshotNode from, SideName side, SyncedRecord record) =>
+        from[side] is { } entry && record.IdentityOn(side).Matches(entry.Identity);
+
+    // A file that was saved by replacing it is the counterpart too, but never one that belongs to another item.
+    private bool IsCounterpart(FileEntry entry, SideName side, SyncedRecord record) =>
+        entry.IsFolder == record.IsFolder && (Synced.ByIdentity(side, entry.Identity) is not { } owner || owner == record);
+
+    /// <summary>Where the item went on the one side whose counterpart is still at the target on the other; null when nothing such is there.</summary>
+    private SnapshotNode? Blocker(SideName movedOn, MovePlan plan)
+    {
+        if (plan.From == plan.To || plan.To[movedOn.Opposite()] is null || Synced.ByPath(plan.To.Path) is not { } last)
+            return null;
+        return _snapshot.Find(movedOn, last.IdentityOn(movedOn)) is { } went && PlanFor(movedOn, went) is { } next && next.From == plan.To
+            ? went
+            : null;
+    }
+
+    private void Follow(SideName movedOn, MovePlan plan)
+    {
+        var (from, to) = (plan.Record.Path, plan.To.Path);
+        if (plan.From == plan.To)
+        {
+            // Both sides moved it to the same place.
+            _edit.Index.Move((from, to));
+            return;
+        }
+        var side = movedOn.Opposite();
+        NameRules.Require(plan.To.Name);
+        if (side == SideName.Server)
+            _edit.Drive.RequireWritable();
+        MakeFoldersAbove(side, plan.To);
+        RequireSame(movedOn, plan.To, to);
+        RequireSame(side, plan.From, from);
+        Step.Reached("Move.Checked", to);
+        var isExchange = plan.To[side] is not null;
+        if (isExchange)
+            Exchange(side, plan, from, to);
+        else
+            Rename(side, plan, from, to);
+        _progress.Moved(from, to, isExchange);
+    }
+
+    private void Rename(SideName side, MovePlan plan, string from, string to)
+    {
+        _edit.Drive.Side(side).Move(from, to);
+        Step.Reached("Move.Done", to);
+        _snapshot.Move(side, plan.From, plan.To);
+        _edit.Index.Move((from, to));
+    }
+
+    private void Exchange(SideName side, MovePlan plan, string from, string to)
+    {
+        RequireSame(side, plan.To, to);
+        if (!_edit.Drive.Side(side).TryExchange(from, to))
+            throw new IOException(
+                $"'{_edit.Drive.WorkspacePathOf(from)}' and '{_edit.Drive.WorkspacePathOf(to)}' changed places, which this file system "
+                + "cannot do in one step; move one of them on the other side as well.");
+        Step.Reached("Move.Done", to);
+        _snapshot.Exchange(side, plan.From, plan.To);
+        _edit.Index.Move((from, to), (to, from));
+    }
+
+    private void RequireSame(SideName side, SnapshotNode node, string path)
+    {
+        var found = _edit.Drive.Side(side).Find(path);
+        if (found is not { } now || node[side] is not { } seen || now.Identity != seen.Identity || now.IsFolder != seen.IsFolder)
+            throw new ChangedException(_edit.Drive.Side(side).PathOf(path));
+    }
+
+    private void MakeFoldersAbove(SideName side, SnapshotNode node)
+    {
+        var missing = new Stack<SnapshotNode>();
+        for (var folder = node.Parent!; !folder.IsRoot && folder[side] is null; folder = folder.Parent!)
+            missing.Push(folder);
+        while (missing.TryPop(out var folder))
+            FolderMaker.MakeMissing(_edit, folder, side);
+    }
+
+    private sealed record MovePlan(SyncedRecord Record, SnapshotNode From, SnapshotNode To);
 }

@@ -4,9 +4,9 @@ using System.IO;
 using System.Linq;
 using Quorvex.Tessaport.API;
 
-// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | delete | list <path> |
-// find <path> | lock
-// Works on the first drive of the home that TESSAPORT_HOME names; add and sync go on until the process is ended.
+// Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | sync-only | delete |
+// list <path> | find <path> | lock
+// Works on the first drive of the home that TESSAPORT_HOME names; add, sync and sync-only go on until the process is ended.
 // lock prints whether the home's lock was "taken" or is "held" by another, and keeps it until its input ends.
 if (args[0] == "lock")
     return LockCommand.Run();
@@ -35,6 +35,9 @@ switch (args[0])
         return LookCommand.Run(() => service.GetFolderContents(service.GetItemsByRelativePaths(root.DriveId, [args[1]]).Single().Id));
     case "find":
         return LookCommand.Run(() => service.GetItemsByRelativePaths(root.DriveId, [args[1]]));
+    case "sync-only":
+        while (true)
+            service.SyncFiles([root.Id]);
     case "delete":
         foreach (var item in service.GetFolderContents(root.Id))
             service.DeleteItems([item.Id]);

@@ -104,7 +104,8 @@ public sealed class FolderLinkTests : IDisposable
 
         Assert.True(swap.WasReached);
         RequireOutsideUntouched();
-        Assert.Equal("on the server", File.ReadAllText(_drive.OnServer("folder/secret.txt")));
+        // The folder was moved, which the same sync may have followed.
+        Assert.Equal("on the server", File.ReadAllText(_drive.OnServer(Assert.Single(_drive.FilesOnServer()))));
     }
 
     [Fact]

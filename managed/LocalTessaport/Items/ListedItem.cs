@@ -1,0 +1,24 @@
+using System;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>What a result says of an item, as small as possible: a result can list a hundred thousand of them.</summary>
+internal readonly record struct ListedItem(
+    LocalDrive Drive, string Path, bool IsFolder, bool IsInWorkspace, bool IsOnServer, DateTime Modified)
+{
+    public static ListedItem Of(ItemView view) =>
+        new(view.Drive, view.Path, view.IsFolder, view.Workspace is not null, view.Server is not null, view.Modified);
+
+    public Item ToItem() => new()
+    {
+        DriveId = Drive.Id,
+        Id = new ItemId { Drive = Drive.Id, Path = Path },
+        IsFolder = IsFolder,
+        IsInWorkspace = IsInWorkspace,
+        IsOnServer = IsOnServer,
+        LastModifiedDate = Modified,
+        Name = Path.Length == 0 ? Drive.Name : RelativePath.NameOf(Path),
+        RelativePath = Path,
+        WorkspacePath = Drive.WorkspacePathOf(Path),
+    };
+}

@@ -1,0 +1,162 @@
+using System;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>One line of a drive's records: an item that was named (it has an id), what was synced, or a failure (it has a reason).</summary>
+internal static class IndexLines
+{
+    private const int StampParts = 6;
+
+    public static void Write(Utf8JsonWriter json, ItemRecord record)
+    {
+        json.WriteString("id", record.Key);
+        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
+        if (record.Content is { } content)
+        {
+            json.WriteNumber("size", content.Size);
+            json.WriteString("hash", content.Hash.ToString());
+        }
+        if (record.LockedBy is not null)
+            json.WriteString("lockedBy", record.LockedBy);
+    }
+
+    public static void Write(Utf8JsonWriter json, SyncedRecord record)
+    {
+        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
+        if (record.IsFolder)
+            return;
+        WriteStamp(json, "localStamp", record.LocalStamp);
+        WriteStamp(json, "remoteStamp", record.RemoteStamp);
+        if (record.Hash.IsKnown)
+            json.WriteString("hash", record.Hash.ToString());
+    }
+
+    public static void WriteFailure(Utf8JsonWriter json, (string Path, string Reason) failure)
+    {
+        json.WriteString("path", failure.Path);
+        json.WriteString("reason", failure.Reason);
+    }
+
+    public static void Read(ReadOnlyMemory<byte> line, DriveIndex index)
+    {
+        var fields = new Fields(line.Span);
+        if (fields.Reason is not null)
+            index.Failures.Put(fields.RequirePath(), fields.Reason);
+        else if (fields.Id is { } id)
+            index.Items.Put(ItemOf(fields, id));
+        else
+            index.Synced.Put(SyncedOf(fields));
+    }
+
+    private static ItemRecord ItemOf(in Fields fields, Guid id) => new()
+    {
+        Key = id,
+        Path = fields.RequirePath(),
+        IsFolder = fields.IsFolder,
+        Local = fields.Local,
+        Remote = fields.Remote,
+        Content = fields.Hash.IsKnown ? new ContentMark(fields.Size, fields.Hash) : null,
+        LockedBy = fields.LockedBy,
+    };
+
+    private static SyncedRecord SyncedOf(in Fields fields) => new(fields.RequirePath(), fields.IsFolder)
+    {
+        Local = fields.Local,
+        Remote = fields.Remote,
+        LocalStamp = fields.LocalStamp,
+        RemoteStamp = fields.RemoteStamp,
+        Hash = fields.Hash,
+    };
+
+    private static void WritePlace(Utf8JsonWriter json, string path, bool isFolder, FileIdentity local, FileIdentity remote)
+    {
+        json.WriteString("path", path);
+        if (isFolder)
+            json.WriteBoolean("folder", true);
+        if (local.IsKnown)
+            json.WriteString("local", local.ToString());
+        if (remote.IsKnown)
+            json.WriteString("remote", remote.ToString());
+    }
+
+    private static void WriteStamp(Utf8JsonWriter json, string name, VersionStamp stamp)
+    {
+        json.WriteStartArray(name);
+        json.WriteNumberValue(stamp.Size);
+        json.WriteNumberValue(stamp.Modified.Seconds);
+        json.WriteNumberValue(stamp.Modified.Nanoseconds);
+        json.WriteNumberValue(stamp.Changed.Seconds);
+        json.WriteNumberValue(stamp.Changed.Nanoseconds);
+        json.WriteNumberValue(stamp.IsSettled ? 1 : 0);
+        json.WriteEndArray();
+    }
+
+    /// <summary>The members of one line; those it does not know are passed over.</summary>
+    private readonly ref struct Fields
+    {
+        public Fields(ReadOnlySpan<byte> line)
+        {
+            var reader = new Utf8JsonReader(line);
+            reader.Read();
+            while (reader.Read() && reader.TokenType == JsonTokenType.PropertyName)
+            {
+                if (reader.ValueTextEquals("path"))
+                    Path = Text(ref reader);
+                else if (reader.ValueTextEquals("local"))
+                    Local = FileIdentity.Parse(Text(ref reader));
+                else if (reader.ValueTextEquals("remote"))
+                    Remote = FileIdentity.Parse(Text(ref reader));
+                else if (reader.ValueTextEquals("localStamp"))
+                    LocalStamp = Stamp(ref reader);
+                else if (reader.ValueTextEquals("remoteStamp"))
+                    RemoteStamp = Stamp(ref reader);
+                else if (reader.ValueTextEquals("hash"))
+                    Hash = ContentHash.Parse(Text(ref reader));
+                else if (reader.ValueTextEquals("folder"))
+                    IsFolder = reader.Read() && reader.GetBoolean();
+                else if (reader.ValueTextEquals("id"))
+                    Id = reader.Read() ? reader.GetGuid() : null;
+                else if (reader.ValueTextEquals("size"))
+                    Size = reader.Read() ? reader.GetInt64() : 0;
+                else if (reader.ValueTextEquals("lockedBy"))
+                    LockedBy = Text(ref reader);
+                else if (reader.ValueTextEquals("reason"))
+                    Reason = Text(ref reader);
+                else
+                    reader.Skip();
+            }
+        }
+
+        public string? Path { get; }
+        public bool IsFolder { get; }
+        public FileIdentity Local { get; }
+        public FileIdentity Remote { get; }
+        public VersionStamp LocalStamp { get; }
+        public VersionStamp RemoteStamp { get; }
+        public ContentHash Hash { get; }
+        public Guid? Id { get; }
+        public long Size { get; }
+        public string? LockedBy { get; }
+        public string? Reason { get; }
+
+        public string RequirePath() => Path ?? throw new FormatException("a record has no path");
+
+        private static string Text(ref Utf8JsonReader reader) =>
+            reader.Read() && reader.GetString() is { } text ? text : throw new FormatException("a text is missing");
+
+        private static VersionStamp Stamp(ref Utf8JsonReader reader)
+        {
+            Span<long> parts = stackalloc long[StampParts];
+            reader.Read();
+            foreach (ref var part in parts)
+            {
+                reader.Read();
+                part = reader.GetInt64();
+            }
+            reader.Read();
+            return new VersionStamp(
+                parts[0], new FileTime(parts[1], checked((int)parts[2])), new FileTime(parts[3], checked((int)parts[4])), parts[5] != 0);
+        }
+    }
+}

@@ -1,0 +1,149 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Both sides of a drive, or of a part of it, as they were when they were looked at, in one tree.</summary>
+internal sealed class DriveSnapshot
+{
+    private readonly LocalDrive _drive;
+    private readonly SnapshotNode _root = SnapshotNode.MakeRoot();
+    private readonly Dictionary<FileIdentity, SnapshotNode>?[] _byIdentity = new Dictionary<FileIdentity, SnapshotNode>?[2];
+
+    private DriveSnapshot(LocalDrive drive) => _drive = drive;
+
+    /// <summary>The item that was asked for.</summary>
+    public SnapshotNode Top { get; private set; } = null!;
+
+    public bool IsWhole => Top.IsRoot;
+
+    /// <summary>Looks at an item, the folders above it and everything in it.</summary>
+    public static DriveSnapshot Take(LocalDrive drive, string path)
+    {
+        var snapshot = new DriveSnapshot(drive);
+        snapshot.Top = snapshot.LookAt(path);
+        snapshot.LookInside(snapshot.Top);
+        return snapshot;
+    }
+
+    public SnapshotNode? Find(string path)
+    {
+        var node = _root;
+        foreach (var name in path.Split('\\', StringSplitOptions.RemoveEmptyEntries))
+        {
+            if (node.Child(name) is not { } child)
+                return null;
+            node = child;
+        }
+        return node;
+    }
+
+    /// <summary>The folders above the item that was asked for, the outermost first, without the root.</summary>
+    public IEnumerable<SnapshotNode> Above()
+    {
+        var folders = new Stack<SnapshotNode>();
+        for (var folder = Top.Parent; folder is { IsRoot: false }; folder = folder.Parent)
+            folders.Push(folder);
+        return folders;
+    }
+
+    /// <summary>Where a file or folder is on one side; null when it is not in this part of the drive.</summary>
+    public SnapshotNode? Find(SideName side, FileIdentity identity)
+    {
+        if (!identity.IsKnown)
+            return null;
+        var nodes = _byIdentity[(int)side] ??= IdentitiesOn(side);
+        return nodes.TryGetValue(identity, out var node) && node[side]?.Identity == identity ? node : null;
+    }
+
+    /// <summary>Notes that what was at one place of a side, with everything in it, is at another.</summary>
+    public void Move(SideName side, SnapshotNode from, SnapshotNode to)
+    {
+        var pending = new Stack<(SnapshotNode From, SnapshotNode To)>();
+        pending.Push((from, to));
+        while (pending.TryPop(out var pair))
+        {
+            Put(side, pair.To, pair.From[side]);
+            pair.From[side] = null;
+            pair.To.Unreadable ??= pair.From.Unreadable;
+            foreach (var child in pair.From.Children())
+            {
+                if (child[side] is not null)
+                    pending.Push((child, pair.To.GetOrAdd(child.Name)));
+            }
+        }
+    }
+
+    /// <summary>Notes that what was at two places of a side changed places.</summary>
+    public void Exchange(SideName side, SnapshotNode one, SnapshotNode other)
+    {
+        var aside = SnapshotNode.MakeRoot();
+        Move(side, one, aside);
+        Move(side, other, one);
+        Move(side, aside, other);
+    }
+
+    /// <summary>Notes what is at a place now.</summary>
+    public void Put(SideName side, SnapshotNode node, FileEntry? entry)
+    {
+        node[side] = entry;
+        if (entry is { Identity: { IsKnown: true } identity } && _byIdentity[(int)side] is { } nodes)
+            nodes[identity] = node;
+    }
+
+    private Dictionary<FileIdentity, SnapshotNode> IdentitiesOn(SideName side)
+    {
+        var nodes = new Dictionary<FileIdentity, SnapshotNode>();
+        foreach (var node in _root.SelfAndBelow())
+        {
+            if (node[side] is { Identity: { IsKnown: true } identity })
+                nodes.TryAdd(identity, node);
+        }
+        return nodes;
+    }
+
+    private SnapshotNode LookAt(string path)
+    {
+        var node = _root;
+        foreach (var name in path.Split('\\', StringSplitOptions.RemoveEmptyEntries))
+        {
+            node = node.GetOrAdd(name);
+            var place = node.Path;
+            foreach (var side in SideNames.Both)
+                node[side] = _drive.Side(side).Find(place);
+        }
+        return node;
+    }
+
+    private void LookInside(SnapshotNode top)
+    {
+        var pending = new Stack<SnapshotNode>();
+        pending.Push(top);
+        while (pending.TryPop(out var folder))
+        {
+            if (!folder.IsFolderOnEither)
+                continue;
+            var path = folder.Path;
+            foreach (var side in SideNames.Both)
+                Read(folder, path, side);
+            foreach (var child in folder.Children())
+                pending.Push(child);
+        }
+    }
+
+    private void Read(SnapshotNode folder, string path, SideName side)
+    {
+        if (!folder.IsRoot && folder[side] is not { IsFolder: true })
+            return;
+        try
+        {
+            foreach (var (name, entry) in _drive.Side(side).Read(path))
+                folder.GetOrAdd(name)[side] = entry;
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            folder.Unreadable = e.Message;
+        }
+    }
+}

@@ -1,0 +1,10 @@
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Something in the way that the service leaves alone.</summary>
+internal static class Obstacle
+{
+    public static IOException At(DriveSide side, string path) => new(
+        $"'{side.PathOf(path)}' is a link or a device, which is left alone; remove or rename it so that the item can be put there.");
+}

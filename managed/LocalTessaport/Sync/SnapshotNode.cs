@@ -1,0 +1,100 @@
+using System;
+using System.Collections.Generic;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>One name of a drive with what is there on either side; folders hold nodes.</summary>
+internal sealed class SnapshotNode
+{
+    private Dictionary<string, SnapshotNode>? _children;
+    private SnapshotNode[]? _sorted;
+    private FileEntry? _local;
+    private FileEntry? _remote;
+
+    private SnapshotNode(SnapshotNode? parent, string name)
+    {
+        Parent = parent;
+        Name = name;
+    }
+
+    public static SnapshotNode MakeRoot() => new(null, RelativePath.Root);
+
+    public SnapshotNode? Parent { get; }
+    public string Name { get; }
+
+    /// <summary>Why a side of this folder could not be read; what it holds is then unknown.</summary>
+    public string? Unreadable { get; set; }
+
+    public string Path
+    {
+        get
+        {
+            var names = new Stack<string>();
+            for (var node = this; node.Parent is not null; node = node.Parent)
+                names.Push(node.Name);
+            return string.Join('\\', names);
+        }
+    }
+
+    public bool IsRoot => Parent is null;
+
+    public bool IsFolderOnEither => IsRoot || _local is { IsFolder: true } || _remote is { IsFolder: true };
+
+    public FileEntry? this[SideName side]
+    {
+        get => side == SideName.Workspace ? _local : _remote;
+        set
+        {
+            if (side == SideName.Workspace)
+                _local = value;
+            else
+                _remote = value;
+        }
+    }
+
+    public SnapshotNode? Child(string name) => _children?.GetValueOrDefault(name);
+
+    public SnapshotNode GetOrAdd(string name)
+    {
+        _children ??= new(RelativePath.Comparer);
+        if (!_children.TryGetValue(name, out var child))
+        {
+            _children[name] = child = new SnapshotNode(this, name);
+            _sorted = null;
+        }
+        return child;
+    }
+
+    /// <summary>The nodes directly in this folder, by name.</summary>
+    public IReadOnlyList<SnapshotNode> Children()
+    {
+        if (_children is null)
+            return [];
+        if (_sorted is null)
+        {
+            _sorted = [.. _children.Values];
+            Array.Sort(_sorted, ByName);
+        }
+        return _sorted;
+    }
+
+    /// <summary>This node and those below it, folders before what they hold.</summary>
+    public IEnumerable<SnapshotNode> SelfAndBelow()
+    {
+        var pending = new Stack<SnapshotNode>();
+        pending.Push(this);
+        while (pending.TryPop(out var node))
+        {
+            yield return node;
+            var children = node.Children();
+            for (var i = children.Count - 1; i >= 0; --i)
+                pending.Push(children[i]);
+        }
+    }
+
+    private static int ByName(SnapshotNode a, SnapshotNode b)
+    {
+        var ignoringCase = string.Compare(a.Name, b.Name, StringComparison.OrdinalIgnoreCase);
+        return ignoringCase != 0 ? ignoringCase : string.CompareOrdinal(a.Name, b.Name);
+    }
+}

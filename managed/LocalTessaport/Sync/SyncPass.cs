@@ -1,0 +1,80 @@
+using System.Collections.Generic;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Makes both sides of the items of a snapshot equal, once.</summary>
+internal sealed class SyncPass
+{
+    private readonly DriveEdit _edit;
+    private readonly DriveSnapshot _snapshot;
+    private readonly SyncProgress _progress;
+    private readonly ChangeReport _report;
+    private readonly TransferQueue _transfers;
+    private readonly VersionSync _versions;
+
+    public SyncPass(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, ChangeReport report)
+    {
+        _edit = edit;
+        _snapshot = snapshot;
+        _progress = progress;
+        _report = report;
+        _transfers = new TransferQueue(edit, progress, report);
+        _versions = new VersionSync(edit, _transfers, progress, report);
+    }
+
+    /// <summary>Syncs the item that was asked for with everything in it; what fails does not keep the rest from being done.</summary>
+    public void Run()
+    {
+        foreach (var folder in _snapshot.Above())
+        {
+            if (_progress.IsBlocked(folder) || !_progress.Attempt(folder.Path, () => Sync(folder)))
+                return;
+        }
+        var pending = new Stack<SnapshotNode>();
+        pending.Push(_snapshot.Top);
+        while (pending.TryPop(out var node))
+        {
+            if (_progress.IsBlocked(node) || !_progress.Attempt(node.Path, () => Sync(node)) || !node.IsFolderOnEither)
+                continue;
+            var children = node.Children();
+            for (var i = children.Count - 1; i >= 0; --i)
+                pending.Push(children[i]);
+        }
+        _transfers.Flush();
+    }
+
+    private void Sync(SnapshotNode node)
+    {
+        var (local, remote) = (node[SideName.Workspace], node[SideName.Server]);
+        if (node.Unreadable is { } reason)
+            throw new IOException(reason);
+        if (node.IsRoot || (local is null && remote is null))
+            return;
+        if (local is { } here && remote is { } there && here.IsFolder != there.IsFolder)
+            throw new IOException($"'{_edit.Drive.WorkspacePathOf(node.Path)}' is a file on one side and a folder on the other; rename one.");
+        if (node.IsFolderOnEither)
+            SyncFolder(node);
+        else if (remote is null)
+            _transfers.Add(node, SideName.Workspace);
+        else if (local is null)
+            _transfers.Add(node, SideName.Server);
+        else
+            _versions.Sync(node, local.Value, remote.Value);
+    }
+
+    private void SyncFolder(SnapshotNode node)
+    {
+        foreach (var side in SideNames.Both)
+        {
+            if (node[side] is not null)
+                continue;
+            FolderMaker.MakeMissing(_edit, node, side);
+            _progress.Worked();
+            _report.Updated(_edit.ViewOf(node, node.Path));
+        }
+        var path = node.Path;
+        var record = SyncedRecord.ForFolder(path, node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);
+        _edit.RecordSynced(record, _edit.ViewOf(node, path));
+    }
+}
