@@ -113,7 +113,7 @@ internal sealed class DriveSide : IDisposable
     {
         using var parent = OpenFolder(RelativePath.FolderOf(path));
         using var staging = OpenStaging();
-        Removal.MoveAside(parent.Folder, RelativePath.NameOf(path), staging.Folder, expected);
+        Removal.MoveAside(parent.Folder, path, staging.Folder, expected);
     }
 
     /// <summary>The staging folder, made when it is missing.</summary>

@@ -17,16 +17,23 @@ internal sealed class Placement
     private readonly FileEntry _preparedEntry;
     private readonly OpenFolder _folder;
     private readonly string _name;
+    private readonly string _relativePath;
     private readonly string _place;
 
-    public Placement(OpenFolder staging, string prepared, FileEntry preparedEntry, OpenFolder folder, string name)
+    /// <param name="staging">Where the file was prepared.</param>
+    /// <param name="prepared">Its name there.</param>
+    /// <param name="preparedEntry">What it is.</param>
+    /// <param name="folder">Where it goes.</param>
+    /// <param name="relativePath">Its path below the root of the side then.</param>
+    public Placement(OpenFolder staging, string prepared, FileEntry preparedEntry, OpenFolder folder, string relativePath)
     {
         _staging = staging;
         _prepared = prepared;
         _preparedEntry = preparedEntry;
         _folder = folder;
-        _name = name;
-        _place = Path.Join(folder.Path, name);
+        _relativePath = relativePath;
+        _name = RelativePath.NameOf(relativePath);
+        _place = Path.Join(folder.Path, _name);
     }
 
     /// <summary>Puts the file where the expected version is, or where nothing is; gives what is there then.</summary>
@@ -60,11 +67,21 @@ internal sealed class Placement
     private void Replace(FileEntry expected)
     {
         using var guard = _folder.Guard(_name, expected);
+        var record = ReplacementRecord.Write(_staging, _prepared, _relativePath, expected, _preparedEntry.Identity);
         Step.Reached("Commit.Guarded", _place);
-        if (_staging.TryExchange(_prepared, _folder, _name))
-            RequireExpectedCameOut(expected, guard);
-        else
-            ReplaceThroughGap(expected, guard);
+        try
+        {
+            if (_staging.TryExchange(_prepared, _folder, _name))
+                RequireExpectedCameOut(expected, guard);
+            else
+                ReplaceThroughGap(expected, guard);
+        }
+        catch (ChangedException)
+        {
+            record.Settle();
+            throw;
+        }
+        record.Settle();
     }
 
     private void RequireExpectedCameOut(FileEntry expected, WriteGuard guard)
@@ -106,7 +123,7 @@ internal sealed class Placement
     // For file systems that cannot exchange: the place is empty for a moment.
     private void ReplaceThroughGap(FileEntry expected, WriteGuard guard)
     {
-        var aside = _prepared + ".old";
+        var aside = _prepared + ReplacementRecord.AsideSuffix;
         _folder.Move(_name, _staging, aside);
         Step.Reached("Commit.SetAside", _place);
         try

@@ -6,23 +6,37 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class Removal
 {
     /// <summary>Moves an item into the staging folder, unless it is not the expected one; then it stays or goes back.</summary>
-    public static void MoveAside(OpenFolder folder, string name, OpenFolder staging, FileEntry expected)
+    public static void MoveAside(OpenFolder folder, string path, OpenFolder staging, FileEntry expected)
     {
+        var name = RelativePath.NameOf(path);
         var place = Path.Join(folder.Path, name);
         if (folder.Find(name) is not { } found || !IsExpected(found, expected))
             throw new ChangedException(place);
         Step.Reached("Remove.Checked", place);
         var aside = Staging.NewName();
-        folder.Move(name, staging, aside);
+        var record = ReplacementRecord.Write(staging, aside, path, expected, FileIdentity.None);
+        try
+        {
+            folder.Move(name, staging, aside);
+        }
+        catch
+        {
+            record.Settle();
+            throw;
+        }
         Step.Reached("Remove.Moved", place);
         if (staging.Find(aside) is { } moved && IsExpected(moved, expected with { ChangeTime = default }))
+        {
+            record.Settle();
             return;
-        new Placement(staging, aside, default, folder, name).PutBackOrBeside();
+        }
+        new Placement(staging, aside, default, folder, path).PutBackOrBeside();
+        record.Settle();
         throw new ChangedException(place);
     }
 
     // A folder goes with everything in it, so only its number tells it from another.
-    private static bool IsExpected(FileEntry found, FileEntry expected) => expected.IsFolder
+    public static bool IsExpected(FileEntry found, FileEntry expected) => expected.IsFolder
         ? found.IsFolder && found.Identity.Number == expected.Identity.Number
         : found.IsUnchangedSince(expected);
 }

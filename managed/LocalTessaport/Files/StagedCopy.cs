@@ -82,7 +82,7 @@ internal sealed class StagedCopy : IDisposable
     public FileEntry Commit(int side, DriveSide target, string path, FileEntry? expected)
     {
         using var folder = target.OpenFolder(RelativePath.FolderOf(path));
-        return _files[side].Commit(folder.Folder, RelativePath.NameOf(path), expected);
+        return _files[side].Commit(folder.Folder, path, expected);
     }
 
     public void Dispose()

@@ -13,6 +13,9 @@ internal sealed class StagedFile : IDisposable
     private FileEntry _entry;
     private bool _isFlushed;
 
+    // What came out of the place and could not be put back stays for the next request.
+    private bool _mayHoldOther;
+
     public StagedFile(DriveSide side)
     {
         _staging = side.OpenStaging();
@@ -44,17 +47,32 @@ internal sealed class StagedFile : IDisposable
         Handle.Dispose();
     }
 
-    public FileEntry Commit(OpenFolder folder, string name, FileEntry? expected)
+    /// <param name="folder">The folder that the path leads to.</param>
+    /// <param name="path">The path below the root of the side.</param>
+    /// <param name="expected">What is replaced; null for a new file.</param>
+    public FileEntry Commit(OpenFolder folder, string path, FileEntry? expected)
     {
         if (!_isFlushed)
             throw new InvalidOperationException("A staged copy must be flushed before it takes its place.");
-        return new Placement(_staging.Folder, _name, _entry, folder, name).Put(expected);
+        try
+        {
+            _mayHoldOther = true;
+            var placed = new Placement(_staging.Folder, _name, _entry, folder, path).Put(expected);
+            _mayHoldOther = false;
+            return placed;
+        }
+        catch (ChangedException)
+        {
+            _mayHoldOther = false;
+            throw;
+        }
     }
 
     public void Dispose()
     {
         Handle.Dispose();
-        _staging.Folder.TryDelete(_name);
+        if (!_mayHoldOther)
+            _staging.Folder.TryDelete(_name);
         _staging.Dispose();
     }
 }

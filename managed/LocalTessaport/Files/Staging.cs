@@ -28,13 +28,16 @@ internal static class Staging
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
-    /// <summary>Removes what is here. What cannot be removed now is harmless and is removed later.</summary>
+    /// <summary>Puts back what a killed process took out unseen, and removes the rest. What cannot be removed now is harmless and is removed later.</summary>
     public static void Clear(OpenFolder root)
     {
         try
         {
             using var staging = root.TryOpen(FolderName);
-            if (staging is not null && staging.Empty())
+            if (staging is null)
+                return;
+            ReplacementRecord.Recover(root, staging);
+            if (staging.Empty())
                 root.RemoveFolder(FolderName);
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)

@@ -12,6 +12,7 @@ if (args[0] == "lock")
     return LockCommand.Run();
 // list and find print what went wrong.
 Privileges.DropIfAsked();
+Accidents.HappenIfAsked();
 var service = new TessaportService();
 var root = service.GetDrives().First().Root;
 Console.WriteLine("ready");

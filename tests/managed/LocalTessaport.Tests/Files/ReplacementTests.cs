@@ -100,7 +100,21 @@ public sealed class ReplacementTests : IDisposable
         Assert.Equal([Users], Contents());
     }
 
-    [Theory]
+    [Fact]
+    public void AFileThatIsBeingReplacedCannotBeReplacedByAnotherProgramOnWindows()
+    {
+        Assert.SkipUnless(OperatingSystem.IsWindows(), "Elsewhere it can, and the other program's version stays.");
+        File.WriteAllText(_place, Expected);
+        using var user = StepAction.At("Commit.Guarded", "a.txt", path =>
+            Assert.Throws<UnauthorizedAccessException>(() => SaveByRenaming(path)));
+
+        Commit(_side.Find(@"folder\a.txt"));
+
+        Assert.True(user.WasReached);
+        Assert.Equal(Prepared, File.ReadAllText(_place));
+    }
+
+    [UnixTheory]
     [InlineData("Commit.Checked", "None")]
     [InlineData("Commit.Checked", "Leases")]
     [InlineData("Commit.Checked", "Exchanging")]
@@ -111,7 +125,7 @@ public sealed class ReplacementTests : IDisposable
     public void AVersionSavedByRenamingBeforeTheReplacementStays(string step, string features)
     {
         File.WriteAllText(_place, Expected);
-        using var without = new Without(OperatingSystem.IsWindows() ? "None" : features);
+        using var without = new Without(features);
         using var user = StepAction.At(step, "a.txt", SaveByRenaming);
 
         Assert.Throws<ChangedException>(() => Commit(_side.Find(@"folder\a.txt")));

@@ -1,0 +1,89 @@
+using System;
+using System.Diagnostics;
+using System.IO;
+using System.Linq;
+using Xunit;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>
+/// A user saves a file in the moment in which it is replaced or removed, and the process is killed before it has looked at what it
+/// took out. The next request puts it back.
+/// </summary>
+public sealed class KillBetweenStepsTests : IDisposable
+{
+    private const string Saved = "saved by the user";
+
+    private readonly TestHome _home = new();
+    private readonly TestDrive _drive;
+
+    public KillBetweenStepsTests()
+    {
+        _drive = _home.AddDrive();
+        _drive.PutBoth("folder/a.txt", "synced");
+        _home.Service.Discover();
+    }
+
+    public void Dispose() => _home.Dispose();
+
+    [UnixTheory]
+    [InlineData("Commit.Guarded", "Commit.Exchanged", "None")]
+    [InlineData("Commit.Guarded", "Commit.SetAside", "Exchanging")]
+    public void AVersionSavedDuringADownloadIsKept(string savesAt, string diesAt, string lacks)
+    {
+        _drive.PutOnServer("folder/a.txt", "from the server", 5);
+
+        KillAtStep("sync-once", savesAt, diesAt, lacks);
+        _home.Service.Discover();
+
+        RequireKept(Saved);
+        RequireKept("from the server");
+    }
+
+    [UnixTheory]
+    [InlineData("Commit.Exchanged", "None", "from the server")]
+    [InlineData("Commit.SetAside", "Exchanging", "synced")]
+    public void AFileThatNobodyTouchedIsThereWholeAndOnce(string diesAt, string lacks, string content)
+    {
+        _drive.PutOnServer("folder/a.txt", "from the server", 5);
+
+        KillAtStep("sync-once", "", diesAt, lacks);
+        _home.Service.Discover();
+
+        Assert.Equal(["folder/a.txt"], _drive.FilesInWorkspace());
+        Assert.Equal(content, File.ReadAllText(_drive.InWorkspace("folder/a.txt")));
+    }
+
+    [UnixFact]
+    public void AVersionSavedDuringARemovalIsKept()
+    {
+        _drive.PutBoth("a.txt", "synced");
+        Directory.Delete(_drive.InWorkspace("folder"), recursive: true);
+        Directory.Delete(_drive.OnServer("folder"), recursive: true);
+
+        KillAtStep("delete", "Remove.Checked", "Remove.Moved", "None");
+        _home.Service.Discover();
+
+        RequireKept(Saved);
+    }
+
+    private void RequireKept(string content)
+    {
+        var contents = _drive.FilesInWorkspace().Select(_drive.InWorkspace).Concat(_drive.FilesOnServer().Select(_drive.OnServer));
+        Assert.Contains(content, contents.Select(File.ReadAllText));
+        Assert.False(Directory.Exists(_drive.InWorkspace(".tessaport")) || Directory.Exists(_drive.OnServer(".tessaport")));
+    }
+
+    private void KillAtStep(string command, string savesAt, string diesAt, string lacks)
+    {
+        var start = new ProcessStartInfo(Worker.Executable, [command]) { RedirectStandardOutput = true };
+        start.Environment["TESSAPORT_HOME"] = _home.Root;
+        start.Environment["VELMORA_WORKER_SAVES_AT"] = savesAt;
+        start.Environment["VELMORA_WORKER_DIES_AT"] = diesAt;
+        start.Environment["VELMORA_WORKER_LACKS"] = lacks;
+        using var process = Process.Start(start)!;
+        process.StandardOutput.ReadToEnd();
+        process.WaitForExit();
+        Assert.Equal(128 + 9, process.ExitCode);
+    }
+}
