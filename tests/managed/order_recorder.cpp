@@ -1,9 +1,10 @@
-// Preloaded into a process, writes down in which order it flushes and renames files, one line for each call.
+// Preloaded into a process, writes down in which order it creates, flushes and renames files, one line for each call.
 #ifndef _GNU_SOURCE
 #define _GNU_SOURCE 1
 #endif
 
 #include <climits>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -52,6 +53,24 @@ __attribute__((visibility("default"))) int fsync(int file)
     const int result = next<int (*)(int)>("fsync")(file);
     record("flush " + nameOf(pathOf(file)));
     return result;
+}
+
+__attribute__((visibility("default"))) int syncfs(int file) noexcept
+{
+    const int result = next<int (*)(int)>("syncfs")(file);
+    record("flush-all");
+    return result;
+}
+
+__attribute__((visibility("default"))) int openat(int folder, const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    if ((flags & O_CREAT) != 0)
+        record("create " + nameOf(path));
+    return next<int (*)(int, const char*, int, ...)>("openat")(folder, path, flags, mode);
 }
 
 __attribute__((visibility("default"))) int fdatasync(int file)

@@ -12,13 +12,19 @@ internal sealed class FileCopier
     private const int BlockSize = 128 * 1024;
 
     private readonly OpenedFile _input;
-    private readonly IReadOnlyList<SafeFileHandle> _outputs;
+    private readonly List<SafeFileHandle> _outputs;
     private readonly IncrementalHash _hash;
 
     private FileCopier(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs, IncrementalHash hash)
     {
         _input = input;
-        _outputs = outputs;
+        _outputs = [];
+        // The system shares the blocks of a file where it can; the file is then only read for its hash.
+        foreach (var output in outputs)
+        {
+            if (!FileHandle.TryClone(input, output))
+                _outputs.Add(output);
+        }
         _hash = hash;
     }
 

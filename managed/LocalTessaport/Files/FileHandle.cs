@@ -8,6 +8,7 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class FileHandle
 {
     private const long SmallestWithHoles = 64 * 1024;
+    private const long SmallestToClone = 64 * 1024;
 
     public static FileEntry EntryOf(SafeFileHandle handle, string path) =>
         OperatingSystem.IsWindows() ? WindowsFile.EntryOf(handle, path) : UnixFile.EntryOf(handle, path);
@@ -24,6 +25,13 @@ internal static class FileHandle
     /// <summary>The next part of a file, from an offset on, that is not a hole; an empty one at the end when only a hole is left.</summary>
     public static (long Start, long End) NextData(OpenedFile file, long from) =>
         OperatingSystem.IsWindows() || file.Entry.Size < SmallestWithHoles ? (from, file.Entry.Size) : UnixFile.NextData(file, from);
+
+    /// <summary>Makes an empty file share the content of another; false where the file system cannot.</summary>
+    public static bool TryClone(OpenedFile file, SafeFileHandle target) =>
+        !OperatingSystem.IsWindows() && file.Entry.Size >= SmallestToClone && UnixFile.TryClone(file.Handle, target);
+
+    /// <summary>Asks the system to write all files of a file system to the disk, and waits for it; false where it cannot say whether it could.</summary>
+    public static bool TryFlushFileSystem(SafeFileHandle handle) => !OperatingSystem.IsWindows() && UnixFile.TryFlushFileSystem(handle);
 
     /// <summary>Asks the system to write a file's content and attributes to the disk, and waits for it.</summary>
     public static void Flush(SafeFileHandle handle) => RandomAccess.FlushToDisk(handle);

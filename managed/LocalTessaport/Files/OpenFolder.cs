@@ -40,6 +40,9 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Creates a file that only its owner can read; fails if anything has the name.</summary>
     public abstract SafeFileHandle CreateFile(string name);
 
+    /// <summary>Opens a file of this folder that its owner created, to flush it.</summary>
+    public abstract SafeFileHandle OpenToFlush(string name);
+
     /// <summary>Creates a folder with at most the rights of another one; false when there is a folder already.</summary>
     public abstract bool MakeFolder(string name, FileEntry? like);
 

@@ -1,8 +1,6 @@
 using System;
 using System.Collections.Generic;
-using System.IO;
-using System.Threading.Tasks;
-using Microsoft.Win32.SafeHandles;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -13,7 +11,6 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class StagedCopy : IDisposable
 {
     private const int Attempts = 3;
-    private const int FlushedAtOnce = 8;
 
     private readonly List<StagedFile> _files = [];
     private readonly FileSource _source;
@@ -64,17 +61,8 @@ internal sealed class StagedCopy : IDisposable
         throw ChangedException.KeepsChanging(source.Path);
     }
 
-    /// <summary>Has the system write copies to the disk, several at once, which takes much less time than one after another.</summary>
-    public static void Flush(IReadOnlyCollection<StagedCopy> copies)
-    {
-        var files = new List<StagedFile>(copies.Count);
-        foreach (var copy in copies)
-            files.AddRange(copy._files);
-        if (files.Count == 1)
-            files[0].Flush();
-        else
-            Parallel.ForEach(files, new ParallelOptions { MaxDegreeOfParallelism = FlushedAtOnce }, file => file.Flush());
-    }
+    /// <summary>Has the system write copies to the disk, all at once.</summary>
+    public static void Flush(IReadOnlyCollection<StagedCopy> copies) => GroupFlush.Run(copies.SelectMany(copy => copy._files).ToList());
 
     /// <summary>Renames the copy for one side to its place there, unless something else than expected is there by now.</summary>
     /// <returns>What is at the place then; its change time is unknown when another program wrote to it in that moment.</returns>

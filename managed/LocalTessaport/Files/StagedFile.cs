@@ -33,19 +33,33 @@ internal sealed class StagedFile : IDisposable
 
     public SafeFileHandle Handle { get; }
 
-    /// <summary>Gives the copy the time and permissions of its source.</summary>
+    /// <summary>Gives the copy the time and permissions of its source, and closes it: large groups would hold too many files open.</summary>
     public void Finish(FileEntry source)
     {
         FileHandle.Finish(Handle, _path, source);
         _entry = FileHandle.EntryOf(Handle, _path);
+        Handle.Dispose();
     }
+
+    /// <summary>The file system on which it is.</summary>
+    public ulong Device => _entry.Device;
 
     public void Flush()
     {
-        FileHandle.Flush(Handle);
-        _isFlushed = true;
-        Handle.Dispose();
+        using var file = Reopen();
+        FileHandle.Flush(file);
+        SetFlushed();
     }
+
+    /// <summary>Flushes all files of the file system on which this one is; false where that cannot be done reliably.</summary>
+    public bool TryFlushFileSystem()
+    {
+        using var file = Reopen();
+        return FileHandle.TryFlushFileSystem(file);
+    }
+
+    /// <summary>Notes that the file was flushed together with others.</summary>
+    public void SetFlushed() => _isFlushed = true;
 
     /// <param name="folder">The folder that the path leads to.</param>
     /// <param name="path">The path below the root of the side.</param>
@@ -75,4 +89,6 @@ internal sealed class StagedFile : IDisposable
             _staging.Folder.TryDelete(_name);
         _staging.Dispose();
     }
+
+    private SafeFileHandle Reopen() => _staging.Folder.OpenToFlush(_name);
 }

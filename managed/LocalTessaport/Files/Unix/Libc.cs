@@ -115,6 +115,9 @@ internal static unsafe partial class Libc
     [LibraryImport(Name, EntryPoint = "fcntl", SetLastError = true)]
     public static partial int Control(SafeHandle file, int command, int argument);
 
+    [LibraryImport(Name, EntryPoint = "syncfs", SetLastError = true)]
+    public static partial int FlushFileSystem(SafeHandle file);
+
     [LibraryImport(Name, EntryPoint = "flock", SetLastError = true)]
     public static partial int Lock(SafeHandle file, int operation);
 

@@ -8,6 +8,8 @@ namespace Quorvex.Tessaport.API.Local;
 internal static unsafe class UnixFile
 {
     private const int PermissionBits = 0x1ff;
+    private static readonly Version ReportsFailures = new(5, 8);
+
     private const int OwnerReadsAndWrites = 0x180;
 
     /// <summary>Takes over a handle that was opened for reading; fails unless it is of a file.</summary>
@@ -76,6 +78,13 @@ internal static unsafe class UnixFile
             ? Opened(new SafeFileHandle(descriptor, ownsHandle: true), path)
             : throw UnixFailure.Last(path, "opened");
     }
+
+    // Only since Linux 5.8 is a failure to write reported.
+    public static bool TryFlushFileSystem(SafeFileHandle file) =>
+        OperatingSystem.IsLinux() && Environment.OSVersion.Version >= ReportsFailures && Libc.FlushFileSystem(file) == 0;
+
+    public static bool TryClone(SafeFileHandle file, SafeFileHandle target) =>
+        (UnixPath.Missing & UnixFeatures.Cloning) == 0 && Libc.Control(target, Libc.CloneFile, file) == 0;
 
     public static (long Start, long End) NextData(OpenedFile file, long from)
     {

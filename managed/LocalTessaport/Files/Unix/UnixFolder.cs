@@ -76,6 +76,9 @@ internal sealed class UnixFolder : OpenFolder
             : throw UnixFailure.Last(PathOf(name), "created");
     }
 
+    public override SafeFileHandle OpenToFlush(string name) => UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly, out var error)
+        ?? throw UnixFailure.For(error, PathOf(name), "opened");
+
     public override bool MakeFolder(string name, FileEntry? like)
     {
         var mode = like is { } other ? ((uint)other.Mode & AllRights) | OwnerRights : AllRights;

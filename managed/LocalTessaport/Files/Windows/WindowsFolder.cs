@@ -95,6 +95,9 @@ internal sealed class WindowsFolder : OpenFolder
         return status == WindowsStatus.Success ? handle : throw WindowsFailure.For(status, PathOf(name), "created");
     }
 
+    public override SafeFileHandle OpenToFlush(string name) =>
+        OpenItem(name, NativeFile.ReadData | NativeFile.WriteData | NativeFile.ReadAttributes, NativeFile.FileOnly, "opened");
+
     public override bool MakeFolder(string name, FileEntry? like)
     {
         var attributes = name == Staging.FolderName ? NativeFile.Hidden : NativeFile.Normal;

@@ -1,4 +1,5 @@
 using System;
+using System.Collections.Generic;
 using System.Diagnostics;
 using System.IO;
 using System.Linq;
@@ -23,15 +24,47 @@ public sealed class FlushOrderTests : IDisposable
 
         var calls = Record("add-once", Path.Combine(_home.Root, "sources"));
 
-        var renames = calls.Select(line => line.Split(' ')).Where(words => words[0] == "rename").ToList();
-        foreach (var words in renames)
-        {
-            var flushed = Array.IndexOf(calls, "flush " + words[1]);
-            Assert.InRange(flushed, 0, Array.IndexOf(calls, string.Join(' ', words)));
-        }
+        var renames = RequireFlushedBeforeRenamed(calls);
         foreach (var name in Enumerable.Range(0, 20).Select(i => $"{i}.txt"))
             Assert.Equal(2, renames.Count(words => words[2] == name));
         Assert.Contains(renames, words => words[2].EndsWith(".json", StringComparison.Ordinal));
+    }
+
+    [UnixFact]
+    public void EveryFileOfALargeGroupIsFlushedBeforeItIsRenamed()
+    {
+        var drive = _home.AddDrive();
+        _home.Service.Discover();
+        for (var i = 0; i < 300; ++i)
+            drive.PutInWorkspace($"{i}.txt");
+
+        var calls = Record("sync-once");
+
+        var renames = RequireFlushedBeforeRenamed(calls);
+        foreach (var name in Enumerable.Range(0, 300).Select(i => $"{i}.txt"))
+            Assert.Single(renames, words => words[2] == name);
+    }
+
+    /// <summary>The renames of what the process created, as words.</summary>
+    private static List<string[]> RequireFlushedBeforeRenamed(string[] calls)
+    {
+        var created = new HashSet<string>();
+        var flushed = new HashSet<string>();
+        var renames = new List<string[]>();
+        foreach (var words in calls.Select(line => line.Split(' ')))
+        {
+            if (words[0] == "create")
+                created.Add(words[1]);
+            else if (words[0] == "flush-all")
+                flushed.UnionWith(created);
+            else if (words[0] == "flush")
+                flushed.Add(words[1]);
+            else
+                renames.Add(words);
+            if (words[0] == "rename")
+                Assert.Contains(words[1], flushed);
+        }
+        return renames;
     }
 
     private string[] Record(params string[] arguments)
