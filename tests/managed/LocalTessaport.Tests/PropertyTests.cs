@@ -1,6 +1,7 @@
 using System;
 using System.Collections.Generic;
 using System.Linq;
+using Quorvex.Tessaport.API.Local;
 using Xunit;
 
 namespace Quorvex.Tessaport.API.Tests;
@@ -76,7 +77,7 @@ public sealed class PropertyTests : IDisposable
 
         var values = Values(drive, "a.txt", [.. definitions.Select(definition => definition.Id)]);
 
-        Type[] types = [typeof(string), typeof(long), typeof(DateTime), typeof(bool)];
+        Type[] types = [typeof(string), typeof(long), typeof(UtcTime), typeof(bool)];
         Assert.All(definitions, definition => Assert.NotEmpty(definition.DisplayName));
         Assert.All(values, value =>
             Assert.IsType(types[(int)definitions.Single(d => d.Id == value.PropertyDefinitionId).ValueDataType - 1], value.Value));
@@ -85,7 +86,7 @@ public sealed class PropertyTests : IDisposable
         Assert.Equal("a.txt", byId["Name"]);
         Assert.Equal(".txt", byId["Extension"]);
         Assert.Equal(5L, byId["Size"]);
-        Assert.Equal(new DateTime(2024, 5, 1, 10, 0, 0, DateTimeKind.Utc), byId["Modified"]);
+        Assert.Equal("2024-05-01T10:00:00Z", byId["Modified"].ToString());
         Assert.Equal("5994471abb01112afcc18159f6cc74b4f511b99806da59b3caf5a9c173cacfc5", byId["ContentHash"]);
         Assert.Equal(false, byId["IsFolder"]);
         Assert.Equal(false, byId["IsLocked"]);
