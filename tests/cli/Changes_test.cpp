@@ -113,6 +113,77 @@ TEST_F(Changes, AddsTheGoodFilesOfABatchAndNamesTheOthers)
     EXPECT_EQ(std::distance(fs::directory_iterator(toPath(plans())), {}), 4);
 }
 
+TEST_F(Changes, SayWhyAFileCannotBeAdded)
+{
+    const std::string clash = source("details", "a folder of this name is there");
+    EXPECT_THAT(run({"add", clash, plans()}).errors, HasSubstr("'" + clash + "': a folder has this name\n"));
+#ifndef _WIN32 // No file there can have such a name.
+    const std::string name = source("what?.txt", "not for every platform");
+    EXPECT_THAT(run({"can-add", name, plans()}).errors,
+        HasSubstr("'" + name + "': the sync application does not take it into this folder"));
+#endif
+}
+
+TEST_F(Changes, EndWithOneCodeWhenTheyFailInDifferentWays)
+{
+    const std::string missing = text(folder / "missing");
+
+    EXPECT_EQ(run({"add", missing, plans()}).exitCode, 3);
+    EXPECT_EQ(run({"add", text(folder), missing, plans()}).exitCode, 1);
+    EXPECT_EQ(run({"add", missing, text(folder), plans()}).exitCode, 1);
+}
+
+TEST_F(Changes, NameEveryFileOfARequestThatFailed)
+{
+    expectOk({"sync"});
+    const std::string one = source("one.txt", "1");
+    const std::string two = source("two.txt", "2");
+    fs::remove(home / "lock");
+    fs::create_directory(home / "lock");
+
+    const ChildResult finished = run({"--json", "add", one, two, plans()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    const auto outcomes = nlohmann::json::parse(finished.output);
+    ASSERT_EQ(outcomes.size(), 2U);
+    EXPECT_EQ(outcomes[0]["path"], one);
+    EXPECT_EQ(outcomes[1]["path"], two);
+    EXPECT_THAT(outcomes[0]["reason"], HasSubstr("lock"));
+    EXPECT_EQ(linesOf(finished.errors).size(), 2U);
+}
+
+#ifndef _WIN32 // Where a folder cannot be made read-only by its permissions.
+TEST_F(Changes, SayThatTheServiceCouldNotRemember)
+{
+    expectOk({"sync"});
+    const std::string file = source("one.txt", "1");
+    const UnreadableFile rightsDropped(toPath(source("unreadable", "")));
+    fs::permissions(home / "state", fs::perms::owner_read | fs::perms::owner_exec);
+
+    const ChildResult finished = run({"add", file, plans()});
+
+    fs::permissions(home / "state", fs::perms::owner_all);
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(finished.output, "added  " + file + '\n');
+    EXPECT_THAT(finished.errors, HasSubstr("could not save what it has to remember"));
+}
+#endif
+
+TEST_F(Changes, RunACommandOnTheItemsThatExist)
+{
+    const std::string missing = plans() + "/none";
+
+    const ChildResult finished = run({"--json", "run", "lock", missing, readme()});
+
+    EXPECT_EQ(finished.exitCode, 3);
+    const auto outcomes = nlohmann::json::parse(finished.output);
+    EXPECT_EQ(outcomes[0]["path"], missing);
+    EXPECT_EQ(outcomes[0]["outcome"], "failed");
+    EXPECT_EQ(outcomes[1]["path"], readme());
+    EXPECT_EQ(outcomes[1]["outcome"], "updated");
+    EXPECT_EQ(run({"run", "lock", missing}).exitCode, 3);
+}
+
 TEST_F(Changes, AddsManyFilesInFewRequests)
 {
     std::vector<std::string> arguments{"add"};
@@ -175,7 +246,8 @@ TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(finished.output, "deleted  " + plans() + "/details\n");
     EXPECT_THAT(finished.errors, HasSubstr("'" + missing + "': no such item"));
-    EXPECT_THAT(finished.errors, HasSubstr("'" + readme() + "': not deleted: it is locked"));
+    EXPECT_THAT(finished.errors, HasSubstr("'" + readme() + "': not deleted: "));
+    EXPECT_THAT(finished.errors, HasSubstr("locked"));
     EXPECT_THAT(finished.errors, HasSubstr("the root of a drive cannot be deleted"));
     EXPECT_TRUE(fs::exists(toPath(readme())));
     EXPECT_FALSE(fs::exists(toPath(plans() + "/details")));
@@ -200,10 +272,24 @@ TEST_F(Changes, AskOnATerminalBeforeDeleting)
 
         const ChildResult finished = runOnTerminal(program);
 
-        EXPECT_THAT(finished.output, HasSubstr("Delete 1 item with all that is beneath"));
+        EXPECT_THAT(finished.output, HasSubstr("Delete 1 item, here and on the server? [y/N]"));
         EXPECT_EQ(fs::exists(toPath(readme())), !deleted) << finished.output;
-        EXPECT_EQ(finished.exitCode, deleted ? 0 : 1);
+        EXPECT_EQ(finished.exitCode, 0) << "an answer is no failure";
     }
+}
+
+TEST_F(Changes, AskWithTheNumberOfItemsInsideOfFolders)
+{
+    ChildProgram program;
+    program.arguments = {"rm", plans(), readme()};
+    program.input = "n\n";
+
+    const std::string output = runOnTerminal(program).output;
+
+    EXPECT_THAT(output, HasSubstr(plans() + "/  (5 items in it)"));
+    EXPECT_THAT(output, HasSubstr("Delete 2 items and the 5 items in them, here and on the server? [y/N]"));
+    EXPECT_THAT(output, HasSubstr("kept  " + plans()));
+    EXPECT_TRUE(fs::exists(toPath(plans())));
 }
 
 TEST_F(Changes, SyncBringsBothSidesUpToDate)
@@ -214,7 +300,7 @@ TEST_F(Changes, SyncBringsBothSidesUpToDate)
     EXPECT_EQ(readFile(workspace("team") / toPath("model/図面.txt")), "橋の図面\n");
     EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
     EXPECT_EQ(expectOk({"sync", "-n"}), "");
-    EXPECT_EQ(linesOf(expectOk({"sync"})).size(), 4U);
+    EXPECT_EQ(linesOf(expectOk({"sync"})).back(), "Total: 4 in sync");
 }
 
 TEST_F(Changes, SyncKeepsBothVersionsOfAFileChangedOnBothSides)
@@ -223,9 +309,10 @@ TEST_F(Changes, SyncKeepsBothVersionsOfAFileChangedOnBothSides)
     writeFile(toPath(readme()), "changed here");
     writeFile(server("harbour") / "README.txt", "changed over there");
 
-    const std::string output = expectOk({"sync", readme()});
+    const ChildResult finished = run({"sync", readme()});
 
-    EXPECT_THAT(output, HasSubstr("kept twice  "));
+    EXPECT_EQ(finished.exitCode, 7);
+    EXPECT_THAT(finished.output, HasSubstr("kept twice  "));
     std::set<std::string> contents;
     for (const auto& entry : fs::directory_iterator(workspace("harbour"))) {
         if (entry.is_regular_file())
@@ -248,7 +335,7 @@ TEST_F(Changes, SyncDoesManyItemsInBatchesAndNamesTheOneThatFailed)
     const ChildResult finished = run(arguments);
 
     EXPECT_EQ(finished.exitCode, 1);
-    EXPECT_EQ(linesOf(finished.output).size(), 204U);
+    EXPECT_EQ(linesOf(finished.output).size(), 205U) << "with the total";
     ASSERT_EQ(linesOf(finished.errors).size(), 1U) << finished.errors;
     EXPECT_THAT(finished.errors, HasSubstr("'" + text(clash) + "': not synced"));
     EXPECT_EQ(readFile(server("harbour") / "batch/204.txt"), "204");

@@ -1,3 +1,5 @@
+#include <map>
+
 #include <gmock/gmock.h>
 
 #include "tests/cli/ToolTest.h"
@@ -13,16 +15,25 @@ using testing::StartsWith;
 class CommandLine : public ToolTest
 {
 protected:
+    /// The headings in the help under which commands stand, with their names.
+    std::map<std::string, std::vector<std::string>> commandGroups()
+    {
+        std::map<std::string, std::vector<std::string>> groups;
+        std::string heading;
+        for (const std::string& line : linesOf(expectOk({"--help"}))) {
+            if (line.compare(0, 2, "  ") != 0)
+                heading = line;
+            else if (line[2] != ' ' && heading != "Examples:" && heading != "Options:" && heading != "Exit codes:")
+                groups[heading].push_back(line.substr(2, line.find(' ', 2) - 2));
+        }
+        return groups;
+    }
+
     std::vector<std::string> commandNames()
     {
         std::vector<std::string> names;
-        bool inCommands = false;
-        for (const std::string& line : linesOf(expectOk({"--help"}))) {
-            if (inCommands && line.compare(0, 2, "  ") == 0)
-                names.push_back(line.substr(2, line.find(' ', 2) - 2));
-            else
-                inCommands = line == "Commands:";
-        }
+        for (const auto& [heading, inGroup] : commandGroups())
+            names.insert(names.end(), inGroup.begin(), inGroup.end());
         return names;
     }
 };
@@ -65,6 +76,61 @@ TEST_F(CommandLine, WantsACommand)
     EXPECT_EQ(run(std::vector<std::string>{}).exitCode, 2);
     EXPECT_EQ(run({"service"}).exitCode, 2);
     EXPECT_EQ(run({""}).exitCode, 2);
+}
+
+TEST_F(CommandLine, AloneShowsTheCommands)
+{
+    const ChildResult finished = run(std::vector<std::string>{});
+
+    EXPECT_EQ(finished.output, expectOk({"--help"}));
+    EXPECT_EQ(finished.errors, "");
+    EXPECT_EQ(expectOk({"help"}), finished.output);
+}
+
+TEST_F(CommandLine, ShowsTheCommandsInGroupsOfAFew)
+{
+    const auto groups = commandGroups();
+
+    EXPECT_GE(groups.size(), 5U);
+    for (const auto& [heading, names] : groups) {
+        EXPECT_LE(names.size(), 10U) << heading;
+        EXPECT_EQ(heading.back(), ':') << heading;
+    }
+}
+
+TEST_F(CommandLine, HelpFitsInto100Columns)
+{
+    std::vector<std::vector<std::string>> commands{{}, {"log", "cat"}, {"log", "grep"}, {"service", "set-state"}};
+    for (const std::string& name : commandNames())
+        commands.push_back({name});
+    for (std::vector<std::string> command : commands) {
+        command.emplace_back("--help");
+        for (const std::string& line : linesOf(expectOk(command)))
+            EXPECT_LE(line.size(), 100U) << line;
+    }
+}
+
+struct UsageCase {
+    std::vector<std::string> arguments;
+    std::string message;
+};
+
+TEST_F(CommandLine, SaysWhatToType)
+{
+    for (const auto& [arguments, message] : std::vector<UsageCase>{
+             {{"add", "a"}, "FILE... FOLDER is incomplete; for example: tessaport add drawing.dwg notes.txt FOLDER"},
+             {{"add"}, "FILE... FOLDER is missing; for example: tessaport add drawing.dwg notes.txt FOLDER"},
+             {{"-version"}, "there is no option '-version'; did you mean '--version'?"},
+             {{"drives", "-jsn"}, "there is no option '-jsn'; did you mean '--json'?"},
+             {{"closed", "x"}, "--process N is missing; for example: tessaport closed --process 4711 PATH"},
+             {{"stat"}, "PATH is missing; for example: tessaport stat PATH"},
+             {{"props"}, "PATH is missing; for example: tessaport props PATH"},
+             {{"service"}, "a command is missing; for example: tessaport service status"}}) {
+        const ChildResult finished = run(arguments);
+
+        EXPECT_EQ(finished.exitCode, 2) << testing::PrintToString(arguments);
+        EXPECT_THAT(finished.errors, HasSubstr("tessaport: " + message + '\n'));
+    }
 }
 
 TEST_F(CommandLine, RejectsWhatACommandDoesNotTake)
@@ -114,36 +180,6 @@ TEST_F(CommandLine, HelpNamesTheExitCodes)
 }
 
 TEST_F(CommandLine, ShowsItsVersion) { EXPECT_EQ(expectOk({"--version"}), "tessaport " TESSAPORT_VERSION "\n"); }
-
-#ifndef _WIN32 // Where there is no bash to try it in.
-TEST_F(CommandLine, CompletesCommandsAndOptionsInBash)
-{
-    writeFile(folder / "completion.bash", expectOk({"completion", "bash"}));
-    writeFile(folder / "try.bash", "source " + text(folder / "completion.bash") + R"(
-try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _tessaport; echo "${COMPREPLY[*]}"; }
-try tessaport dr
-try tessaport --json service sta
-try tessaport --home sync service set
-try tessaport sync --dr
-try tessaport drives --js
-)");
-    const std::string command = "bash " + text(folder / "try.bash") + " > " + text(folder / "out") + " 2>&1";
-
-    ASSERT_EQ(std::system(command.c_str()), 0) << readFile(folder / "out");
-
-    EXPECT_EQ(readFile(folder / "out"), "drives\nstart status\nset-state\n--dry-run\n--json\n");
-}
-#endif
-
-TEST_F(CommandLine, WritesCompletionsOfEveryCommandForAllShells)
-{
-    for (const std::string shell : {"bash", "zsh", "fish"}) {
-        const std::string script = expectOk({"completion", shell});
-        for (const std::string& name : commandNames())
-            EXPECT_THAT(script, HasSubstr(name)) << shell;
-        EXPECT_THAT(script, HasSubstr("set-state"));
-    }
-}
 
 } // namespace
 } // namespace Quorvex::Velmora::ToolTest

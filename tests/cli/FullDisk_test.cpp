@@ -83,7 +83,7 @@ TEST_F(FullDisk, AddLeavesNothingHalfDone)
         run({"add", text(folder / "big.bin"), text(folder / "little.txt"), text(small / "workspace/plans")});
 
     EXPECT_EQ(finished.exitCode, 1);
-    EXPECT_THAT(finished.errors, HasSubstr("big.bin': it could not be copied; is the disk full?"));
+    EXPECT_THAT(finished.errors, HasSubstr("big.bin': it could not be copied: "));
     EXPECT_FALSE(fs::exists(small / "workspace/plans/big.bin"));
     EXPECT_FALSE(fs::exists(server("harbour") / "plans/big.bin"));
     EXPECT_EQ(readFile(small / "workspace/plans/little.txt"), "little");

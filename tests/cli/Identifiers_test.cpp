@@ -1,3 +1,4 @@
+#include <regex>
 #include <set>
 
 #include <gmock/gmock.h>
@@ -98,9 +99,40 @@ TEST_F(Identifiers, AndPropertiesAreShownForManyItemsAtOnce)
     ASSERT_EQ(values.size(), 4U);
     std::set<std::pair<std::string, std::string>> seen;
     for (const auto& value : values)
-        seen.emplace(value["path"], value["id"].get<std::string>() + '=' + value["value"].get<std::string>());
-    EXPECT_EQ(seen, (std::set<std::pair<std::string, std::string>>{{readme(), "Size=65"}, {readme(), "Name=README.txt"},
-                        {contract(), "Size=23"}, {contract(), "Name=contract.txt"}}));
+        seen.emplace(value["path"], value["id"].get<std::string>() + '=' + value["value"].dump());
+    EXPECT_EQ(
+        seen, (std::set<std::pair<std::string, std::string>>{{readme(), "Size=65"}, {readme(), "Name=\"README.txt\""},
+                  {contract(), "Size=23"}, {contract(), "Name=\"contract.txt\""}}));
+}
+
+TEST_F(Identifiers, AndPropertiesHaveTheirTypesInJson)
+{
+    ChildProgram program;
+    program.arguments = {"--json", "props", readme()};
+    program.environment = {{"LC_ALL", "de_DE.UTF-8"}};
+
+    std::map<std::string, nlohmann::json> values;
+    for (const auto& value : nlohmann::json::parse(runProgram(program).output))
+        values[value["id"]] = value["value"];
+
+    EXPECT_EQ(values["Size"], 65);
+    EXPECT_EQ(values["IsFolder"], false);
+    EXPECT_EQ(values["IsOnServer"], true);
+    EXPECT_EQ(values["Name"], "README.txt");
+    EXPECT_EQ(values["Modified"], "2024-05-01T10:15:30Z");
+    EXPECT_TRUE(std::regex_match(values["Created"].get<std::string>(), std::regex("[0-9-]{10}T[0-9:]{8}Z")));
+}
+
+TEST_F(Identifiers, AndPropertiesThatDoNotExistAreNamed)
+{
+    const ChildResult finished = run({"--json", "props", "--id", "Sise", "--id", "Size", readme()});
+
+    EXPECT_EQ(finished.exitCode, 3);
+    EXPECT_EQ(finished.errors, "tessaport: 'Sise': there is no such property; did you mean 'Size'?\n");
+    const auto answers = nlohmann::json::parse(finished.output);
+    EXPECT_EQ(answers[0]["property"], "Sise");
+    EXPECT_EQ(answers[1]["value"], 65);
+    EXPECT_EQ(run({"props", "--id", "LockedBy", readme()}).exitCode, 0) << "defined, without a value";
 }
 
 TEST_F(Identifiers, AndPropertyDefinitionsDependOnTheDrive)
@@ -118,8 +150,38 @@ TEST_F(Identifiers, AreAllInOneAnswer)
     EXPECT_EQ(place["relativePath"], "letters");
     EXPECT_EQ(place["localPath"], letters());
     EXPECT_EQ(place["permanentId"], idOf(letters()));
-    EXPECT_NE(place["urn"], "");
     EXPECT_EQ(run({"where", letters() + "x"}).exitCode, 3);
+}
+
+TEST_F(Identifiers, OfAFolderAreItsOwnOrNone)
+{
+    const std::string plans = text(workspace("harbour") / "plans");
+    fs::create_directory(workspace("harbour") / "plans/new");
+
+    EXPECT_EQ(expectJson({"where", plans})["urn"], expectJson({"urn", plans})["urn"]);
+    EXPECT_NE(expectJson({"where", plans})["urn"], expectJson({"where", text(workspace("harbour"))})["urn"]);
+    EXPECT_EQ(expectJson({"where", plans + "/new"})["urn"], "") << "it is not on the server";
+    EXPECT_EQ(expectJson({"where", letters()})["urn"], "") << "the drive names folders by the one that holds them";
+}
+
+TEST_F(Identifiers, ThatFailAreInTheList)
+{
+    const ChildResult ids = run({"--json", "id", "/none", readme()});
+    const auto idAnswers = nlohmann::json::parse(ids.output);
+    EXPECT_EQ(ids.exitCode, 3);
+    EXPECT_EQ(idAnswers[0],
+        (nlohmann::json{{"path", "/none"}, {"outcome", "failed"}, {"reason", "no such item on any drive"}}));
+    EXPECT_EQ(idAnswers[1]["permanentId"], idOf(readme()));
+
+    const auto resolved = nlohmann::json::parse(run({"--json", "resolve", idOf(readme()), "tp.nothing"}).output);
+    EXPECT_EQ(resolved[0]["name"], "README.txt");
+    EXPECT_EQ(resolved[1]["permanentId"], "tp.nothing");
+    EXPECT_EQ(resolved[1]["outcome"], "failed");
+
+    const auto properties = nlohmann::json::parse(run({"--json", "props", "--id", "Size", "/none", readme()}).output);
+    EXPECT_EQ(properties[0]["path"], "/none");
+    EXPECT_EQ(properties[0]["outcome"], "failed");
+    EXPECT_EQ(properties[1]["value"], 65);
 }
 
 TEST_F(Identifiers, OfTheRootFolderThatTakesFiles)

@@ -125,7 +125,13 @@ TEST_F(Listing, NamesEveryMissingItemAndStillShowsTheOthers)
     const ChildResult finished = run({"--json", "stat", missing, readme(), "/etc/hosts"});
 
     EXPECT_EQ(finished.exitCode, 3);
-    EXPECT_EQ(nlohmann::json::parse(finished.output).size(), 1U);
+    const auto answers = nlohmann::json::parse(finished.output);
+    ASSERT_EQ(answers.size(), 3U);
+    EXPECT_EQ(answers[0]["path"], missing);
+    EXPECT_EQ(answers[0]["outcome"], "failed");
+    EXPECT_EQ(answers[0]["reason"], "no such item on any drive");
+    EXPECT_EQ(answers[1]["name"], "README.txt");
+    EXPECT_EQ(answers[2]["path"], "/etc/hosts");
     EXPECT_THAT(finished.errors, HasSubstr("'" + missing + "': no such item on any drive\n"));
     EXPECT_THAT(finished.errors, HasSubstr("'/etc/hosts': no such item on any drive\n"));
 }
@@ -142,6 +148,11 @@ TEST_F(Listing, FindsItemsRelativeToADriveByNameAndById)
     EXPECT_EQ(finished.exitCode, 3);
     EXPECT_THAT(finished.errors, HasSubstr("'none': no such item on the drive 'Harbour Project'"));
     EXPECT_THAT(finished.output, HasSubstr("README.txt"));
+    const auto answers =
+        nlohmann::json::parse(run({"--json", "stat", "--drive", "Harbour Project", "README.txt", "none"}).output);
+    EXPECT_EQ(answers[0]["name"], "README.txt");
+    EXPECT_EQ(answers[1]["path"], "none");
+    EXPECT_EQ(answers[1]["reason"], "no such item on the drive 'Harbour Project'");
     EXPECT_EQ(run({"stat", "--drive", "Harbor", "README.txt"}).exitCode, 3);
 }
 

@@ -58,6 +58,15 @@ TEST_F(Log, IsSearchedForAValueOfAKey)
     EXPECT_EQ(run({"log", "grep", "=anna", file}).exitCode, 2);
 }
 
+TEST_F(Log, IsSearchedForDecodedValues)
+{
+    const std::string file = log("{\"user\":\"\\u0061nna\"}\n{\"\\u0075ser\":\"a\\u006E\\u006ea\"}\n"
+                                 "{\"user\":\"\\u0062en\"}\n{\"path\":\"\\/a\\u002fb\"}\n");
+
+    EXPECT_EQ(linesOf(expectOk({"log", "grep", "user=anna", file})).size(), 2U);
+    EXPECT_EQ(linesOf(expectOk({"log", "grep", "path=/a/b", file})).size(), 1U);
+}
+
 TEST_F(Log, WithADamagedLineShowsTheOthers)
 {
     const std::string text(Records);
@@ -169,6 +178,18 @@ TEST_F(Checksum, IsGivenForTheGoodFilesWhenOthersAreBad)
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_THAT(finished.output, HasSubstr("0376e6e7"));
     EXPECT_EQ(linesOf(finished.errors).size(), 2U);
+}
+
+TEST_F(Checksum, ThatFailsIsInTheList)
+{
+    writeFile(folder / "digits", "123456789");
+
+    const ChildResult finished = run({"--json", "checksum", "none", text(folder / "digits")});
+
+    EXPECT_EQ(finished.exitCode, 3);
+    const auto answers = nlohmann::json::parse(finished.output);
+    EXPECT_EQ(answers[0], (nlohmann::json{{"path", "none"}, {"outcome", "failed"}, {"reason", "no such file"}}));
+    EXPECT_EQ(answers[1]["checksum"], "0376e6e7");
 }
 
 TEST_F(Checksum, ShowsProgressOnATerminal)

@@ -1,5 +1,6 @@
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commandline/CommandLine.h"
+#include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/platform/Platform.h"
 
 namespace
@@ -11,9 +12,9 @@ ExitCode run(int argc, char** argv)
 {
     Context context;
     try {
-        const ExitCode code = runCommandLine(Platform::arguments(argc, argv), context);
+        const ExitCode code = runCommandLine(Platform::arguments(argc, argv), context, addAllCommands);
         context.output.flush();
-        return code;
+        return code == ExitCode::Ok && context.output.hasLostMessages() ? ExitCode::Failure : code;
     } catch (const ReaderGone&) {
         return ExitCode::Ok;
     } catch (...) {
@@ -21,7 +22,7 @@ ExitCode run(int argc, char** argv)
         try {
             context.output.message(explanation.text);
         } catch (...) {
-            // The message could not be put behind the data any more.
+            // The data before the message could not be written.
         }
         return explanation.code;
     }

@@ -67,7 +67,7 @@ void Context::takeLogLine(const std::string& line)
     if (line.compare(0, errorPrefix.size(), errorPrefix) == 0)
         loggedError = line.substr(errorPrefix.size());
     if (options.verbose)
-        output.rawMessage(line);
+        output.note(line);
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "tools/tessaport/commandline/Help.h"
-#include "tools/tessaport/commandline/Suggestion.h"
-#include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/commandline/Usage.h"
 
 namespace Quorvex::Velmora::Tool
 {
@@ -31,74 +30,15 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options)
     app.set_version_flag("--version", "tessaport " VELMORA_TOOL_VERSION, "Print the tool's version");
 }
 
-std::string pathOf(const CLI::App& app)
+ExitCode reportUsage(
+    const CLI::App& app, const std::vector<std::string>& arguments, const CLI::ParseError& error, Output& output)
 {
-    return app.get_parent() == nullptr ? app.get_name() : pathOf(*app.get_parent()) + ' ' + app.get_name();
-}
-
-/// The command that the user had got to when the line stopped making sense.
-const CLI::App& deepestOf(const CLI::App& app)
-{
-    const auto parsed = app.get_subcommands();
-    return parsed.empty() ? app : deepestOf(*parsed.back());
-}
-
-std::vector<std::string> commandNames(const CLI::App& app)
-{
-    std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
-        names.push_back(command->get_name());
-    return names;
-}
-
-void appendOptionNames(const CLI::App& app, std::vector<std::string>& names)
-{
-    for (const CLI::Option* option : app.get_options()) {
-        for (const std::string& name : option->get_lnames())
-            names.push_back("--" + name);
-    }
-    if (app.get_parent() != nullptr)
-        appendOptionNames(*app.get_parent(), names);
-}
-
-std::string withSuggestion(std::string text, const std::string& word, const std::vector<std::string>& candidates)
-{
-    if (const auto meant = closest(word, candidates))
-        text += "; did you mean '" + *meant + "'?";
-    return text;
-}
-
-std::string noSuchCommand(const CLI::App& app, const std::string& word)
-{
-    return withSuggestion("there is no command '" + pathOf(app) + ' ' + word + "'", word, commandNames(app));
-}
-
-std::string complaintAbout(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error)
-{
-    const std::vector<std::string> extra = app.remaining(true);
-    const bool wantsCommand = command.get_require_subcommand_min() > 0;
-    const auto word = std::find_if(extra.begin(), extra.end(), [](const std::string& text) { return text[0] != '-'; });
-    if (wantsCommand && word != extra.end())
-        return noSuchCommand(command, *word);
-    if (wantsCommand && extra.empty())
-        return "a command is missing";
-    if (!extra.empty() && extra.front().compare(0, 2, "--") == 0) {
-        std::vector<std::string> names;
-        appendOptionNames(command, names);
-        return withSuggestion("there is no option '" + extra.front() + "'", extra.front(), names);
-    }
-    if (!extra.empty())
-        return "'" + extra.front() + "' is not expected here";
-    return error.what();
-}
-
-ExitCode reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& output)
-{
-    const CLI::App& command = deepestOf(app);
-    output.message(complaintAbout(app, command, error));
-    output.rawMessage("See '" + pathOf(command) + " --help'.");
+    output.message(complaintAbout(app, arguments, error));
+    output.note("See '" + fullName(deepestOf(app)) + " --help'.");
     return ExitCode::Usage;
 }
+
+bool namesNoCommand(const CLI::App& app) { return app.get_subcommands().empty() && app.remaining(true).empty(); }
 
 /// @throws Failure when a word names no command.
 std::string helpOn(const CLI::App& app, const std::vector<std::string>& words)
@@ -111,48 +51,7 @@ std::string helpOn(const CLI::App& app, const std::vector<std::string>& words)
             throw Failure(ExitCode::Usage, noSuchCommand(*command, word));
         command = found.front();
     }
-    return command->help(command->get_parent() == nullptr ? "" : pathOf(*command->get_parent()));
-}
-
-void addHelpCommand(const CommandLine& line)
-{
-    const auto words = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "help", "Show what a command does and takes", "tessaport help service start",
-        [words, &app = std::as_const(line.app)](Context& context) {
-            context.output.write(helpOn(app, *words));
-            return ExitCode::Ok;
-        })
-        .add_option("command", *words, "The command")
-        ->type_name("COMMAND");
-}
-
-void addAllCommands(const CommandLine& line)
-{
-    addDemoCommand(line);
-    addVersionCommand(line);
-    addDrivesCommand(line);
-    addListCommand(line);
-    addTreeCommand(line);
-    addStatCommand(line);
-    addMakeFolderCommand(line);
-    addAddCommands(line);
-    addRemoveCommand(line);
-    addSyncCommand(line);
-    addClosedCommand(line);
-    addPropertyCommand(line);
-    addItemCommands(line);
-    addIdCommands(line);
-    addUrnCommand(line);
-    addWhereCommand(line);
-    addQuestionCommands(line);
-    addRootCommand(line);
-    addLogCommands(line);
-    addChecksumCommand(line);
-    addLinkifyCommand(line);
-    addServiceCommands(line);
-    addDoctorCommand(line);
-    addCompletionCommand(line);
-    addHelpCommand(line);
+    return helpOf(*command);
 }
 
 } // namespace
@@ -162,7 +61,7 @@ CLI::App& addCommand(const CommandLine& line, const std::string& name, const std
 {
     CLI::App& command = *line.app.add_subcommand(name, description);
     command.footer(examples);
-    command.group("Commands");
+    command.group(line.group);
     command.callback([&context = line.context, &chosen = line.chosen, action = std::move(run)] {
         chosen = [&context, action] { return action(context); };
     });
@@ -174,19 +73,35 @@ CLI::App& addGroup(
 {
     CLI::App& group = *line.app.add_subcommand(name, description);
     group.footer(examples);
-    group.group("Commands");
+    group.group(line.group);
     group.require_subcommand(1);
     return group;
 }
 
-ExitCode runCommandLine(const std::vector<std::string>& arguments, Context& context)
+void addHelpCommand(const CommandLine& line)
 {
-    CLI::App app("Work with the drives of the sync application Tessaport.\n", "tessaport");
+    const auto words = std::make_shared<std::vector<std::string>>();
+    addCommand(line, "help", "Show the commands, or what one does and takes",
+        "tessaport help\n"
+        "tessaport help service start",
+        [words, &app = std::as_const(line.app)](Context& context) {
+            context.output.write(helpOn(app, *words));
+            return ExitCode::Ok;
+        })
+        .add_option("command", *words, "The command")
+        ->type_name("COMMAND");
+}
+
+ExitCode runCommandLine(
+    const std::vector<std::string>& arguments, Context& context, void (*declareCommands)(const CommandLine&))
+{
+    CLI::App app("Work with the drives of the sync application Tessaport.", "tessaport");
     Action chosen;
-    app.formatter(std::make_shared<ExamplesFirst>());
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.set_help_flag("-h,--help", "Show this help");
     app.footer("tessaport demo                 make a home with four drives and show it\n"
                "tessaport drives               list the drives\n"
-               "tessaport tree PATH            show what is beneath a folder\n"
+               "tessaport tree PATH            show what is in a folder\n"
                "tessaport sync PATH            bring both sides up to date\n"
                "tessaport doctor               say what is wrong with the installation");
     // Paths may begin with a slash.
@@ -194,20 +109,23 @@ ExitCode runCommandLine(const std::vector<std::string>& arguments, Context& cont
     app.fallthrough();
     app.require_subcommand(1);
     addGlobalOptions(app, context.options);
-    addAllCommands({app, context, chosen});
+    declareCommands({app, context, chosen, "Commands"});
 
     std::vector<std::string> reversed = arguments;
     std::reverse(reversed.begin(), reversed.end());
     try {
         app.parse(reversed);
     } catch (const CLI::CallForHelp&) {
-        context.output.write(app.help());
+        context.output.write(helpOf(deepestOf(app)));
         return ExitCode::Ok;
     } catch (const CLI::CallForVersion& version) {
         context.output.line(version.what());
         return ExitCode::Ok;
     } catch (const CLI::ParseError& error) {
-        return reportUsage(app, error, context.output);
+        if (!namesNoCommand(app))
+            return reportUsage(app, arguments, error, context.output);
+        context.output.write(helpOf(app));
+        return ExitCode::Usage;
     }
     context.prepare();
     return chosen();

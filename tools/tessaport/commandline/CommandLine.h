@@ -1,8 +1,8 @@
-// How commands are declared, and how the command line is read.
 #pragma once
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -12,7 +12,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// What to run once the command line is read.
+/// What to run after the command line has been read.
 using Action = std::function<ExitCode()>;
 
 /// The command line while commands are declared on it.
@@ -20,11 +20,15 @@ struct CommandLine {
     CLI::App& app;
     Context& context;
     Action& chosen;
+    std::string group; ///< The heading in the help under which the commands appear.
+
+    /// The same with another heading.
+    [[nodiscard]] CommandLine under(std::string heading) const { return {app, context, chosen, std::move(heading)}; }
 };
 
-/// Declares a command. Help shows the examples first.
+/// Declares a command. Help shows the examples first, and messages about wrong usage show the first of them.
 ///
-/// @param run  called with the context when the user asks for this command.
+/// @param run  called with the context if the user runs this command.
 CLI::App& addCommand(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run);
 
@@ -32,7 +36,11 @@ CLI::App& addCommand(const CommandLine& line, const std::string& name, const std
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples);
 
+/// Declares the command that shows help.
+void addHelpCommand(const CommandLine& line);
+
 /// Declares all commands and runs the one that the arguments name.
-ExitCode runCommandLine(const std::vector<std::string>& arguments, Context& context);
+ExitCode runCommandLine(
+    const std::vector<std::string>& arguments, Context& context, void (*declareCommands)(const CommandLine&));
 
 } // namespace Quorvex::Velmora::Tool

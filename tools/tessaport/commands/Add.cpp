@@ -1,11 +1,13 @@
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/Batches.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/items/SourceFiles.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
@@ -34,14 +36,44 @@ QVBuffer<QVString> pathsOf(const std::vector<SourceFile>& files)
     return paths;
 }
 
-// The service says of several files only whether all of them can be added.
+// For several files, the service only says whether all of them can be added.
 bool canAdd(Context& context, const Item& folder, const std::vector<SourceFile>& files)
 {
     return context.connection().canAddFiles(folder, pathsOf(files));
 }
 
-constexpr const char* Refused = "the sync application does not take it into this folder: the drive is read-only or "
-                                "offline, the name is not allowed, or a folder has it";
+/// The item, if there is one, that a file would replace.
+std::optional<Item> targetOf(Context& context, const Item& folder, const SourceFile& file)
+{
+    const std::string inFolder = folder.relativePath.Empty() ? "" : utf8(folder.relativePath) + '\\';
+    QVBuffer<QVString> paths;
+    paths.Append(libraryText(inFolder + fileName(file.path)));
+    const auto found = context.connection().getItemsByRelativePaths(folder.driveId, paths);
+    return found.GetSize() == 0 ? std::nullopt : std::optional(*found[0]);
+}
+
+// The local file itself has been looked at before, so that only its name is left if nothing else is in the way.
+std::string whyRefused(Context& context, const Item& folder, const SourceFile& file)
+{
+    const auto drive = whyDriveRefuses(context, folder.driveId);
+    if (drive && !drive->empty())
+        return *drive;
+    const auto target = targetOf(context, folder, file);
+    if (target && target->isFolder)
+        return "a folder has this name";
+    return drive ? "the sync application does not accept this name"
+                 : "the sync application does not take it into this folder: the drive is read-only or offline, or the "
+                   "name is not allowed";
+}
+
+std::string whyNotAdded(Context& context, const Item& folder, const SourceFile& file)
+{
+    if (!canAdd(context, folder, {file}))
+        return whyRefused(context, folder, file);
+    const auto target = targetOf(context, folder, file);
+    const Item& item = target ? *target : folder;
+    return "it could not be copied: " + Reasons(context, {item}).whyNotDone(item, "is the disk full?");
+}
 
 void askWhetherEachCanBeAdded(Context& context, const Item& folder, const std::vector<SourceFile>& files,
     const std::string& yes, Outcomes& outcomes)
@@ -51,7 +83,7 @@ void askWhetherEachCanBeAdded(Context& context, const Item& folder, const std::v
         if (allCan || canAdd(context, folder, {file}))
             outcomes.done(file.given, yes);
         else
-            outcomes.failed(file.given, Refused);
+            outcomes.failed(file.given, whyRefused(context, folder, file));
     }
 }
 
@@ -77,8 +109,7 @@ void reportBatch(Context& context, const Item& folder, const std::vector<SourceF
             continue;
         }
         allDone = false;
-        outcomes.failed(
-            file.given, canAdd(context, folder, {file}) ? "it could not be copied; is the disk full?" : Refused);
+        outcomes.failed(file.given, whyNotAdded(context, folder, file));
     }
     if (allDone && !result.isSuccess)
         outcomes.failedAsAWhole(NotRemembered);
@@ -105,12 +136,11 @@ ExitCode add(Context& context, const AddOptions& options)
             askWhetherEachCanBeAdded(context, folder, files, "would be added", outcomes);
         return outcomes.finish();
     }
-    Progress progress("Adding", files.size());
-    inBatches(files, [&](const std::vector<SourceFile>& batch, std::size_t end) {
-        addBatch(context, folder, batch, outcomes);
-        progress.advanceTo(end);
+    Progress progress(context.output, "Adding", files.size());
+    inBatches(files, [&](const Batch<SourceFile>& batch) {
+        addBatch(context, folder, batch.things, outcomes);
+        progress.advanceTo(batch.countSoFar);
     });
-    progress.clear();
     return outcomes.finish();
 }
 
@@ -139,13 +169,13 @@ void addAddCommands(const CommandLine& line)
     const auto options = std::make_shared<AddOptions>();
     CLI::App& command = addCommand(line, "add", "Add local files to a folder, on both sides",
         "tessaport add drawing.dwg notes.txt FOLDER\n"
-        "tessaport add -n *.dwg FOLDER         only say what would be done",
+        "tessaport add -n *.dwg FOLDER         only show what would be done",
         [options](Context& context) { return add(context, *options); });
     addFileOptions(command, options);
-    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
 
     const auto question = std::make_shared<AddOptions>();
-    CLI::App& can = addCommand(line, "can-add", "Say which local files could be added to a folder",
+    CLI::App& can = addCommand(line, "can-add", "Show which local files could be added to a folder",
         "tessaport can-add drawing.dwg notes.txt FOLDER",
         [question](Context& context) { return canAddEach(context, *question); });
     addFileOptions(can, question);

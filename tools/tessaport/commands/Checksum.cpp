@@ -6,7 +6,7 @@
 
 #include <velmora/io/QVChecksum.h>
 #include "tools/tessaport/commands/Commands.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -33,7 +33,7 @@ std::uint64_t sizeOf(const fs::path& file)
 }
 
 // In pieces, so that a long file shows how far it has come.
-Fingerprint fingerprintOf(const std::string& file)
+Fingerprint fingerprintOf(Output& output, const std::string& file)
 {
     const fs::path path = toPath(file);
     std::error_code error;
@@ -44,7 +44,7 @@ Fingerprint fingerprintOf(const std::string& file)
     std::ifstream stream(path, std::ios::binary);
     if (!stream)
         throw Failure(ExitCode::Failure, "it cannot be read; check its permissions");
-    Progress progress(printable(file), sizeOf(path));
+    Progress progress(output, file, sizeOf(path));
     IO::QVChecksum checksum;
     std::uint64_t done = 0;
     std::string piece(PieceSize, '\0');
@@ -68,24 +68,20 @@ std::string hexadecimal(std::uint32_t value)
 
 ExitCode checksums(Context& context, const std::vector<std::string>& files)
 {
-    ExitCode worst = ExitCode::Ok;
-    const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
+    Outcomes outcomes(context);
     for (const std::string& file : files) {
         try {
-            const Fingerprint fingerprint = fingerprintOf(file);
+            const Fingerprint fingerprint = fingerprintOf(context.output, file);
             const std::string value = hexadecimal(fingerprint.value);
-            if (list != nullptr)
-                list->add({{"path", file}, {"checksum", value}, {"size", fingerprint.size}});
+            if (outcomes.isJson())
+                outcomes.add({{"path", file}, {"checksum", value}, {"size", fingerprint.size}});
             else
-                context.output.line(value + "  " + printable(file));
+                outcomes.line(value + "  " + file);
         } catch (const Failure& failure) {
-            context.output.message("'" + file + "': " + failure.what());
-            combine(worst, failure.code);
+            outcomes.failed(file, failure.what(), failure.code);
         }
     }
-    if (list != nullptr)
-        list->close();
-    return worst;
+    return outcomes.finish();
 }
 
 } // namespace

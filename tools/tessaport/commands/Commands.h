@@ -1,10 +1,14 @@
-// The commands of the tool; each function declares its own.
+/// @file
+/// The commands of the tool; each function declares its own.
 #pragma once
 
 #include "tools/tessaport/commandline/CommandLine.h"
 
 namespace Quorvex::Velmora::Tool
 {
+
+/// Declares all of them, in the order of the help.
+void addAllCommands(const CommandLine& line);
 
 void addDemoCommand(const CommandLine& line);
 void addDoctorCommand(const CommandLine& line);

@@ -2,6 +2,7 @@
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -14,29 +15,31 @@ using namespace TessaportAPI;
 
 ExitCode showIds(Context& context, const std::vector<std::string>& paths)
 {
-    ExitCode worst = ExitCode::Ok;
-    const std::vector<Lookup> lookups = findItemsOrReport(context, paths, worst);
+    const std::vector<Lookup> lookups = findItems(context, paths);
     QVBuffer<ItemId> ids;
-    for (const Lookup& lookup : lookups)
-        ids.Append(lookup.item->id);
-    const auto results = context.connection().getPermanentIds(ids);
-    Table table;
-    const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
-    for (std::uint32_t i = 0; i < results.GetSize() && i < lookups.size(); ++i) {
-        const ItemIdToPermanentIdResult& result = *results[i];
-        if (result.result != Result::Success) {
-            context.output.message("'" + lookups[i].given + "': " + whyNot(result.result));
-            combine(worst, codeFor(result.result));
-        } else if (list != nullptr) {
-            list->add({{"path", lookups[i].given}, {"permanentId", utf8(result.permanentId)}});
-        } else {
-            table.row({utf8(result.permanentId), lookups[i].given});
-        }
+    for (const Lookup& lookup : lookups) {
+        if (lookup.item)
+            ids.Append(lookup.item->id);
     }
-    if (list != nullptr)
-        list->close();
+    const auto results = context.connection().getPermanentIds(ids);
+    Outcomes outcomes(context);
+    Table table;
+    std::uint32_t next = 0;
+    for (const Lookup& lookup : lookups) {
+        if (!lookup.item || next >= results.GetSize()) {
+            outcomes.notFound(lookup);
+            continue;
+        }
+        const ItemIdToPermanentIdResult& result = *results[next++];
+        if (result.result != Result::Success)
+            outcomes.failed(lookup.given, whyNot(result.result), codeFor(result.result));
+        else if (outcomes.isJson())
+            outcomes.add({{"path", lookup.given}, {"permanentId", utf8(result.permanentId)}});
+        else
+            table.row({utf8(result.permanentId), lookup.given});
+    }
     table.print(context.output);
-    return worst;
+    return outcomes.finish();
 }
 
 ExitCode resolveIds(Context& context, const std::vector<std::string>& ids)
@@ -45,24 +48,20 @@ ExitCode resolveIds(Context& context, const std::vector<std::string>& ids)
     for (const std::string& id : ids)
         permanentIds.Append(libraryText(id));
     const auto results = context.connection().getItemsByPermanentIds(permanentIds);
-    ExitCode worst = ExitCode::Ok;
-    const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
+    Outcomes outcomes(context);
     for (std::uint32_t i = 0; i < results.GetSize() && i < ids.size(); ++i) {
         const PermanentIdToItemResult& result = *results[i];
         if (result.result != Result::Success) {
-            context.output.message("'" + ids[i] + "': " + whyNot(result.result));
-            combine(worst, codeFor(result.result));
-        } else if (list != nullptr) {
+            outcomes.failed(ids[i], whyNot(result.result), codeFor(result.result), "permanentId");
+        } else if (outcomes.isJson()) {
             Json json{{"permanentId", ids[i]}};
             json.update(toJson(result.item));
-            list->add(json);
+            outcomes.add(json);
         } else {
-            context.output.line(printable(localPath(result.item)));
+            outcomes.line(localPath(result.item));
         }
     }
-    if (list != nullptr)
-        list->close();
-    return worst;
+    return outcomes.finish();
 }
 
 } // namespace

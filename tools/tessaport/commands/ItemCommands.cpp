@@ -19,20 +19,16 @@ struct RunOptions {
     bool dryRun = false;
 };
 
-/// @throws Failure when one of the paths has no item: a command is for all of them or for none.
-CommandContext contextFor(Context& context, const std::vector<std::string>& paths)
+CommandContext contextFor(const std::vector<Lookup>& lookups)
 {
-    const std::vector<Lookup> lookups = findItems(context, paths);
-    CommandContext commandContext;
+    CommandContext context;
     for (const Lookup& lookup : lookups) {
-        if (!lookup.item)
-            throw notFound(lookup);
         if (&lookup == &lookups.front())
-            commandContext.itemId = lookup.item->id;
+            context.itemId = lookup.item->id;
         else
-            commandContext.itemIds.Append(lookup.item->id);
+            context.itemIds.Append(lookup.item->id);
     }
-    return commandContext;
+    return context;
 }
 
 Json toJson(const Command& command)
@@ -50,7 +46,9 @@ Json toJson(const Command& command)
 
 ExitCode showCommands(Context& context, const std::vector<std::string>& paths)
 {
-    const auto commands = context.connection().getCommands(contextFor(context, paths));
+    const std::vector<Lookup> found =
+        findItemsOr(context, paths, [](const Lookup& missing) { throw notFound(missing); });
+    const auto commands = context.connection().getCommands(contextFor(found));
     if (context.options.json) {
         JsonList list(context.output);
         for (const Command& command : commands)
@@ -93,13 +91,17 @@ void reportChanges(const CommandResult& result, Outcomes& outcomes)
 
 ExitCode run(Context& context, const RunOptions& options)
 {
-    const CommandContext commandContext = contextFor(context, options.paths);
+    Outcomes outcomes(context);
+    const std::vector<Lookup> found =
+        findItemsOr(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
+    if (found.empty())
+        return outcomes.finish();
+    const CommandContext commandContext = contextFor(found);
     const auto commands = context.connection().getCommands(commandContext);
     const Command& command = commandNamed(options.command, commands);
     const std::string name = utf8(command.name);
     if (!command.isEnabled)
         throw Failure(ExitCode::Failure, "the command '" + name + "' is disabled for these items");
-    Outcomes outcomes(context);
     if (options.dryRun) {
         outcomes.done(name, "would run");
         return outcomes.finish();
@@ -130,7 +132,7 @@ void addItemCommands(const CommandLine& line)
         "tessaport run 'Copy link' PATH PATH",
         [options](Context& context) { return run(context, *options); });
     command.add_option("command", options->command, "Identifier or name of the command")
-        ->type_name("COMMAND")
+        ->type_name("ACTION")
         ->required();
     command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
     command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");

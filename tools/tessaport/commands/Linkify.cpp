@@ -20,6 +20,8 @@ struct LinkifyOptions {
 
 std::string standardInput()
 {
+    if (!Platform::isOpen(Platform::Stream::Input))
+        throw Failure(ExitCode::Failure, "standard input is closed; give the message as an argument");
     return {std::istreambuf_iterator<char>(Platform::standardInput()), std::istreambuf_iterator<char>()};
 }
 
@@ -27,7 +29,7 @@ ExitCode linkifyText(Context& context, const LinkifyOptions& options)
 {
     const std::wstring given = wide(options.text.empty() ? standardInput() : options.text);
     const std::string html = utf8(TessaportAPI::linkify(options.isHtml ? given : TessaportAPI::toHtml(given)));
-    context.output.line(context.options.json ? toLine({{"html", html}}) : html);
+    context.output.write((context.options.json ? toLine({{"html", html}}) : html) + '\n');
     return ExitCode::Ok;
 }
 

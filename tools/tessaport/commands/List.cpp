@@ -39,7 +39,7 @@ public:
         if (json != nullptr)
             json->add(toJson(item));
         else if (options.namesOnly)
-            context.output.line(printable(shownName(item)));
+            context.output.line(shownName(item));
         else
             table.row({modifiedText(item), whereItStands(item), cellFor(item)});
     }

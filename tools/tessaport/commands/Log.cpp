@@ -106,7 +106,7 @@ void addLogCommands(const CommandLine& line)
     CLI::App& group = addGroup(line, "log", "Read JSON logs, one record a line",
         "tessaport log cat app.log\n"
         "tessaport log grep user=anna app.log");
-    const CommandLine inside{group, line.context, line.chosen};
+    const CommandLine inside{group, line.context, line.chosen, "Commands"};
     const auto file = std::make_shared<std::string>();
     addCommand(inside, "cat", "Show a log as readable text, or as a JSON array",
         "tessaport log cat app.log\n"

@@ -1,8 +1,12 @@
+#include <algorithm>
+#include <charconv>
 #include <map>
 #include <memory>
 
+#include "tools/tessaport/commandline/Suggestion.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -44,75 +48,139 @@ ExitCode showDefinitions(Context& context, const std::string& driveName)
 struct Value {
     std::string id;
     std::string displayName;
+    PropertyDataType type{};
     std::string text;
 };
 
-/// The values of the items of one drive, by relative path.
-using Values = std::map<std::string, std::vector<Value>>;
+/// The properties that a drive defines, by identifier.
+using Definitions = std::map<std::string, PropertyDefinition>;
 
-std::map<std::string, std::string> displayNames(Context& context, const QVUUID& drive)
+/// The values of the items of one drive.
+struct DriveValues {
+    Definitions definitions;
+    std::map<std::string, std::vector<Value>> byRelativePath;
+};
+
+using ValuesByDrive = std::map<std::string, DriveValues>;
+
+Definitions definitionsOf(Context& context, const QVUUID& drive)
 {
-    std::map<std::string, std::string> names;
+    Definitions definitions;
     for (const PropertyDefinition& definition : context.connection().getPropertyDefinitions(drive))
-        names[utf8(definition.id)] = utf8(definition.displayName);
-    return names;
+        definitions[utf8(definition.id)] = definition;
+    return definitions;
 }
 
-Values valuesOnDrive(Context& context, const std::vector<Item>& items, const std::vector<std::string>& wantedIds)
+QVBuffer<QVString> idsToAskFor(const Definitions& definitions, const std::vector<std::string>& wantedIds)
 {
-    const auto names = displayNames(context, items.front().driveId);
+    QVBuffer<QVString> ids;
+    for (const std::string& id : wantedIds)
+        ids.Append(libraryText(id));
+    for (const auto& [id, definition] : definitions) {
+        if (wantedIds.empty())
+            ids.Append(definition.id);
+    }
+    return ids;
+}
+
+Value toValue(const StringPropertyValue& value, const Definitions& definitions)
+{
+    const std::string id = utf8(value.propertyDefinitionId);
+    const auto definition = definitions.find(id);
+    if (definition == definitions.end())
+        return {id, id, {}, utf8(value.value)};
+    return {id, utf8(definition->second.displayName), definition->second.valueDataType, utf8(value.value)};
+}
+
+DriveValues valuesOnDrive(Context& context, const std::vector<Item>& items, const std::vector<std::string>& wantedIds)
+{
+    DriveValues values{definitionsOf(context, items.front().driveId), {}};
     QVBuffer<ItemId> itemIds;
     for (const Item& item : items)
         itemIds.Append(item.id);
-    QVBuffer<QVString> definitionIds;
-    for (const auto& [id, name] : names) {
-        if (wantedIds.empty())
-            definitionIds.Append(libraryText(id));
-    }
-    for (const std::string& id : wantedIds)
-        definitionIds.Append(libraryText(id));
-    Values values;
-    for (const StringPropertyValue& value : context.connection().getStringPropertyValues(itemIds, definitionIds)) {
-        const std::string id = utf8(value.propertyDefinitionId);
-        const auto name = names.find(id);
-        values[utf8(value.relativePath)].push_back({id, name == names.end() ? id : name->second, utf8(value.value)});
-    }
+    const auto propertyIds = idsToAskFor(values.definitions, wantedIds);
+    for (const StringPropertyValue& value : context.connection().getStringPropertyValues(itemIds, propertyIds))
+        values.byRelativePath[utf8(value.relativePath)].push_back(toValue(value, values.definitions));
     return values;
 }
 
-std::map<std::string, Values> valuesByDrive(
+ValuesByDrive valuesByDrive(
     Context& context, const std::vector<Lookup>& lookups, const std::vector<std::string>& wantedIds)
 {
     std::map<std::string, std::vector<Item>> itemsByDrive;
-    for (const Lookup& lookup : lookups)
-        itemsByDrive[utf8(lookup.item->driveId)].push_back(*lookup.item);
-    std::map<std::string, Values> byDrive;
+    for (const Lookup& lookup : lookups) {
+        if (lookup.item)
+            itemsByDrive[utf8(lookup.item->driveId)].push_back(*lookup.item);
+    }
+    ValuesByDrive byDrive;
     for (const auto& [drive, items] : itemsByDrive)
         byDrive[drive] = valuesOnDrive(context, items, wantedIds);
     return byDrive;
 }
 
-void printAsJson(Output& output, const std::vector<Lookup>& lookups, std::map<std::string, Values>& values)
+bool isKnown(const std::string& id, const ValuesByDrive& values)
 {
-    JsonList list(output);
-    for (const Lookup& lookup : lookups) {
-        for (const Value& value : values[utf8(lookup.item->driveId)][utf8(lookup.item->relativePath)])
-            list.add(
-                {{"path", lookup.given}, {"id", value.id}, {"displayName", value.displayName}, {"value", value.text}});
+    for (const auto& [drive, ofDrive] : values) {
+        if (ofDrive.definitions.count(id) > 0)
+            return true;
+        for (const auto& [path, ofItem] : ofDrive.byRelativePath) {
+            if (std::any_of(ofItem.begin(), ofItem.end(), [&id](const Value& value) { return value.id == id; }))
+                return true;
+        }
     }
-    list.close();
+    return values.empty();
 }
 
-void printAsText(Output& output, const std::vector<Lookup>& lookups, std::map<std::string, Values>& values)
+void reportUnknownIds(const std::vector<std::string>& wantedIds, const ValuesByDrive& values, Outcomes& outcomes)
 {
-    for (const Lookup& lookup : lookups) {
-        if (lookups.size() > 1)
-            output.line(output.coloured(Colour::Heading, printable(lookup.given)));
-        Table table;
-        for (const Value& value : values[utf8(lookup.item->driveId)][utf8(lookup.item->relativePath)])
-            table.row({value.id, value.text});
-        table.print(output);
+    std::vector<std::string> defined;
+    for (const auto& [drive, ofDrive] : values) {
+        for (const auto& [id, definition] : ofDrive.definitions)
+            defined.push_back(id);
     }
+    for (const std::string& id : wantedIds) {
+        if (isKnown(id, values))
+            continue;
+        const auto meant = closest(id, defined);
+        outcomes.failed(id,
+            "there is no such property; " + (meant ? "did you mean '" + *meant + "'?"
+                                                   : "'tessaport props --definitions DRIVE' lists those there are"),
+            ExitCode::NotFound, "property");
+    }
+}
+
+// The numbers of the types are those of the local sync service. A value that does not read as its type stays a string.
+Json typedValue(const Value& value)
+{
+    constexpr auto wholeNumber = PropertyDataType{2};
+    constexpr auto boolean = PropertyDataType{4};
+    if (value.type == boolean && (value.text == "True" || value.text == "False"))
+        return value.text == "True";
+    if (value.type == wholeNumber) {
+        std::int64_t number = 0;
+        const char* const end = value.text.data() + value.text.size();
+        const auto [rest, error] = std::from_chars(value.text.data(), end, number);
+        if (error == std::errc() && rest == end)
+            return number;
+    }
+    return value.text;
+}
+
+void printAsJson(const Lookup& lookup, const std::vector<Value>& values, Outcomes& outcomes)
+{
+    for (const Value& value : values)
+        outcomes.add({{"path", lookup.given}, {"id", value.id}, {"displayName", value.displayName},
+            {"value", typedValue(value)}});
+}
+
+void printAsText(Output& output, const Lookup& lookup, const std::vector<Value>& values, bool withHeading)
+{
+    if (withHeading)
+        output.line(std::vector<Span>{{lookup.given, Colour::Heading}});
+    Table table;
+    for (const Value& value : values)
+        table.row({value.id, value.text});
+    table.print(output);
 }
 
 ExitCode showProperties(Context& context, const PropertyOptions& options)
@@ -120,15 +188,23 @@ ExitCode showProperties(Context& context, const PropertyOptions& options)
     if (!options.definitionsOf.empty())
         return showDefinitions(context, options.definitionsOf);
     if (options.paths.empty())
-        throw Failure(ExitCode::Usage, "name items, or a drive with --definitions");
-    ExitCode worst = ExitCode::Ok;
-    const std::vector<Lookup> lookups = findItemsOrReport(context, options.paths, worst);
+        throw Failure(ExitCode::Usage, "PATH is missing; for example: tessaport props PATH");
+    const std::vector<Lookup> lookups = findItems(context, options.paths);
     auto values = valuesByDrive(context, lookups, options.ids);
-    if (context.options.json)
-        printAsJson(context.output, lookups, values);
-    else
-        printAsText(context.output, lookups, values);
-    return worst;
+    Outcomes outcomes(context);
+    reportUnknownIds(options.ids, values, outcomes);
+    for (const Lookup& lookup : lookups) {
+        if (!lookup.item) {
+            outcomes.notFound(lookup);
+            continue;
+        }
+        const auto& ofItem = values[utf8(lookup.item->driveId)].byRelativePath[utf8(lookup.item->relativePath)];
+        if (outcomes.isJson())
+            printAsJson(lookup, ofItem, outcomes);
+        else
+            printAsText(context.output, lookup, ofItem, lookups.size() > 1);
+    }
+    return outcomes.finish();
 }
 
 } // namespace
@@ -139,12 +215,13 @@ void addPropertyCommand(const CommandLine& line)
     CLI::App& command = addCommand(line, "props", "Show the properties of items",
         "tessaport props PATH\n"
         "tessaport props --id Size --id Modified PATH PATH\n"
-        "tessaport props --definitions 'Harbour Project'    what there is on a drive",
+        "tessaport props --definitions 'Harbour Project'    what "
+        "there is on a drive",
         [options](Context& context) { return showProperties(context, *options); });
     CLI::Option* const paths =
         command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH");
     command.add_option("--id", options->ids, "Show this property only; can be given several times")
-        ->type_name("ID")
+        ->type_name("PROPERTY")
         ->allow_extra_args(false);
     command.add_option("--definitions", options->definitionsOf, "Show the properties that a drive defines")
         ->type_name("DRIVE")

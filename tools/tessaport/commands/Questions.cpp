@@ -19,7 +19,7 @@ void answer(Context& context, const std::string& question, bool yes)
     if (context.options.json)
         context.output.line(toLine({{question, yes}}));
     else
-        context.output.line(context.output.coloured(yes ? Colour::Good : Colour::Bad, yes ? "yes" : "no"));
+        context.output.line(std::vector<Span>{{yes ? "yes" : "no", yes ? Colour::Good : Colour::Bad}});
 }
 
 ExitCode codeForAnswer(bool yes, ExitCode no = ExitCode::Failure) { return yes ? ExitCode::Ok : no; }
@@ -57,7 +57,7 @@ ExitCode areInWorkspace(Context& context, const std::vector<std::string>& paths)
         if (list != nullptr)
             list->add({{"path", path}, {"inWorkspace", inWorkspace}});
         else
-            context.output.line((inWorkspace ? "yes  " : "no   ") + printable(path));
+            context.output.line((inWorkspace ? "yes  " : "no   ") + path);
         if (!inWorkspace)
             code = ExitCode::Failure;
     }
@@ -74,7 +74,7 @@ ExitCode exists(Context& context, const std::string& path)
 ExitCode showFullPath(Context& context, const std::string& path)
 {
     const std::string full = utf8(QvNativeTessaportAPI::toTrueFullPath(wide(path)));
-    context.output.line(context.options.json ? toLine({{"path", path}, {"fullPath", full}}) : printable(full));
+    context.output.line(context.options.json ? toLine({{"path", path}, {"fullPath", full}}) : full);
     return ExitCode::Ok;
 }
 

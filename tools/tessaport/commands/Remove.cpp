@@ -3,6 +3,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
@@ -20,27 +21,46 @@ struct RemoveOptions {
     bool dryRun = false;
 };
 
+/// Counts what is in a folder, at any depth.
+std::size_t countInside(Context& context, const Item& folder)
+{
+    std::size_t count = 0;
+    for (const Item& child : context.connection().getFolderContents(folder))
+        count += 1 + (child.isFolder ? countInside(context, child) : 0);
+    return count;
+}
+
 bool userAgrees(Context& context, const std::vector<Lookup>& items)
 {
     constexpr std::size_t listedAtMost = 20;
-    for (std::size_t i = 0; i < items.size() && i < listedAtMost; ++i)
-        context.output.rawMessage("  " + printable(localPath(*items[i].item)) + (items[i].item->isFolder ? "/" : ""));
+    std::size_t inside = 0;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const Item& item = *items[i].item;
+        const std::size_t count = item.isFolder ? countInside(context, item) : 0;
+        inside += count;
+        if (i < listedAtMost)
+            context.output.note(
+                "  " + localPath(item) + (item.isFolder ? "/  (" + counted(count, "item") + " in it)" : ""));
+    }
     if (items.size() > listedAtMost)
-        context.output.rawMessage("  and " + std::to_string(items.size() - listedAtMost) + " more");
-    context.output.rawMessage(
-        "Delete " + counted(items.size(), "item") + " with all that is beneath, here and on the server? [y/N]");
+        context.output.note("  and " + std::to_string(items.size() - listedAtMost) + " more");
+    context.output.note("Delete " + counted(items.size(), "item") +
+                        (inside > 0 ? " and the " + counted(inside, "item") + " in them" : "") +
+                        ", here and on the server? [y/N]");
     const std::string answer = asciiLower(Platform::readInputLine().value_or(""));
     return answer == "y" || answer == "yes";
 }
 
-std::string whyNotDeleted(const Item& item, bool offline)
+std::string whyNotDeleted(const Lookup& lookup, const Reasons& reasons)
 {
+    const Item& item = *lookup.item;
     if (item.relativePath.Empty())
         return "the root of a drive cannot be deleted";
-    if (offline)
+    if (lookup.offline)
         return "its drive is offline";
-    return item.isFolder ? "not deleted: it holds a locked or open file, or the drive is read-only"
-                         : "not deleted: it is locked or open, or the drive is read-only";
+    return "not deleted: " + reasons.whyNotDone(item, item.isFolder
+                                                          ? "it holds a locked or open file, or the drive is read-only"
+                                                          : "it is locked or open, or the drive is read-only");
 }
 
 void removeItems(Context& context, const std::vector<Lookup>& lookups, Outcomes& outcomes)
@@ -49,16 +69,19 @@ void removeItems(Context& context, const std::vector<Lookup>& lookups, Outcomes&
     for (const Lookup& lookup : lookups)
         items.Append(*lookup.item);
     const CommandResult result = context.connection().deleteFilesOrFolders(items);
-    bool allDone = true;
+    std::vector<Item> kept;
     for (const Lookup& lookup : lookups) {
-        if (isAmong(*lookup.item, result.itemsDeleted)) {
-            outcomes.done(lookup.given, "deleted");
-        } else {
-            allDone = false;
-            outcomes.failed(lookup.given, whyNotDeleted(*lookup.item, lookup.offline));
-        }
+        if (!isAmong(*lookup.item, result.itemsDeleted))
+            kept.push_back(*lookup.item);
     }
-    if (allDone && !result.isSuccess)
+    const Reasons reasons(context, kept);
+    for (const Lookup& lookup : lookups) {
+        if (isAmong(*lookup.item, result.itemsDeleted))
+            outcomes.done(lookup.given, "deleted");
+        else
+            outcomes.failed(lookup.given, whyNotDeleted(lookup, reasons));
+    }
+    if (kept.empty() && !result.isSuccess)
         outcomes.failedAsAWhole(NotRemembered);
 }
 
@@ -66,7 +89,8 @@ ExitCode remove(Context& context, const RemoveOptions& options)
 {
     const bool mustAsk = !options.yes && !options.dryRun;
     if (mustAsk && !Platform::isTerminal(Platform::Stream::Input))
-        throw Failure(ExitCode::Usage, "nobody can be asked, as input is no terminal; add -y to delete without asking");
+        throw Failure(
+            ExitCode::Usage, "rm asks before it deletes, and input is not a terminal; add -y to delete without asking");
     Outcomes outcomes(context);
     const std::vector<Lookup> items =
         findItemsOr(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
@@ -79,7 +103,7 @@ ExitCode remove(Context& context, const RemoveOptions& options)
     }
     if (mustAsk && !userAgrees(context, items)) {
         for (const Lookup& lookup : items)
-            outcomes.failed(lookup.given, "kept, as you wished");
+            outcomes.done(lookup.given, "kept");
         return outcomes.finish();
     }
     removeItems(context, items, outcomes);
@@ -91,14 +115,14 @@ ExitCode remove(Context& context, const RemoveOptions& options)
 void addRemoveCommand(const CommandLine& line)
 {
     const auto options = std::make_shared<RemoveOptions>();
-    CLI::App& command = addCommand(line, "rm", "Delete items here and on the server, folders with all that is beneath",
+    CLI::App& command = addCommand(line, "rm", "Delete items here and on the server, folders with everything in them",
         "tessaport rm PATH PATH          asks first\n"
-        "tessaport rm -n PATH            only says what would be done\n"
+        "tessaport rm -n PATH            only shows what would be done\n"
         "tessaport rm -y PATH            does not ask",
         [options](Context& context) { return remove(context, *options); });
     command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
     command.add_flag("-y,--yes", options->yes, "Do not ask");
-    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

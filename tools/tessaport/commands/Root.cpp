@@ -21,7 +21,7 @@ void print(Context& context, const Item& item)
     if (context.options.json)
         context.output.line(toLine(toJson(item)));
     else
-        context.output.line(printable(localPath(item)));
+        context.output.line(localPath(item));
 }
 
 ExitCode showFirstRoot(Context& context)

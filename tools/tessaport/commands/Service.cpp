@@ -34,7 +34,7 @@ ExitCode showState(Context& context)
         context.output.line(toLine({{"home", toText(home.folder())}, {"state", state->name}}));
     } else {
         const Colour colour = state->code == ExitCode::Ok ? Colour::Good : Colour::Bad;
-        context.output.line(context.output.coloured(colour, state->name) + ": " + state->meaning);
+        context.output.line(std::vector<Span>{{state->name, colour}, std::string(": ") + state->meaning});
         context.output.line("Home: " + toText(home.folder()));
     }
     return state->code;
@@ -45,7 +45,7 @@ CLI::Validator isState()
     std::vector<std::string> names;
     for (const ServiceStateName& state : ServiceStates)
         names.emplace_back(state.name);
-    return CLI::IsMember(names);
+    return CLI::IsMember(names).description("");
 }
 
 } // namespace
@@ -56,7 +56,7 @@ void addServiceCommands(const CommandLine& line)
         "tessaport service status\n"
         "tessaport service stop\n"
         "tessaport service set-state requires-update");
-    const CommandLine inside{group, line.context, line.chosen};
+    const CommandLine inside{group, line.context, line.chosen, "Commands"};
     addCommand(inside, "start", "Let the service answer requests", "tessaport service start",
         [](Context& context) { return changeState(context, "running"); });
     addCommand(inside, "stop", "Let requests fail as when the sync application does not run", "tessaport service stop",

@@ -3,6 +3,7 @@
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
@@ -33,20 +34,27 @@ void printAsText(Context& context, const Item& item)
     table.print(context.output);
 }
 
-void print(Context& context, const std::vector<Item>& items)
+/// Prints items one after the other, with an empty line between them.
+class Printer
 {
-    if (context.options.json) {
-        JsonList list(context.output);
-        for (const Item& item : items)
-            list.add(toJson(item));
-        return list.close();
-    }
-    for (const Item& item : items) {
-        if (&item != &items.front())
-            context.output.line("");
+public:
+    Printer(Context& commandContext, Outcomes& commandOutcomes) : context(commandContext), outcomes(commandOutcomes) {}
+
+    void print(const Item& item)
+    {
+        if (outcomes.isJson())
+            return outcomes.add(toJson(item));
+        if (!isFirst)
+            outcomes.line("");
+        isFirst = false;
         printAsText(context, item);
     }
-}
+
+private:
+    Context& context;
+    Outcomes& outcomes;
+    bool isFirst = true;
+};
 
 std::string normalisedRelative(const std::string& relative)
 {
@@ -57,7 +65,7 @@ std::string normalisedRelative(const std::string& relative)
     return text;
 }
 
-// The request answers with the items that exist, so those that do not are found by comparing.
+// The request answers with the items that exist only; comparing tells which do not.
 ExitCode statOnDrive(Context& context, const StatOptions& options)
 {
     const Drive drive = findDrive(context, options.drive);
@@ -67,30 +75,33 @@ ExitCode statOnDrive(Context& context, const StatOptions& options)
         wanted.push_back(normalisedRelative(path));
         relativePaths.Append(libraryText(wanted.back()));
     }
-    std::vector<Item> found;
-    for (const Item& item : context.connection().getItemsByRelativePaths(drive.id, relativePaths))
-        found.push_back(item);
-    ExitCode worst = ExitCode::Ok;
+    const auto found = context.connection().getItemsByRelativePaths(drive.id, relativePaths);
+    Outcomes outcomes(context);
+    Printer printer(context, outcomes);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const bool exists = std::any_of(found.begin(), found.end(),
-            [&wanted, i](const Item& item) { return asciiLower(utf8(item.relativePath)) == asciiLower(wanted[i]); });
-        if (exists)
-            continue;
-        context.output.message("'" + options.paths[i] + "': no such item on the drive '" + utf8(drive.name) + "'");
-        combine(worst, ExitCode::NotFound);
+        const auto item = std::find_if(found.begin(), found.end(),
+            [&](const Item& candidate) { return asciiLower(utf8(candidate.relativePath)) == asciiLower(wanted[i]); });
+        if (item != found.end())
+            printer.print(*item);
+        else
+            outcomes.failed(
+                options.paths[i], "no such item on the drive '" + utf8(drive.name) + "'", ExitCode::NotFound);
     }
-    print(context, found);
-    return worst;
+    return outcomes.finish();
 }
 
 ExitCode statPaths(Context& context, const StatOptions& options)
 {
-    ExitCode worst = ExitCode::Ok;
-    std::vector<Item> found;
-    for (const Lookup& lookup : findItemsOrReport(context, options.paths, worst))
-        found.push_back(*lookup.item);
-    print(context, found);
-    return worst;
+    const std::vector<Lookup> lookups = findItems(context, options.paths);
+    Outcomes outcomes(context);
+    Printer printer(context, outcomes);
+    for (const Lookup& lookup : lookups) {
+        if (lookup.item)
+            printer.print(*lookup.item);
+        else
+            outcomes.notFound(lookup);
+    }
+    return outcomes.finish();
 }
 
 } // namespace
@@ -109,7 +120,7 @@ void addStatCommand(const CommandLine& line)
         ->type_name("PATH")
         ->required();
     command.add_option("--drive", options->drive, "The paths are relative to this drive (name or identifier)")
-        ->type_name("NAME");
+        ->type_name("DRIVE");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -6,6 +6,7 @@
 #include "tools/tessaport/items/Batches.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
@@ -26,7 +27,9 @@ struct SyncOptions {
 
 using Items = std::vector<Item>;
 
-/// Calls `visit` with every item beneath a folder that stands on one side only.
+constexpr const char* ActionProperty = "SyncAction";
+
+/// Calls `visit` with each item in a folder, at any depth, that exists on one side only.
 template <class Visit>
 void forEachOneSided(Context& context, const Item& item, Visit visit)
 {
@@ -46,22 +49,55 @@ CommandResult syncTogether(Context& context, const Items& items)
     return context.connection().syncFiles(buffer);
 }
 
-constexpr const char* NotSynced = "not synced: its drive is offline or read-only, the disk is full, the name is not "
-                                  "allowed, or there is a folder of this name on the other side";
+Items contentsOf(Context& context, const Item& folder)
+{
+    Items items;
+    for (const Item& item : context.connection().getFolderContents(folder))
+        items.push_back(item);
+    return items;
+}
 
-// What is still on one side beneath a folder that failed is what could not be done; a folder without such items is
-// named itself.
+std::string whyNotSynced(const Reasons& reasons, const Item& item)
+{
+    return "not synced: " +
+           reasons.whyNotDone(item,
+               "its drive is offline or read-only, the disk is full, the name is not allowed, or there "
+               "is a folder of this name on the other side");
+}
+
+/// Names what the sync application says has failed in a folder; false if it says nothing.
+bool reportFailedInside(Context& context, const Item& folder, Outcomes& outcomes)
+{
+    const Items items = contentsOf(context, folder);
+    const Reasons reasons(context, items);
+    bool found = false;
+    for (const Item& item : items) {
+        if (reasons.hasFailed(item)) {
+            outcomes.failed(localPath(item), whyNotSynced(reasons, item));
+            found = true;
+        }
+        if (item.isFolder)
+            found = reportFailedInside(context, item, outcomes) || found;
+    }
+    return found;
+}
+
+// For sync applications that keep no reasons: what is still on one side in a folder is what could not be done.
+bool reportOneSidedInside(Context& context, const Item& folder, Outcomes& outcomes)
+{
+    bool found = false;
+    forEachOneSided(context, folder, [&](const Item& waiting) {
+        outcomes.failed(localPath(waiting), whyNotSynced(Reasons(context, {waiting}), waiting));
+        found = true;
+    });
+    return found;
+}
+
 void reportFailed(Context& context, const Item& item, Outcomes& outcomes)
 {
-    bool named = false;
-    if (item.isFolder) {
-        forEachOneSided(context, item, [&](const Item& waiting) {
-            named = true;
-            outcomes.failed(localPath(waiting), NotSynced);
-        });
-    }
-    if (!named)
-        outcomes.failed(localPath(item), NotSynced);
+    if (item.isFolder && (reportFailedInside(context, item, outcomes) || reportOneSidedInside(context, item, outcomes)))
+        return;
+    outcomes.failed(localPath(item), whyNotSynced(Reasons(context, {item}), item));
 }
 
 bool wasAskedFor(const Item& item, const Items& items)
@@ -69,16 +105,59 @@ bool wasAskedFor(const Item& item, const Items& items)
     return std::any_of(items.begin(), items.end(), [&item](const Item& other) { return isSame(item, other); });
 }
 
-// What was asked for is listed once it is in sync; of what lies beneath, what was copied.
-void reportListed(const Items& items, const CommandResult& result, Outcomes& outcomes)
+/// The name that a copy kept in a conflict was given beside: "a (conflict 2024-05-01 101530).txt" beside "a.txt".
+std::string originalOf(const std::string& copy)
 {
-    for (const Item& item : result.itemsCreated)
-        outcomes.done(localPath(item), "kept twice");
-    for (const Item& item : result.itemsUpdated)
-        outcomes.done(localPath(item), wasAskedFor(item, items) ? "in sync" : "updated");
+    const std::size_t note = copy.rfind(" (conflict ");
+    const std::size_t end = note == std::string::npos ? note : copy.find(')', note);
+    return end == std::string::npos ? "" : copy.substr(0, note) + copy.substr(end + 1);
 }
 
-// An item that is in no list was not done, or was done under a new name; asking for it alone tells.
+/// Which version kept the name: "here" if it was uploaded, "server" if it was downloaded.
+std::string sideThatKeptTheName(const Item& copy, const PropertyTexts& actions)
+{
+    const QVString original = libraryText(originalOf(utf8(copy.relativePath)));
+    const std::string action = actions.of(copy.driveId, original, ActionProperty);
+    return action == "uploaded" ? "here" : action == "downloaded" ? "server" : "";
+}
+
+std::string explanationOf(const std::string& original, const std::string& sideThatKeptIt)
+{
+    if (sideThatKeptIt.empty())
+        return "";
+    return ": '" + fileName(original) + "' is the version " +
+           (sideThatKeptIt == "here" ? "from here, this is the one from the server"
+                                     : "from the server, this is the one from here");
+}
+
+void reportConflict(const Item& copy, const PropertyTexts& actions, Outcomes& outcomes)
+{
+    const std::string side = sideThatKeptTheName(copy, actions);
+    const std::string original = originalOf(localPath(copy));
+    outcomes.done(
+        localPath(copy), "kept twice", explanationOf(original, side), {{"of", original}, {"nameKeptBy", side}});
+    outcomes.endWith(ExitCode::Conflict);
+}
+
+std::string whatWasDone(const Item& item, const Items& askedFor, const PropertyTexts& actions)
+{
+    const std::string action = actions.of(item, ActionProperty);
+    if (!action.empty())
+        return action;
+    return wasAskedFor(item, askedFor) ? "in sync" : "updated";
+}
+
+// What was asked for is listed if it is in sync, and what is inside of it if it was copied or renamed.
+void reportListed(Context& context, const Items& items, const CommandResult& result, Outcomes& outcomes)
+{
+    const PropertyTexts actions(context, {result.itemsUpdated.begin(), result.itemsUpdated.end()}, {ActionProperty});
+    for (const Item& item : result.itemsCreated)
+        reportConflict(item, actions, outcomes);
+    for (const Item& item : result.itemsUpdated)
+        outcomes.done(localPath(item), whatWasDone(item, items, actions));
+}
+
+// An item that is in no list has failed or has been renamed. Syncing it alone shows which.
 bool reportUnlisted(Context& context, const Items& items, const CommandResult& result, Outcomes& outcomes)
 {
     bool found = false;
@@ -98,7 +177,7 @@ void syncBatch(Context& context, const Items& items, Outcomes& outcomes)
 {
     try {
         const CommandResult result = syncTogether(context, items);
-        reportListed(items, result, outcomes);
+        reportListed(context, items, result, outcomes);
         if (!result.isSuccess && !reportUnlisted(context, items, result, outcomes))
             outcomes.failedAsAWhole(NotRemembered);
     } catch (const ApiException&) {
@@ -122,12 +201,24 @@ Items itemsToSync(Context& context, const std::vector<std::string>& paths, Outco
     return items;
 }
 
+std::string whatWouldBeDone(const Item& item, const std::string& state)
+{
+    if (state == "changed-here" || (item.isInWorkspace && !item.isOnServer))
+        return "would go up";
+    if (state == "changed-on-server" || (item.isOnServer && !item.isInWorkspace))
+        return "would come down";
+    return state == "changed-on-both" ? "changed on both sides" : "";
+}
+
 void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcomes)
 {
+    const PropertyTexts states(context, items, {"SyncState"});
     for (const Item& item : items) {
-        forEachOneSided(context, item, [&outcomes](const Item& waiting) {
-            outcomes.done(localPath(waiting), waiting.isOnServer ? "would come down" : "would go up");
-        });
+        const std::string what = whatWouldBeDone(item, states.of(item, "SyncState"));
+        if (!what.empty())
+            outcomes.done(localPath(item), what);
+        if (item.isFolder)
+            showWhatWouldBeDone(context, contentsOf(context, item), outcomes);
     }
 }
 
@@ -139,18 +230,18 @@ ExitCode syncMany(Context& context, const SyncOptions& options)
         showWhatWouldBeDone(context, items, outcomes);
         return outcomes.finish();
     }
-    Progress progress("Syncing", items.size());
+    Progress progress(context.output, "Syncing", items.size());
     progress.advanceTo(0);
-    inBatches(items, [&](const Items& batch, std::size_t end) {
-        progress.clear();
-        syncBatch(context, batch, outcomes);
-        progress.advanceTo(end);
+    inBatches(items, [&](const Batch<Item>& batch) {
+        syncBatch(context, batch.things, outcomes);
+        progress.advanceTo(batch.countSoFar);
     });
-    progress.clear();
+    if (!outcomes.isJson())
+        outcomes.line("Total: " + (outcomes.total().empty() ? "nothing to sync" : outcomes.total()));
     return outcomes.finish();
 }
 
-// The one-call operations, for hosts that keep no connection.
+// By the one-shot operations, for hosts that keep no connection.
 ExitCode syncOne(Context& context, const std::string& path)
 {
     Item item;
@@ -177,16 +268,16 @@ void addSyncCommand(const CommandLine& line)
     const auto options = std::make_shared<SyncOptions>();
     CLI::App& command = addCommand(line, "sync", "Bring both sides up to date; without PATH all drives",
         "tessaport sync\n"
-        "tessaport sync PATH PATH       folders with all that is beneath\n"
-        "tessaport sync -n PATH         only says what stands on one side and would be copied\n"
-        "tessaport sync --one PATH      one item, by the call for hosts that keep no connection",
+        "tessaport sync PATH PATH       folders with everything in them\n"
+        "tessaport sync -n PATH         only show which way files would go\n"
+        "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
         [options](Context& context) {
             return options->one.empty() ? syncMany(context, *options) : syncOne(context, options->one);
         });
     CLI::Option* const paths =
         command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH");
-    CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
-    command.add_option("--one", options->one, "Sync this one item in one call")
+    CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
+    command.add_option("--one", options->one, "Sync this one item with a one-shot operation")
         ->type_name("PATH")
         ->excludes(paths)
         ->excludes(dryRun);

@@ -35,10 +35,8 @@ void draw(Context& context, const Item& folder, const std::string& indent, const
     for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
         const Item& item = *branches[i];
         const bool last = i + 1 == branches.GetSize();
-        const Cell name = nameCell(item);
-        context.output.line(indent + (last ? "└── " : "├── ") +
-                            context.output.coloured(name.colour, printable(name.text)) +
-                            context.output.coloured(Colour::Dim, noteOn(item)));
+        context.output.line(
+            std::vector<Span>{indent + (last ? "└── " : "├── "), nameCell(item), {noteOn(item), Colour::Dim}});
         if (item.isFolder)
             draw(context, item, indent + (last ? "    " : "│   "), options, depth + 1);
     }
@@ -102,7 +100,7 @@ ExitCode tree(Context& context, const TreeOptions& options)
 
 void showTree(Context& context, const Item& root, const std::string& title, const TreeOptions& options)
 {
-    context.output.line(context.output.coloured(Colour::Heading, printable(title)));
+    context.output.line(std::vector<Span>{{title, Colour::Heading}});
     if (root.isFolder)
         draw(context, root, "", options, 0);
 }

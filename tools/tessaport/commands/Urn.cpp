@@ -33,7 +33,7 @@ ExitCode showUrn(Context& context, const UrnOptions& options)
     if (found.urn.empty()) {
         context.output.message(
             "'" + options.path + "' has no URN" +
-            (item.isFolder && !options.parentKey ? "; some drives give folders one with --parent-key only"
+            (item.isFolder && !options.parentKey ? " of its own; --parent-key shows that of the folder that holds it"
                 : item.isOnServer                ? ""
                                                  : ", as it is not on the server yet"));
         return ExitCode::NotFound;
@@ -43,8 +43,8 @@ ExitCode showUrn(Context& context, const UrnOptions& options)
         return ExitCode::Ok;
     }
     if (!found.projectId.empty())
-        context.output.line("project  " + printable(found.projectId));
-    context.output.line("urn      " + printable(found.urn));
+        context.output.line("project  " + found.projectId);
+    context.output.line("urn      " + found.urn);
     return ExitCode::Ok;
 }
 
@@ -58,7 +58,8 @@ void addUrnCommand(const CommandLine& line)
         "tessaport urn --parent-key FOLDER",
         [options](Context& context) { return showUrn(context, *options); });
     command.add_option("path", options->path, "File or folder in a workspace")->type_name("PATH")->required();
-    command.add_flag("--parent-key", options->parentKey, "For a folder, read the property that names it as a parent");
+    command.add_flag(
+        "--parent-key", options->parentKey, "For a folder, show the URN of the folder that holds it (KeldaParentId)");
 }
 
 } // namespace Quorvex::Velmora::Tool

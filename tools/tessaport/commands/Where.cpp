@@ -5,6 +5,7 @@
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -28,11 +29,14 @@ struct Place {
     Urn urn;
 };
 
-// Some drives name a folder by its own property, others only as a parent.
-Urn anyUrnOf(const Item& item)
+// A folder without an identifier of its own is answered with that of the folder that holds it. No two items share one.
+Urn ownUrnOf(Context& context, const Item& item)
 {
-    const Urn own = urnOf(item, false);
-    return own.urn.empty() && item.isFolder ? urnOf(item, true) : own;
+    const Urn urn = urnOf(item, false);
+    if (!item.isFolder || urn.urn.empty() || item.relativePath.Empty())
+        return urn;
+    const auto parent = findInOneCall(context, selfAndParents(absolutePath(utf8(item.workspacePath))).at(1));
+    return parent && urnOf(*parent, false).urn == urn.urn ? Urn{} : urn;
 }
 
 std::string permanentIdOf(const Item& item)
@@ -49,7 +53,7 @@ Place placeByPath(Context& context, const std::string& path)
     if (!QvNativeTessaportAPI::getPermanentIdByFullWorkspacePath(nullptr, item.workspacePath, permanentId))
         permanentId = libraryText(permanentIdOf(item));
     return {findDrive(context, utf8(item.driveId)), utf8(item.relativePath), localPath(item), utf8(permanentId),
-        anyUrnOf(item)};
+        ownUrnOf(context, item)};
 }
 
 Place placeById(Context& context, const std::string& id)
@@ -65,7 +69,7 @@ Place placeById(Context& context, const std::string& id)
         throw Failure(ExitCode::NotFound, "'" + id + "': no item has this permanent id, or its drive is offline");
     }
     item.workspacePath = path;
-    return {findDrive(context, utf8(driveId)), utf8(item.relativePath), localPath(item), id, anyUrnOf(item)};
+    return {findDrive(context, utf8(driveId)), utf8(item.relativePath), localPath(item), id, ownUrnOf(context, item)};
 }
 
 void printAsJson(Output& output, const Place& place)

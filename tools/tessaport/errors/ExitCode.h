@@ -15,6 +15,7 @@ enum class ExitCode : int {
     NotInstalled = 4,
     NotRunning = 5,
     UpdateNeeded = 6,
+    Conflict = 7,
 };
 
 /// Makes `worst` the code to end with when `next` happened, too. Different failures together are a plain failure.

@@ -1,4 +1,3 @@
-// Many things, some at a time.
 #pragma once
 
 #include <algorithm>
@@ -8,18 +7,25 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// How many files one request carries: few requests for many files, and still often enough a sign of progress.
+/// How many files one request carries: few requests for many files, and still frequent signs of progress.
 inline constexpr std::size_t BatchSize = 100;
 
-/// Calls `handle` with the batches of `all`, in order.
+template <class T>
+struct Batch {
+    std::vector<T> things;
+    std::size_t countSoFar; ///< How many things this batch and those before it hold.
+};
+
+/// Processes a list in batches.
+///
+/// @param handle  called with each Batch, in order.
 template <class T, class Handle>
 void inBatches(const std::vector<T>& all, Handle handle)
 {
-    for (std::size_t start = 0; start < all.size(); start += BatchSize) {
-        const std::size_t end = std::min(start + BatchSize, all.size());
-        handle(std::vector<T>(
-                   all.begin() + static_cast<std::ptrdiff_t>(start), all.begin() + static_cast<std::ptrdiff_t>(end)),
-            end);
+    for (auto start = all.begin(); start != all.end();) {
+        const auto end = start + std::min<std::ptrdiff_t>(BatchSize, all.end() - start);
+        handle(Batch<T>{{start, end}, static_cast<std::size_t>(end - all.begin())});
+        start = end;
     }
 }
 

@@ -122,15 +122,6 @@ std::vector<Lookup> findItemsOr(
     return found;
 }
 
-std::vector<Lookup> findItemsOrReport(Context& context, const std::vector<std::string>& paths, ExitCode& worst)
-{
-    return findItemsOr(context, paths, [&](const Lookup& missing) {
-        const Failure failure = notFound(missing);
-        context.output.message(failure.what());
-        combine(worst, failure.code);
-    });
-}
-
 Item findItem(Context& context, const std::string& path)
 {
     const Lookup lookup = findItems(context, {path}).front();

@@ -26,9 +26,6 @@ std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& 
 std::vector<Lookup> findItemsOr(
     Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
 
-/// The same; the others are named on standard error and recorded in `worst`.
-std::vector<Lookup> findItemsOrReport(Context& context, const std::vector<std::string>& paths, ExitCode& worst);
-
 /// The one item at a path. @throws Failure with NotFound when there is none.
 TessaportAPI::Item findItem(Context& context, const std::string& path);
 

@@ -1,30 +1,43 @@
 #include "tools/tessaport/items/Outcomes.h"
 
-#include "tools/tessaport/text/Text.h"
+#include <algorithm>
 
 namespace Quorvex::Velmora::Tool
 {
 
-Outcomes::Outcomes(Context& commandContext)
-    : context(commandContext),
-      json(commandContext.options.json ? std::make_unique<JsonList>(commandContext.output) : nullptr)
+Outcomes::Outcomes(Context& commandContext) : context(commandContext) {}
+
+bool Outcomes::isJson() const { return context.options.json; }
+
+void Outcomes::done(
+    const std::string& path, const std::string& what, const std::string& explanation, const Json& details)
 {
+    count(what);
+    if (!isJson())
+        return line(what + "  " + path + explanation);
+    Json element{{"path", path}, {"outcome", what}};
+    element.update(details);
+    add(element);
 }
 
-void Outcomes::done(const std::string& path, const std::string& what)
+void Outcomes::add(const Json& answer)
 {
-    if (json != nullptr)
-        json->add({{"path", path}, {"outcome", what}});
-    else
-        context.output.line(what + "  " + printable(path));
+    put([&] { list().add(answer); });
 }
 
-void Outcomes::failed(const std::string& path, const std::string& reason, ExitCode code)
+void Outcomes::line(const std::string& text)
+{
+    put([&] { context.output.line(text); });
+}
+
+void Outcomes::failed(const std::string& subject, const std::string& reason, ExitCode code, const char* key)
 {
     combine(worst, code);
-    if (json != nullptr)
-        json->add({{"path", path}, {"outcome", "failed"}, {"reason", reason}});
-    context.output.message("'" + printable(path) + "': " + reason);
+    count("failed");
+    if (isJson())
+        add({{key, subject}, {"outcome", "failed"}, {"reason", reason}});
+    put([&] { context.output.flush(); });
+    context.output.message("'" + subject + "': " + reason);
 }
 
 void Outcomes::notFound(const Lookup& lookup) { failed(lookup.given, whyNotFound(lookup), ExitCode::NotFound); }
@@ -32,16 +45,62 @@ void Outcomes::notFound(const Lookup& lookup) { failed(lookup.given, whyNotFound
 void Outcomes::failedAsAWhole(const std::string& reason)
 {
     combine(worst, ExitCode::Failure);
-    if (json != nullptr)
-        json->add({{"outcome", "failed"}, {"reason", reason}});
+    if (isJson())
+        add({{"outcome", "failed"}, {"reason", reason}});
+    put([&] { context.output.flush(); });
     context.output.message(reason);
+}
+
+std::string Outcomes::total() const
+{
+    std::string text;
+    for (const auto& [what, number] : counts)
+        text += (text.empty() ? "" : ", ") + std::to_string(number) + ' ' + what;
+    return text;
+}
+
+void Outcomes::count(const std::string& what)
+{
+    const auto found =
+        std::find_if(counts.begin(), counts.end(), [&what](const auto& entry) { return entry.first == what; });
+    if (found == counts.end())
+        counts.emplace_back(what, 1);
+    else
+        ++found->second;
 }
 
 ExitCode Outcomes::finish()
 {
-    if (json != nullptr)
-        json->close();
+    put([&] {
+        if (isJson())
+            list().close();
+        context.output.flush();
+    });
+    if (writeFailure != nullptr)
+        std::rethrow_exception(writeFailure);
     return worst;
+}
+
+// The work goes on whether its list can be written or not.
+void Outcomes::put(const std::function<void()>& writeOut)
+{
+    if (readerGone || writeFailure != nullptr)
+        return;
+    try {
+        writeOut();
+    } catch (const ReaderGone&) {
+        readerGone = true;
+    } catch (const Failure&) {
+        writeFailure = std::current_exception();
+    }
+}
+
+// Begun with the first element: a command that fails as a whole prints no list.
+JsonList& Outcomes::list()
+{
+    if (json == nullptr)
+        json = std::make_unique<JsonList>(context.output);
+    return *json;
 }
 
 } // namespace Quorvex::Velmora::Tool

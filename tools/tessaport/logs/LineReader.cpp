@@ -24,6 +24,8 @@ constexpr std::size_t LongestLine = 64 * 1024 * 1024;
 LineReader::LineReader(const std::string& file) : name(file), source(&opened)
 {
     if (file == "-") {
+        if (!Platform::isOpen(Platform::Stream::Input))
+            throw Failure(ExitCode::Failure, "standard input is closed; name a file");
         source = &Platform::standardInput();
         return;
     }

@@ -78,7 +78,7 @@ std::string readable(const Json& record)
         if (!hasTime || name != "timestamp")
             appendReadable(line, name, value);
     }
-    return printable(line);
+    return line;
 }
 
 RecordFilter::RecordFilter(const std::string& condition)
@@ -91,7 +91,11 @@ RecordFilter::RecordFilter(const std::string& condition)
     plainPart = longestPlainPart(condition.substr(equals + 1));
 }
 
-bool RecordFilter::mayMatch(std::string_view line) const { return line.find(plainPart) != std::string_view::npos; }
+// Any character of the plain part may be written as an escape, too, and then begins like this.
+bool RecordFilter::mayMatch(std::string_view line) const
+{
+    return line.find(plainPart) != std::string_view::npos || line.find("\\u00") != std::string_view::npos;
+}
 
 bool RecordFilter::matches(std::string_view line) const
 {

@@ -1,18 +1,20 @@
 #include "tools/tessaport/output/Json.h"
 
+#include "tools/tessaport/text/Display.h"
+
 namespace Quorvex::Velmora::Tool
 {
 
-std::string toLine(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+std::string toLine(const Json& value) { return safeJson(value.dump(-1, ' ', false, Json::error_handler_t::replace)); }
 
-JsonList::JsonList(Output& target) : output(target) { output.write("["); }
+JsonList::JsonList(Output& target) : output(target) { output.write("[\n"); }
 
 JsonList::~JsonList()
 {
     try {
         close();
     } catch (...) {
-        // Standard output is gone; the failure that is under way says more.
+        // Standard output is gone; the failure that is already propagating says more.
     }
 }
 
@@ -20,9 +22,9 @@ void JsonList::add(const Json& element) { addLine(toLine(element)); }
 
 void JsonList::addLine(std::string_view element)
 {
-    output.write(empty ? "\n" : ",\n");
-    output.write(element);
-    empty = false;
+    if (!pending.empty())
+        output.write(pending + ",\n");
+    pending = safeJson(element);
 }
 
 void JsonList::close()
@@ -30,7 +32,7 @@ void JsonList::close()
     if (closed)
         return;
     closed = true;
-    output.write("\n]\n");
+    output.write(pending.empty() ? "]\n" : pending + "\n]\n");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,7 @@
-// Answers for machines.
 #pragma once
+
+#include <string>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -8,14 +10,17 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Keeps members in the order in which they were put.
+/// Keeps members in the order in which they were added.
 using Json = nlohmann::ordered_json;
 
-/// One line of JSON; text that is not valid UTF-8 gets replacement characters.
+/// Writes a value as one line that any terminal can show; see safeJson(). Bytes that are not UTF-8 become replacement
+/// characters.
 std::string toLine(const Json& value);
 
-/// An array with one element on each line. Closed by close(), or by the destructor when a failure cuts it short, so
-/// that what was printed is always valid.
+/// Writes an array with one element on each line.
+///
+/// The destructor closes the array if a failure cut it short, so that the output is always valid JSON. Messages appear
+/// between the lines, never inside one.
 class JsonList
 {
 public:
@@ -32,7 +37,8 @@ public:
 
 private:
     Output& output;
-    bool empty = true;
+    // The last element, held back until it is known whether a comma follows.
+    std::string pending;
     bool closed = false;
 };
 

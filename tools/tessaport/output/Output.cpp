@@ -1,15 +1,19 @@
 #include "tools/tessaport/output/Output.h"
 
 #include "tools/tessaport/errors/ExitCode.h"
-#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Display.h"
 
 namespace Quorvex::Velmora::Tool
 {
 namespace
 {
 
+using Platform::Stream;
+using Platform::Written;
+
 constexpr std::size_t BufferSize = 64 * 1024;
 
+// The only escape sequences that the tool writes besides those of the status line.
 std::string paint(Colour colour, const std::string& text)
 {
     const char* code = "0";
@@ -40,30 +44,46 @@ std::string paint(Colour colour, const std::string& text)
 Output::~Output()
 {
     try {
+        status("");
         flush();
     } catch (...) {
-        // Whoever wanted to know has flushed before.
+        // Callers that need to know have called flush() before.
     }
 }
 
 void Output::decideOnColour(bool forbidden)
 {
     const bool allowed = !forbidden && !Platform::environment("NO_COLOR");
-    colourOnOutput = allowed && Platform::showsEscapes(Platform::Stream::Output);
-    colourOnError = allowed && Platform::showsEscapes(Platform::Stream::Error);
+    colourOnOutput = allowed && Platform::showsEscapes(Stream::Output);
+    colourOnError = allowed && Platform::showsEscapes(Stream::Error);
 }
 
-void Output::write(std::string_view text)
+void Output::write(std::string_view data)
 {
-    buffer.append(text);
+    append(data, Colour::Plain);
     if (buffer.size() >= BufferSize)
         flush();
 }
 
 void Output::line(std::string_view text)
 {
-    write(text);
+    append(asOneLine(text), Colour::Plain);
     write("\n");
+}
+
+void Output::line(const std::vector<Span>& spans)
+{
+    for (const Span& span : spans)
+        append(asOneLine(span.text), span.colour);
+    write("\n");
+}
+
+void Output::append(std::string_view text, Colour colour)
+{
+    if (!outputIsTerminal)
+        buffer += text;
+    else
+        buffer += paint(colourOnOutput ? colour : Colour::Plain, safeForTerminal(text));
 }
 
 void Output::flush()
@@ -74,35 +94,53 @@ void Output::flush()
     pending.swap(buffer);
     if (readerGone)
         throw ReaderGone{};
+    status("");
     std::string reason;
-    switch (Platform::writeTo(Platform::Stream::Output, pending, reason)) {
-    case Platform::Written::All:
+    switch (Platform::writeTo(Stream::Output, pending, reason)) {
+    case Written::All:
         break;
-    case Platform::Written::ReaderGone:
+    case Written::ReaderGone:
         readerGone = true;
         throw ReaderGone{};
-    case Platform::Written::Failed:
+    case Written::Failed:
         throw Failure(ExitCode::Failure, "cannot write to standard output: " + reason);
     }
 }
 
-void Output::message(const std::string& text)
-{
-    const std::string name = "tessaport:";
-    rawMessage((colourOnError ? paint(Colour::Bad, name) : name) + ' ' + text);
-}
-
-void Output::rawMessage(const std::string& text)
+void Output::message(std::string_view text)
 {
     flush();
-    // Nowhere is left to report that messages cannot be written.
-    std::string ignored;
-    static_cast<void>(Platform::writeTo(Platform::Stream::Error, text + '\n', ignored));
+    const std::string name = paint(colourOnError ? Colour::Bad : Colour::Plain, "tessaport:");
+    showLineOnError(name + ' ', joinedLines(text));
 }
 
-std::string Output::coloured(Colour colour, const std::string& text) const
+void Output::note(std::string_view text)
 {
-    return colourOnOutput ? paint(colour, text) : text;
+    flush();
+    showLineOnError("", text);
+}
+
+void Output::showLineOnError(const std::string& prefix, std::string_view text)
+{
+    const std::string line = asOneLine(text);
+    showOnError(prefix + (errorIsTerminal ? safeForTerminal(line) : line) + '\n');
+}
+
+void Output::status(std::string_view text)
+{
+    if (text.empty() ? !statusShown : !Platform::showsEscapes(Stream::Error))
+        return;
+    statusShown = false;
+    showOnError('\r' + safeForTerminal(asOneLine(text)) + "\x1b[K");
+    statusShown = !text.empty();
+}
+
+void Output::showOnError(std::string_view text)
+{
+    status("");
+    std::string ignored;
+    if (Platform::writeTo(Stream::Error, text, ignored) == Written::Failed)
+        messagesLost = true;
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "tools/tessaport/platform/Platform.h"
-
 namespace Quorvex::Velmora::Tool
 {
 namespace
@@ -13,39 +11,23 @@ namespace
 constexpr std::size_t BarWidth = 30;
 constexpr std::chrono::milliseconds Pause{100};
 
-void show(const std::string& text)
-{
-    std::string ignored;
-    static_cast<void>(Platform::writeTo(Platform::Stream::Error, text, ignored));
-}
-
 } // namespace
 
-Progress::Progress(std::string what, std::uint64_t total)
-    : subject(std::move(what)), all(total), onTerminal(Platform::showsEscapes(Platform::Stream::Error))
+Progress::Progress(Output& target, std::string what, std::uint64_t total)
+    : output(target), subject(std::move(what)), all(total)
 {
 }
 
-Progress::~Progress() { clear(); }
+Progress::~Progress() { output.status(""); }
 
 void Progress::advanceTo(std::uint64_t done)
 {
-    if (!onTerminal)
-        return;
     const auto now = std::chrono::steady_clock::now();
     if (shown && done < all && now - last < Pause)
         return;
     last = now;
     shown = true;
-    show('\r' + picture(done) + "\x1b[K");
-}
-
-void Progress::clear()
-{
-    if (!shown)
-        return;
-    shown = false;
-    show("\r\x1b[K");
+    output.status(picture(done));
 }
 
 std::string Progress::picture(std::uint64_t done) const

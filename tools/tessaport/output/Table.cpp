@@ -33,23 +33,17 @@ Table::Table(std::vector<std::string> headings)
     rows.push_back(std::move(cells));
 }
 
-void Table::row(std::vector<Cell> cells)
-{
-    for (Cell& cell : cells)
-        cell.text = printable(cell.text);
-    rows.push_back(std::move(cells));
-}
+void Table::row(std::vector<Cell> cells) { rows.push_back(std::move(cells)); }
 
 void Table::print(Output& output) const
 {
     const std::vector<std::size_t> widths = columnWidths(rows);
     for (const auto& row : rows) {
-        std::string line;
+        std::vector<Span> line;
         for (std::size_t column = 0; column < row.size(); ++column) {
-            const Cell& cell = row[column];
-            line += output.coloured(cell.colour, cell.text);
+            line.push_back(row[column]);
             if (column + 1 < row.size())
-                line.append(widths[column] - characterCount(cell.text) + 2, ' ');
+                line.emplace_back(std::string(widths[column] - characterCount(row[column].text) + 2, ' '));
         }
         output.line(line);
     }

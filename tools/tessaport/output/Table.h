@@ -1,4 +1,3 @@
-// Columns for people.
 #pragma once
 
 #include <string>
@@ -9,15 +8,9 @@
 namespace Quorvex::Velmora::Tool
 {
 
-struct Cell {
-    std::string text;
-    Colour colour = Colour::Plain;
+using Cell = Span;
 
-    Cell(std::string cellText, Colour cellColour = Colour::Plain) : text(std::move(cellText)), colour(cellColour) {}
-    Cell(const char* cellText) : text(cellText) {}
-};
-
-/// Collects rows and prints them with columns as wide as their longest cell.
+/// Collects rows and prints them in columns as wide as their longest cell.
 class Table
 {
 public:

@@ -15,8 +15,9 @@ namespace Quorvex::Velmora::Tool::Platform
 
 enum class Stream { Input, Output, Error };
 
-/// For its lifetime the standard streams are prepared: a closed pipe is reported by writeTo, and a console obeys escape
-/// sequences. A console has its former settings afterwards.
+/// Prepares the standard streams for its lifetime: writeTo() reports a closed pipe, a stream that was closed at the
+/// start stays closed instead of becoming the next file that is opened, and a console obeys escape sequences. The
+/// destructor restores the settings of the console.
 class PreparedStreams
 {
 public:
@@ -28,6 +29,9 @@ public:
 
 /// The arguments after the program's name.
 std::vector<std::string> arguments(int argc, char** argv);
+
+/// False if the process was started with this stream closed.
+bool isOpen(Stream stream);
 
 bool isTerminal(Stream stream);
 

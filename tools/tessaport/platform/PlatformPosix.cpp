@@ -40,10 +40,28 @@ int lookAtLibrary(dl_phdr_info* info, std::size_t, void* data)
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
+bool closedAtStart[3];
+
+// The next file or pipe that the process opens would get the number and then the output. The null device is opened in
+// the direction that is not needed, so that using the stream stays an error.
+bool occupyIfClosed(Stream stream)
+{
+    if (fcntl(descriptorOf(stream), F_GETFD) >= 0 || errno != EBADF)
+        return false;
+    // The lowest free number is this one, since those below it are in use by now.
+    static_cast<void>(open("/dev/null", stream == Stream::Input ? O_WRONLY : O_RDONLY));
+    return true;
+}
+
 } // namespace
 
-// .NET ignores the signal for the whole process anyway; from here on a closed pipe is an error of write.
-PreparedStreams::PreparedStreams() { std::signal(SIGPIPE, SIG_IGN); }
+PreparedStreams::PreparedStreams()
+{
+    // .NET ignores the signal for the entire process anyway. From here on a closed pipe is an error of write.
+    std::signal(SIGPIPE, SIG_IGN);
+    for (const Stream stream : {Stream::Input, Stream::Output, Stream::Error})
+        closedAtStart[descriptorOf(stream)] = occupyIfClosed(stream);
+}
 
 PreparedStreams::~PreparedStreams() = default;
 
@@ -51,6 +69,8 @@ std::vector<std::string> arguments(int argc, char** argv)
 {
     return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
+
+bool isOpen(Stream stream) { return !closedAtStart[descriptorOf(stream)]; }
 
 bool isTerminal(Stream stream) { return isatty(descriptorOf(stream)) != 0; }
 
@@ -69,7 +89,7 @@ Written writeTo(Stream stream, std::string_view bytes, std::string& reason)
         } else if (errno == EPIPE) {
             return Written::ReaderGone;
         } else if (errno != EINTR) {
-            reason = messageOf(lastError());
+            reason = isOpen(stream) ? messageOf(lastError()) : "it is closed";
             return Written::Failed;
         }
     }

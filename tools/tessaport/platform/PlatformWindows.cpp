@@ -163,6 +163,12 @@ std::vector<std::string> arguments(int, char**)
     return result;
 }
 
+bool isOpen(Stream stream)
+{
+    const HANDLE handle = handleOf(stream);
+    return handle != nullptr && handle != INVALID_HANDLE_VALUE;
+}
+
 bool isTerminal(Stream stream)
 {
     DWORD mode = 0;
@@ -187,7 +193,7 @@ Written writeTo(Stream stream, std::string_view bytes, std::string& reason)
             const std::error_code error = lastError();
             if (error.value() == ERROR_BROKEN_PIPE || error.value() == ERROR_NO_DATA)
                 return Written::ReaderGone;
-            reason = messageOf(error);
+            reason = isOpen(stream) ? messageOf(error) : "it is closed";
             return Written::Failed;
         }
         bytes.remove_prefix(count);

@@ -15,20 +15,6 @@ std::string asciiLower(std::string_view text)
     return result;
 }
 
-std::string printable(std::string_view text)
-{
-    std::string result(text);
-    for (std::size_t i = 0; i < result.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(result[i]);
-        if (byte < 0x20 || byte == 0x7F)
-            result[i] = '?';
-        // U+0080 to U+009F, which terminals obey, too.
-        if (byte == 0xC2 && i + 1 < result.size() && static_cast<unsigned char>(result[i + 1]) < 0xA0)
-            result.replace(i, 2, "?");
-    }
-    return result;
-}
-
 std::size_t characterCount(std::string_view text)
 {
     return static_cast<std::size_t>(

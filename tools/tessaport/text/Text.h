@@ -23,9 +23,6 @@ inline Common::QVString libraryText(const std::string& text) { return text.c_str
 /// Lower case of the letters A to Z; other characters stay.
 std::string asciiLower(std::string_view text);
 
-/// The text with every control character replaced, so that a name can neither break a line nor command a terminal.
-std::string printable(std::string_view text);
-
 /// The number of characters, not of bytes.
 std::size_t characterCount(std::string_view text);
 

@@ -1,0 +1,81 @@
+/// @file
+/// A library to preload into a program: it records in which order files are flushed and renamed.
+///
+/// Each call is a line in the file that VELMORA_RECORDED_CALLS names: "flush PATH" or "rename FROM TO". Nothing is
+/// recorded without the variable, and calls that fail are not recorded.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+void record(const std::string& line)
+{
+    const char* const file = std::getenv("VELMORA_RECORDED_CALLS");
+    if (file == nullptr)
+        return;
+    const int log = open(file, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (log < 0 || write(log, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+        std::abort(); // A test that misses lines would say nothing.
+    close(log);
+}
+
+std::string pathOf(int descriptor)
+{
+    char path[4096];
+    const ssize_t length = readlink(("/proc/self/fd/" + std::to_string(descriptor)).c_str(), path, sizeof path);
+    return length < 0 ? "?" : std::string(path, static_cast<std::size_t>(length));
+}
+
+template <class Function>
+Function* next(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+int recordFlush(int descriptor, int result)
+{
+    if (result == 0)
+        record("flush " + pathOf(descriptor) + '\n');
+    return result;
+}
+
+int recordRename(const char* from, const char* to, int result)
+{
+    if (result == 0)
+        record(std::string("rename ") + from + ' ' + to + '\n');
+    return result;
+}
+
+} // namespace
+
+extern "C" {
+
+int fsync(int descriptor) { return recordFlush(descriptor, next<int(int)>("fsync")(descriptor)); }
+
+int fdatasync(int descriptor) { return recordFlush(descriptor, next<int(int)>("fdatasync")(descriptor)); }
+
+int rename(const char* from, const char* to) noexcept
+{
+    return recordRename(from, to, next<int(const char*, const char*)>("rename")(from, to));
+}
+
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
+{
+    const auto call = next<int(int, const char*, int, const char*)>("renameat");
+    return recordRename(from, to, call(fromFolder, from, toFolder, to));
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept
+{
+    const auto call = next<int(int, const char*, int, const char*, unsigned)>("renameat2");
+    return recordRename(from, to, call(fromFolder, from, toFolder, to, flags));
+}
+
+} // extern "C"

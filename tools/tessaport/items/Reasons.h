@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tessaport/app/Context.h"
+
+namespace Quorvex::Velmora::Tool
+{
+
+/// Some properties of items, as text; empty if the sync application does not define them.
+class PropertyTexts
+{
+public:
+    PropertyTexts(
+        Context& context, const std::vector<TessaportAPI::Item>& items, const std::vector<std::string>& propertyIds);
+
+    /// The value of one property; empty if the item has none.
+    [[nodiscard]] std::string of(const TessaportAPI::Item& item, const std::string& propertyId) const;
+    [[nodiscard]] std::string of(
+        const Common::QVUUID& drive, const Common::QVString& relativePath, const std::string& propertyId) const;
+
+private:
+    // By drive, relative path and property.
+    std::map<std::string, std::string> texts;
+};
+
+/// Why the sync application takes no changes of a drive now: it is offline or read-only.
+///
+/// @return empty if the drive takes changes; nothing if the sync application does not say.
+std::optional<std::string> whyDriveRefuses(Context& context, const Common::QVUUID& driveId);
+
+/// Why the sync application did not do something with items: the reason that it gives itself.
+class Reasons
+{
+public:
+    Reasons(Context& commandContext, const std::vector<TessaportAPI::Item>& items);
+
+    /// The reason without the item.
+    ///
+    /// @param guess  what to say if the sync application gives no reason.
+    [[nodiscard]] std::string whyNotDone(const TessaportAPI::Item& item, const std::string& guess) const;
+
+    /// False if the sync application says of this item that nothing failed.
+    [[nodiscard]] bool hasFailed(const TessaportAPI::Item& item) const;
+
+private:
+    Context& context;
+    PropertyTexts texts;
+};
+
+} // namespace Quorvex::Velmora::Tool
