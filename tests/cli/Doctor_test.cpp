@@ -91,6 +91,46 @@ TEST_F(Doctor, SaysThatTheAssemblyIsMissing)
     EXPECT_EQ(findings.at("Runtime")["good"], false);
 }
 
+TEST_F(Doctor, SaysThatAnAssemblyIsDamaged)
+{
+    makeDemo();
+    const fs::path copy = folder / "damaged";
+    const fs::path assembly = copy / "Quorvex.Tessaport.API.dll";
+    fs::copy(fs::path(TESSAPORT_TOOL).parent_path().parent_path() / "share/velmora/local-service", copy,
+        fs::copy_options::recursive);
+    const std::string good = readFile(assembly);
+    for (const auto& [content, detail] :
+        {std::pair<std::string, std::string>{"", "is empty"}, {"no assembly", "is not a .NET assembly"},
+            {good.substr(0, 100), "is cut short"}, {good.substr(0, good.size() / 2), "is cut short"}}) {
+        writeFile(assembly, content);
+
+        const auto findings = examine({"--api-folder", text(copy)}, 1);
+
+        EXPECT_EQ(findings.at("API")["good"], false) << detail;
+        EXPECT_EQ(findings.at("API")["detail"], text(assembly) + ' ' + detail);
+    }
+}
+
+TEST_F(Doctor, HasARemedyForEverythingThatIsBad)
+{
+    const auto expectRemedies = [this](const std::vector<std::string>& arguments, int exitCode) {
+        for (const auto& [subject, finding] : examine(arguments, exitCode))
+            EXPECT_EQ(finding["remedy"] == "", finding["good"] == true) << finding;
+    };
+    expectRemedies({}, 4);
+    makeDemo();
+    fs::create_directory(folder / "empty");
+    expectRemedies({}, 0);
+    expectRemedies({"--dotnet-root", text(folder / "empty")}, 1);
+    expectRemedies({"--api-folder", text(folder / "empty")}, 1);
+    for (const auto& [state, code] : {std::pair<std::string, int>{"not-running", 5}, {"forced-update", 6}}) {
+        expectOk({"service", "set-state", state});
+        expectRemedies({}, code);
+    }
+    writeFile(home / "service.json", "{");
+    expectRemedies({}, 1);
+}
+
 TEST_F(Doctor, SaysThatTheServiceIsNotInstalled)
 {
     const auto findings = examine({}, 4);

@@ -1,6 +1,7 @@
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/installation/AssemblyFile.h"
 #include "tools/tessaport/installation/DotnetFinder.h"
 #include "tools/tessaport/installation/FileVersion.h"
 #include "tools/tessaport/output/Items.h"
@@ -55,6 +56,8 @@ Finding lookAtAssembly(const std::string& subject, const fs::path& file, const s
     std::error_code error;
     if (!fs::is_regular_file(file, error))
         return bad(subject, "there is no " + toText(file), remedy);
+    if (const std::string damage = damageOf(file); !damage.empty())
+        return bad(subject, toText(file) + ' ' + damage, remedy);
     return good(subject, fileVersion(file).value_or(""), toText(file));
 }
 
@@ -105,6 +108,22 @@ Finding lookAtDotnetInstallations(const Context& context)
     return bad(".NET", "no host/fxr in " + listed(looked), remedy);
 }
 
+std::string remedyFor(ExitCode code)
+{
+    switch (code) {
+    case ExitCode::Ok:
+        return "";
+    case ExitCode::NotInstalled:
+        return "make a home with 'tessaport demo', or name another one with --home";
+    case ExitCode::NotRunning:
+        return "start the sync application; the local sync service with 'tessaport service start'";
+    case ExitCode::UpdateNeeded:
+        return "update the sync application; for the local sync service 'tessaport service start' is enough";
+    default:
+        return "correct what the message names";
+    }
+}
+
 // The local sync service's home; another sync application has none.
 Finding lookAtHome()
 {
@@ -112,7 +131,7 @@ Finding lookAtHome()
     const ServiceStateName* const state = home.state();
     if (state == nullptr)
         return bad("Home", toText(home.serviceFile()) + " names no state", "run 'tessaport service start'");
-    return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), ""};
+    return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), remedyFor(state->code)};
 }
 
 // The version of a runtime is the name of the folder that it is loaded from.
@@ -140,7 +159,7 @@ public:
             findings.push_back(look());
         } catch (...) {
             const Explanation explanation = explainCurrentException();
-            findings.push_back(bad(subject, explanation.text, ""));
+            findings.push_back(bad(subject, explanation.text, remedyFor(explanation.code)));
             code = explanation.code;
         }
         if (!findings.back().good && code == ExitCode::Ok)
@@ -163,7 +182,8 @@ Examination examineAll(Context& context)
     if (context.options.apiFolder.empty())
         examination.examine("Home", lookAtHome);
     if (!apiFound)
-        examination.examine("Runtime", [] { return bad("Runtime", "not started, as there is no API for it", ""); });
+        examination.examine("Runtime",
+            [] { return bad("Runtime", "not started, as the API cannot be used", "correct the API first"); });
     else if (examination.examine("Runtime", [&context] { return startRuntime(context); }))
         examination.examine("Service", [&context] { return askService(context); });
     return examination;
