@@ -1,19 +1,21 @@
 #include <memory>
 #include <utility>
 
-#include "tools/tessaport/commandline/Completion.h"
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/completion/Candidates.h"
+#include "tools/tessaport/completion/Scripts.h"
+#include "tools/tessaport/text/Display.h"
 
 namespace Quorvex::Velmora::Tool
 {
 namespace
 {
 
-std::string scriptFor(const std::string& shell, const CLI::App& app)
+ExitCode complete(Context& context, const CLI::App& app, const std::vector<std::string>& words)
 {
-    if (shell == "bash")
-        return bashCompletion(app);
-    return shell == "zsh" ? zshCompletion(app) : fishCompletion(app);
+    for (const Candidate& candidate : candidatesFor(context, app, words))
+        context.output.write(asOneLine(candidate.word) + '\t' + asOneLine(candidate.description) + '\n');
+    return ExitCode::Ok;
 }
 
 } // namespace
@@ -21,18 +23,24 @@ std::string scriptFor(const std::string& shell, const CLI::App& app)
 void addCompletionCommand(const CommandLine& line)
 {
     const auto shell = std::make_shared<std::string>();
-    addCommand(line, "completion", "Print a script that completes commands and options",
+    addCommand(line, "completion", "Print a script that completes commands, options and their values",
         "source <(tessaport completion bash)\n"
         "tessaport completion zsh > ~/.zfunc/_tessaport\n"
         "tessaport completion fish > ~/.config/fish/completions/tessaport.fish",
-        [shell, &app = std::as_const(line.app)](Context& context) {
-            context.output.write(scriptFor(*shell, app));
+        [shell](Context& context) {
+            context.output.write(completionScript(*shell));
             return ExitCode::Ok;
         })
         .add_option("shell", *shell, "bash, zsh or fish")
         ->type_name("SHELL")
         ->check(CLI::IsMember({"bash", "zsh", "fish"}).description(""))
         ->required();
+
+    const auto words = std::make_shared<std::vector<std::string>>();
+    const auto hidden = line.under("");
+    addCommand(hidden, CompletionCommand, "", "", [words, &app = std::as_const(line.app)](Context& context) {
+        return complete(context, app, *words);
+    }).add_option("word", *words);
 }
 
 } // namespace Quorvex::Velmora::Tool
