@@ -1,4 +1,3 @@
-/// Where the library finds .NET and the sync application's assembly.
 #pragma once
 
 #include <filesystem>
@@ -8,20 +7,27 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
+/// Where the library looks for .NET and for the sync application's assembly.
 struct RuntimeOptions {
-    /// Folder that holds Quorvex.Tessaport.API.dll and what that assembly needs. Empty: the folder of this library.
+    /// The folder that holds Quorvex.Tessaport.API.dll and what that assembly needs. Empty means the folder of this
+    /// library.
     std::filesystem::path apiFolder;
 
-    /// Folder of a .NET installation, the one that holds host/fxr. Empty: the installation that .NET's own look-up
+    /// The folder of a .NET installation, which holds host/fxr. Empty means the installation that .NET's own look-up
     /// finds.
     std::filesystem::path dotnetRoot;
 };
 
-/// Sets the options for the first connection of the process, which starts the .NET runtime. May be called again until a
-/// start has succeeded, also after one has failed. No environment variable and no file of this library is read.
+/// Sets the options for the first connection of the process, which starts the .NET runtime.
 ///
-/// Relative paths are taken from the current directory of the moment of this call. May be called on any thread.
+/// May be called on any thread, and again until a start has succeeded, also after one has failed. The library reads no
+/// environment variable and no configuration file of its own.
+///
+/// @param options  relative paths are resolved by this call, against the current directory.
 /// @throws std::logic_error once a start has succeeded.
+/// @throws std::filesystem::filesystem_error for a relative path when the current directory does not exist any more.
+/// The
+///         options set before stay.
 VELMORA_API void setRuntimeOptions(const RuntimeOptions& options);
 
 } // namespace Quorvex::Velmora::TessaportAPI

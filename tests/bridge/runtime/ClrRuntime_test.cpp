@@ -313,6 +313,40 @@ TEST_F(Starting, TakesRelativeLocationsFromTheCurrentFolderOfTheCall)
     EXPECT_TRUE(runtime.locations().dotnetRoot.empty());
 }
 
+#ifndef _WIN32 // No process's current folder can be removed there.
+class WithoutACurrentFolder : public Starting
+{
+protected:
+    WithoutACurrentFolder()
+    {
+        std::filesystem::create_directory(folder.path() / "gone");
+        std::filesystem::current_path(folder.path() / "gone");
+        std::filesystem::remove(folder.path() / "gone");
+    }
+    ~WithoutACurrentFolder() override { std::filesystem::current_path(former); }
+
+private:
+    const std::filesystem::path former = std::filesystem::current_path();
+};
+
+TEST_F(WithoutACurrentFolder, RelativeLocationsAreRefusedAndTheFormerOnesStay)
+{
+    runtime.setLocations({folder.path() / "api", folder.path() / "dotnet"});
+
+    EXPECT_THROW(runtime.setLocations({folder.path() / "other", "relative"}), std::filesystem::filesystem_error);
+
+    EXPECT_EQ(runtime.locations().apiFolder, folder.path() / "api");
+    EXPECT_EQ(runtime.locations().dotnetRoot, folder.path() / "dotnet");
+}
+
+TEST_F(WithoutACurrentFolder, RelativeLocationsAreALogicErrorOnceTheRuntimeHasStarted)
+{
+    expectSuccess();
+
+    EXPECT_THROW(runtime.setLocations({"relative", {}}), std::logic_error);
+}
+#endif
+
 TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
 {
     runtime.setLocations({{}, folder.path() / "absent"});

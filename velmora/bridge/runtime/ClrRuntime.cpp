@@ -150,11 +150,11 @@ void ClrRuntime::failHosting(const HostingStatus& status) const
 
 void ClrRuntime::setLocations(const RuntimeLocations& given)
 {
-    RuntimeLocations resolved{absoluteUnlessEmpty(given.apiFolder), absoluteUnlessEmpty(given.dotnetRoot)};
     const std::lock_guard lock(mutex);
     if (started)
         throw std::logic_error("The runtime has started: its options can be set only before the first connection.");
-    wanted = std::move(resolved);
+    // Resolved as a pair: a failure changes neither.
+    wanted = RuntimeLocations{absoluteUnlessEmpty(given.apiFolder), absoluteUnlessEmpty(given.dotnetRoot)};
 }
 
 RuntimeLocations ClrRuntime::locations() const

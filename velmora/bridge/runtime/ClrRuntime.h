@@ -45,7 +45,8 @@ public:
         return table != nullptr ? *table : start();
     }
 
-    /// @throws std::logic_error once a start has succeeded.
+    /// @throws std::logic_error once a start has succeeded, otherwise std::filesystem::filesystem_error for a relative
+    ///         path when the current directory does not exist any more. Nothing is changed then.
     void setLocations(const RuntimeLocations& locations);
 
     [[nodiscard]] RuntimeLocations locations() const;
