@@ -7,7 +7,7 @@
 
 #include <velmora/platform/CanonicalPath.h>
 #include <velmora/platform/QrxQvFileSystemUtility.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace
 {

@@ -6,7 +6,7 @@
 
 #include <velmora/api/UuidAccess.h>
 #include <velmora/bridge/conversions/ToNative.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Bench
 {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Bench
 {

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/api/TextAccess.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 using namespace Quorvex::Velmora::Common;
 

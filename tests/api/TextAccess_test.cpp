@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 using namespace Quorvex::Velmora::Common;
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include <velmora/io/QVChecksum.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 int main(int count, char** arguments)
 {

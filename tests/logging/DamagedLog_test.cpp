@@ -5,7 +5,7 @@
 
 #include <velmora/logging/QVJsonLogTarget.h>
 #include <velmora/logging/QVJsonParser.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #include "tests/support/CapturedErrors.h"
 #include "tests/support/MemoryLimit.h"
 

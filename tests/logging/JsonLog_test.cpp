@@ -11,7 +11,7 @@
 #include <velmora/logging/QVJsonParser.h>
 #include <velmora/logging/QVKeyValueEvent.h>
 #include <velmora/logging/QVLoggerBase.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #include "tests/support/CapturedErrors.h"
 #include "tests/support/CommaLocale.h"
 

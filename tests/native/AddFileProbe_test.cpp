@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <velmora/platform/NativePath.h>
 #include "tests/native/ProbeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -110,34 +109,6 @@ TEST_F(CanAddFile, TakesOddPaths)
     for (const wchar_t* path : {L"", L"D:\\\xD800", longPath.c_str()}) {
         EXPECT_FALSE(Api::canAddFile(hwnd, path));
         expectNoProbeFile();
-    }
-    EXPECT_THAT(log.take(), IsEmpty());
-}
-
-class TrueFullPath : public ScriptedTest
-{
-};
-
-TEST_F(TrueFullPath, IsThatOfTheManagedRuntime)
-{
-#ifdef _WIN32
-    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"D:/a/./b/../\xE9\xD800"), L"D:\\a\\\xE9\xD800");
-#else
-    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"/a/./b/../\xE9\xD800"), L"/a/\xE9\xD800");
-#endif
-    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"x.txt"),
-        Common::wideText((std::filesystem::current_path() / "x.txt").make_preferred()));
-}
-
-TEST_F(TrueFullPath, ThatThereIsNoneIsApiExceptionWithTheManagedMessage)
-{
-    for (const std::wstring& path : {std::wstring(), std::wstring(L"a\0b", 3)}) {
-        try {
-            (void)QvNativeTessaportAPI::toTrueFullPath(path);
-            FAIL() << "nothing was thrown";
-        } catch (const ApiException& e) {
-            EXPECT_STRNE(e.what(), "");
-        }
     }
     EXPECT_THAT(log.take(), IsEmpty());
 }

@@ -12,7 +12,7 @@
 
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
-#include <velmora/platform/QVLog.h>
+#include <velmora/api/QVLog.h>
 #include "tests/support/Buffers.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/FailingRequests.h"

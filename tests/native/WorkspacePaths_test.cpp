@@ -278,5 +278,33 @@ TEST_F(DeletedFolder, IsAFailureWhereFailuresAreCaught)
 }
 #endif
 
+class TrueFullPath : public ScriptedTest
+{
+};
+
+TEST_F(TrueFullPath, IsThatOfTheManagedRuntime)
+{
+#ifdef _WIN32
+    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"D:/a/./b/../\xE9\xD800"), L"D:\\a\\\xE9\xD800");
+#else
+    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"/a/./b/../\xE9\xD800"), L"/a/\xE9\xD800");
+#endif
+    EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"x.txt"),
+        Common::wideText((std::filesystem::current_path() / "x.txt").make_preferred()));
+}
+
+TEST_F(TrueFullPath, ThatThereIsNoneIsApiExceptionWithTheManagedMessage)
+{
+    for (const std::wstring& path : {std::wstring(), std::wstring(L"a\0b", 3)}) {
+        try {
+            (void)QvNativeTessaportAPI::toTrueFullPath(path);
+            FAIL() << "nothing was thrown";
+        } catch (const ApiException& e) {
+            EXPECT_STRNE(e.what(), "");
+        }
+    }
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
 } // namespace
 } // namespace Quorvex::Velmora::TestSupport

@@ -10,7 +10,7 @@
 // psapi.h needs windows.h before it.
 #include <psapi.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

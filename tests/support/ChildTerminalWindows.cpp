@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ChildStartWindows.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #ifdef _WIN32
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #endif
 
 namespace Quorvex::Velmora::TestSupport

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <velmora/platform/QVLog.h>
+#include <velmora/api/QVLog.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

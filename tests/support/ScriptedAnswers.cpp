@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

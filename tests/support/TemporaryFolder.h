@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

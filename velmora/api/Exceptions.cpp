@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

@@ -12,8 +12,8 @@
 #include <utility>
 
 #include <velmora/api/TextAccess.h>
-#include <velmora/platform/Unicode.h>
-#include <velmora/platform/Widening.h>
+#include <velmora/text/Unicode.h>
+#include <velmora/text/Widening.h>
 
 namespace Quorvex::Velmora::Common
 {

@@ -3,7 +3,7 @@
 #include <exception>
 
 #include <velmora/api/Exceptions.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::IO::SerialFormat
 {

@@ -3,7 +3,7 @@
 
 #include <boost/filesystem/path.hpp>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 // The C++ library of mingw opens streams on wide paths, but Boost knows that of one other library only.
 #if defined(__MINGW32__) && !defined(_CPPLIB_VER)
 #define _CPPLIB_VER 405

@@ -7,7 +7,7 @@
 
 #include <velmora/logging/RecordTree.h>
 #include <velmora/logging/ValueText.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Logging
 {

@@ -1,10 +1,8 @@
-// Where new files may be put, found out with a probe file.
+// One-shot operations that find out with a probe file where new files can be added.
 #include <algorithm>
 #include <string>
 
 #include <velmora/api/TextAccess.h>
-#include <velmora/bridge/ExceptionTranslation.h>
-#include <velmora/bridge/Util.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/DriveTypes.h>
 #include <velmora/native/ProbeFile.h>
@@ -81,13 +79,6 @@ bool QvNativeTessaportAPI::canAddFile(HWND hwnd, const QVString& folderPath)
         Item folder;
         return getItemByWorkspacePath(hwnd, folderPath, folder) && connection.canAddFiles(folder, listOf(probePath));
     });
-}
-
-std::wstring QvNativeTessaportAPI::toTrueFullPath(const std::wstring& path)
-{
-    std::wstring fullPath;
-    Tessaport::runWhileHandlingExceptions([&] { fullPath = Tessaport::Util::getFullPath(path); });
-    return fullPath;
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -4,7 +4,7 @@
 #include <string>
 
 #include <velmora/api/QVString.h>
-#include <velmora/platform/QVLog.h>
+#include <velmora/api/QVLog.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

@@ -1,4 +1,11 @@
-// Connections, and the requests on them.
+// Connections, and the requests on them. The other members of the class are elsewhere in this folder:
+//
+//   ItemCache.cpp        the item cache
+//   SingleRequests.cpp   one-shot operations of one request each; isOffline
+//   WorkspacePaths.cpp   getItemByWorkspacePath, toTrueFullPath
+//   PermanentIds.cpp     one-shot operations on permanent ids
+//   Urns.cpp             getFolderUrn, getFileUrn
+//   AddFileProbes.cpp    getRootFolderLocalPath, canAddFile
 #include "velmora/native/QvNativeTessaportAPI.h"
 
 #include <memory>

@@ -7,7 +7,7 @@ namespace Quorvex::Velmora::TessaportAPI
 
 void setRuntimeOptions(const RuntimeOptions& options)
 {
-    Tessaport::ClrRuntime::ofProcess().setLocations({options.apiFolder, options.dotnetRoot});
+    Tessaport::ClrRuntime::ofProcess().setOptions(options);
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -1,8 +1,10 @@
-// From local paths to items.
+// One-shot operations on local paths: the items at them, and their full form.
 #include <string>
 #include <utility>
 
 #include <velmora/api/TextAccess.h>
+#include <velmora/bridge/ExceptionTranslation.h>
+#include <velmora/bridge/Util.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -32,6 +34,13 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
         outItem = std::move(results[0]->item);
         return true;
     });
+}
+
+std::wstring QvNativeTessaportAPI::toTrueFullPath(const std::wstring& path)
+{
+    std::wstring fullPath;
+    Tessaport::runWhileHandlingExceptions([&] { fullPath = Tessaport::Util::getFullPath(path); });
+    return fullPath;
 }
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Common
 {

@@ -139,7 +139,7 @@ protected:
     void pointToFolder()
     {
         std::filesystem::create_directories(folder.path() / "host" / "fxr");
-        runtime.setLocations({{}, folder.path()});
+        runtime.setOptions({{}, folder.path()});
     }
 };
 
@@ -243,7 +243,7 @@ TEST_F(Starting, HandsTheHostAndTheBridgeWhatWasSet)
 {
     const std::filesystem::path api = folder.path() / "api";
     std::filesystem::create_directories(folder.path() / "host" / "fxr");
-    runtime.setLocations({api, folder.path()});
+    runtime.setOptions({api, folder.path()});
 
     expectSuccess();
 
@@ -296,21 +296,21 @@ TEST_F(Starting, TakesNewLocationsUntilItHasSucceeded)
 {
     script.open = statusOf(FirstCode);
     (void)failureOfStart();
-    EXPECT_NO_THROW(runtime.setLocations({folder.path() / "other", {}}));
+    EXPECT_NO_THROW(runtime.setOptions({folder.path() / "other", {}}));
 
     script.open = {};
     expectSuccess();
 
-    EXPECT_THROW(runtime.setLocations({}), std::logic_error);
-    EXPECT_EQ(runtime.locations().apiFolder, folder.path() / "other");
+    EXPECT_THROW(runtime.setOptions({}), std::logic_error);
+    EXPECT_EQ(runtime.options().apiFolder, folder.path() / "other");
 }
 
 TEST_F(Starting, TakesRelativeLocationsFromTheCurrentFolderOfTheCall)
 {
-    runtime.setLocations({"api", {}});
+    runtime.setOptions({"api", {}});
 
-    EXPECT_EQ(runtime.locations().apiFolder, std::filesystem::current_path() / "api");
-    EXPECT_TRUE(runtime.locations().dotnetRoot.empty());
+    EXPECT_EQ(runtime.options().apiFolder, std::filesystem::current_path() / "api");
+    EXPECT_TRUE(runtime.options().dotnetRoot.empty());
 }
 
 #ifndef _WIN32 // No process's current folder can be removed there.
@@ -331,25 +331,25 @@ private:
 
 TEST_F(WithoutACurrentFolder, RelativeLocationsAreRefusedAndTheFormerOnesStay)
 {
-    runtime.setLocations({folder.path() / "api", folder.path() / "dotnet"});
+    runtime.setOptions({folder.path() / "api", folder.path() / "dotnet"});
 
-    EXPECT_THROW(runtime.setLocations({folder.path() / "other", "relative"}), std::filesystem::filesystem_error);
+    EXPECT_THROW(runtime.setOptions({folder.path() / "other", "relative"}), std::filesystem::filesystem_error);
 
-    EXPECT_EQ(runtime.locations().apiFolder, folder.path() / "api");
-    EXPECT_EQ(runtime.locations().dotnetRoot, folder.path() / "dotnet");
+    EXPECT_EQ(runtime.options().apiFolder, folder.path() / "api");
+    EXPECT_EQ(runtime.options().dotnetRoot, folder.path() / "dotnet");
 }
 
 TEST_F(WithoutACurrentFolder, RelativeLocationsAreALogicErrorOnceTheRuntimeHasStarted)
 {
     expectSuccess();
 
-    EXPECT_THROW(runtime.setLocations({"relative", {}}), std::logic_error);
+    EXPECT_THROW(runtime.setOptions({"relative", {}}), std::logic_error);
 }
 #endif
 
 TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
 {
-    runtime.setLocations({{}, folder.path() / "absent"});
+    runtime.setOptions({{}, folder.path() / "absent"});
 
     EXPECT_THAT(failureOfStart(), HasSubstr((folder.path() / "absent").u8string()));
     EXPECT_EQ(script.opened, 0);

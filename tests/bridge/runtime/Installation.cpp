@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -51,7 +51,7 @@ protected:
     {
         runtime.setBridgeFolder(bridgeOfBuild());
         if (runtime.description().framework.empty())
-            runtime.setLocations({vendorFolder("fitting"), {}});
+            runtime.setOptions({vendorFolder("fitting"), {}});
         (void)runtime.entryPoints();
     }
 

@@ -7,8 +7,8 @@
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
-#include <velmora/platform/Narrowing.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Narrowing.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -14,7 +14,7 @@
 #include <velmora/bridge/runtime/ProcessExit.h>
 #include <velmora/bridge/runtime/ThreadEnd.h>
 #include <velmora/platform/NativePath.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
@@ -148,16 +148,17 @@ void ClrRuntime::failHosting(const HostingStatus& status) const
     fail(describeHostingFailure(status, wanted.dotnetRoot, bridge));
 }
 
-void ClrRuntime::setLocations(const RuntimeLocations& given)
+void ClrRuntime::setOptions(const TessaportAPI::RuntimeOptions& options)
 {
     const std::lock_guard lock(mutex);
     if (started)
         throw std::logic_error("The runtime has started: its options can be set only before the first connection.");
     // Resolved as a pair: a failure changes neither.
-    wanted = RuntimeLocations{absoluteUnlessEmpty(given.apiFolder), absoluteUnlessEmpty(given.dotnetRoot)};
+    wanted = TessaportAPI::RuntimeOptions{
+        absoluteUnlessEmpty(options.apiFolder), absoluteUnlessEmpty(options.dotnetRoot)};
 }
 
-RuntimeLocations ClrRuntime::locations() const
+TessaportAPI::RuntimeOptions ClrRuntime::options() const
 {
     const std::lock_guard lock(mutex);
     return wanted;

@@ -7,17 +7,12 @@
 #include <mutex>
 #include <string>
 
+#include <velmora/api/RuntimeOptions.h>
 #include <velmora/bridge/runtime/HostFxr.h>
 #include <velmora/bridge/runtime/TessaportEntryPoints.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
-
-/// Where to look; an empty path means the default.
-struct RuntimeLocations {
-    std::filesystem::path apiFolder;
-    std::filesystem::path dotnetRoot;
-};
 
 /// What runs, once it runs.
 struct RuntimeDescription {
@@ -47,9 +42,9 @@ public:
 
     /// @throws std::logic_error once a start has succeeded, otherwise std::filesystem::filesystem_error for a relative
     ///         path when the current directory does not exist any more. Nothing is changed then.
-    void setLocations(const RuntimeLocations& locations);
+    void setOptions(const TessaportAPI::RuntimeOptions& options);
 
-    [[nodiscard]] RuntimeLocations locations() const;
+    [[nodiscard]] TessaportAPI::RuntimeOptions options() const;
 
     /// Empty texts before the start.
     [[nodiscard]] RuntimeDescription description() const;
@@ -69,7 +64,7 @@ private:
     mutable std::mutex mutex;
     std::unique_ptr<HostFxr> host;
     std::filesystem::path bridge;
-    RuntimeLocations wanted;
+    TessaportAPI::RuntimeOptions wanted;
     RuntimeDescription running;
     StartBridge startFunction = nullptr;
     TessaportEntryPoints table{};

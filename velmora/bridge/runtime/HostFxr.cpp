@@ -9,7 +9,7 @@
 
 #include <velmora/bridge/runtime/Globalization.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 #ifdef _WIN32
 #define VELMORA_HOST_TEXT(text) L##text

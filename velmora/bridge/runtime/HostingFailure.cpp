@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include <velmora/platform/NativePath.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #include <velmora/platform/WindowsPath.h>
 #else
 #include <system_error>

@@ -8,7 +8,7 @@
 #include <windows.h>
 #include <shellapi.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 #endif
 
 namespace Quorvex::Velmora::TestHosts

@@ -7,7 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/api/QVString.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::TestHosts
 {

@@ -38,7 +38,7 @@ int main(int count, char** values)
         return 2;
     auto& runtime = Tessaport::ClrRuntime::ofProcess();
     runtime.setBridgeFolder(std::filesystem::u8path(arguments[0]));
-    runtime.setLocations({std::filesystem::u8path(arguments[1]), {}});
+    runtime.setOptions({std::filesystem::u8path(arguments[1]), {}});
 
     std::atomic<int> waiting{Threads};
     std::atomic<int> succeeded{0};

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string_view>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #define VELMORA_NARROW_SSE2 1

@@ -1,4 +1,4 @@
-#include "velmora/platform/Widening.h"
+#include "velmora/text/Widening.h"
 
 #include <cstddef>
 #include <memory>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 using namespace Quorvex::Velmora::Common;
 

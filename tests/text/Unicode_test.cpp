@@ -1,4 +1,4 @@
-#include "velmora/platform/Unicode.h"
+#include "velmora/text/Unicode.h"
 
 #include <cstddef>
 #include <optional>

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #define VELMORA_WIDEN_SSE2 1

@@ -1,4 +1,4 @@
-#include "velmora/platform/Narrowing.h"
+#include "velmora/text/Narrowing.h"
 
 #include <cstddef>
 #include <memory>
@@ -8,8 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <velmora/platform/LowerCase.h>
-#include <velmora/platform/Unicode.h>
+#include <velmora/text/Unicode.h>
 
 using namespace Quorvex::Velmora::Common;
 
@@ -81,9 +80,4 @@ TEST(Narrowing, AgreesWithThePlainConversionOnAnyCharacters)
 
         ASSERT_EQ(narrowed(text), Unicode::toUtf16(text));
     }
-}
-
-TEST(LowerCase, MapsLettersOfEveryScriptInTheCLocale)
-{
-    EXPECT_EQ(toLower(L"D:\\DRIVE \u00C4\u0416\u03A9"), L"d:\\drive \u00E4\u0436\u03C9");
 }

@@ -1,4 +1,4 @@
-#include "velmora/platform/QVLog.h"
+#include "velmora/api/QVLog.h"
 
 #include <memory>
 #include <mutex>

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+
+namespace Quorvex::Velmora::TessaportAPI
+{
+
+/// Where the library looks for .NET and for the sync application's assembly.
+struct RuntimeOptions {
+    /// The folder that holds Quorvex.Tessaport.API.dll and what that assembly needs. Empty means the folder of this
+    /// library.
+    std::filesystem::path apiFolder;
+
+    /// The folder of a .NET installation, which holds host/fxr. Empty means the installation that .NET's own look-up
+    /// finds.
+    std::filesystem::path dotnetRoot;
+};
+
+} // namespace Quorvex::Velmora::TessaportAPI
