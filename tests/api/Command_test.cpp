@@ -55,7 +55,7 @@ protected:
 
 } // namespace
 
-TEST_F(Commands, HaveNoTextsImageOrManagedObjectByDefault)
+TEST_F(Commands, HaveNoStringsImageOrManagedObjectByDefault)
 {
     const Command command;
 
@@ -66,7 +66,7 @@ TEST_F(Commands, HaveNoTextsImageOrManagedObjectByDefault)
     EXPECT_EQ(Bridge::getInternalCommand(command), nullptr);
 }
 
-TEST_F(Commands, CopyTextsFlagsAndImageAndShareTheManagedObject)
+TEST_F(Commands, CopyStringsFlagsAndImageAndShareTheManagedObject)
 {
     {
         const Command source = filled(7, 10);
@@ -123,7 +123,7 @@ TEST_F(Commands, ReplaceTheImageBufferWhenTheSizesDiffer)
     EXPECT_EQ(ManagedObjects::released, Released{8});
 }
 
-TEST_F(Commands, KeepTheManagedObjectWhenOneWithoutIsAssigned)
+TEST_F(Commands, KeepTheManagedObjectWhenACommandWithoutOneIsAssigned)
 {
     Command target = filled(7, 10);
     Command emptied;
@@ -138,7 +138,7 @@ TEST_F(Commands, KeepTheManagedObjectWhenOneWithoutIsAssigned)
     EXPECT_EQ(target.image.data, nullptr);
 }
 
-TEST_F(Commands, StayAsTheyAreWhenAnAssignmentFails)
+TEST_F(Commands, AreUnchangedWhenAnAssignmentFails)
 {
     constexpr std::uint64_t MoreThanThereIs = std::uint64_t{1} << 63;
     Command source = filled(7, 1);
@@ -161,7 +161,7 @@ TEST_F(Commands, StayAsTheyAreWhenAnAssignmentFails)
     EXPECT_EQ(handleOf(target), 0);
 }
 
-TEST_F(Commands, StayAsTheyAreWhenAssignedToThemselves)
+TEST_F(Commands, AreUnchangedBySelfAssignment)
 {
     Command command = filled(7, 10);
     Command& same = command;
@@ -175,7 +175,7 @@ TEST_F(Commands, StayAsTheyAreWhenAssignedToThemselves)
     EXPECT_STREQ(command.name.w_str(), L"Lock");
 }
 
-TEST_F(Commands, HandEverythingOverInAMove)
+TEST_F(Commands, PassEverythingOnInAMove)
 {
     Command source = filled(7, 10);
     const std::uint8_t* const place = source.image.data;

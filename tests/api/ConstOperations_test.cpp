@@ -1,4 +1,4 @@
-// Const operations, copying included, run on several threads at once. Meaningful above all under the thread sanitizer.
+// Const operations, copying included, on several threads at once. The thread sanitizer finds what these tests miss.
 #include <atomic>
 #include <functional>
 #include <string>
@@ -43,7 +43,7 @@ void onAllThreads(const std::function<void()>& operation)
 
 } // namespace
 
-TEST(ConstOperations, GiveEveryThreadTheSameNarrowText)
+TEST(ConstOperations, ReturnTheSameNarrowStringOnEveryThread)
 {
     for (int round = 0; round < 200; ++round) {
         const QVString text((L"\xE9 " + std::to_wstring(round)).c_str());
@@ -62,7 +62,7 @@ TEST(ConstOperations, GiveEveryThreadTheSameNarrowText)
     }
 }
 
-TEST(ConstOperations, CopyTextsOfOneRecordWhileOtherThreadsDropThem)
+TEST(ConstOperations, CopyStringsOfOneRecordWhileOtherThreadsDropThem)
 {
     const QVString text(L"shared");
     std::atomic<int> wrong{0};

@@ -20,7 +20,7 @@ static_assert(std::has_virtual_destructor_v<HttpException>);
 namespace
 {
 
-// Sees what only derived classes see.
+// Gives access to protected members.
 class Inside : public ApiException
 {
 public:
@@ -35,7 +35,7 @@ std::wstring messageOf(const ApiException& e) { return e.getErrorMessage(); }
 
 } // namespace
 
-TEST(ApiException, KeepsAtMostAsManyCharactersAsGiven)
+TEST(ApiException, KeepsNoMoreCharactersThanTheGivenLength)
 {
     const ApiException e(L"abcdef", 3);
 
@@ -51,7 +51,7 @@ TEST(ApiException, StopsAtTheTerminatorOfAShorterText)
     EXPECT_EQ(e.givenLength(), 9U);
 }
 
-TEST(ApiException, HasNoMessageWhenBuiltFromNull)
+TEST(ApiException, HasNoMessageIfMadeFromNull)
 {
     const Inside e(nullptr, 5);
 
@@ -80,7 +80,7 @@ TEST(ApiException, ACopyHasTheMessageAndLength0)
     EXPECT_STREQ(Inside(copy).getErrorMessage(), L"");
 }
 
-TEST(ApiException, AMoveCopiesAndLeavesTheSourceAsItWas)
+TEST(ApiException, AMoveCopiesAndLeavesTheSourceUnchanged)
 {
     Inside source(L"abc", 3);
     const Inside moved(std::move(source));
@@ -90,7 +90,7 @@ TEST(ApiException, AMoveCopiesAndLeavesTheSourceAsItWas)
     EXPECT_STREQ(source.getErrorMessage(), L"abc");
 }
 
-TEST(ApiException, AnAssignmentSharesTheTextAndTakesTheLength)
+TEST(ApiException, AnAssignmentSharesTheMessageAndCopiesTheLength)
 {
     Inside target(L"former", 6);
     {
@@ -106,7 +106,7 @@ TEST(ApiException, AnAssignmentSharesTheTextAndTakesTheLength)
     EXPECT_STREQ(target.what(), "moved");
 }
 
-TEST(ApiException, GivesTheNarrowTextOfItsNewMessageAfterAnAssignment)
+TEST(ApiException, ReturnsTheNarrowFormOfItsNewMessageAfterAnAssignment)
 {
     ApiException target(L"former", 6);
     EXPECT_STREQ(target.what(), "former");
@@ -116,7 +116,7 @@ TEST(ApiException, GivesTheNarrowTextOfItsNewMessageAfterAnAssignment)
     EXPECT_STREQ(target.what(), "abc");
 }
 
-TEST(ApiException, KeepsItsMessageWhenAssignedToItself)
+TEST(ApiException, IsUnchangedBySelfAssignment)
 {
     Inside e(L"abc", 3);
     Inside& same = e;
@@ -128,14 +128,14 @@ TEST(ApiException, KeepsItsMessageWhenAssignedToItself)
     EXPECT_EQ(e.givenLength(), 3U);
 }
 
-TEST(ApiException, GivesItsMessageAsUtf8)
+TEST(ApiException, ReturnsItsMessageAsUtf8)
 {
     const std::wstring message = L"\xE9\x4E2D";
 
     EXPECT_STREQ(ApiException(message.c_str(), message.size()).what(), "\xC3\xA9\xE4\xB8\xAD");
 }
 
-TEST(ApiException, SaysBadConversionForATextWithoutAUtf8Form)
+TEST(ApiException, ReturnsBadConversionForAMessageWithoutAUtf8Form)
 {
     const wchar_t unpaired[] = {L'a', static_cast<wchar_t>(0xD800), L'b', L'\0'};
     const ApiException e(unpaired, 3);
@@ -144,20 +144,20 @@ TEST(ApiException, SaysBadConversionForATextWithoutAUtf8Form)
     EXPECT_EQ(messageOf(e), unpaired);
 }
 
-TEST(ApiException, KeepsTheNarrowTextInPlace)
+TEST(ApiException, KeepsTheNarrowFormInPlace)
 {
     const ApiException e(L"abc", 3);
 
     EXPECT_EQ(e.what(), e.what());
 }
 
-TEST(ApiException, CannotBeBuiltWithALengthThatNoMemoryHolds)
+TEST(ApiException, ThrowsBadAllocForALengthBeyondAllMemory)
 {
     EXPECT_THROW(ApiException(L"abc", SIZE_MAX), std::bad_alloc);
     EXPECT_THROW(ApiException(L"abc", SIZE_MAX / sizeof(wchar_t)), std::bad_alloc);
 }
 
-TEST(ApiException, CopyInfoGivesATextToBeFreed)
+TEST(ApiException, CopyInfoReturnsAStringToBeFreed)
 {
     Inside e;
     const wchar_t* source = L"abcdef";
@@ -173,7 +173,7 @@ TEST(ApiException, CopyInfoGivesATextToBeFreed)
     EXPECT_EQ(cleared, nullptr);
 }
 
-TEST(ApiExpectedException, KeepsNoMoreOfItsCodeThanTheMessagesLength)
+TEST(ApiExpectedException, CutsItsCodeToTheLengthOfTheMessage)
 {
     EXPECT_STREQ(HttpException(L"Not found", L"404", 9).getErrorCode(), L"404");
     EXPECT_STREQ(HttpException(L"No", L"Service", 2).getErrorCode(), L"Se");
@@ -203,7 +203,7 @@ TEST(ApiExpectedException, ACopyHasAnEmptyMessageAndTheCode)
     EXPECT_EQ(codeOf(moved), L"012345678");
 }
 
-TEST(ApiExpectedException, AnAssignmentTakesMessageAndCode)
+TEST(ApiExpectedException, AnAssignmentCopiesMessageAndCode)
 {
     HttpException target(L"former", L"1", 6);
     {
@@ -212,7 +212,7 @@ TEST(ApiExpectedException, AnAssignmentTakesMessageAndCode)
     }
     EXPECT_EQ(messageOf(target), L"Not found");
     EXPECT_EQ(codeOf(target), L"404");
-    // The length came along: a copy still has the whole code.
+    // The length was copied too: a copy still has the complete code.
     EXPECT_EQ(codeOf(HttpException(target)), L"404");
 }
 

@@ -56,7 +56,7 @@ TEST_F(ItemIds, ShareTheManagedObjectWithTheirCopies)
     EXPECT_EQ(ManagedObjects::released, Released{7});
 }
 
-TEST_F(ItemIds, KeepTheirObjectWhenOneThatNamesNothingIsAssigned)
+TEST_F(ItemIds, KeepTheirObjectWhenAnIdThatNamesNothingIsAssigned)
 {
     ItemId id = named(7);
 
@@ -70,7 +70,7 @@ TEST_F(ItemIds, KeepTheirObjectWhenOneThatNamesNothingIsAssigned)
     EXPECT_EQ(ManagedObjects::released, Released{});
 }
 
-TEST_F(ItemIds, KeepTheirObjectWhenOneWithAnEmptyInternalIdIsAssigned)
+TEST_F(ItemIds, KeepTheirObjectWhenAnIdWithAnEmptyInternalIdIsAssigned)
 {
     ItemId id = named(7);
     ItemId emptied;
@@ -82,7 +82,7 @@ TEST_F(ItemIds, KeepTheirObjectWhenOneWithAnEmptyInternalIdIsAssigned)
     EXPECT_EQ(handleOf(id), 7);
 }
 
-TEST_F(ItemIds, ReleaseTheFormerObjectWhenAnotherIsAssigned)
+TEST_F(ItemIds, ReleaseThePreviousObjectWhenAnotherIsAssigned)
 {
     ItemId id = named(7);
 
@@ -118,7 +118,7 @@ TEST_F(ItemIds, NameNothingAfterAMove)
     EXPECT_EQ(handleOf(ItemId(source)), 0);
 }
 
-TEST_F(ItemIds, AreReleasedThroughTheirBase)
+TEST_F(ItemIds, ReleaseTheirObjectWhenDestroyedThroughABase)
 {
     ItemId* const id = new ItemId(named(7));
 

@@ -1,4 +1,4 @@
-// Wrappers of managed objects that nobody made, and the record of which were released.
+// Wrappers of managed objects that do not exist, and a record of which handles were released.
 #pragma once
 
 #include <memory>

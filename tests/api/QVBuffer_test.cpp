@@ -25,7 +25,7 @@ static_assert(std::is_nothrow_move_constructible_v<QVBuffer<int>> && std::is_not
 namespace
 {
 
-// Counts what happens to the elements, and fails when told to.
+// Counts constructions and copies of elements, and makes a copy fail on request.
 struct Tracked {
     static inline int alive = 0;
     static inline int constructed = 0;
@@ -49,7 +49,7 @@ struct Tracked {
         countCopy();
         ++alive;
     }
-    // Fails halfway: the value has arrived already.
+    // Fails halfway, after the value was copied.
     Tracked& operator=(const Tracked& other)
     {
         value = other.value;
@@ -93,7 +93,7 @@ QVBuffer<T> numbered(int count)
     return buffer;
 }
 
-// Seen from outside, the capacity is the number of appended elements that keep their addresses.
+// From outside, the capacity is visible as the number of elements that can be appended before the addresses change.
 std::vector<std::uint32_t> sizesAtWhichElementsMove(int appended)
 {
     std::vector<std::uint32_t> sizes;
@@ -119,7 +119,7 @@ TEST(QVBuffer, IsEmptyByDefault)
     EXPECT_EQ(buffer.begin(), buffer.end());
 }
 
-TEST(QVBuffer, GivesNullForAnIndexThatIsNotBelowTheSize)
+TEST(QVBuffer, ReturnsNullForAnIndexNotLessThanTheSize)
 {
     QVBuffer<int> buffer = numbered(3); // Capacity 4.
 
@@ -130,26 +130,26 @@ TEST(QVBuffer, GivesNullForAnIndexThatIsNotBelowTheSize)
     EXPECT_EQ(std::as_const(buffer)[3], nullptr);
 }
 
-TEST(QVBuffer, AppendsBehindItsElements) { EXPECT_EQ(valuesOf(numbered(5)), (std::vector<int>{0, 1, 2, 3, 4})); }
+TEST(QVBuffer, AppendsAfterItsElements) { EXPECT_EQ(valuesOf(numbered(5)), (std::vector<int>{0, 1, 2, 3, 4})); }
 
 TEST(QVBuffer, DoublesItsCapacity)
 {
     EXPECT_EQ(sizesAtWhichElementsMove(40), (std::vector<std::uint32_t>{1, 2, 3, 5, 9, 17, 33}));
 }
 
-TEST(QVBuffer, HasCapacity4AfterTheThirdElementAndTheFirstTwoAsBefore)
+TEST(QVBuffer, HasCapacity4AfterTheThirdElementAndKeepsTheFirstTwo)
 {
     Tracked::reset();
     {
         const QVBuffer<Tracked> buffer = numbered<Tracked>(3);
 
         EXPECT_EQ(numbersOf(buffer), (std::vector<int>{0, 1, 2}));
-        EXPECT_EQ(Tracked::alive, 4); // Every element up to the capacity lives.
+        EXPECT_EQ(Tracked::alive, 4); // Every element up to the capacity is alive.
     }
     EXPECT_EQ(Tracked::alive, 0);
 }
 
-TEST(QVBuffer, AppendsAnElementOfItsOwn)
+TEST(QVBuffer, AppendsOneOfItsOwnElements)
 {
     QVBuffer<QVString> buffer;
     buffer.Append(L"first");
@@ -192,10 +192,10 @@ TEST(QVBuffer, MovesWithoutTouchingItsElements)
     EXPECT_EQ(source.GetSize(), 0U);
     EXPECT_EQ(source[0], nullptr);
     EXPECT_EQ(target.GetSize(), 0U);
-    EXPECT_EQ(Tracked::alive, 4); // What the target held before is gone.
+    EXPECT_EQ(Tracked::alive, 4); // The target's previous elements were destroyed.
 }
 
-TEST(QVBuffer, CanBeFilledAgainAfterAMove)
+TEST(QVBuffer, CanBeReusedAfterAMove)
 {
     QVBuffer<int> source = numbered(3);
     const QVBuffer<int> target(std::move(source));
@@ -205,7 +205,7 @@ TEST(QVBuffer, CanBeFilledAgainAfterAMove)
     EXPECT_EQ(valuesOf(source), std::vector<int>{7});
 }
 
-TEST(QVBuffer, KeepsItsElementsWhenAssignedToItself)
+TEST(QVBuffer, IsUnchangedBySelfAssignment)
 {
     QVBuffer<int> buffer = numbered(3);
     QVBuffer<int>& same = buffer;
@@ -306,7 +306,7 @@ TEST(QVBuffer, HandsOutADefaultElementAfterAFailedAppend)
     EXPECT_EQ(Tracked::alive, 0);
 }
 
-TEST(QVBuffer, HasNoElementsAndNoArrayOnceDestroyed)
+TEST(QVBuffer, HasNoElementsAndNoArrayAfterItsDestruction)
 {
     using Buffer = QVBuffer<std::uint64_t>;
     alignas(Buffer) static unsigned char storage[sizeof(Buffer)];
@@ -314,13 +314,13 @@ TEST(QVBuffer, HasNoElementsAndNoArrayOnceDestroyed)
 
     buffer->~Buffer();
 
-    // The compiler may not know that these are the bytes of an object that is gone.
+    // Volatile, because the compiler may assume that nobody reads a destroyed object.
     const volatile unsigned char* const bytes = storage;
     for (std::size_t i = 0; i < sizeof(Buffer); ++i)
         EXPECT_EQ(bytes[i], 0) << i;
 }
 
-TEST(QVBuffer, IsAsBeforeWhenAnElementCannotBeCopied)
+TEST(QVBuffer, IsUnchangedWhenAnElementCannotBeCopied)
 {
     for (int failingCopy = 0; failingCopy < 5; ++failingCopy) {
         QVBuffer<Tracked> buffer = numbered<Tracked>(4);

@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(Log, IsOneForTheProcess)
+TEST_F(Log, IsTheOnlyOneOfTheProcess)
 {
     EXPECT_NE(QVLog::getLogFile(), nullptr);
     EXPECT_EQ(QVLog::getLogFile(), QVLog::getLogFile());
@@ -59,7 +59,7 @@ TEST_F(Log, DropsLinesWithoutASink)
     EXPECT_TRUE(lines.empty());
 }
 
-TEST_F(Log, GoesOnWhenTheSinkThrows)
+TEST_F(Log, ContinuesAfterTheSinkHasThrown)
 {
     QVLog::setSink([](const QVString&, bool) { throw std::runtime_error("disk full"); });
     EXPECT_NO_THROW(QVLog::getLogFile()->addMessage(L"line", false));
@@ -84,7 +84,7 @@ TEST_F(Log, CallsTheSinkOnTheThreadThatWrites)
     EXPECT_EQ(seen, expected);
 }
 
-TEST_F(Log, LetsTheSinkWriteItself)
+TEST_F(Log, AllowsTheSinkToWriteToTheLog)
 {
     QVLog::setSink([this](const QVString& line, bool flag) {
         lines.emplace_back(line.w_str(), flag);
@@ -97,7 +97,7 @@ TEST_F(Log, LetsTheSinkWriteItself)
     EXPECT_EQ(lines.size(), 3U);
 }
 
-TEST_F(Log, LosesNoLineOfAnyThreadWhileSinksAreReplaced)
+TEST_F(Log, PassesEveryLineOfEveryThreadWhileSinksAreReplaced)
 {
     std::atomic<int> received{0};
     const auto count = [&received] { QVLog::setSink([&received](const QVString&, bool) { ++received; }); };

@@ -21,7 +21,7 @@ static_assert(std::is_convertible_v<const char*, QVString> && std::is_convertibl
 namespace
 {
 
-// Latin, Chinese and an emoji, which is beyond the basic plane.
+// Latin, Chinese, and an emoji, which is beyond the basic plane.
 const std::wstring Sample = L"D\xE9rive \x4E2D " + Unicode::fromUtf8("\xF0\x9F\x98\x80");
 const std::string SampleUtf8 = "D\xC3\xA9rive \xE4\xB8\xAD \xF0\x9F\x98\x80";
 
@@ -36,7 +36,7 @@ TEST(QVString, IsEmptyByDefault)
     EXPECT_STREQ(text.c_str(), "");
 }
 
-TEST(QVString, TakesNullPointersForTheEmptyText)
+TEST(QVString, ReadsNullPointersAsTheEmptyString)
 {
     QVString assigned(L"text");
 
@@ -47,13 +47,13 @@ TEST(QVString, TakesNullPointersForTheEmptyText)
     EXPECT_STREQ(QVString(static_cast<const wchar_t*>(nullptr)).w_str(), L"");
 }
 
-TEST(QVString, ReadsNarrowTextAsUtf8) { EXPECT_EQ(QVString(SampleUtf8.c_str()).w_str(), Sample); }
+TEST(QVString, ReadsNarrowStringsAsUtf8) { EXPECT_EQ(QVString(SampleUtf8.c_str()).w_str(), Sample); }
 
-TEST(QVString, GivesNarrowTextAsUtf8) { EXPECT_EQ(QVString(Sample.c_str()).c_str(), SampleUtf8); }
+TEST(QVString, ReturnsNarrowStringsAsUtf8) { EXPECT_EQ(QVString(Sample.c_str()).c_str(), SampleUtf8); }
 
-TEST(QVString, ReplacesBytesThatAreNoUtf8) { EXPECT_STREQ(QVString("a\xFF\xC3z").w_str(), L"a\xFFFD\xFFFDz"); }
+TEST(QVString, ReplacesBytesThatAreNotUtf8) { EXPECT_STREQ(QVString("a\xFF\xC3z").w_str(), L"a\xFFFD\xFFFDz"); }
 
-TEST(QVString, KeepsAnUnpairedSurrogateAndReadsItAsAReplacementCharacter)
+TEST(QVString, KeepsAnUnpairedSurrogateAndConvertsItToAReplacementCharacter)
 {
     const std::wstring unpaired{L'a', static_cast<wchar_t>(0xD800), L'b'};
     const QVString text(unpaired.c_str());
@@ -74,7 +74,7 @@ TEST(QVString, CopiesBehaveAsDeepCopies)
     EXPECT_STREQ(original.w_str(), L"second");
 }
 
-TEST(QVString, OutlivesTheTextItWasCopiedFrom)
+TEST(QVString, OutlivesTheStringItWasCopiedFrom)
 {
     QVString copy;
     {
@@ -94,7 +94,7 @@ TEST(QVString, AssignmentReturnsItsTarget)
     EXPECT_STREQ(target.w_str(), L"wide");
 }
 
-TEST(QVString, KeepsItsTextWhenAssignedToItself)
+TEST(QVString, IsUnchangedBySelfAssignment)
 {
     QVString text(L"text");
     QVString& same = text;
@@ -148,7 +148,7 @@ TEST(QVString, KeepsBothFormsInPlaceWhileItIsUnchanged)
     EXPECT_EQ(narrow, SampleUtf8);
 }
 
-TEST(QVString, HoldsALongText)
+TEST(QVString, HoldsALongString)
 {
     const std::wstring million(1'000'000, L'x');
 
@@ -158,7 +158,7 @@ TEST(QVString, HoldsALongText)
     EXPECT_EQ(std::strlen(text.c_str()), million.size());
 }
 
-TEST(TextAccess, MakesATextThatEndsAtItsFirstZeroCharacter)
+TEST(TextAccess, MakesAStringThatEndsAtItsFirstZeroCharacter)
 {
     const QVString text = TextAccess::make(std::wstring_view(L"ab\0cd", 5));
 
@@ -167,7 +167,7 @@ TEST(TextAccess, MakesATextThatEndsAtItsFirstZeroCharacter)
     EXPECT_TRUE(TextAccess::make(std::wstring_view(L"\0a", 2)).Empty());
 }
 
-TEST(TextAccess, AssignsTextsThatLiveIndependentlyOfEachOther)
+TEST(TextAccess, AssignsStringsThatLiveIndependentlyOfEachOther)
 {
     QVString first(L"former");
     QVString second;
@@ -185,7 +185,7 @@ TEST(TextAccess, AssignsTextsThatLiveIndependentlyOfEachOther)
     EXPECT_TRUE(third.Empty());
 }
 
-TEST(TextAccess, AssignsNoTextAtAll)
+TEST(TextAccess, AcceptsAnEmptyListOfAssignments)
 {
     QVString target(L"former");
     const TextAssignment assignment{&target, {}};

@@ -62,7 +62,7 @@ TEST(QVUUID, MakesVersion4Identifiers)
     }
 }
 
-TEST(QVUUID, SetsEveryFreeBitBothWays)
+TEST(QVUUID, MakesEveryFreeBitZeroAndOne)
 {
     std::array<std::uint8_t, 16> everSet{};
     std::array<std::uint8_t, 16> everClear{};
@@ -136,7 +136,7 @@ TEST(QVUUID, DiffersInAForkedChildAndItsSiblings)
 }
 #endif
 
-TEST(QVUUID, ReadsAndGivesTheTextForm)
+TEST(QVUUID, ParsesAndReturnsTheTextForm)
 {
     const QVUUID id(Sample);
 
@@ -145,7 +145,7 @@ TEST(QVUUID, ReadsAndGivesTheTextForm)
     EXPECT_FALSE(id.isNil());
 }
 
-TEST(QVUUID, ReadsUpperCaseAndBraces)
+TEST(QVUUID, ParsesUpperCaseAndBraces)
 {
     EXPECT_TRUE(QVUUID("01234567-89AB-CDEF-0123-456789ABCDEF") == QVUUID(Sample));
     EXPECT_TRUE(QVUUID("{01234567-89ab-cdef-0123-456789abcdef}") == QVUUID(Sample));
@@ -164,7 +164,7 @@ class NoIdentifier : public testing::TestWithParam<const char*>
 {
 };
 
-TEST_P(NoIdentifier, GivesANilIdentifierWithoutAText)
+TEST_P(NoIdentifier, MakesANilIdentifierWithoutATextForm)
 {
     const QVUUID id(GetParam());
 

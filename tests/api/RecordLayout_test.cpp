@@ -1,4 +1,4 @@
-// The order of the fields is part of the layout that hosts are compiled against. Compiling this file is the check.
+// The order of the fields is part of the layout that hosts are compiled against. This file checks it by compiling.
 #include <cstddef>
 #include <initializer_list>
 #include <type_traits>
@@ -22,7 +22,7 @@ constexpr std::size_t aligned(std::size_t position, std::size_t alignment)
     return (position + alignment - 1) / alignment * alignment;
 }
 
-// True when each field begins where the one before it ends, apart from the gap that its alignment asks for.
+// Returns whether each field begins where the previous one ends, apart from the padding for its alignment.
 constexpr bool followEachOther(std::size_t start, std::initializer_list<Field> fields, std::size_t end)
 {
     for (const Field& field : fields) {

@@ -85,7 +85,7 @@ TEST(Records, AnAssignedItemKeepsItsIdWhenTheSourceNamesNothing)
     EXPECT_EQ(Bridge::getInternalId(target.id)->id.get(), 7);
 }
 
-TEST(Records, DefaultConstructedOnesHaveEmptyTextsAndNewIdentifiers)
+TEST(Records, HaveEmptyStringsAndNewIdentifiersByDefault)
 {
     const Item first;
     const Item second;

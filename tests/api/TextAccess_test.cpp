@@ -19,7 +19,7 @@ namespace
 
 using Strings = std::array<QVString, 3>;
 
-// Assigns three strings in one allocation, reads the narrow form of the last one and drops them all.
+// Assigns three strings in one allocation, reads the narrow form of the last one and destroys all three.
 void expectStrings(const std::array<std::u16string_view, 3>& sources, const std::array<std::wstring, 3>& expected)
 {
     Strings strings;
@@ -35,7 +35,7 @@ void expectStrings(const std::array<std::u16string_view, 3>& sources, const std:
 
 constexpr std::u16string_view WithZero{u"kept\0and dropped, which is longer than what is kept", 51};
 
-// Many characters that take two units each.
+// Returns characters that take two units each.
 std::u16string smiles(std::size_t count)
 {
     std::u16string units;
@@ -53,7 +53,7 @@ TEST(StringBlock, HoldsStringsOfEveryLength)
     expectStrings({u"", u"", u""}, {L"", L"", L""});
 }
 
-// The strings of a block are found again by their own lengths, not by those of what they were made from.
+// A string's length, and not that of its source, leads to the next string of the block.
 TEST(StringBlock, FindsTheStringsAfterOneThatEndsAtAZeroCharacter)
 {
     expectStrings({WithZero, u"second", u"last"}, {L"kept", L"second", L"last"});

@@ -1,4 +1,4 @@
-// Whether the sync application would take a new file.
+// canAddFile: whether the sync application would accept a new file.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(CanAddFile, IsTheServicesAnswerAboutARealFile)
+TEST_F(CanAddFile, ReturnsTheServicesAnswerAboutARealFile)
 {
     answerWithFolder(5, L"D:\\Drive\\F");
     service.answerInTurn("CanAddFiles", {Json{{"value", true}}, Json{{"value", false}}});
@@ -41,7 +41,7 @@ TEST_F(CanAddFile, IsTheServicesAnswerAboutARealFile)
     expectConnectionsClosed();
 }
 
-TEST_F(CanAddFile, OpensAConnectionBesideThatOfTheLookUp)
+TEST_F(CanAddFile, OpensOneConnectionBesidesThatOfTheLookUp)
 {
     answerWithFolder(5, L"D:\\Drive\\F");
 
@@ -103,7 +103,7 @@ TEST_F(CanAddFile, IsFalseWithOneLineWithoutATemporaryFolder)
     EXPECT_EQ(lines[0].rfind(L"[TP] ERROR: Failed to copy file to D:\\F - ", 0), 0U);
 }
 
-TEST_F(CanAddFile, TakesOddPaths)
+TEST_F(CanAddFile, IsFalseForEmptyUnpairedAndOverlongPaths)
 {
     const std::wstring longPath = L"D:\\" + std::wstring(100'000, L'x');
     for (const wchar_t* path : {L"", L"D:\\\xD800", longPath.c_str()}) {

@@ -1,4 +1,4 @@
-// Connections: how they are made, copied and assigned, and what each request passes on and caches.
+// Connections: how they are opened, copied and assigned, and what each request passes on and caches.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -32,7 +32,7 @@ protected:
         return findCachedItem(L"D:\\Drive\\Folder\\item " + std::to_wstring(number) + L".txt") != nullptr;
     }
 
-    // The number of the service object that answers a connection.
+    // Returns the number of the service object behind a connection.
     int serviceOf(QvNativeTessaportAPI& connection)
     {
         (void)service.takeCalls();
@@ -41,28 +41,28 @@ protected:
     }
 };
 
-TEST_F(Connection, WithoutAWindowGivesNone)
+TEST_F(Connection, WithoutAWindowPassesNone)
 {
     const QvNativeTessaportAPI connection;
 
     EXPECT_EQ(service.takeCall("TessaportService")["window"], nullptr);
 }
 
-TEST_F(Connection, WithAWindowHandsItOn)
+TEST_F(Connection, WithAWindowPassesItOn)
 {
     const QvNativeTessaportAPI connection(window(0xABCD));
 
     EXPECT_EQ(service.takeCall("TessaportService")["window"], 0xABCD);
 }
 
-TEST_F(Connection, WithANullWindowIsOneWithout)
+TEST_F(Connection, WithANullWindowPassesNone)
 {
     const QvNativeTessaportAPI connection(nullptr);
 
     EXPECT_EQ(service.takeCall("TessaportService")["window"], nullptr);
 }
 
-TEST_F(Connection, ThatIsCopiedIsANewOneWithoutAWindow)
+TEST_F(Connection, CopyIsANewConnectionWithoutAWindow)
 {
     QvNativeTessaportAPI source(window(0xABCD));
     const int serviceOfSource = serviceOf(source);
@@ -73,7 +73,7 @@ TEST_F(Connection, ThatIsCopiedIsANewOneWithoutAWindow)
     EXPECT_NE(serviceOf(copy), serviceOfSource);
 }
 
-TEST_F(Connection, ThatIsCopiedOutlivesItsSource)
+TEST_F(Connection, CopyOutlivesItsSource)
 {
     auto source = std::make_unique<QvNativeTessaportAPI>(window(0xABCD));
     QvNativeTessaportAPI copy(*source);
@@ -83,7 +83,7 @@ TEST_F(Connection, ThatIsCopiedOutlivesItsSource)
     EXPECT_EQ(copy.getVersion(), QVString(L"3.1.4"));
 }
 
-TEST_F(Connection, ThatIsGoneLetsItsServiceGo)
+TEST_F(Connection, ReleasesItsServiceWhenDestroyed)
 {
     auto connection = std::make_unique<QvNativeTessaportAPI>();
     const int number = serviceOf(*connection);
@@ -94,7 +94,7 @@ TEST_F(Connection, ThatIsGoneLetsItsServiceGo)
     EXPECT_THAT(service.collect().services, ::testing::Not(::testing::Contains(number)));
 }
 
-TEST_F(Connection, ThatIsAssignedSharesTheServiceOfItsSource)
+TEST_F(Connection, SharesTheServiceOfTheConnectionAssignedToIt)
 {
     auto source = std::make_unique<QvNativeTessaportAPI>();
     QvNativeTessaportAPI target;
@@ -108,7 +108,7 @@ TEST_F(Connection, ThatIsAssignedSharesTheServiceOfItsSource)
     EXPECT_EQ(serviceOf(target), serviceOfSource);
 }
 
-TEST_F(Connection, ThatIsAssignedKeepsItsFormerServiceOpen)
+TEST_F(Connection, KeepsItsPreviousServiceOpenAfterAnAssignment)
 {
     QvNativeTessaportAPI source;
     {
@@ -121,7 +121,7 @@ TEST_F(Connection, ThatIsAssignedKeepsItsFormerServiceOpen)
     EXPECT_EQ(service.collect().services.size(), 3U);
 }
 
-TEST_F(Connection, ThatIsAssignedToItselfStaysAsItIs)
+TEST_F(Connection, IsUnchangedBySelfAssignment)
 {
     QvNativeTessaportAPI connection;
     const int number = serviceOf(connection);
@@ -132,13 +132,13 @@ TEST_F(Connection, ThatIsAssignedToItselfStaysAsItIs)
     EXPECT_EQ(serviceOf(connection), number);
 }
 
-// Each request once: whom it asks, and whether what it reports is in the cache afterwards.
+// Each request once: which member it calls, and whether the items that it reports are in the cache afterwards.
 struct Forwarded {
     const char* member;
     Json answer;
     bool caches;
     std::function<Json(QvNativeTessaportAPI&, const Item&, const Command&)> run;
-    // What the service must have been given, by argument.
+    // The arguments that the service must have received, by name.
     Json arguments;
 };
 
@@ -161,7 +161,7 @@ protected:
     QvNativeTessaportAPI connection;
 };
 
-TEST_P(ForwardedRequest, AsksTheServiceAndCachesWhatItShould)
+TEST_P(ForwardedRequest, AsksTheServiceAndCachesReportedItems)
 {
     service.answer(GetParam().member, GetParam().answer);
     (void)service.takeCalls();
@@ -176,7 +176,7 @@ TEST_P(ForwardedRequest, AsksTheServiceAndCachesWhatItShould)
     EXPECT_FALSE(isCached(900));
 }
 
-TEST_P(ForwardedRequest, LetsExceptionsThroughAndLeavesTheCacheAsItIs)
+TEST_P(ForwardedRequest, PropagatesExceptionsAndLeavesTheCacheUnchanged)
 {
     service.fail(GetParam().member, failure("TessaportForcedUpdateException", L"update first"));
 

@@ -1,4 +1,4 @@
-// The form of the lines in the host's log.
+// The format of the lines in the diagnostic log.
 #include "velmora/native/DiagnosticLog.h"
 
 #include <stdexcept>
@@ -27,7 +27,7 @@ protected:
     LogLines log;
 };
 
-TEST_F(DiagnosticLog, BeginsEveryLineAlike)
+TEST_F(DiagnosticLog, StartsEveryLineWithTheSamePrefix)
 {
     logMessage({"narrow"});
     logMessage({L"wide"});
@@ -43,14 +43,14 @@ TEST_F(DiagnosticLog, MarksErrors)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: narrow", L"[TP] ERROR: wide"));
 }
 
-TEST_F(DiagnosticLog, PutsTheExceptionBehindTheText)
+TEST_F(DiagnosticLog, AppendsTheExceptionToTheText)
 {
     logError({L"Failed to get app version"}, std::runtime_error("gone"));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to get app version - gone"));
 }
 
-TEST_F(DiagnosticLog, TakesEmptyTexts)
+TEST_F(DiagnosticLog, WritesEmptyTexts)
 {
     logMessage({L""});
     logError({L""}, std::runtime_error(""));
@@ -79,7 +79,7 @@ TEST_F(DiagnosticLog, ReadsNarrowTextsAsUtf8)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] \xE9"));
 }
 
-TEST_F(DiagnosticLog, KeepsALineOfAThousandCharactersWhole)
+TEST_F(DiagnosticLog, DoesNotCutALineOfAThousandCharacters)
 {
     logMessage({std::wstring(995, L'w')});
     logMessage({std::string_view(std::string(995, 'n'))});
@@ -87,7 +87,7 @@ TEST_F(DiagnosticLog, KeepsALineOfAThousandCharactersWhole)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] " + std::wstring(995, L'w'), L"[TP] " + std::wstring(995, L'n')));
 }
 
-TEST_F(DiagnosticLog, CutsALongerLineAndSaysSo)
+TEST_F(DiagnosticLog, CutsALongerLineAndMarksTheCut)
 {
     logMessage({std::wstring(996, L'w')});
     logMessage({std::string_view(std::string(100'000, 'n'))});
@@ -96,7 +96,7 @@ TEST_F(DiagnosticLog, CutsALongerLineAndSaysSo)
         ElementsAre(L"[TP] " + std::wstring(995, L'w') + L"...", L"[TP] " + std::wstring(995, L'n') + L"..."));
 }
 
-TEST_F(DiagnosticLog, CountsTheWordErrorWhenItCuts)
+TEST_F(DiagnosticLog, CountsTheWordErrorTowardsTheLimit)
 {
     logErrorText({std::wstring(988, L'w')});
     logErrorText({std::wstring(989, L'w')});
@@ -107,7 +107,7 @@ TEST_F(DiagnosticLog, CountsTheWordErrorWhenItCuts)
             L"[TP] ERROR: " + std::wstring(988, L'n') + L"..."));
 }
 
-TEST_F(DiagnosticLog, CountsTheExceptionWhenItCuts)
+TEST_F(DiagnosticLog, CountsTheExceptionTowardsTheLimit)
 {
     logError({L"x"}, std::runtime_error(std::string(2'000, 'e')));
 
@@ -121,7 +121,7 @@ TEST_F(DiagnosticLog, DropsLinesWithoutASink)
     EXPECT_NO_THROW(logMessage({L"nobody reads this"}));
 }
 
-TEST_F(DiagnosticLog, DropsWhatASinkThrows)
+TEST_F(DiagnosticLog, DropsExceptionsFromTheSink)
 {
     Common::QVLog::setSink([](const Common::QVString&, bool) { throw std::runtime_error("disk full"); });
 

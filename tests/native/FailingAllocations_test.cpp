@@ -10,9 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <velmora/api/QVLog.h>
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
-#include <velmora/api/QVLog.h>
 #include "tests/support/Buffers.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/FailingRequests.h"
@@ -47,7 +47,7 @@ struct Given {
     QVBuffer<Item> items;
     QVBuffer<ItemId> ids;
     QVBuffer<QVString> paths = texts({L"D:/a/b/c and some more"});
-    // Made in advance: the operations below are to be the only ones that allocate.
+    // Made in advance, so that only the operations allocate.
     std::wstring itemPath = L"D:\\Drive\\item 1";
     QVString folderPath = L"D:/Drive/x";
     QVString driveType = L"Quorvex.DataSourceType.Drive";
@@ -113,7 +113,7 @@ protected:
         given->context.itemId = given->folder.id;
         given->command = *given->connection.getCommands(given->context)[1];
         Api::clearCachedItems();
-        // What the log makes for itself once, it keeps.
+        // The log allocates its own state once and never frees it.
         Common::QVLog::getLogFile()->addMessage(L"", false);
     }
     ~FailingAllocation() override { Api::clearCachedItems(); }
@@ -297,7 +297,7 @@ INSTANTIATE_TEST_SUITE_P(OfOneShotOperations, FailingAllocation,
             [](Given&, Outputs& out) { out.flag = Api::removeCachedItem(L"D:/Drive/item 1"); }, Operation::Exceptions}),
     nameOf);
 
-// A connection of the fake table, which counts one handle for each.
+// The fake table hands out one handle for each connection.
 std::int64_t handlesAfterDropping(FakeEntryPoints& table, std::unique_ptr<Api>& connection)
 {
     connection.reset();

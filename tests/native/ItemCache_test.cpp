@@ -1,4 +1,4 @@
-// Items by workspace path: who fills the cache, what stays, what is found and removed.
+// The item cache: which requests fill it, and which items stay, are found and are removed.
 #include "velmora/native/ItemCache.h"
 
 #include <filesystem>
@@ -33,7 +33,7 @@ protected:
         (void)connection.getItemsByWorkspacePaths({});
     }
 
-    // Number by which itemAt marks an item; 0 when there is none.
+    // Returns the number with which itemAt() marks an item; 0 if there is no item.
     static std::int64_t cachedAt(const std::wstring& path)
     {
         const Item* const found = findCachedItem(path);
@@ -61,7 +61,7 @@ TEST_F(ItemCache, KeepsTheFirstItemOfAListForAPath)
     EXPECT_EQ(cachedAt(L"D:\\b"), 2);
 }
 
-TEST_F(ItemCache, TellsPathsApartByCaseAndSlashAndEveryCharacter)
+TEST_F(ItemCache, DistinguishesPathsByCaseSlashAndEveryCharacter)
 {
     list(Json::array({itemAt(1, L"D:\\a"), itemAt(2, L"D:\\A"), itemAt(3, L"D:/a"), itemAt(4, L"D:\\a\\"),
         itemAt(5, L""), itemAt(6, L"D:\\\xD800"), itemAt(7, L"D:\\\U0001F600")}));
@@ -108,8 +108,8 @@ TEST_F(ItemCache, TakesOnlySuccessfulResultsOfPermanentIds)
     EXPECT_EQ(cachedAt(L"D:\\b"), 0);
 }
 
-// The key is the item's own path, whatever was asked for.
-TEST_F(ItemCache, KnowsAnItemByItsOwnPath)
+// The key is the item's own path, not the one that was asked for.
+TEST_F(ItemCache, StoresAnItemUnderItsOwnPath)
 {
     lookUp(Json::array({workspacePathResult(itemAt(1, L"D:\\own"), L"D:\\asked", 1)}));
 
@@ -135,7 +135,7 @@ TEST_F(ItemCache, KeepsAllNineFields)
     EXPECT_EQ(service.takeCall("GetChildFolders")["folder"], 5);
 }
 
-TEST_F(ItemCache, RemovesAnItemOnceByEitherSlash)
+TEST_F(ItemCache, RemovesAnItemWithEitherSlash)
 {
     list(Json::array({itemAt(1, L"D:\\Drive\\a.txt")}));
 
@@ -160,8 +160,8 @@ TEST_F(ItemCache, RemovesAnItemByARelativePath)
     EXPECT_TRUE(QvNativeTessaportAPI::removeCachedItem(L"no such file.txt"));
 }
 
-// Items are kept under the path that the sync application reports; only a canonical one can be found again.
-TEST_F(ItemCache, DoesNotFindWhatWasReportedInAnotherForm)
+// An item is stored under the path that the sync application reports, and found only if that path is canonical.
+TEST_F(ItemCache, DoesNotFindAnItemReportedWithAnotherSpelling)
 {
     list(Json::array({itemAt(1, L"D:/Drive/a.txt"), itemAt(2, L"D:\\Drive\\.\\b.txt")}));
 
@@ -180,7 +180,7 @@ TEST_F(ItemCache, RemovesNothingElse)
     EXPECT_EQ(cachedAt(L"D:\\a\\b"), 3);
 }
 
-TEST_F(ItemCache, TakesAFreshItemOnceTheFormerIsRemoved)
+TEST_F(ItemCache, StoresAFreshItemAfterThePreviousWasRemoved)
 {
     list(Json::array({itemAt(1, L"D:\\a")}));
     (void)QvNativeTessaportAPI::removeCachedItem(L"D:\\a");
@@ -190,7 +190,7 @@ TEST_F(ItemCache, TakesAFreshItemOnceTheFormerIsRemoved)
     EXPECT_EQ(cachedAt(L"D:\\a"), 2);
 }
 
-TEST_F(ItemCache, IsEmptyOnceItIsCleared)
+TEST_F(ItemCache, IsEmptyAfterClearing)
 {
     list(Json::array({itemAt(1, L"D:\\a"), itemAt(2, L"D:\\b")}));
 
@@ -200,7 +200,7 @@ TEST_F(ItemCache, IsEmptyOnceItIsCleared)
     EXPECT_EQ(cachedAt(L"D:\\b"), 0);
 }
 
-TEST_F(ItemCache, MayBeClearedWhenItIsEmpty)
+TEST_F(ItemCache, CanBeClearedWhenEmpty)
 {
     QvNativeTessaportAPI::clearCachedItems();
     QvNativeTessaportAPI::clearCachedItems();
@@ -222,7 +222,7 @@ TEST_F(ItemCache, OutlivesTheConnectionThatFilledIt)
     EXPECT_EQ(service.takeCall("GetChildFolders")["folder"], 1);
 }
 
-TEST_F(ItemCache, IsFilledFromLongListsWhole)
+TEST_F(ItemCache, HoldsEveryItemOfALongList)
 {
     service.answer("GetFolderContents", generated(50'000));
     (void)connection.getFolderContents(folder);

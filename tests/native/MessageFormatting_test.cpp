@@ -35,34 +35,34 @@ TEST(ReplaceAll, CountsItsReplacements)
     EXPECT_EQ(result.count, 2);
 }
 
-TEST(ReplaceAll, LeavesATextWithoutTheSearchedOne)
+TEST(ReplaceAll, LeavesATextWithoutAHitUnchanged)
 {
     const auto result = replaced(L"abc", L"x", L"y");
     EXPECT_EQ(result.text, L"abc");
     EXPECT_EQ(result.count, 0);
 }
 
-TEST(ReplaceAll, DoesNotSearchWhatItPutIn)
+TEST(ReplaceAll, DoesNotSearchItsReplacements)
 {
     EXPECT_EQ(replaced(L"aa", L"a", L"aa").text, L"aaaa");
     EXPECT_EQ(replaced(L"aab", L"ab", L"b").text, L"ab");
 }
 
-TEST(ReplaceAll, TakesHitsFromTheLeft)
+TEST(ReplaceAll, FindsHitsFromTheLeft)
 {
     const auto result = replaced(L"aaaaa", L"aa", L"x");
     EXPECT_EQ(result.text, L"xxa");
     EXPECT_EQ(result.count, 2);
 }
 
-TEST(ReplaceAll, ReplacesNothingForAnEmptySearchedText)
+TEST(ReplaceAll, ReplacesNothingForAnEmptyPattern)
 {
     const auto result = replaced(L"abc", L"", L"y");
     EXPECT_EQ(result.text, L"abc");
     EXPECT_EQ(result.count, 0);
 }
 
-TEST(ReplaceAll, TakesTheTextItselfAsAnArgument)
+TEST(ReplaceAll, AcceptsTheTextItselfAsAnArgument)
 {
     std::wstring text = L"ab";
     EXPECT_EQ(replaceAll(text, text, text), 1);
@@ -71,7 +71,7 @@ TEST(ReplaceAll, TakesTheTextItselfAsAnArgument)
     EXPECT_EQ(text, L"aab");
 }
 
-TEST(ReplaceAll, RemovesForAnEmptyReplacement) { EXPECT_EQ(replaced(L"a--b-", L"-", L"").text, L"ab"); }
+TEST(ReplaceAll, RemovesHitsForAnEmptyReplacement) { EXPECT_EQ(replaced(L"a--b-", L"-", L"").text, L"ab"); }
 
 std::wstring randomText(std::mt19937& random, const std::wstring& alphabet, std::size_t maximum)
 {
@@ -81,7 +81,7 @@ std::wstring randomText(std::mt19937& random, const std::wstring& alphabet, std:
     return text;
 }
 
-TEST(ReplaceAll, EqualsTheSearchByFindOnManyTexts)
+TEST(ReplaceAll, EqualsAPlainSearchOnManyTexts)
 {
     std::mt19937 random(1);
     for (int i = 0; i < 100'000; ++i) {
@@ -100,8 +100,8 @@ TEST(ReplaceAll, EqualsTheSearchByFindOnManyTexts)
     }
 }
 
-// Linear searches take milliseconds here, others hours.
-TEST(ReplaceAll, IsLinearInWhatRepeatsItself)
+// A linear search takes milliseconds here, a quadratic one hours.
+TEST(ReplaceAll, IsLinearForRepetitiveTexts)
 {
     constexpr std::size_t Half = 2'000'000;
     const auto result = replaced(std::wstring(2 * Half, L'a'), std::wstring(Half, L'a') + L'b', L"x");
@@ -115,14 +115,14 @@ TEST(ToHtml, EscapesBracketsSpacesAndLineFeeds)
     EXPECT_EQ(toHtml(L""), L"");
 }
 
-TEST(ToHtml, LeavesTheAmpersand) { EXPECT_EQ(toHtml(L"&lt; & \"'\t"), L"&lt;&nbsp;&&nbsp;\"'\t"); }
+TEST(ToHtml, DoesNotEscapeTheAmpersand) { EXPECT_EQ(toHtml(L"&lt; & \"'\t"), L"&lt;&nbsp;&&nbsp;\"'\t"); }
 
-TEST(Linkify, LeavesTheFullStopOutside)
+TEST(Linkify, LeavesTheFullStopOutsideTheLink)
 {
     EXPECT_EQ(linkify(L"see www.example.test."), L"see " + linkTo(L"www.example.test") + L".");
 }
 
-TEST(Linkify, LinksBehindEscapedSpacesAndLineBreaks)
+TEST(Linkify, LinksAddressesAfterEscapedSpacesAndLineBreaks)
 {
     const std::wstring link = linkTo(L"http://x");
     EXPECT_EQ(linkify(L"a&nbsp;http://x&nbsp;b"), L"a&nbsp;" + link + L"&nbsp;b");
@@ -131,21 +131,21 @@ TEST(Linkify, LinksBehindEscapedSpacesAndLineBreaks)
     EXPECT_EQ(linkify(L"a<br/ >http://x"), L"a<br/ >http://x");
 }
 
-TEST(Linkify, LinksNothingThatIsGluedToALetter)
+TEST(Linkify, LinksNoAddressRightAfterALetter)
 {
     EXPECT_EQ(linkify(L"ahttp://x"), L"ahttp://x");
     EXPECT_EQ(linkify(L"(www.x"), L"(www.x");
 }
 
-TEST(Linkify, LinksAtTheStartAndBehindQuotes)
+TEST(Linkify, LinksAddressesAtTheStartAndAfterQuotes)
 {
     EXPECT_EQ(linkify(L"https://x"), linkTo(L"https://x"));
     EXPECT_EQ(linkify(L"\"'http://x'\", y"), L"\"'" + linkTo(L"http://x") + L"'\", y");
 }
 
-TEST(Linkify, KnowsCapitalsApart) { EXPECT_EQ(linkify(L"HTTP://x"), L"HTTP://x"); }
+TEST(Linkify, IsCaseSensitive) { EXPECT_EQ(linkify(L"HTTP://x"), L"HTTP://x"); }
 
-TEST(Linkify, TakesAnyCharacterBehindWwwButALineTerminator)
+TEST(Linkify, AcceptsAnyCharacterAfterWwwButALineTerminator)
 {
     EXPECT_EQ(linkify(L"wwwxy"), linkTo(L"wwwxy"));
     EXPECT_EQ(linkify(L"www x"), linkTo(L"www x"));
@@ -156,14 +156,14 @@ TEST(Linkify, TakesAnyCharacterBehindWwwButALineTerminator)
     }
 }
 
-TEST(Linkify, NeedsACharacterBehindTheOpening)
+TEST(Linkify, NeedsACharacterAfterTheOpening)
 {
     for (const wchar_t* const text : {L"http://", L"www.", L"www", L"http:// x", L"www. x", L""})
         EXPECT_EQ(linkify(text), text);
     EXPECT_EQ(linkify(L"http://."), linkTo(L"http://."));
 }
 
-TEST(Linkify, CountsAsciiWhiteSpaceOnly)
+TEST(Linkify, TreatsOnlyAsciiCharactersAsWhiteSpace)
 {
     EXPECT_EQ(linkify(L"a\xA0http://x"), L"a\xA0http://x");
     EXPECT_EQ(linkify(L"\vhttp://x\x2003y"), L"\v" + linkTo(L"http://x\x2003y"));
@@ -185,13 +185,13 @@ void expectTheExpression(unsigned seed, int count, MakeText makeText)
     }
 }
 
-TEST(Linkify, EqualsTheExpressionOnTextsOfLooseCharacters)
+TEST(Linkify, EqualsTheExpressionOnTextsOfRandomCharacters)
 {
     const std::wstring alphabet = L"w.http:s/ <br>&nbsp;\"',?\n\r\t\x0B\x0C\x01\xA0\x2028\x4E2Dxy";
     expectTheExpression(2, 100'000, [&](auto& random) { return randomText(random, alphabet, 24); });
 }
 
-TEST(Linkify, EqualsTheExpressionOnTextsOfWholeParts)
+TEST(Linkify, EqualsTheExpressionOnTextsOfRandomParts)
 {
     const std::array<std::wstring, 36> parts{L"http://", L"https://", L"www.", L"www", L"ww", L"w", L"h", L"http:/",
         L"&nbsp;", L"&nbsp", L"nbsp;", L"&", L"<br>", L"<br/>", L"<br />", L"<br", L"<br  ", L"<", L">", L"/", L"/>",
@@ -204,7 +204,7 @@ TEST(Linkify, EqualsTheExpressionOnTextsOfWholeParts)
     });
 }
 
-TEST(Linkify, EqualsTheExpressionOnEveryShortTextBehindAnOpening)
+TEST(Linkify, EqualsTheExpressionOnEveryShortTextAfterAnOpening)
 {
     const std::wstring alphabet = L" .\"<b>&w";
     for (unsigned code = 0; code < 8 * 8 * 8 * 8 * 8; ++code) {
@@ -224,8 +224,8 @@ std::wstring repeated(const std::wstring& part, std::size_t length)
     return text;
 }
 
-// Each of these would be hours of work, or an overflow of the stack, for one that goes back on its steps.
-TEST(Linkify, TakesMessagesOfTenMegabytes)
+// An implementation that backtracks would take hours for each of these, or overflow the stack.
+TEST(Linkify, HandlesMessagesOfTenMegabytes)
 {
     constexpr std::size_t Length = 10'000'000;
     for (const wchar_t* const part : {L"x", L" ", L"http://", L"www.x ", L"www.&nbsp", L"\"", L".", L"<br ", L"<br  ",

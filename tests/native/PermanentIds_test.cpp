@@ -1,4 +1,4 @@
-// Between permanent ids, items, paths and drives.
+// One-shot operations between permanent ids, items, paths and drives.
 #include <functional>
 #include <string>
 
@@ -26,7 +26,7 @@ protected:
         (void)service.takeCalls();
     }
 
-    // All outputs as before the call.
+    // Fails unless all outputs are unchanged.
     void expectUntouched()
     {
         EXPECT_EQ(path, QVString(L"before"));
@@ -35,7 +35,7 @@ protected:
         EXPECT_EQ(driveId, QVUUID(OtherId));
     }
 
-    // The three operations that take a permanent id; the number of them that succeeded.
+    // Runs the three operations that take a permanent id and returns how many succeeded.
     int lookUp()
     {
         return int{Api::getFullWorkspacePathByPermanentId(hwnd, L"pid/1", path)} +
@@ -50,7 +50,7 @@ protected:
     QVUUID driveId{OtherId};
 };
 
-TEST_F(PermanentIds, OfItemsGivePathItemAndDrive)
+TEST_F(PermanentIds, LeadToPathItemAndDrive)
 {
     service.answer(
         "GetItemsByPermanentIds", Json::array({itemOfPermanentIdResult(itemAt(5, L"D:\\Drive\\a"), "pid/1", 1)}));
@@ -71,7 +71,7 @@ TEST_F(PermanentIds, OfItemsGivePathItemAndDrive)
     expectConnectionsClosed();
 }
 
-TEST_F(PermanentIds, ThatAreUnknownGiveNothingAndNoLine)
+TEST_F(PermanentIds, ThatAreUnknownLeadToNothingWithoutALine)
 {
     for (const int result : {0, 2, 4}) {
         service.answer(
@@ -83,7 +83,7 @@ TEST_F(PermanentIds, ThatAreUnknownGiveNothingAndNoLine)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(PermanentIds, WithoutAResultGiveNothingAndNoLine)
+TEST_F(PermanentIds, WithoutAResultLeadToNothingWithoutALine)
 {
     EXPECT_EQ(lookUp(), 0);
 
@@ -91,7 +91,7 @@ TEST_F(PermanentIds, WithoutAResultGiveNothingAndNoLine)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(PermanentIds, LookAtTheFirstResultOnly)
+TEST_F(PermanentIds, UseTheFirstResultOnly)
 {
     service.answer("GetItemsByPermanentIds", Json::array({itemOfPermanentIdResult(nullptr, "pid/1", 2),
                                                  itemOfPermanentIdResult(TestSupport::item(5), "x", 1)}));
@@ -101,7 +101,7 @@ TEST_F(PermanentIds, LookAtTheFirstResultOnly)
     expectUntouched();
 }
 
-TEST_F(PermanentIds, ReportFailureEachWithItsLine)
+TEST_F(PermanentIds, ReportFailuresWithALineOfTheirOwn)
 {
     service.fail("GetItemsByPermanentIds", notRunning);
 
@@ -114,7 +114,7 @@ TEST_F(PermanentIds, ReportFailureEachWithItsLine)
     expectConnectionsClosed();
 }
 
-TEST_F(PermanentIds, WithEveryCharacterReachTheService)
+TEST_F(PermanentIds, ReachTheServiceUnchanged)
 {
     (void)Api::getItemByPermanentId(hwnd, L"\xD800/\\ \U0001F600", item);
 
@@ -136,7 +136,7 @@ protected:
     Result result = static_cast<Result>(77);
 };
 
-TEST_F(PermanentIdOfItem, IsThatOfTheFirstResult)
+TEST_F(PermanentIdOfItem, ComesFromTheFirstResult)
 {
     answer(Json::array({permanentIdResult(1, "pid/1", 1), permanentIdResult(2, "pid/2", 1)}));
 
@@ -151,7 +151,7 @@ TEST_F(PermanentIdOfItem, IsThatOfTheFirstResult)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(PermanentIdOfItem, IsMissingWithTheReasonAndNoLine)
+TEST_F(PermanentIdOfItem, IsMissingWithTheReasonAndWithoutALine)
 {
     for (const int reason : {4, 2, -3}) {
         answer(Json::array({permanentIdResult(1, "pid/1", reason)}));
@@ -195,7 +195,7 @@ TEST_F(PermanentIdOfItem, ReportsFailureAndLeavesBothOutputs)
     expectConnectionsClosed();
 }
 
-TEST_F(PermanentIdOfItem, OfAHandMadeItemIsAFailure)
+TEST_F(PermanentIdOfItem, OfADefaultConstructedItemIsAFailure)
 {
     EXPECT_FALSE(Api::getPermanentIdByItem(hwnd, Item(), permanentId, result));
 
@@ -255,7 +255,7 @@ TEST_F(PermanentIdOfPath, OfAnUnknownPathIsMissingWithTheLineOfTheLookUp)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to get item from workspace path D:/x"));
 }
 
-TEST_F(PermanentIdOfPath, IsMissingWithAnotherResultAndNoLine)
+TEST_F(PermanentIdOfPath, IsMissingIfTheResultIsAFailureWithoutALine)
 {
     cachePath();
     answer(Json::array({permanentIdResult(5, "pid/5", 4)}));

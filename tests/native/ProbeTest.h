@@ -1,5 +1,5 @@
-// The fixture of tests of what asks the sync application about a probe file: a temporary folder of its own, which must
-// be empty in the end.
+// The fixture for operations that use a probe file: it has a temporary folder of its own, which must be empty at the
+// end.
 #pragma once
 
 #include <filesystem>

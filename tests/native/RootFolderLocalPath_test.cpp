@@ -1,4 +1,4 @@
-// Where on the local disk new files may be put.
+// getRootFolderLocalPath: where on the local disk new files can be added.
 #include <algorithm>
 #include <string>
 
@@ -39,7 +39,7 @@ protected:
         service.answerInTurn("CanAddFiles", inTurn({accepts.begin(), accepts.end()}));
     }
 
-    // The folders that the service was asked about.
+    // Returns the folders that the service was asked about.
     std::vector<int> askedFolders()
     {
         std::vector<int> folders;
@@ -69,7 +69,7 @@ private:
     }
 };
 
-TEST_F(RootFolderLocalPath, IsTheFirstChildThatAcceptsFiles)
+TEST_F(RootFolderLocalPath, NamesTheFirstChildThatAcceptsFiles)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}),
         {Json::array({folder(11, L"D:\\Drive\\A"), folder(12, L"D:\\Drive\\B"), folder(13, L"D:\\Drive\\C")})},
@@ -85,7 +85,7 @@ TEST_F(RootFolderLocalPath, IsTheFirstChildThatAcceptsFiles)
     expectConnectionsClosed();
 }
 
-TEST_F(RootFolderLocalPath, TakesOneConnectionAndAsksAboutTheDrivesRoot)
+TEST_F(RootFolderLocalPath, UsesOneConnectionAndListsTheDrivesRoot)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}), {Json::array({folder(11, L"D:\\Drive\\A")})}, {true});
 
@@ -100,7 +100,7 @@ TEST_F(RootFolderLocalPath, TakesOneConnectionAndAsksAboutTheDrivesRoot)
     EXPECT_EQ(calls[3]["member"], "CanAddFiles");
 }
 
-TEST_F(RootFolderLocalPath, AsksAboutARealFileOfAFreshName)
+TEST_F(RootFolderLocalPath, AsksAboutARealFileWithAFreshName)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}),
         {Json::array({folder(11, L"D:\\Drive\\A"), folder(12, L"D:\\Drive\\B")})}, {false, true});
@@ -138,7 +138,7 @@ TEST_F(RootFolderLocalPath, HasBackSlashesAndNoOtherChange)
     EXPECT_EQ(item.workspacePath, QVString(L"D:/Users/a/Drive/../Folder/"));
 }
 
-TEST_F(RootFolderLocalPath, PassesOverChildrenThatAreNotOnTheServer)
+TEST_F(RootFolderLocalPath, SkipsChildrenThatAreNotOnTheServer)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}),
         {Json::array({folder(11, L"D:\\Drive\\A", false), folder(12, L"D:\\Drive\\B")})}, {true});
@@ -148,7 +148,7 @@ TEST_F(RootFolderLocalPath, PassesOverChildrenThatAreNotOnTheServer)
     EXPECT_THAT(askedFolders(), ElementsAre(12));
 }
 
-TEST_F(RootFolderLocalPath, IsNoneWhenNoChildIsOnTheServer)
+TEST_F(RootFolderLocalPath, FailsIfNoChildIsOnTheServer)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}),
         {Json::array({folder(11, L"D:\\Drive\\A", false), folder(12, L"D:\\Drive\\B", false)})}, {true});
@@ -161,7 +161,7 @@ TEST_F(RootFolderLocalPath, IsNoneWhenNoChildIsOnTheServer)
     expectNoProbeFile();
 }
 
-TEST_F(RootFolderLocalPath, LooksThroughEveryDriveOfItsTypeInOrder)
+TEST_F(RootFolderLocalPath, TriesEveryDriveOfItsTypeInOrder)
 {
     answerWith(Json::array({drive(1, DocsType, L"D:\\Docs"), drive(2, DriveType, L"D:\\One"),
                    drive(3, MorrowType, L"D:\\M"), drive(4, DriveType, L"D:\\Two"), drive(5, TeamType, L"D:\\T")}),
@@ -178,7 +178,7 @@ TEST_F(RootFolderLocalPath, LooksThroughEveryDriveOfItsTypeInOrder)
     EXPECT_THAT(roots, ElementsAre(2, 4));
 }
 
-TEST_F(RootFolderLocalPath, IsNoneWhenNoFolderAccepts)
+TEST_F(RootFolderLocalPath, FailsIfNoFolderAccepts)
 {
     answerWith(Json::array({drive(1, DriveType, L"D:\\Drive")}), {Json::array({folder(11, L"D:\\Drive\\A")})}, {false});
 
@@ -190,7 +190,7 @@ TEST_F(RootFolderLocalPath, IsNoneWhenNoFolderAccepts)
     expectConnectionsClosed();
 }
 
-TEST_F(RootFolderLocalPath, IsNoneWithoutADrive)
+TEST_F(RootFolderLocalPath, FailsWithoutADrive)
 {
     answerWith(Json::array(), {}, {});
 
@@ -199,7 +199,7 @@ TEST_F(RootFolderLocalPath, IsNoneWithoutADrive)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(RootFolderLocalPath, IsRefusedForEveryOtherTypeWithoutAConnection)
+TEST_F(RootFolderLocalPath, FailsForEveryOtherTypeWithoutAConnection)
 {
     for (const wchar_t* type :
         {DocsType, TeamType, MorrowType, L"quorvex.datasourcetype.drive", L"", L"Quorvex.DataSourceType.Drive "}) {
@@ -227,7 +227,7 @@ TEST_F(RootFolderLocalPath, ReportsEveryFailureAndRemovesTheProbe)
     service.reset();
 }
 
-TEST_F(RootFolderLocalPath, IsAFailureWithoutATemporaryFolder)
+TEST_F(RootFolderLocalPath, FailsWithoutATemporaryFolder)
 {
     std::filesystem::remove_all(temporary.path());
 
@@ -239,11 +239,12 @@ TEST_F(RootFolderLocalPath, IsAFailureWithoutATemporaryFolder)
     EXPECT_THAT(service.takeCalls(), IsEmpty());
 }
 
-TEST_F(RootFolderLocalPath, LeavesAProbeThatCannotBeWrittenToTheService)
+TEST_F(RootFolderLocalPath, PassesAProbeThatCannotBeWrittenToTheService)
 {
-    // Not even the superuser can write there.
+    // Not even root can write there.
 #ifdef _WIN32
-    const EnvironmentVariable variable(TemporaryFolderVariable, "Z:\\proc\\self\\fdinfo"); // Wine's way to it.
+    const EnvironmentVariable variable(
+        TemporaryFolderVariable, "Z:\\proc\\self\\fdinfo"); // The same folder under Wine.
 #else
     const EnvironmentVariable variable(TemporaryFolderVariable, "/proc/self/fdinfo");
 #endif

@@ -1,4 +1,4 @@
-// Static operations of one request each: answers, connections, log lines.
+// One-shot operations of one request each: results, connections, log lines.
 #include <functional>
 #include <string>
 
@@ -23,7 +23,7 @@ protected:
     static Json twoDrives() { return Json::array({drive(1, DriveType, L"D:\\One"), drive(2, DocsType, L"D:\\Two")}); }
 };
 
-TEST_F(SingleRequests, DiscoverAsksOnceOnAConnectionOfItsOwn)
+TEST_F(SingleRequests, DiscoverMakesOneRequestOnItsOwnConnection)
 {
     EXPECT_TRUE(Api::discover(hwnd));
 
@@ -72,7 +72,7 @@ TEST_F(SingleRequests, GetVersionLeavesTheOutputOnFailure)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to get app version" + saysOff));
 }
 
-TEST_F(SingleRequests, RootFolderItemIsThatOfTheFirstDrive)
+TEST_F(SingleRequests, RootFolderItemIsTheRootOfTheFirstDrive)
 {
     service.answer("GetDrives", twoDrives());
     Item viaException;
@@ -91,7 +91,7 @@ TEST_F(SingleRequests, RootFolderItemIsThatOfTheFirstDrive)
     expectConnectionsClosed();
 }
 
-TEST_F(SingleRequests, RootFolderItemIsLeftAsItIsWithoutADrive)
+TEST_F(SingleRequests, RootFolderItemIsUnchangedWithoutADrive)
 {
     service.answer("GetDrives", Json::array());
     Item root = itemOf(7);
@@ -104,7 +104,7 @@ TEST_F(SingleRequests, RootFolderItemIsLeftAsItIsWithoutADrive)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(SingleRequests, RootFolderItemWithExceptionsLetsThemThrough)
+TEST_F(SingleRequests, RootFolderItemWithExceptionsPropagatesThem)
 {
     service.fail("GetDrives", notRunning);
     Item root = itemOf(7);
@@ -148,7 +148,7 @@ TEST_F(SingleRequests, DriveDataCanBeAccessedWhenTheFirstRootCanBeListed)
     expectConnectionsClosed();
 }
 
-TEST_F(SingleRequests, DriveDataCannotBeAccessedWithoutTheRootAndOneLineSaysSo)
+TEST_F(SingleRequests, DriveDataCannotBeAccessedWithoutTheRootAndOneLineIsLogged)
 {
     service.fail("GetDrives", notRunning);
 
@@ -211,7 +211,7 @@ TEST_F(SingleRequests, GetFolderContentsLeavesTheOutputOnFailure)
     EXPECT_EQ(findCachedItem(L"D:\\Drive\\Folder\\item 5.txt"), nullptr);
 }
 
-TEST_F(SingleRequests, GetFolderContentsOfAHandMadeItemFails)
+TEST_F(SingleRequests, GetFolderContentsOfADefaultConstructedItemFails)
 {
     QVBuffer<Item> items;
 
@@ -220,7 +220,7 @@ TEST_F(SingleRequests, GetFolderContentsOfAHandMadeItemFails)
     EXPECT_EQ(log.take().size(), 1U);
 }
 
-TEST_F(SingleRequests, SyncItemAnswersAsTheServiceDoes)
+TEST_F(SingleRequests, SyncItemReturnsTheServicesAnswer)
 {
     const Item item = itemOf(3);
     service.answerInTurn("SyncFiles",
@@ -299,7 +299,7 @@ TEST_F(SingleRequests, ReportAConnectionThatCannotBeOpened)
             L"[TP] ERROR: Failed to check file existence in workspace" + saysOff));
 }
 
-TEST_F(SingleRequests, CheckExistenceIsGetItemByWorkspacePath)
+TEST_F(SingleRequests, CheckExistenceDoesWhatGetItemByWorkspacePathDoes)
 {
     service.answer("GetItemsByWorkspacePaths", Json::array({workspacePathResult(itemAt(1, L"D:\\a"), L"D:\\a", 1)}));
     Item found;
@@ -338,7 +338,7 @@ TEST_F(Offline, IsTrueForTheSecondDriveWithOneLine)
     expectConnectionsClosed();
 }
 
-TEST_F(Offline, AsksNoFurtherThanTheFirstOfflineDrive)
+TEST_F(Offline, StopsAtTheFirstOfflineDrive)
 {
     service.answerInTurn("GetPermanentIds", {answered(4), answered(4)});
 
@@ -358,7 +358,7 @@ TEST_F(Offline, IgnoresOtherFailuresOfADrive)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(Offline, GoesOnAfterAnExceptionOfADrive)
+TEST_F(Offline, ContinuesAfterAnExceptionForADrive)
 {
     service.answerInTurn("GetPermanentIds", {Json{{"throw", notRunning}}, answered(4)});
 
@@ -389,7 +389,7 @@ TEST_F(Offline, IsFalseWithoutADrive)
     EXPECT_THAT(takeMembersAskedForWindow(), ElementsAre("TessaportService", "GetDrives"));
 }
 
-TEST_F(Offline, LetsExceptionsOfTheConnectionAndTheDrivesThrough)
+TEST_F(Offline, PropagatesExceptionsOfTheConnectionAndTheDrives)
 {
     service.fail("GetDrives", notRunning);
     EXPECT_THROW(Api::isOffline(hwnd), TessaportNotRunningException);

@@ -1,4 +1,4 @@
-// The fixture of tests of the operations that open a connection of their own.
+// The fixture for one-shot operations, which open a connection of their own.
 #pragma once
 
 #include <string>
@@ -19,11 +19,12 @@ protected:
 
     StaticTest() { (void)service.takeCalls(); }
 
-    /// An exception of the service, and the end of the log line that tells of it.
+    /// An exception of the service, and the end of the log line that reports it.
     const Json notRunning = failure("TessaportNotRunningException", L"it is off");
     const std::wstring saysOff = L" - it is off";
 
-    /// The calls since the last time, without their arguments, and fails unless every connection was opened for `hwnd`.
+    /// Returns the calls since the last time, without their arguments. Fails unless every connection was opened for
+    /// `hwnd`.
     std::vector<std::string> takeMembersAskedForWindow()
     {
         std::vector<std::string> members;
@@ -36,7 +37,7 @@ protected:
         return members;
     }
 
-    /// Fails unless no service is left but the fixture's own.
+    /// Fails unless the fixture's own service is the only one left.
     void expectConnectionsClosed() { EXPECT_EQ(service.collect().services.size(), 1U); }
 
     const HWND hwnd = reinterpret_cast<HWND>(std::intptr_t{0x1234});

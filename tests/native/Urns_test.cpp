@@ -1,4 +1,4 @@
-// The cloud identifiers of files and folders.
+// One-shot operations for the cloud identifiers of files and folders.
 #include <string>
 #include <tuple>
 
@@ -23,7 +23,7 @@ const std::wstring NoProject = Error + L"project id is empty";
 class Urns : public StaticTest
 {
 protected:
-    // One drive of that type at D:\Drive, its root and two items beneath it cached.
+    // Sets up one drive of a type at D:\Drive, with its root and two items below it in the cache.
     void useDrive(const wchar_t* type)
     {
         Json only = drive(1, type, L"D:\\Drive");
@@ -44,7 +44,7 @@ protected:
 
     void answerProperties(const Json& values) { service.answer("GetProperties", propertyValues(values)); }
 
-    // What each request for properties asked for: the id and the names.
+    // Returns the id and the property names of each request for properties.
     std::vector<Json> askedProperties()
     {
         std::vector<Json> asked;
@@ -102,13 +102,13 @@ class FileUrn : public Urns
 {
 };
 
-TEST_F(FileUrn, OfAPathWritesWhatItFound)
+TEST_F(FileUrn, OfAPathLogsEachStep)
 {
     useDrive(DriveType);
     answerProperties(Json::array({propertyValue(L"SourceObjectId", "urn:1")}));
 
     EXPECT_EQ(Api::getFileUrn(hwnd, L"D:/Drive/F/a.txt"), none);
-    // Drives are matched by the path as it was given.
+    // The drive is matched by the path as given.
     EXPECT_THAT(log.take(),
         ElementsAre(L"[TP] Get urn: got item from path D:/Drive/F/a.txt",
             Error + L"Failed to get drive type from path D:/Drive/F/a.txt",
@@ -120,7 +120,7 @@ TEST_F(FileUrn, OfAPathWritesWhatItFound)
             L"[TP] Get urn: got drive type Quorvex.DataSourceType.Drive from path D:\\Drive\\F\\a.txt", NoProject));
 }
 
-TEST_F(FileUrn, OfAnItemWritesWhatItFound)
+TEST_F(FileUrn, OfAnItemLogsEachStep)
 {
     useDrive(DocsType);
     answerProperties(Json::array({propertyValue(L"KeldaItemId", "urn:1"), propertyValue(L"KeldaProjectId", "p")}));
@@ -133,7 +133,7 @@ TEST_F(FileUrn, OfAnItemWritesWhatItFound)
     EXPECT_THAT(takeMembersAskedForWindow(), ElementsAre("TessaportService", "GetDrives", "GetProperties"));
 }
 
-TEST_F(FileUrn, OfACachedPathTakesOneConnection)
+TEST_F(FileUrn, OfACachedPathNeedsOneConnection)
 {
     useDrive(DriveType);
 
@@ -142,7 +142,7 @@ TEST_F(FileUrn, OfACachedPathTakesOneConnection)
     EXPECT_THAT(takeMembersAskedForWindow(), ElementsAre("TessaportService", "GetDrives", "GetProperties"));
 }
 
-TEST_F(FileUrn, OfAnEmptyPathIsNoneWithoutAConnection)
+TEST_F(FileUrn, OfAnEmptyPathIsEmptyWithoutAConnection)
 {
     EXPECT_EQ(Api::getFileUrn(hwnd, L""), none);
 
@@ -150,7 +150,7 @@ TEST_F(FileUrn, OfAnEmptyPathIsNoneWithoutAConnection)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(FileUrn, OfAPathWithAZeroCharacterInFrontIsTheCurrentFolders)
+TEST_F(FileUrn, OfAPathThatStartsWithAZeroCharacterIsThatOfTheCurrentFolder)
 {
     service.answer("GetItemsByWorkspacePaths", Json::array());
 
@@ -160,7 +160,7 @@ TEST_F(FileUrn, OfAPathWithAZeroCharacterInFrontIsTheCurrentFolders)
         takeMembersAskedForWindow(), ElementsAre("TessaportService", "TessaportService", "GetItemsByWorkspacePaths"));
 }
 
-TEST_F(FileUrn, OfAnUnknownPathIsNone)
+TEST_F(FileUrn, OfAnUnknownPathIsEmpty)
 {
     useDrive(DriveType);
     service.answer("GetItemsByWorkspacePaths", Json::array({workspacePathResult(nullptr, L"D:\\Drive\\no", 2)}));
@@ -170,7 +170,7 @@ TEST_F(FileUrn, OfAnUnknownPathIsNone)
     EXPECT_THAT(log.take(), ElementsAre(Error + L"Failed to get item from workspace path D:\\Drive\\no"));
 }
 
-TEST_F(FileUrn, OfAnItemWithoutADriveOrAPathIsNoneWithoutAConnection)
+TEST_F(FileUrn, OfAnItemWithoutDriveOrPathIsEmptyWithoutAConnection)
 {
     useDrive(DriveType);
     Item withoutDrive = file;
@@ -187,7 +187,7 @@ TEST_F(FileUrn, OfAnItemWithoutADriveOrAPathIsNoneWithoutAConnection)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(FileUrn, WithoutADriveIsNone)
+TEST_F(FileUrn, WithoutADriveIsEmpty)
 {
     useDrive(DriveType);
     service.answer("GetDrives", Json::array());
@@ -202,7 +202,7 @@ TEST_F(FileUrn, WithoutADriveIsNone)
             L"[TP] Get urn: got drive type  from path D:\\Drive\\F\\a.txt", Error + L"Failed to find drive type  (3)"));
 }
 
-TEST_F(FileUrn, OnADriveOfAnUnknownTypeIsNone)
+TEST_F(FileUrn, OnADriveOfAnUnknownTypeIsEmpty)
 {
     useDrive(L"Quorvex.DataSourceType.New");
 
@@ -213,7 +213,7 @@ TEST_F(FileUrn, OnADriveOfAnUnknownTypeIsNone)
             Error + L"Failed to find drive type Quorvex.DataSourceType.New (3)"));
 }
 
-TEST_F(FileUrn, TakesTheLastOfSeveralValues)
+TEST_F(FileUrn, IsTheLastOfSeveralValues)
 {
     useDrive(DocsType);
     answerProperties(Json::array({propertyValue(L"KeldaItemId", "first"), propertyValue(L"KeldaProjectId", "p1"),
@@ -222,7 +222,7 @@ TEST_F(FileUrn, TakesTheLastOfSeveralValues)
     EXPECT_EQ(Api::getFileUrn(hwnd, file), Urn("p2", "last"));
 }
 
-TEST_F(FileUrn, MayHaveAProjectOnly)
+TEST_F(FileUrn, MayConsistOfAProjectOnly)
 {
     useDrive(DocsType);
     answerProperties(Json::array({propertyValue(L"KeldaProjectId", "p")}));
@@ -261,7 +261,7 @@ class FolderUrn : public Urns
 {
 };
 
-TEST_F(FolderUrn, OnADriveReadsItsSourceObject)
+TEST_F(FolderUrn, OnADriveIsItsSourceObject)
 {
     for (const wchar_t* type : {DriveType, MorrowType}) {
         Api::clearCachedItems();
@@ -281,7 +281,7 @@ TEST_F(FolderUrn, OnADriveReadsItsSourceObject)
     }
 }
 
-TEST_F(FolderUrn, WithTheFlagReadsTheParentKeyAndTheProject)
+TEST_F(FolderUrn, WithTheFlagComesFromTheParentKeyAndTheProject)
 {
     for (const wchar_t* type : {DocsType, TeamType}) {
         Api::clearCachedItems();
@@ -340,7 +340,7 @@ TEST_F(FolderUrn, OfAnItemFallsBackToTheParentByTheKeyWithoutTheFlag)
     service.answerInTurn("GetProperties",
         {Json{{"value", propertyValues(Json::array({propertyValue(L"SourceObjectId", "urn:of parent")}))}}});
 
-    // With the flag this type has no key at all for the folder itself.
+    // With the flag, this drive type has no key for the folder itself.
     EXPECT_EQ(Api::getFolderUrn(hwnd, folder, true), Urn("", "urn:of parent"));
 
     EXPECT_THAT(
@@ -366,7 +366,7 @@ TEST_F(FolderUrn, OfAPathWithASlashAtItsEndFallsBackToTheParent)
                                        asked(2, {"SourceObjectId"}), asked(1, {"SourceObjectId"})));
 }
 
-TEST_F(FolderUrn, WithTheFlagFallsBackWithoutIt)
+TEST_F(FolderUrn, WithTheFlagFallsBackToTheKeyWithoutTheFlag)
 {
     useDrive(DocsType);
     answerProperties(Json::array({propertyValue(L"KeldaProjectId", "p")}));
@@ -377,7 +377,7 @@ TEST_F(FolderUrn, WithTheFlagFallsBackWithoutIt)
     EXPECT_THAT(askedProperties(), ElementsAre(asked(2, {"KeldaParentId", "KeldaProjectId"})));
 }
 
-TEST_F(FolderUrn, IsNoneWhenTheParentIsUnknown)
+TEST_F(FolderUrn, IsEmptyIfTheParentIsUnknown)
 {
     useDrive(DriveType);
     (void)Api::removeCachedItem(L"D:\\Drive");
@@ -396,7 +396,7 @@ TEST_F(FolderUrn, IsNoneWhenTheParentIsUnknown)
                         Error + L"Failed to get item from workspace path D:\\Drive"));
 }
 
-TEST_F(FolderUrn, OfAPathOutsideEveryDriveSaysSoTwice)
+TEST_F(FolderUrn, OfAPathOutsideEveryDriveLogsTwoLines)
 {
     useDrive(DriveType);
     service.answer("GetItemsByWorkspacePaths", Json::array({workspacePathResult(itemAt(9, L"E:\\x"), L"E:\\x", 1)}));
@@ -407,7 +407,7 @@ TEST_F(FolderUrn, OfAPathOutsideEveryDriveSaysSoTwice)
                                 Error + L"Failed to get drive type from path E:\\x"));
 }
 
-TEST_F(FolderUrn, OfAnItemOutsideEveryDriveSaysSoOnce)
+TEST_F(FolderUrn, OfAnItemOutsideEveryDriveLogsOneLine)
 {
     useDrive(DriveType);
     folder.workspacePath = L"E:\\x";
@@ -417,7 +417,7 @@ TEST_F(FolderUrn, OfAnItemOutsideEveryDriveSaysSoOnce)
     EXPECT_THAT(log.take(), ElementsAre(Error + L"Failed to get drive type from path E:\\x"));
 }
 
-TEST_F(FolderUrn, OnADriveOfAnUnknownTypeFallsBackToNoName)
+TEST_F(FolderUrn, OnADriveOfAnUnknownTypeFallsBackToTheEmptyName)
 {
     useDrive(L"Quorvex.DataSourceType.New");
 
@@ -427,7 +427,7 @@ TEST_F(FolderUrn, OnADriveOfAnUnknownTypeFallsBackToNoName)
         ElementsAre(Error + L"Failed to find drive type Quorvex.DataSourceType.New (2)", Error + L"Empty urn id (1)"));
 }
 
-TEST_F(FolderUrn, OfAnEmptyPathIsNoneWithoutAConnection)
+TEST_F(FolderUrn, OfAnEmptyPathIsEmptyWithoutAConnection)
 {
     EXPECT_EQ(Api::getFolderUrn(hwnd, L"", false), none);
 
@@ -435,7 +435,7 @@ TEST_F(FolderUrn, OfAnEmptyPathIsNoneWithoutAConnection)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(FolderUrn, OfAnUnknownPathIsNone)
+TEST_F(FolderUrn, OfAnUnknownPathIsEmpty)
 {
     useDrive(DriveType);
 
@@ -460,7 +460,7 @@ TEST_F(FolderUrn, ReportsFailure)
 class DriveOfPath : public Urns
 {
 protected:
-    // The type in the line that names it.
+    // Returns the drive type that the log names.
     std::wstring typeFor(const wchar_t* path)
     {
         Item item = file;
@@ -472,7 +472,7 @@ protected:
     }
 };
 
-TEST_F(DriveOfPath, IsFoundByThePlainBeginningOfThePath)
+TEST_F(DriveOfPath, IsFoundByThePrefixOfThePath)
 {
     useDrive(DocsType);
 
@@ -482,14 +482,14 @@ TEST_F(DriveOfPath, IsFoundByThePlainBeginningOfThePath)
     EXPECT_EQ(typeFor(L"C:\\D:\\Drive"), Error + L"Failed to get drive type from path C:\\D:\\Drive");
 }
 
-TEST_F(DriveOfPath, IsFoundWhateverTheCase)
+TEST_F(DriveOfPath, IsFoundIgnoringCase)
 {
     useDrive(DocsType);
 
     EXPECT_EQ(typeFor(L"d:\\DRIVE\\x"), DocsType);
 }
 
-TEST_F(DriveOfPath, IsFoundWhateverTheCaseOfOtherLetters)
+TEST_F(DriveOfPath, IsFoundIgnoringTheCaseOfNonAsciiLetters)
 {
     useDrive(DocsType);
     service.answer("GetDrives", Json::array({drive(1, TeamType, L"D:\\\xC4\x41F")}));
@@ -497,7 +497,7 @@ TEST_F(DriveOfPath, IsFoundWhateverTheCaseOfOtherLetters)
     EXPECT_EQ(typeFor(L"d:\\\xE4\x43F\\x"), TeamType);
 }
 
-TEST_F(DriveOfPath, IsTheFirstThatFits)
+TEST_F(DriveOfPath, IsTheFirstThatMatches)
 {
     useDrive(DocsType);
     service.answer("GetDrives",
@@ -506,7 +506,7 @@ TEST_F(DriveOfPath, IsTheFirstThatFits)
     EXPECT_EQ(typeFor(L"D:\\Drive\\x"), TeamType);
 }
 
-TEST_F(DriveOfPath, WithoutARootPathFitsEveryPath)
+TEST_F(DriveOfPath, WithoutARootPathMatchesEveryPath)
 {
     useDrive(DocsType);
     service.answer("GetDrives", Json::array({drive(1, TeamType, L"")}));

@@ -1,4 +1,4 @@
-// From local paths to items.
+// One-shot operations on local paths: the items at them, and their full form.
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -35,7 +35,7 @@ protected:
 
     bool find(const wchar_t* path) { return Api::getItemByWorkspacePath(hwnd, path, found); }
 
-    // The path that the service was asked for.
+    // Returns the path that the service was asked for.
     std::wstring askedPath() { return textOf(service.takeCall("GetItemsByWorkspacePaths")["paths"][0]); }
 
     Item found = itemOf(900);
@@ -47,7 +47,7 @@ std::wstring withBackSlashes(std::wstring path)
     return path;
 }
 
-TEST_F(WorkspacePaths, ThatAreCachedNeedNoConnection)
+TEST_F(WorkspacePaths, ThatAreCachedAreAnsweredWithoutAConnection)
 {
     cache(5, L"D:\\Drive\\a.txt");
     service.fail("TessaportService", notRunning);
@@ -69,7 +69,7 @@ TEST_F(WorkspacePaths, WithForwardSlashesAreFoundInTheCache)
     EXPECT_THAT(service.takeCalls(), IsEmpty());
 }
 
-TEST_F(WorkspacePaths, ThatAreRelativeStandInTheCurrentFolder)
+TEST_F(WorkspacePaths, ThatAreRelativeBelongToTheCurrentFolder)
 {
     const std::wstring folder =
         withBackSlashes(Common::wideText(std::filesystem::canonical(std::filesystem::current_path())));
@@ -97,7 +97,7 @@ TEST_F(WorkspacePaths, ThatAreNotCachedAreAskedForInCanonicalForm)
     expectConnectionsClosed();
 }
 
-TEST_F(WorkspacePaths, AreCachedOnceTheyWereFound)
+TEST_F(WorkspacePaths, AreCachedAfterTheyWereFound)
 {
     answerWith(Json::array({workspacePathResult(itemAt(5, L"D:\\Drive\\a.txt"), L"D:\\Drive\\a.txt", 1)}));
 
@@ -108,7 +108,7 @@ TEST_F(WorkspacePaths, AreCachedOnceTheyWereFound)
     EXPECT_THAT(service.takeCalls(), IsEmpty());
 }
 
-TEST_F(WorkspacePaths, AreNotFoundWithoutAResult)
+TEST_F(WorkspacePaths, AreNotFoundIfTheReplyHasNoResult)
 {
     answerWith(Json::array());
 
@@ -119,7 +119,7 @@ TEST_F(WorkspacePaths, AreNotFoundWithoutAResult)
     expectConnectionsClosed();
 }
 
-TEST_F(WorkspacePaths, AreNotFoundWithAnotherResultAndOneLineNamesThePathAsGiven)
+TEST_F(WorkspacePaths, AreNotFoundIfTheResultIsAFailureAndOneLineNamesThePathAsGiven)
 {
     for (const int result : {0, 2, 4, -1}) {
         answerWith(Json::array({workspacePathResult(itemAt(5, L"D:\\a"), L"D:\\a", result)}));
@@ -132,7 +132,7 @@ TEST_F(WorkspacePaths, AreNotFoundWithAnotherResultAndOneLineNamesThePathAsGiven
     EXPECT_EQ(findCachedItem(L"D:\\a"), nullptr);
 }
 
-TEST_F(WorkspacePaths, LookAtTheFirstResultOnly)
+TEST_F(WorkspacePaths, UseTheFirstResultOnly)
 {
     answerWith(Json::array(
         {workspacePathResult(nullptr, L"D:\\a", 2), workspacePathResult(itemAt(5, L"D:\\other"), L"D:\\other", 1)}));
@@ -163,7 +163,7 @@ TEST_F(WorkspacePaths, ReportAConnectionThatCannotBeOpened)
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to find item D:\\a" + saysOff));
 }
 
-TEST_F(WorkspacePaths, MayBeTheVeryTextOfTheOutput)
+TEST_F(WorkspacePaths, MayBeAStringOfTheOutputItem)
 {
     cache(5, L"D:\\Drive\\a.txt");
     found.workspacePath = L"D:/Drive/a.txt";
@@ -173,7 +173,7 @@ TEST_F(WorkspacePaths, MayBeTheVeryTextOfTheOutput)
     EXPECT_EQ(found.workspacePath, QVString(L"D:\\Drive\\a.txt"));
 }
 
-TEST_F(WorkspacePaths, ThatAreEmptyAreTheCurrentFolder)
+TEST_F(WorkspacePaths, ThatAreEmptyMeanTheCurrentFolder)
 {
     EXPECT_FALSE(find(L""));
 
@@ -181,7 +181,7 @@ TEST_F(WorkspacePaths, ThatAreEmptyAreTheCurrentFolder)
         askedPath(), withBackSlashes(Common::wideText(std::filesystem::canonical(std::filesystem::current_path()))));
 }
 
-TEST_F(WorkspacePaths, ThatAreOverLongAreAskedForWhole)
+TEST_F(WorkspacePaths, ThatAreOverlongAreAskedForCompletely)
 {
     const std::wstring path = L"D:\\" + std::wstring(200'000, L'x');
     service.fail("GetItemsByWorkspacePaths", notRunning);
@@ -194,7 +194,7 @@ TEST_F(WorkspacePaths, ThatAreOverLongAreAskedForWhole)
     EXPECT_EQ(lines[0].size(), 1'003U);
 }
 
-TEST_F(WorkspacePaths, OnTheDiskThatAreOverLongAreAskedForWhole)
+TEST_F(WorkspacePaths, OnTheDiskThatAreOverlongAreAskedForCompletely)
 {
     std::wstring path;
     for (int i = 0; i < 5'000; ++i)
@@ -233,7 +233,7 @@ TEST_F(WorkspacePaths, ThatExistHaveTheirLinksFollowed)
     EXPECT_EQ(askedPath(), withBackSlashes(Common::wideText(real / "new.txt")));
 }
 
-#ifndef _WIN32 // No process's current folder can be removed there.
+#ifndef _WIN32 // There a current folder cannot be removed.
 class DeletedFolder : public WorkspacePaths
 {
 protected:
@@ -248,7 +248,7 @@ private:
     std::filesystem::path former = std::filesystem::current_path();
 };
 
-TEST_F(DeletedFolder, LetsTheExceptionOfEveryPathThrough)
+TEST_F(DeletedFolder, MakesOperationsOnPathsThrow)
 {
     cache(5, L"D:\\Drive\\a.txt");
 
@@ -260,7 +260,7 @@ TEST_F(DeletedFolder, LetsTheExceptionOfEveryPathThrough)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(DeletedFolder, IsAFailureWhereFailuresAreCaught)
+TEST_F(DeletedFolder, IsReportedByTheResultOfOtherOperations)
 {
     QVString permanentId;
 
@@ -282,7 +282,7 @@ class TrueFullPath : public ScriptedTest
 {
 };
 
-TEST_F(TrueFullPath, IsThatOfTheManagedRuntime)
+TEST_F(TrueFullPath, EqualsThatOfTheManagedRuntime)
 {
 #ifdef _WIN32
     EXPECT_EQ(QvNativeTessaportAPI::toTrueFullPath(L"D:/a/./b/../\xE9\xD800"), L"D:\\a\\\xE9\xD800");
@@ -293,7 +293,7 @@ TEST_F(TrueFullPath, IsThatOfTheManagedRuntime)
         Common::wideText((std::filesystem::current_path() / "x.txt").make_preferred()));
 }
 
-TEST_F(TrueFullPath, ThatThereIsNoneIsApiExceptionWithTheManagedMessage)
+TEST_F(TrueFullPath, OfAnInvalidPathIsAnApiExceptionWithTheManagedMessage)
 {
     for (const std::wstring& path : {std::wstring(), std::wstring(L"a\0b", 3)}) {
         try {

@@ -30,7 +30,7 @@ std::wstring backSlashed(std::wstring text)
     return text;
 }
 
-// Windows adds the current drive to a path that has none.
+// Windows adds the current drive to a path without one.
 const std::wstring CurrentDrive = fs::current_path().root_name().wstring();
 
 void makeFile(const fs::path& path) { std::ofstream(path) << "content"; }
@@ -47,7 +47,7 @@ private:
     fs::path former;
 };
 
-// The locale of these tests is "C", as in a host that sets none; a name that is not plain ASCII is in every path.
+// These tests run in the C locale, like a host that sets none, and every path has a name with non-ASCII characters.
 class FileSystemUtility : public testing::Test
 {
 protected:
@@ -58,13 +58,13 @@ protected:
         makeFile(root / "folder" / "file.txt");
     }
 
-    // A path in the root, in the platform's own form.
+    // Returns a path in the root, in the platform's own form.
     [[nodiscard]] std::wstring in(const std::wstring& name = {}) const
     {
         return wideText(name.empty() ? root : root / nativePath(name));
     }
 
-    // Its canonical form.
+    // Returns its canonical form.
     [[nodiscard]] std::wstring key(const std::wstring& name = {}) const { return backSlashed(in(name)); }
 
     static std::wstring canonical(const std::wstring& path, const std::wstring& base = L"/nowhere")
@@ -86,7 +86,7 @@ TEST_F(FileSystemUtility, CanonicalIsTheSameForEitherSlash)
     EXPECT_EQ(canonical(L"\\home\\u\\ws\\a.txt"), CurrentDrive + L"\\home\\u\\ws\\a.txt");
 }
 
-TEST_F(FileSystemUtility, CanonicalTakesAPathWithADriveLetterAsTheSyncApplicationWritesIt)
+TEST_F(FileSystemUtility, CanonicalOfAPathWithADriveLetterIsLexical)
 {
     EXPECT_EQ(canonical(L"D:\\Drive\\x"), L"D:\\Drive\\x");
     EXPECT_EQ(canonical(L"D:/Drive/./x"), L"D:\\Drive\\x");
@@ -97,8 +97,8 @@ TEST_F(FileSystemUtility, CanonicalTakesAPathWithADriveLetterAsTheSyncApplicatio
     EXPECT_EQ(canonical(L"D:\\Dr\xEFve\\\x4E2D"), L"D:\\Dr\xEFve\\\x4E2D");
 }
 
-#ifndef _WIN32 // Such a path is on the disk there.
-TEST_F(FileSystemUtility, CanonicalDoesNotLookForADriveLetterOnTheDisk)
+#ifndef _WIN32 // There such a path is on the disk.
+TEST_F(FileSystemUtility, CanonicalDoesNotLookADriveLetterUpOnTheDisk)
 {
     const CurrentFolder current(root);
     fs::create_directories(root / "D:" / "Drive");
@@ -118,7 +118,7 @@ TEST_F(FileSystemUtility, CanonicalFollowsLinks)
     EXPECT_EQ(canonical(key(L"link/not there.txt")), key(L"folder/not there.txt"));
 }
 
-// Of ".." behind a link each system has its own idea.
+// Systems differ in what ".." after a link means.
 #ifdef _WIN32
 TEST_F(FileSystemUtility, CanonicalGoesUpBeforeItFollowsALink)
 {
@@ -135,7 +135,7 @@ TEST_F(FileSystemUtility, CanonicalFollowsALinkBeforeItGoesUp)
 }
 #endif
 
-#ifndef _WIN32 // Wine does not show such a link.
+#ifndef _WIN32 // Wine hides such a link.
 TEST_F(FileSystemUtility, CanonicalIsLexicalWhereALinkGoesInACircle)
 {
     const Link circle("circle", root / "circle");
@@ -144,7 +144,7 @@ TEST_F(FileSystemUtility, CanonicalIsLexicalWhereALinkGoesInACircle)
 }
 #endif
 
-TEST_F(FileSystemUtility, CanonicalIsLexicalForATextThatIsNoPathHere)
+TEST_F(FileSystemUtility, CanonicalIsLexicalForAStringThatIsNotAPath)
 {
     const std::wstring unpaired(1, static_cast<wchar_t>(0xD800));
 
@@ -158,14 +158,14 @@ TEST_F(FileSystemUtility, CanonicalIsLexicalForANameThatIsTooLong)
     EXPECT_EQ(canonical(L"/a/./" + longName), CurrentDrive + L"\\a\\" + longName);
 }
 
-TEST_F(FileSystemUtility, CanonicalIsLexicalForWhatDoesNotExist)
+TEST_F(FileSystemUtility, CanonicalIsLexicalForPathsThatDoNotExist)
 {
     EXPECT_EQ(canonical(in(L"absent/../folder/./x/y/../z")), key(L"folder/x/z"));
     EXPECT_EQ(canonical(L"/absent//a/../../../b"), CurrentDrive + L"\\b");
     EXPECT_EQ(canonical(in(L"folder/file.txt/below")), key(L"folder/file.txt/below"));
 }
 
-TEST_F(FileSystemUtility, CanonicalHasNoSlashAtItsEndButTheRoots)
+TEST_F(FileSystemUtility, CanonicalHasASlashAtItsEndForRootsOnly)
 {
     EXPECT_EQ(canonical(in(L"folder/")), key(L"folder"));
     EXPECT_EQ(canonical(in(L"folder") + L"\\"), key(L"folder"));
@@ -173,7 +173,7 @@ TEST_F(FileSystemUtility, CanonicalHasNoSlashAtItsEndButTheRoots)
     EXPECT_EQ(canonical(L"\\"), CurrentDrive + L"\\");
 }
 
-TEST_F(FileSystemUtility, CanonicalTakesARelativePathFromTheBase)
+TEST_F(FileSystemUtility, CanonicalResolvesARelativePathAgainstTheBase)
 {
     EXPECT_EQ(canonical(L"file.txt", in(L"folder")), key(L"folder/file.txt"));
     EXPECT_EQ(canonical(L"..\\folder\\file.txt", in(L"folder")), key(L"folder/file.txt"));
@@ -182,7 +182,7 @@ TEST_F(FileSystemUtility, CanonicalTakesARelativePathFromTheBase)
     EXPECT_EQ(canonical(L".", in(L"folder")), key(L"folder"));
 }
 
-TEST_F(FileSystemUtility, CanonicalTakesADriveLetterWithoutASlashAsTheSystemDoes)
+TEST_F(FileSystemUtility, CanonicalReadsADriveLetterWithoutASlashAsTheSystemDoes)
 {
 #ifdef _WIN32 // Relative to the current folder of that drive.
     const CurrentFolder current(root);
@@ -198,20 +198,20 @@ TEST_F(FileSystemUtility, CanonicalTakesADriveLetterWithoutASlashAsTheSystemDoes
 TEST_F(FileSystemUtility, CanonicalKeepsNamesWithSpacesAndDots)
 {
     EXPECT_EQ(canonical(in(L"a b/...c/.d")), key(L"a b/...c/.d"));
-#ifndef _WIN32 // No file there has a name that ends with a dot.
+#ifndef _WIN32 // There no name ends with a dot.
     EXPECT_EQ(canonical(in(L"a b/d.")), key(L"a b/d."));
 #endif
 }
 
-TEST_F(FileSystemUtility, CurrentPathIsTheProcesss)
+TEST_F(FileSystemUtility, CurrentPathIsThatOfTheProcess)
 {
     const CurrentFolder current(root);
 
     EXPECT_EQ(Utility::currentPath(), in());
 }
 
-#ifndef _WIN32 // No process's current folder can be removed there.
-TEST_F(FileSystemUtility, CurrentPathFailsWhenTheFolderIsGone)
+#ifndef _WIN32 // There a current folder cannot be removed.
+TEST_F(FileSystemUtility, CurrentPathThrowsIfTheFolderDoesNotExist)
 {
     fs::create_directory(root / "gone");
     const CurrentFolder current(root / "gone");
@@ -231,14 +231,14 @@ TEST_F(FileSystemUtility, ExistsIsTrueForFilesAndFolders)
     EXPECT_FALSE(Utility::exists(std::wstring(5000, L'x')));
 }
 
-TEST_F(FileSystemUtility, RemoveTakesAFileAwayOnce)
+TEST_F(FileSystemUtility, RemoveSucceedsOnceForAFile)
 {
     EXPECT_TRUE(Utility::remove(in(L"folder/file.txt")));
     EXPECT_FALSE(fs::exists(root / "folder" / "file.txt"));
     EXPECT_FALSE(Utility::remove(in(L"folder/file.txt")));
 }
 
-TEST_F(FileSystemUtility, RemoveAnswersFalseForWhatCannotBeRemoved)
+TEST_F(FileSystemUtility, RemoveReturnsFalseForAFolderWithContents)
 {
     EXPECT_FALSE(Utility::remove(in(L"folder")));
     EXPECT_TRUE(fs::exists(root / "folder"));
@@ -269,7 +269,7 @@ TEST_F(FileSystemUtility, ParentPathIgnoresSlashesThatDoNotSeparateNames)
     EXPECT_EQ(Utility::parentPath(L"name/"), L"");
 }
 
-TEST_F(FileSystemUtility, ParentPathOfAServersFolderEndsAtItsShare)
+TEST_F(FileSystemUtility, ParentPathOfAServerPathEndsAtItsShare)
 {
     EXPECT_EQ(Utility::parentPath(L"\\\\server\\share\\a\\b"), L"\\\\server\\share\\a");
     EXPECT_EQ(Utility::parentPath(L"\\\\server\\share\\a"), L"\\\\server\\share");
@@ -284,7 +284,7 @@ TEST_F(FileSystemUtility, ParentPathOfAServersFolderEndsAtItsShare)
 #endif
 }
 
-TEST_F(FileSystemUtility, ParentPathOfARootIsItselfAndOfANameEmpty)
+TEST_F(FileSystemUtility, ParentPathOfARootIsItselfAndThatOfANameIsEmpty)
 {
     EXPECT_EQ(Utility::parentPath(L"D:\\"), L"D:\\");
     EXPECT_EQ(Utility::parentPath(L"D:/"), L"D:/");
@@ -300,7 +300,7 @@ TEST_F(FileSystemUtility, ParentPathOfARootIsItselfAndOfANameEmpty)
     EXPECT_EQ(Utility::parentPath(L""), L"");
 }
 
-TEST_F(FileSystemUtility, CombineGivesAPathThatCanBeOpened)
+TEST_F(FileSystemUtility, CombineReturnsAPathThatCanBeOpened)
 {
     const std::wstring path = Utility::combine(in(L"folder"), L"n\xE9w.txt");
     makeFile(nativePath(path));
@@ -323,7 +323,7 @@ TEST_F(FileSystemUtility, TempPathIsWhereTheEnvironmentPoints)
     EXPECT_EQ(nativePath(Utility::tempPath()) / "x", root / "folder" / "x");
 }
 
-TEST_F(FileSystemUtility, TempPathFailsWhenTheEnvironmentPointsNowhere)
+TEST_F(FileSystemUtility, TempPathThrowsIfTheEnvironmentPointsNowhere)
 {
     const EnvironmentVariable variable(TemporaryFolderVariable, (root / "absent").u8string());
 

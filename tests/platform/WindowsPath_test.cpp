@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t LongestOldPath = 260;
 
-// A folder whose path is longer than the system once allowed.
+// Makes a folder whose path is longer than MAX_PATH.
 std::wstring makeLongFolder(const std::wstring& root)
 {
     std::wstring path = root;
@@ -49,13 +49,13 @@ TEST_F(WindowsPath, CanonicalHasOneKeyForEverySpellingOfAnExistingName)
     EXPECT_EQ(Utility::canonical(root + L"\\Absent.txt", L""), root + L"\\Absent.txt");
 }
 
-TEST_F(WindowsPath, CanonicalKeepsTheServerOfANetworkPathWithoutAskingIt)
+TEST_F(WindowsPath, CanonicalKeepsTheServerOfANetworkPathWithoutContactingIt)
 {
     EXPECT_EQ(Utility::canonical(L"\\\\server.invalid\\share\\a\\..\\b", L""), L"\\\\server.invalid\\share\\b");
     EXPECT_EQ(Utility::canonical(L"//server.invalid/share/../../b", L""), L"\\\\server.invalid\\share\\b");
 }
 
-TEST_F(WindowsPath, CanonicalOfAServersShareHasNoSlashAtItsEndAndStaysItself)
+TEST_F(WindowsPath, CanonicalFormOfAShareHasNoSlashAtItsEnd)
 {
     const std::wstring share = L"\\\\server.invalid\\share";
 
@@ -64,7 +64,7 @@ TEST_F(WindowsPath, CanonicalOfAServersShareHasNoSlashAtItsEndAndStaysItself)
     EXPECT_EQ(Utility::canonical(L"//server.invalid/share/..", L""), share);
 }
 
-// A drive letter that stands for a folder, as the command subst makes them.
+// A drive letter that is another name of a folder, as the command subst makes it.
 class FolderLetter
 {
 public:
@@ -82,7 +82,7 @@ private:
     std::wstring folder;
 };
 
-TEST_F(WindowsPath, CanonicalHasKeysOfOneKindForExistingAndMissingFilesBelowAFolderLetter)
+TEST_F(WindowsPath, CanonicalFollowsAFolderLetterForExistingAndMissingFiles)
 {
     makeFile(root + L"\\there.txt");
     const FolderLetter letter(root);
@@ -107,7 +107,7 @@ TEST_F(WindowsPath, LongPathsAreFoundAndRemoved)
     EXPECT_FALSE(Utility::remove(file));
 }
 
-TEST_F(WindowsPath, ReservedNamesAreNoFiles)
+TEST_F(WindowsPath, ReservedNamesAreNotFiles)
 {
     EXPECT_FALSE(Utility::remove(root + L"\\NUL"));
     EXPECT_EQ(Utility::canonical(root + L"\\a.txt", L""), root + L"\\a.txt");

@@ -17,7 +17,7 @@ namespace
 
 constexpr char16_t Untouched = 0x7E;
 
-// Copied, so that a read beyond the end is seen by the address sanitizer; the target has a guard behind it.
+// The source is copied, so that the address sanitizer sees a read beyond its end; a guard follows the target.
 std::u16string narrowed(std::wstring_view text)
 {
     const std::unique_ptr<wchar_t[]> source(new wchar_t[text.size()]);
@@ -41,13 +41,13 @@ std::wstring lettersOf(std::size_t length)
 
 } // namespace
 
-TEST(Narrowing, GivesEveryLengthWhole)
+TEST(Narrowing, ConvertsStringsOfEveryLength)
 {
     for (std::size_t length = 0; length < 70; ++length)
         EXPECT_EQ(narrowed(lettersOf(length)), Unicode::toUtf16(lettersOf(length))) << length;
 }
 
-TEST(Narrowing, MakesPairsOfWhatIsBeyondTheBasicPlaneAtEveryPosition)
+TEST(Narrowing, MakesPairsOfCharactersBeyondTheBasicPlaneAtEveryPosition)
 {
     for (std::size_t position = 0; position < 40; ++position) {
         std::wstring text = lettersOf(position);
@@ -70,7 +70,7 @@ TEST(Narrowing, KeepsUnpairedSurrogatesAndZeros)
     EXPECT_EQ(narrowed(text)[11], 0xDFFF);
 }
 
-TEST(Narrowing, AgreesWithThePlainConversionOnAnyCharacters)
+TEST(Narrowing, EqualsThePlainConversionOnRandomCharacters)
 {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {

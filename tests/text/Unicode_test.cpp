@@ -45,7 +45,7 @@ std::u32string codesOf(std::basic_string_view<Char> text)
     return codes;
 }
 
-TEST(Unicode, TellsSurrogatesApart)
+TEST(Unicode, DistinguishesHighAndLowSurrogates)
 {
     EXPECT_FALSE(isSurrogate(0xD7FF));
     EXPECT_TRUE(isSurrogate(0xD800) && isHighSurrogate(0xD800) && !isLowSurrogate(0xD800));
@@ -67,13 +67,13 @@ TEST(NextCodePoint, JoinsPairsOf16BitUnits)
     EXPECT_EQ(codesOf(std::u16string_view(u"a\U0001F600b")), (std::u32string{U'a', Smile, U'b'}));
 }
 
-TEST(NextCodePoint, ReturnsUnpairedSurrogatesAsTheyStand)
+TEST(NextCodePoint, ReturnsUnpairedSurrogatesAsTheyAre)
 {
     const std::u16string units{0xD800, u'x', 0xDC00, 0xD800, 0xD83D, 0xDE00, 0xDBFF};
     EXPECT_EQ(codesOf(std::u16string_view(units)), (std::u32string{0xD800, U'x', 0xDC00, 0xD800, Smile, 0xDBFF}));
 }
 
-// The unit after the view would complete the pair.
+// The unit after the end of the view would complete the pair.
 TEST(NextCodePoint, ReadsNothingBeyondTheView)
 {
     const std::u16string units{u'a', 0xD83D, 0xDE00};
@@ -96,21 +96,21 @@ TEST(AppendUtf16, MakesPairsBeyondTheBasicPlane)
     EXPECT_EQ(utf16Of(0x10FFFF), (std::u16string{0xDBFF, 0xDFFF}));
 }
 
-TEST(AppendUtf16, KeepsSurrogatesAndReplacesWhatIsNoCharacter)
+TEST(AppendUtf16, KeepsSurrogatesAndReplacesInvalidCodePoints)
 {
     EXPECT_EQ(utf16Of(0xD800), (std::u16string{0xD800}));
     EXPECT_EQ(utf16Of(0x110000), (std::u16string{0xFFFD}));
     EXPECT_EQ(utf16Of(0xFFFFFFFF), (std::u16string{0xFFFD}));
 }
 
-TEST(AppendWide, TakesOneCharacterWhereItFits)
+TEST(AppendWide, AppendsOneCharacterWhereWcharIsWideEnough)
 {
     EXPECT_EQ(wide({'a'}), L"a");
     EXPECT_EQ(wide({Smile}).size(), sizeof(wchar_t) == 2 ? 2U : 1U);
     EXPECT_EQ(codesOf(std::wstring_view(wide({Smile, 0xD800}))), (std::u32string{Smile, 0xD800}));
 }
 
-TEST(AppendUtf8, TakesOneToFourBytes)
+TEST(AppendUtf8, AppendsOneToFourBytes)
 {
     EXPECT_EQ(utf8Of(0), std::string(1, '\0'));
     EXPECT_EQ(utf8Of(0x7F), "\x7F");
@@ -138,7 +138,7 @@ TEST(ToUtf8, ReplacesUnpairedSurrogates)
     EXPECT_EQ(toUtf8(wide({0xD800})), "\xEF\xBF\xBD");
 }
 
-TEST(ToUtf8, ReplacesWhatIsNoCharacter)
+TEST(ToUtf8, ReplacesInvalidCodePoints)
 {
     if constexpr (sizeof(wchar_t) == 4) {
         EXPECT_EQ(toUtf8(std::wstring{static_cast<wchar_t>(0x110000)}), "\xEF\xBF\xBD");
@@ -161,7 +161,7 @@ TEST(FromUtf8, DecodesEveryPlane)
     EXPECT_EQ(fromUtf8(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
 }
 
-TEST(FromUtf8, ReturnsWhatToUtf8Made)
+TEST(FromUtf8, ReversesToUtf8)
 {
     for (char32_t code = 0; code <= 0x10FFFF; code += code < 0x1000 ? 1 : 97) {
         if (!isSurrogate(code)) {
@@ -186,7 +186,7 @@ TEST(FromUtf8, ReplacesEachByteOfATruncatedSequence)
     EXPECT_EQ(fromUtf8("\xE4\xB8x"), replacements(2) + L"x");
 }
 
-// The bytes after the view would complete the sequence.
+// The bytes after the end of the view would complete the sequence.
 TEST(FromUtf8, ReadsNothingBeyondTheView)
 {
     for (const std::string_view sequence : {"\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x98\x80"}) {
@@ -203,7 +203,7 @@ TEST(FromUtf8, ReplacesEachByteOfAnOverlongSequence)
     EXPECT_EQ(fromUtf8("\xF0\x8F\xBF\xBF"), replacements(4));
 }
 
-TEST(FromUtf8, ReplacesSurrogatesAndWhatIsBeyondTheLastCharacter)
+TEST(FromUtf8, ReplacesSurrogatesAndValuesBeyondTheLastCharacter)
 {
     EXPECT_EQ(fromUtf8("\xED\xA0\x80"), replacements(3));
     EXPECT_EQ(fromUtf8("\xF4\x90\x80\x80"), replacements(4));

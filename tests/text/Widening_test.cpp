@@ -17,10 +17,10 @@ namespace
 
 constexpr wchar_t Untouched = 0x7E;
 
-// What the plain conversion of the text up to its first zero gives.
+// Returns the plain conversion of the text up to its first zero.
 std::wstring expected(std::u16string_view text) { return Unicode::fromUtf16(text.substr(0, text.find(u'\0'))); }
 
-// Copied, so that a read beyond the end is seen by the address sanitizer; the target has a guard behind it.
+// The source is copied, so that the address sanitizer sees a read beyond its end; a guard follows the target.
 std::wstring widened(std::u16string_view text)
 {
     const std::unique_ptr<char16_t[]> source(new char16_t[text.size()]);
@@ -44,7 +44,7 @@ std::u16string lettersOf(std::size_t length)
 
 } // namespace
 
-TEST(Widening, GivesEveryLengthWhole)
+TEST(Widening, ConvertsStringsOfEveryLength)
 {
     for (std::size_t length = 0; length < 70; ++length)
         EXPECT_EQ(widened(lettersOf(length)), expected(lettersOf(length))) << length;
@@ -85,7 +85,7 @@ TEST(Widening, KeepsAnUnpairedSurrogateAtEveryPosition)
     }
 }
 
-TEST(Widening, GivesEveryUnitOfTheBasicPlaneAsItIs)
+TEST(Widening, KeepsEveryUnitOfTheBasicPlane)
 {
     for (unsigned first = 8; first < 0x10000; first += 8) {
         std::u16string text;
@@ -96,7 +96,7 @@ TEST(Widening, GivesEveryUnitOfTheBasicPlaneAsItIs)
     }
 }
 
-TEST(Widening, AgreesWithThePlainConversionOnRandomTexts)
+TEST(Widening, EqualsThePlainConversionOnRandomStrings)
 {
     std::mt19937 random(1);
     const char16_t kinds[] = {u'a', u'\xE9', u'\x4E2D', 0xD83D, 0xDE00, u'\0'};

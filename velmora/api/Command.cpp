@@ -73,7 +73,7 @@ Command& Command::operator=(const Command& other)
 {
     if (this == &other)
         return *this;
-    // What can fail comes first, so that a failure changes nothing.
+    // All that can fail comes first, so that a failure changes nothing.
     const bool reuseBytes = image.count == other.image.count;
     auto bytes = reuseBytes ? nullptr : allocated(other.image.count);
     auto command = copied(other.implementation);

@@ -1,4 +1,4 @@
-// What a Command owns. Internal.
+// The implementation object that a Command owns. Internal.
 #pragma once
 
 #include <memory>
@@ -24,7 +24,7 @@ public:
         return internalCommand;
     }
 
-    /// False for what names no command; an assignment from such a one changes nothing.
+    /// Returns whether it names a command. An assignment from one that names none changes nothing.
     [[nodiscard]] static bool holdsCommand(const CommandImp* imp) noexcept
     {
         return imp != nullptr && imp->internalCommand != nullptr;

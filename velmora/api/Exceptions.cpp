@@ -78,7 +78,7 @@ const char* ApiException::what() const noexcept
         std::shared_ptr<const char> made = std::atomic_load(&narrow);
         if (made.get() == nullptr) {
             auto own = narrowForm(message.get());
-            // Another thread may have been first; its text stays, so that pointers already given out stay valid.
+            // Another thread may have been first. Its result stays, because pointers to it may have been given out.
             made = std::atomic_compare_exchange_strong(&narrow, &made, own) ? own : made;
         }
         return made.get();

@@ -1,4 +1,4 @@
-// What an ItemId owns. Internal.
+// The implementation object that an ItemId owns. Internal.
 #pragma once
 
 #include <memory>
@@ -17,13 +17,13 @@ class ItemIdImp
 public:
     using Dispose = void (*)(ItemIdImp*) noexcept;
 
-    /// @param dispose  ends the life of this object; given by whoever allocated it other than by `new`.
+    /// @param dispose  destroys this object; given by code that did not allocate it with `new`.
     explicit ItemIdImp(Dispose dispose = [](ItemIdImp* imp) noexcept { delete imp; }) noexcept : dispose(dispose) {}
 
     void setInternalId(std::shared_ptr<Tessaport::ItemIdWrapper> id) noexcept { internalId = std::move(id); }
     [[nodiscard]] const std::shared_ptr<Tessaport::ItemIdWrapper>& getInternalId() const noexcept { return internalId; }
 
-    /// False for what names no item; an assignment from such a one changes nothing.
+    /// Returns whether it names an item. An assignment from one that names none changes nothing.
     [[nodiscard]] static bool holdsId(const ItemIdImp* imp) noexcept
     {
         return imp != nullptr && imp->internalId != nullptr;

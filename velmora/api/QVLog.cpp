@@ -14,7 +14,7 @@ struct CurrentSink {
     std::shared_ptr<const QVLog::Sink> sink;
 };
 
-// Never destroyed: lines may still come from destructors that run while the process ends.
+// Leaked on purpose: destructors that run while the process ends may still write lines.
 CurrentSink& currentSink()
 {
     static auto* const current = new CurrentSink;

@@ -1,4 +1,3 @@
-/// The host application's log, as far as this library writes to it.
 #pragma once
 
 #include <functional>
@@ -9,7 +8,7 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// Receives the diagnostic lines of this library. A host that wants them sets a sink; until then they are dropped.
+/// The diagnostic log of this library. A host that wants the lines sets a sink; without one they are dropped.
 ///
 /// All operations may be called on any thread.
 class VELMORA_API QVLog
@@ -20,17 +19,19 @@ public:
     QVLog(const QVLog&) = delete;
     QVLog& operator=(const QVLog&) = delete;
 
-    /// The one log of the process; never null, owned by the library.
+    /// Returns the only log of the process, which the library owns; never null.
     [[nodiscard]] static QVLog* getLogFile();
 
-    /// Passes one line to the sink, on the calling thread. Without a sink the line is dropped. What the sink throws is
-    /// dropped with it: a log that fails must not fail the operation that it reports on.
+    /// Passes one line to the sink, on the calling thread. Exceptions from the sink are dropped: a log that fails must
+    /// not fail the operation that it reports on.
     ///
-    /// @param flag  handed to the sink as it is; this library always passes false.
+    /// @param flag  is passed on to the sink; this library always passes false.
     void addMessage(const QVString& line, bool flag);
 
-    /// Sets where lines go from now on; an empty function drops them. A line that another thread is writing at the same
-    /// moment may still reach the former sink. The sink must not call setSink.
+    /// Sets where lines go from now on; an empty function drops them.
+    ///
+    /// A line that another thread writes at the same moment may still reach the previous sink. A sink must not call
+    /// setSink().
     static void setSink(Sink sink);
 
 private:

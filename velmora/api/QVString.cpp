@@ -18,7 +18,7 @@
 namespace Quorvex::Velmora::Common
 {
 
-// One text inside a block; its characters and their terminator follow it.
+// A string inside a block. Its characters and their terminator follow it.
 struct QVString::Representation {
     std::atomic<char*> narrow{nullptr};
     std::uint32_t length = 0;
@@ -30,14 +30,13 @@ struct QVString::Representation {
 namespace
 {
 
-// Texts are immutable and counted together with the others of their block: the texts of one record come and go
-// together, and one allocation is a third of the price of three. A room for something else may stand between the block
-// and its texts.
+// Strings are immutable, and those of one block share one reference count: the strings of a record come and go
+// together, and one allocation costs a third of three. Room for something else may precede the strings of a block.
 struct alignas(std::max_align_t) Block {
     std::atomic<std::uint32_t> references;
     std::uint32_t textCount;
     std::uint32_t firstText;
-    // How many of the texts have a narrow form: mostly none, and then dropping the block need not look at them.
+    // How many of the strings have a narrow form. Mostly none has, and then dropping the block skips them.
     std::atomic<std::uint32_t> narrowForms;
 };
 
@@ -177,7 +176,7 @@ const char* QVString::c_str() const
     const std::string utf8 = Unicode::toUtf8(TextAccess::view(*this));
     std::unique_ptr<char[]> made(new char[utf8.size() + 1]);
     std::memcpy(made.get(), utf8.c_str(), utf8.size() + 1);
-    // Another thread may have been first; its result stays, so that pointers already given out stay valid.
+    // Another thread may have been first. Its result stays, because pointers to it may have been given out.
     char* first = nullptr;
     if (!representation->narrow.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
         return first;
@@ -230,7 +229,7 @@ void* TextAccess::assign(
     }
     if (block == nullptr)
         return nullptr;
-    // Last, because nobody else knows the block yet: one store instead of an exchange for each owner.
+    // Last, because no one else knows the block yet: one store instead of an atomic increment for each owner.
     block->references.store(block->textCount + roomOwners, std::memory_order_relaxed);
     return roomSize == 0 ? nullptr : block + 1;
 }

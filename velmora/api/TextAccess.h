@@ -1,4 +1,5 @@
-// Makes QVStrings from texts that crossed the C boundary, and reads their length without a search. Internal.
+// What QVString does for this library only: it takes UTF-16, several strings in one allocation, and tells its length.
+// Internal.
 #pragma once
 
 #include <cstddef>
@@ -10,20 +11,22 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// One text to make: where it goes, and its UTF-16. It ends at its first zero character.
+/// A string to make: where it goes, and its UTF-16. It ends at its first zero character.
 struct TextAssignment {
     QVString* target;
     std::u16string_view source;
 };
 
 struct TextAccess {
-    /// Assigns all the texts in one allocation that lives as long as any of them, or any copy.
-    /// When memory runs out nothing is assigned.
+    /// Assigns all strings in one allocation that lives as long as any of them or any copy. If the allocation fails,
+    /// nothing is assigned.
     static void assign(const TextAssignment* assignments, std::size_t count) { assign(assignments, count, 0, 0); }
 
-    /// The same with room for `roomSize` bytes of something else in the allocation, aligned for anything. The room has
-    /// `roomOwners` owners of its own, each of which calls releaseRoom when it goes.
-    /// @return the room; null when its size is 0.
+    /// Does the same, with room for something else in the allocation.
+    ///
+    /// @param roomSize    bytes, aligned for any type.
+    /// @param roomOwners  how many times releaseRoom() will be called.
+    /// @return the room; null if its size is 0.
     static void* assign(
         const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners);
 

@@ -1,4 +1,4 @@
-// Identifiers from and to the 16 bytes in which they cross the C boundary. Internal.
+// Converts identifiers from and to the 16 bytes in which they cross the C boundary. Internal.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct UuidAccess {
         target.valid = true;
     }
 
-    /// False when the identifier was made from text that is none.
+    /// Returns false for an identifier that was made from text that is not one.
     [[nodiscard]] static bool isValid(const QVUUID& id) noexcept { return id.valid; }
     [[nodiscard]] static const std::uint8_t* bytes(const QVUUID& id) noexcept { return id.bytes.data(); }
 };

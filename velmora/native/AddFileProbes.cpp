@@ -30,7 +30,7 @@ QVString withBackSlashes(const QVString& path)
     return TextAccess::make(text);
 }
 
-// The first folder in the root of the drive that the server knows and that accepts the probe file.
+// Finds the first folder in the root of the drive that exists on the server and accepts the probe file.
 bool findAcceptingFolder(
     QvNativeTessaportAPI& connection, const Drive& drive, const QVBuffer<QVString>& probe, Item& outFolder)
 {

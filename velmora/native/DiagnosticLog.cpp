@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string>
 
-#include <velmora/api/QVString.h>
 #include <velmora/api/QVLog.h>
+#include <velmora/api/QVString.h>
 
 namespace Quorvex::Velmora::TessaportAPI
 {

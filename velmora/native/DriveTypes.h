@@ -1,4 +1,4 @@
-// The names of the kinds of drives. Internal.
+// The names of the drive types. Internal.
 #pragma once
 
 #include <string_view>

@@ -18,17 +18,18 @@ using ItemMap = std::map<std::wstring, Item>;
 
 ItemMap sFullWorkspacePathToItemMap;
 
-// What one request reported, on its way into the cache: all of it gets there, or nothing when memory runs out. The
-// first answer for a path stays: a host that wants a fresh one removes it first. Lists mostly come sorted, so the place
-// behind the last item is a good guess for the next.
+// The items that one request reported, on their way into the cache: all of them get there, or none if memory runs out.
+// First writer wins: a host that needs fresh data removes the item first.
 class Report
 {
 public:
     void add(const Item& item)
     {
         std::wstring key(Common::TextAccess::view(item.workspacePath));
-        if (!isCached(key))
+        if (!isCached(key)) {
+            // Lists are mostly sorted: the place after the last item is a good hint for the next one.
             place = std::next(items.try_emplace(place, std::move(key), item));
+        }
     }
 
     void moveIntoCache() noexcept
@@ -37,13 +38,13 @@ public:
             sFullWorkspacePathToItemMap.swap(items);
             return;
         }
-        auto behind = sFullWorkspacePathToItemMap.end();
+        auto hint = sFullWorkspacePathToItemMap.end();
         while (!items.empty())
-            behind = std::next(sFullWorkspacePathToItemMap.insert(behind, items.extract(items.begin())));
+            hint = std::next(sFullWorkspacePathToItemMap.insert(hint, items.extract(items.begin())));
     }
 
 private:
-    // A folder that is listed again finds its items one behind the other.
+    // The items of a folder that is listed again follow each other in the cache.
     bool isCached(const std::wstring& key)
     {
         const auto end = sFullWorkspacePathToItemMap.end();

@@ -1,4 +1,4 @@
-// Looking into the item cache. Internal.
+// Read access to the item cache. Internal.
 #pragma once
 
 #include <string>
@@ -9,11 +9,12 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-/// The key under which a local path is looked for: canonical, with back-slashes.
-/// @throws std::filesystem::filesystem_error when the current directory is gone.
+/// Returns the key under which the item at a local path is looked up: the canonical path with back-slashes.
+///
+/// @throws std::filesystem::filesystem_error when the current directory does not exist any more.
 [[nodiscard]] std::wstring cacheKey(const Common::QVString& path);
 
-/// The cached item with exactly that key, or null.
+/// Returns the cached item with exactly this key, or null.
 [[nodiscard]] const Item* findCachedItem(const std::wstring& key);
 
 } // namespace Quorvex::Velmora::TessaportAPI

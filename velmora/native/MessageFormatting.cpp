@@ -16,16 +16,17 @@ namespace
 
 constexpr std::size_t NotFound = std::wstring_view::npos;
 
-/// Finds a text in others. Never looks at a character twice as often as it must, however the texts repeat themselves.
+/// Finds a pattern in linear time, even where pattern and text repeat themselves. std::wstring::find is quadratic
+/// there: see the test ReplaceAll.IsLinearForRepetitiveTexts.
 class Searcher
 {
 public:
-    /// @param pattern  is not empty, and outlives the searcher.
-    explicit Searcher(std::wstring_view pattern) : m_pattern(pattern), m_borders(pattern.size())
+    /// @param pattern  must not be empty, and must outlive the searcher.
+    explicit Searcher(std::wstring_view pattern) : pattern(pattern), borders(pattern.size())
     {
         for (std::size_t i = 1, border = 0; i < pattern.size(); ++i) {
             border = extend(border, pattern[i]);
-            m_borders[i] = border;
+            borders[i] = border;
         }
     }
 
@@ -34,29 +35,29 @@ public:
         std::size_t matched = 0;
         for (std::size_t i = start; i < text.size(); ++i) {
             if (matched == 0) {
-                i = text.find(m_pattern.front(), i);
+                i = text.find(pattern.front(), i);
                 if (i == NotFound)
                     return NotFound;
             }
             matched = extend(matched, text[i]);
-            if (matched == m_pattern.size())
+            if (matched == pattern.size())
                 return i + 1 - matched;
         }
         return NotFound;
     }
 
 private:
-    /// How much of the pattern is matched when `next` follows on `matched` characters of it.
+    /// Returns how many characters of the pattern are matched when `next` follows `matched` characters of it.
     [[nodiscard]] std::size_t extend(std::size_t matched, wchar_t next) const noexcept
     {
-        while (matched > 0 && m_pattern[matched] != next)
-            matched = m_borders[matched - 1];
-        return m_pattern[matched] == next ? matched + 1 : 0;
+        while (matched > 0 && pattern[matched] != next)
+            matched = borders[matched - 1];
+        return pattern[matched] == next ? matched + 1 : 0;
     }
 
-    std::wstring_view m_pattern;
-    // For each beginning of the pattern, the length of its longest proper part that both starts and ends it.
-    std::vector<std::size_t> m_borders;
+    std::wstring_view pattern;
+    // For each prefix of the pattern, the length of the longest shorter string that it both begins and ends with.
+    std::vector<std::size_t> borders;
 };
 
 bool isSpace(wchar_t c) noexcept { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
@@ -68,8 +69,8 @@ bool isTrailingPunctuation(wchar_t c) noexcept
     return isQuote(c) || c == L'.' || c == L',' || c == L':' || c == L';' || c == L'?';
 }
 
-/// Whether an address goes on behind this character, whatever follows: it is no punctuation, and no separator starts
-/// here.
+/// Returns whether an address continues after this character, whatever follows: it is not punctuation, and no separator
+/// starts with it.
 bool isInsideAddress(wchar_t c) noexcept { return c > L'?' || (c > L'\'' && c != L',' && c != L'.' && c < L':'); }
 
 bool isLineTerminator(wchar_t c) noexcept
@@ -133,7 +134,7 @@ struct Range {
     std::size_t end;
 };
 
-/// Whether a separator ends at `position`, all of it at or behind `floor`. The start of the text counts as one.
+/// Returns whether a separator ends at `position` and starts at or after `floor`. The start of the text counts as one.
 bool separatorEndsAt(std::wstring_view text, std::size_t floor, std::size_t position) noexcept
 {
     if (position == 0)
@@ -148,14 +149,14 @@ bool separatorEndsAt(std::wstring_view text, std::size_t floor, std::size_t posi
     return before.back() == L'>' && endsWithLineBreakTag(before);
 }
 
-/// The first place at or behind `position` where an opening may stand: "ww" or ":/" is there.
+/// Returns the first position, not before `position`, where an opening is possible: one with "ww" or ":/".
 std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
 {
     const auto is = [&text](std::size_t i, wchar_t c) { return static_cast<int>(text[i] == c); };
     const auto isHint = [&is](std::size_t i) {
         return (is(i, L'w') & is(i + 1, L'w')) | (is(i, L':') & is(i + 1, L'/'));
     };
-    // Whole blocks without a hint are passed by a loop that compilers turn into vector instructions.
+    // Compilers turn the loop that skips blocks without a hint into vector instructions.
     constexpr std::size_t Block = 32;
     for (; text.size() - position > Block; position += Block) {
         int hints = 0;
@@ -174,7 +175,7 @@ std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
     return NotFound;
 }
 
-/// An address's opening: "http://", "https://", or "www" and any character.
+/// Returns the opening of an address: "http://", "https://", or "www" and any character.
 std::optional<Range> openingAtHint(std::wstring_view text, std::size_t hint) noexcept
 {
     if (text[hint] == L'w') {
@@ -192,8 +193,8 @@ std::optional<Range> openingAtHint(std::wstring_view text, std::size_t hint) noe
     return std::nullopt;
 }
 
-/// The end of an address whose body starts at `body`: it takes one character at least, and ends where nothing but
-/// punctuation stands before a separator or the end of the text. A white space is always such a place.
+/// Returns the end of an address whose body starts at `body`. The body has at least one character, and ends where only
+/// punctuation precedes a separator or the end of the text.
 std::size_t endOfAddress(std::wstring_view text, std::size_t body) noexcept
 {
     for (std::size_t start = body + 1;;) {
@@ -205,7 +206,7 @@ std::size_t endOfAddress(std::wstring_view text, std::size_t body) noexcept
     }
 }
 
-/// The address whose opening is hinted at, none of whose context lies before `floor`.
+/// Returns the address with an opening at `hint`, unless what precedes it starts before `floor`.
 std::optional<Range> addressAtHint(std::wstring_view text, std::size_t floor, std::size_t hint) noexcept
 {
     const auto opening = openingAtHint(text, hint);

@@ -1,4 +1,4 @@
-// Between permanent ids, items, paths and drives.
+// One-shot operations between permanent ids, items, paths and drives.
 #include <string_view>
 #include <utility>
 
@@ -11,7 +11,7 @@ namespace Quorvex::Velmora::TessaportAPI
 namespace
 {
 
-// Hands the item of a permanent id to `use`; false when there is none.
+// Passes the item of a permanent id to `use`. Returns whether there is one.
 template <class Use>
 bool withItemOf(HWND hwnd, const QVString& permanentId, std::wstring_view failure, Use use)
 {

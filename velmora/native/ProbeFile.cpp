@@ -26,8 +26,8 @@ namespace
 
 constexpr char Content[] = "dummy\n";
 
-// The path as the platform's functions take it. A text and its copies keep their narrow form once it was asked for:
-// what was created by this name is removed by it without any memory.
+// The path as the platform's functions take it. A string and its copies keep their narrow form once it was asked for,
+// so removing the file needs no memory.
 #ifdef _WIN32
 const wchar_t* nativeName(const Common::QVString& path) { return path.w_str(); }
 void removeFile(const wchar_t* name) { _wremove(name); }

@@ -1,4 +1,4 @@
-// The small file by which the sync application is asked whether it would take a new one. Internal.
+// The small file with which the sync application is asked whether it would accept a new one. Internal.
 #pragma once
 
 #include <velmora/api/QVString.h>
@@ -6,19 +6,20 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-/// Creates the file, readable by its owner only, unless something has the path already: a file, or a link that another
-/// user put there.
+/// Creates the file, readable by its owner only, unless the path exists: as a file, or as a link that another user put
+/// there.
 ///
-/// @return false if something has the path. A file that cannot be created for another reason is left to the sync
-/// application to refuse.
+/// @return false if the path exists. A file that cannot be created for another reason is no failure: the sync
+///         application refuses it.
 [[nodiscard]] bool tryCreateProbeFile(const Common::QVString& path);
 
-/// Creates the file in the temporary folder and stores its path, which is the caller's to remove. A file that cannot be
-/// written is left to the sync application to refuse.
+/// Creates the file in the temporary folder. The caller removes it.
+///
+/// @param outPath  receives the path.
 /// @throws std::filesystem::filesystem_error when there is no temporary folder.
 void createProbeFile(Common::QVString& outPath);
 
-/// Removes the file at the end of a scope, on every way out, if it is still there.
+/// Removes the file at the end of a scope if it still exists.
 class ProbeFileRemover
 {
 public:

@@ -21,7 +21,7 @@ namespace
 
 using Bridge = Tessaport::QvManagedTessaportService;
 
-// Connections that an assignment has taken out of use: they stay open to the end of the process, in reach.
+// Connections that were replaced by an assignment. They stay open until the process ends; leaked on purpose.
 void keepOpen(std::shared_ptr<Bridge> bridge)
 {
     static auto* const kept = new std::vector<std::shared_ptr<Bridge>>;

@@ -5,9 +5,6 @@
 namespace Quorvex::Velmora::TessaportAPI
 {
 
-void setRuntimeOptions(const RuntimeOptions& options)
-{
-    Tessaport::ClrRuntime::ofProcess().setOptions(options);
-}
+void setRuntimeOptions(const RuntimeOptions& options) { Tessaport::ClrRuntime::ofProcess().setOptions(options); }
 
 } // namespace Quorvex::Velmora::TessaportAPI

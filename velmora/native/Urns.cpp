@@ -1,4 +1,4 @@
-// The cloud identifiers of files and folders.
+// One-shot operations for the cloud identifiers of files and folders.
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -58,7 +58,7 @@ void logUnlessEmpty(std::wstring_view line, std::wstring_view path = {})
         logMessage({line, path});
 }
 
-// The type of the first drive whose root the path begins with, whatever the case and whatever follows the root.
+// Returns the type of the first drive with whose root the path begins, ignoring case and what follows the root.
 QVString driveTypeFromPath(QvNativeTessaportAPI& connection, const std::wstring& path)
 {
     const QVBuffer<Drive> drives = connection.getDrives();
@@ -122,7 +122,7 @@ Urn urnOfParent(QvNativeTessaportAPI& connection, HWND hwnd, const QVString& dri
     if (!QvNativeTessaportAPI::getItemByWorkspacePath(hwnd, TextAccess::make(parentPath), parent))
         return {};
     logUnlessEmpty(lines.parentFound, parentPath);
-    // A type without a row has no names, and the request for a property without a name says so.
+    // A drive type without a row has no names; urnFromProperties() reports the missing name.
     constexpr UrnIdNames NoNames{};
     const UrnIdNames* const names = findUrnIdNames(TextAccess::view(driveType));
     const UrnIdNames& known = names != nullptr ? *names : NoNames;

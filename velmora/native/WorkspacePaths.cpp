@@ -16,7 +16,7 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
 {
     const std::wstring key = cacheKey(workspacePath);
     if (const Item* const cached = findCachedItem(key)) {
-        // Copied first: without memory for a copy the output stays as it is.
+        // Copied first: if there is no memory for a copy, the output is unchanged.
         outItem = Item(*cached);
         return true;
     }

@@ -48,7 +48,7 @@ std::size_t serverLength(std::wstring_view path) noexcept
     return shareEnd == shareBegin ? serverEnd : shareEnd;
 }
 
-// What ".." does not climb over: a drive, or on Windows a server with its share.
+// The length of what ".." cannot remove: a drive, or on Windows a server with its share.
 std::size_t anchorLength(std::wstring_view path) noexcept
 {
     if (hasDriveLetter(path))

@@ -1,4 +1,4 @@
-// The lexical half of canonical paths. Internal.
+// The lexical part of canonical paths: what needs no look at the disk. Internal.
 #pragma once
 
 #include <cstddef>
@@ -8,21 +8,21 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// True for a drive letter with its colon, alone or followed by a slash.
+/// Returns whether a path begins with a drive letter and its colon, followed by a slash or nothing.
 [[nodiscard]] bool hasDriveLetter(std::wstring_view path) noexcept;
 
-/// True for a path that begins at the current folder of a drive, such as "D:x". There are such paths on Windows only.
+/// Returns whether a path is relative to the current folder of a drive, as "D:x" is on Windows. Always false elsewhere.
 [[nodiscard]] bool isRelativeToDrive(std::wstring_view path) noexcept;
 
-/// True for a path that begins at a root: a slash of either kind, or a drive letter.
+/// Returns whether a path begins at a root: with either slash or a drive letter.
 [[nodiscard]] bool isRooted(std::wstring_view path) noexcept;
 
-/// The length of the root that a path begins with: a drive letter with its slash if it has one, a server with its
-/// share, or one slash; 0 for a relative path.
+/// Returns the length of the root at the beginning of a path: a drive letter with its slash if it has one, a server
+/// with its share, or one slash. 0 for a relative path.
 [[nodiscard]] std::size_t rootLength(std::wstring_view path) noexcept;
 
-/// The rooted path with back-slashes, without empty, "." and ".." components and without a slash at the end, but for
-/// the roots "D:\" and "\"; ".." above the root goes nowhere.
+/// Returns a path that begins at a root with back-slashes and without empty, "." and ".." components. Only the roots
+/// "D:\" and "\" end with a slash. ".." at the root is dropped.
 [[nodiscard]] std::wstring lexicallyCanonical(std::wstring_view rooted);
 
 } // namespace Quorvex::Velmora::Common

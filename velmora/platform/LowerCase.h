@@ -1,4 +1,4 @@
-// Lower case for comparisons. Internal.
+// Lower case for comparisons that ignore case. Internal.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// Every character through the standard mapping to lower case, as it is for Unicode: hosts mostly run in the C locale,
-/// which knows of ASCII only.
+/// Maps every character to lower case by the rules of Unicode, whatever the process's locale: most hosts run in the C
+/// locale, which covers ASCII only.
 [[nodiscard]] std::wstring toLower(const std::wstring& text);
 
 } // namespace Quorvex::Velmora::Common

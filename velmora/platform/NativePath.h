@@ -1,4 +1,4 @@
-// Between wide texts and the platform's own paths, whatever the process's locale. Internal.
+// Converts between wide strings and the platform's own paths, whatever the process's locale. Internal.
 #pragma once
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// The path that a wide text names. Narrow paths are UTF-8; what has none becomes U+FFFD.
+/// Returns the path that a wide string names. Narrow paths are UTF-8; a character without a UTF-8 form becomes U+FFFD.
 inline std::filesystem::path nativePath(std::wstring_view text)
 {
 #ifdef _WIN32
@@ -20,6 +20,7 @@ inline std::filesystem::path nativePath(std::wstring_view text)
 #endif
 }
 
+/// Returns a path as a wide string.
 inline std::wstring wideText(const std::filesystem::path& path)
 {
 #ifdef _WIN32

@@ -29,7 +29,7 @@ bool removeFromDisk(const std::wstring& path) { return WindowsPath::remove(path)
 
 #else
 
-// A path of the sync application, and a text that is no path here, have only their lexical form.
+// A path of the sync application, and a string that is not a path on this platform, have a lexical form only.
 bool mayBeOnDisk(std::wstring_view path) { return !hasDriveLetter(path) && Unicode::toUtf8Strict(path).has_value(); }
 
 fs::path diskPath(std::wstring_view path)
@@ -40,7 +40,7 @@ fs::path diskPath(std::wstring_view path)
     return narrow;
 }
 
-// The path with its links followed, as far as it exists; empty when it cannot be found out.
+// Returns the path with its links followed as far as it exists; empty if this fails.
 std::wstring followed(std::wstring_view rooted)
 {
     if (!mayBeOnDisk(rooted))

@@ -13,7 +13,7 @@ namespace Quorvex::Velmora::Common
 namespace
 {
 
-// Raised in every forked child; a generator that was seeded under another number is the parent's.
+// Incremented in every forked child. A generator that was seeded under another number is the parent's.
 std::atomic<std::uint32_t> forkCount{1};
 
 #ifndef _WIN32
@@ -34,7 +34,7 @@ std::uint64_t splitMix(std::uint64_t& state) noexcept
     return z ^ (z >> 31);
 }
 
-// xoshiro256++: two nanoseconds a value, and no two threads share one.
+// xoshiro256++: two nanoseconds for each value, one generator for each thread.
 struct Generator {
     std::uint64_t state[4];
     std::uint32_t seededAt;
@@ -62,7 +62,8 @@ struct Generator {
 private:
     std::uint64_t entropy() noexcept
     {
-        // Mixed with the clock and the address, because a system without a random device may give the same every time.
+        // Mixed with the clock and the address: without a random device the system may return the same value every
+        // time.
         std::uint64_t mixed = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count()) ^
                               reinterpret_cast<std::uintptr_t>(this);
         try {

@@ -7,7 +7,7 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// 128 random bits from a generator of the calling thread, which is seeded from the system and seeded anew in a forked
+/// Returns 128 random bits from a generator of the calling thread. It is seeded by the system, and again in a forked
 /// child, so that parent and child never repeat each other. Not for secrets.
 std::array<std::uint64_t, 2> randomBits() noexcept;
 

@@ -25,7 +25,7 @@ std::wstring fullPath(const std::wstring& path)
     return full;
 }
 
-// The form that the system takes in any length. It takes that one literally, so "." and ".." must be gone.
+// Returns the form that the system accepts in any length. It is taken literally, so "." and ".." are resolved first.
 std::wstring systemPath(std::wstring_view path)
 {
     if (startsWith(path, LongPrefix))
@@ -38,33 +38,33 @@ class File
 {
 public:
     explicit File(const std::wstring& path)
-        : m_handle(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+        : handle(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr))
     {
     }
     ~File()
     {
         if (isOpen())
-            CloseHandle(m_handle);
+            CloseHandle(handle);
     }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    [[nodiscard]] bool isOpen() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
+    [[nodiscard]] bool isOpen() const noexcept { return handle != INVALID_HANDLE_VALUE; }
 
-    // Empty when the file is on no drive that has a letter.
+    // Returns an empty string if the file is not on a drive with a letter.
     [[nodiscard]] std::wstring pathOnDrive() const
     {
-        const DWORD size = GetFinalPathNameByHandleW(m_handle, nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+        const DWORD size = GetFinalPathNameByHandleW(handle, nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
         std::wstring path(size, L'\0');
-        path.resize(GetFinalPathNameByHandleW(m_handle, path.data(), size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS));
+        path.resize(GetFinalPathNameByHandleW(handle, path.data(), size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS));
         if (!startsWith(path, LongPrefix) || !hasDriveLetter(std::wstring_view(path).substr(LongPrefix.size())))
             return {};
         return path.substr(LongPrefix.size());
     }
 
 private:
-    HANDLE m_handle;
+    HANDLE handle;
 };
 
 } // namespace
@@ -88,7 +88,7 @@ std::wstring followed(std::wstring_view rooted)
     if (!hasDriveLetter(full))
         return std::wstring(rooted);
     for (std::size_t end = full.size(); end != std::wstring::npos; end = full.find_last_of(L'\\', end - 1)) {
-        // The drive itself comes last: its letter may stand for a folder of another drive.
+        // The drive itself comes last: its letter may be another name of a folder.
         const bool isDrive = end == DriveLength;
         const File file(std::wstring(LongPrefix) + full.substr(0, end) + (isDrive ? L"\\" : L""));
         if (file.isOpen()) {

@@ -1,4 +1,4 @@
-// What Windows knows of a path, without the limits of the C library: long paths, any character. Internal.
+// Windows paths on the disk, without the limits of the C library: of any length, with any character. Internal.
 #pragma once
 
 #include <string>
@@ -7,14 +7,17 @@
 namespace Quorvex::Velmora::Common::WindowsPath
 {
 
-/// True when something is there.
+/// Returns whether there is a file or folder.
 [[nodiscard]] bool exists(std::wstring_view path);
 
-/// Removes a file or an empty folder; false when there was none or it cannot be removed.
+/// Removes a file or an empty folder. Returns whether this succeeded.
 bool remove(std::wstring_view path);
 
-/// The path with its links followed and its names written as they are on the disk, as far as it exists. A path of a
-/// server stays as it is, so that nobody waits for the network; one without a drive gets the current one.
+/// Returns the path with its links followed and its names spelled as on the disk, as far as it exists.
+///
+/// @param rooted  a path on a server is returned unchanged, so that no caller waits for the network; one without a
+/// drive
+///                is taken from the current drive.
 [[nodiscard]] std::wstring followed(std::wstring_view rooted);
 
 } // namespace Quorvex::Velmora::Common::WindowsPath

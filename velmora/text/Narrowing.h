@@ -1,4 +1,5 @@
-// From wchar_t to UTF-16, eight characters at a time where the processor can: long lists of keys cross the boundary.
+// Converts wchar_t to UTF-16, eight characters at a time where the processor can: long lists of keys cross the
+// boundary. Internal.
 #pragma once
 
 #include <cstddef>
@@ -15,13 +16,13 @@
 namespace Quorvex::Velmora::Common
 {
 
-/// The most UTF-16 code units that a text of that many characters can need.
+/// Returns the largest number of UTF-16 code units that a string of so many characters can need.
 constexpr std::size_t mostUnits(std::size_t characters) noexcept
 {
     return sizeof(wchar_t) == sizeof(char16_t) ? characters : 2 * characters;
 }
 
-/// Puts code units where there is room for them, with the face of a string.
+/// Writes code units to memory, with the interface of a string.
 struct UnitWriter {
     using value_type = char16_t;
 
@@ -31,7 +32,7 @@ struct UnitWriter {
 };
 
 #if defined(VELMORA_NARROW_SSE2)
-/// Writes eight characters, unless one of them is beyond the basic plane.
+/// Writes eight characters. Returns false, and nothing is written, if one of them is beyond the basic plane.
 inline bool narrowEight(const wchar_t* source, char16_t* target) noexcept
 {
     const auto* const characters = reinterpret_cast<const __m128i*>(source);
@@ -40,15 +41,15 @@ inline bool narrowEight(const wchar_t* source, char16_t* target) noexcept
     const __m128i beyond = _mm_srli_epi32(_mm_or_si128(low, high), 16);
     if (_mm_movemask_epi8(_mm_cmpeq_epi32(beyond, _mm_setzero_si128())) != 0xFFFF)
         return false;
-    // Sign-extended, the lower halves pass the signed packing unchanged.
+    // The lower halves are sign-extended, because the packing instruction saturates signed values.
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target),
         _mm_packs_epi32(_mm_srai_epi32(_mm_slli_epi32(low, 16), 16), _mm_srai_epi32(_mm_slli_epi32(high, 16), 16)));
     return true;
 }
 #endif
 
-/// Writes the text as UTF-16 and returns the number of code units. Characters beyond the basic plane become pairs;
-/// unpaired surrogates stay.
+/// Writes a string as UTF-16 and returns the number of code units. A character beyond the basic plane becomes a pair;
+/// unpaired surrogates survive.
 inline std::size_t narrow(std::wstring_view source, char16_t* target) noexcept
 {
     if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
@@ -62,7 +63,7 @@ inline std::size_t narrow(std::wstring_view source, char16_t* target) noexcept
             if (!narrowEight(source.data() + position, out))
                 break;
         }
-        // What is left of a longer text goes in one step with some of what went before.
+        // The rest of a longer string is written in one step, together with some characters before it.
         const std::size_t left = source.size() - position;
         if (left != 0 && left < 8 && position >= 8 && narrowEight(source.data() + source.size() - 8, out + left - 8))
             return source.size();

@@ -1,5 +1,5 @@
-// Changes between the widths of text: wchar_t (32 bits on Linux, 16 on Windows), UTF-16 and UTF-8.
-// Nothing here looks at the process's locale.
+// Conversions between wchar_t (32 bits on Linux, 16 on Windows), UTF-16 and UTF-8. None depends on the process's
+// locale. Internal.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,8 @@ constexpr char32_t combineSurrogates(char32_t high, char32_t low) noexcept
     return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
-/// Reads one code point at `position`, which must be below `text.size()`, and moves behind it. An unpaired surrogate
-/// is returned as it stands.
+/// Returns the code point at `position`, which must be less than `text.size()`, and moves `position` after it. An
+/// unpaired surrogate is returned as it is.
 template <class Char>
 constexpr char32_t nextCodePoint(std::basic_string_view<Char> text, std::size_t& position) noexcept
 {
@@ -43,8 +43,8 @@ constexpr char32_t nextCodePoint(std::basic_string_view<Char> text, std::size_t&
     }
 }
 
-/// Appends a code point as one or two UTF-16 code units. A surrogate is put as it stands, so that unpaired ones
-/// survive; what is beyond U+10FFFF becomes the replacement character.
+/// Appends a code point as one or two UTF-16 code units. A surrogate is appended as it is, so that unpaired ones
+/// survive; a value beyond U+10FFFF becomes the replacement character.
 template <class String>
 void appendUtf16(String& target, char32_t c)
 {
@@ -59,6 +59,7 @@ void appendUtf16(String& target, char32_t c)
     }
 }
 
+/// Appends a code point as one or two wide characters.
 inline void appendWide(std::wstring& target, char32_t c)
 {
     if constexpr (sizeof(wchar_t) == 2)
@@ -67,7 +68,7 @@ inline void appendWide(std::wstring& target, char32_t c)
         target.push_back(static_cast<wchar_t>(c));
 }
 
-/// Appends a code point that is neither a surrogate nor beyond U+10FFFF.
+/// Appends a code point, which must be neither a surrogate nor beyond U+10FFFF.
 inline void appendUtf8(std::string& target, char32_t c)
 {
     const auto put = [&target](
@@ -89,7 +90,7 @@ inline void appendUtf8(std::string& target, char32_t c)
     }
 }
 
-/// UTF-8 of a wide text, or nothing when the text has an unpaired surrogate or a value beyond U+10FFFF.
+/// Returns a wide string as UTF-8, or nothing if it has an unpaired surrogate or a value beyond U+10FFFF.
 inline std::optional<std::string> toUtf8Strict(std::wstring_view text)
 {
     std::string result;
@@ -103,7 +104,7 @@ inline std::optional<std::string> toUtf8Strict(std::wstring_view text)
     return result;
 }
 
-/// UTF-8 of a wide text; what has no UTF-8 form becomes the replacement character.
+/// Returns a wide string as UTF-8. A value without a UTF-8 form becomes the replacement character.
 inline std::string toUtf8(std::wstring_view text)
 {
     std::string result;
@@ -115,7 +116,7 @@ inline std::string toUtf8(std::wstring_view text)
     return result;
 }
 
-/// Wide form of a UTF-8 text; every byte that belongs to no valid sequence becomes one replacement character.
+/// Returns a UTF-8 string as a wide string. Every byte outside a valid sequence becomes one replacement character.
 inline std::wstring fromUtf8(std::string_view text)
 {
     std::wstring result;
@@ -146,6 +147,7 @@ inline std::wstring fromUtf8(std::string_view text)
     return result;
 }
 
+/// Returns a wide string as UTF-16. Unpaired surrogates survive.
 inline std::u16string toUtf16(std::wstring_view text)
 {
     std::u16string result;
@@ -155,7 +157,8 @@ inline std::u16string toUtf16(std::wstring_view text)
     return result;
 }
 
-/// Wide form of UTF-16; pairs become one character where wchar_t has 32 bits, unpaired surrogates stay.
+/// Returns UTF-16 as a wide string. Where wchar_t has 32 bits, a pair becomes one character; unpaired surrogates
+/// survive.
 inline std::wstring fromUtf16(std::u16string_view text)
 {
     std::wstring result;

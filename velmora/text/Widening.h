@@ -1,4 +1,5 @@
-// From UTF-16 to wchar_t, eight characters at a time where the processor can: texts are most of what a listing carries.
+// Converts UTF-16 to wchar_t, eight characters at a time where the processor can: a listing consists mostly of strings.
+// Internal.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,8 @@ namespace Quorvex::Velmora::Common
 {
 
 #if defined(VELMORA_WIDEN_SSE2)
-/// Writes eight characters, unless a zero character is among them, or a surrogate where a pair becomes one character.
+/// Writes eight characters. Returns false, and nothing is written, if one of them is zero, or a surrogate where a pair
+/// becomes one character.
 inline bool widenEight(const char16_t* source, wchar_t* target) noexcept
 {
     const __m128i zero = _mm_setzero_si128();
@@ -39,7 +41,7 @@ inline bool widenEight(const char16_t* source, wchar_t* target) noexcept
 }
 #endif
 
-/// The character at a position before the end, which moves behind it.
+/// Returns the character at `position`, which must be less than the size, and moves `position` after it.
 inline wchar_t nextWide(std::u16string_view source, std::size_t& position) noexcept
 {
     if constexpr (sizeof(wchar_t) == sizeof(char16_t))
@@ -48,8 +50,8 @@ inline wchar_t nextWide(std::u16string_view source, std::size_t& position) noexc
         return static_cast<wchar_t>(Unicode::nextCodePoint(source, position));
 }
 
-/// Writes the text up to its first zero character and returns how many characters were written, which is at most
-/// `source.size()`. Pairs become one character where wchar_t has 32 bits; unpaired surrogates stay.
+/// Writes a string up to its first zero character and returns the number of characters written, at most
+/// `source.size()`. Where wchar_t has 32 bits, a pair becomes one character; unpaired surrogates survive.
 inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target) noexcept
 {
     std::size_t position = 0;
@@ -59,7 +61,7 @@ inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target)
         if (!widenEight(source.data() + position, out))
             break;
     }
-    // What is left of a longer text goes in one step with some of what went before.
+    // The rest of a longer string is written in one step, together with some characters before it.
     const std::size_t left = source.size() - position;
     if (left != 0 && left < 8 && position >= 8 && widenEight(source.data() + source.size() - 8, out + left - 8))
         return source.size();
