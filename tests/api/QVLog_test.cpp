@@ -99,22 +99,25 @@ TEST_F(Log, AllowsTheSinkToWriteToTheLog)
 
 TEST_F(Log, PassesEveryLineOfEveryThreadWhileSinksAreReplaced)
 {
+    constexpr int Writers = 4;
+    constexpr int Lines = 20'000;
     std::atomic<int> received{0};
+    std::atomic<int> writing{Writers};
     const auto count = [&received] { QVLog::setSink([&received](const QVString&, bool) { ++received; }); };
     count();
-    constexpr int Writers = 4;
     std::vector<std::thread> writers;
     writers.reserve(Writers);
     for (int i = 0; i < Writers; ++i) {
-        writers.emplace_back([] {
-            for (int line = 0; line < 1000; ++line)
+        writers.emplace_back([&writing] {
+            for (int line = 0; line < Lines; ++line)
                 QVLog::getLogFile()->addMessage(L"line", false);
+            --writing;
         });
     }
-    for (int i = 0; i < 200; ++i)
+    while (writing > 0)
         count();
     for (std::thread& writer : writers)
         writer.join();
 
-    EXPECT_EQ(received, 1000 * Writers);
+    EXPECT_EQ(received, Lines * Writers);
 }
