@@ -10,6 +10,9 @@ internal sealed record Property(string Id, string DisplayName, PropertyDataType 
     /// <summary>Whether reading needs the permanent ids of the item and its folder.</summary>
     public bool NeedsIds { get; init; }
 
+    /// <summary>Whether the root of an offline drive has a value.</summary>
+    public bool IsKnownOffline { get; init; }
+
     public PropertyDefinition ToDefinition() => new()
     {
         Id = Id,

@@ -17,7 +17,16 @@ internal static class PropertyCatalog
         new("IsFolder", "Is a folder", PropertyTypes.Boolean, s => s.View.IsFolder),
         new("IsInWorkspace", "Is in the workspace", PropertyTypes.Boolean, s => s.View.Workspace is not null),
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
+        new("SyncState", "Sync state", PropertyTypes.Text, SyncStates.Of),
+        new("SyncError", "Reason of the last failure", PropertyTypes.Text, s => s.Failure),
         new("ContentHash", "SHA-256", PropertyTypes.Text, s => s.IsFile ? s.TryHash() : null),
+    ];
+
+    // These say why the rest of a drive cannot be read or changed now.
+    private static readonly Property[] OfDrives =
+    [
+        new("Offline", "Is offline", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Offline : null) { IsKnownOffline = true },
+        new("Writable", "Is writable", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Writable : null) { IsKnownOffline = true },
     ];
 
     private static readonly Property[] Locking =
@@ -29,7 +38,7 @@ internal static class PropertyCatalog
         new("LockedBy", "Locked by", PropertyTypes.Text, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
     ];
 
-    private static readonly Property[] All = [.. General, .. Locking, .. CloudIdentifiers.Properties];
+    private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];
 
     private static readonly Dictionary<string, Property> ById = All.ToDictionary(property => property.Id);
 

@@ -14,7 +14,7 @@ internal static class PropertyReader
         var trackers = new TrackerSet(session);
         var values = new List<PropertyValue>(views.Count * properties.Count);
         foreach (var view in views)
-            Read(SourceFor(view, ids, trackers), properties, values);
+            Read(SourceFor(view, ids, trackers, IndexStore.Load(session.Home, view.Drive.Id)), properties, values);
         return values;
     }
 
@@ -22,7 +22,8 @@ internal static class PropertyReader
     {
         foreach (var property in properties)
         {
-            if (!property.AppliesTo(source.Drive) || property.Read(source) is not { } value)
+            if (!property.AppliesTo(source.Drive) || (source.Drive.Offline && !property.IsKnownOffline)
+                || property.Read(source) is not { } value)
                 continue;
             values.Add(new PropertyValue
             {
@@ -34,12 +35,15 @@ internal static class PropertyReader
         }
     }
 
-    private static PropertySource SourceFor(ItemView view, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers) => new()
+    private static PropertySource SourceFor(
+        ItemView view, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers, DriveIndex index) => new()
     {
         View = view,
         Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
         ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
         LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
+        Synced = index.Synced.ByPath(view.Path),
+        Failure = index.Failures.At(view.Path),
     };
 
     private static void FindIds(Session session, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)

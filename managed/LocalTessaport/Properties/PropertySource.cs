@@ -11,6 +11,12 @@ internal sealed class PropertySource
     public required PermanentId? ParentId { get; init; }
     public required string? LockedBy { get; init; }
 
+    /// <summary>What was last synced at the item's path, if anything was.</summary>
+    public required SyncedRecord? Synced { get; init; }
+
+    /// <summary>Why the item could not be done when it was last asked for; null when it could.</summary>
+    public required string? Failure { get; init; }
+
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;

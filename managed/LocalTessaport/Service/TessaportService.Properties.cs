@@ -16,7 +16,7 @@ public partial class TessaportService
         ArgumentNullException.ThrowIfNull(propertyDefinitionIds);
         var session = Session.Begin();
         var views = ids.Select(session.TryPlaceOf).OfType<DrivePlace>()
-            .Where(place => !place.Drive.Offline)
+            .Where(place => !place.Drive.Offline || place.Path.Length == 0)
             .Select(place => ItemView.At(place.Drive, place.Path))
             .Where(view => view.Exists || view.IsRoot)
             .ToList();

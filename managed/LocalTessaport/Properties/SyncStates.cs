@@ -1,0 +1,74 @@
+using System;
+using System.IO;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>How an item's two sides compare, as one word that programs can read.</summary>
+internal static class SyncStates
+{
+    public const string InSync = "in-sync";
+    public const string ChangedHere = "changed-here";
+    public const string ChangedOnServer = "changed-on-server";
+    public const string ChangedOnBoth = "changed-on-both";
+    public const string OnlyHere = "only-here";
+    public const string OnlyOnServer = "only-on-server";
+    public const string Locked = "locked";
+    public const string LeftOut = "left-out";
+    public const string Failed = "failed";
+
+    /// <summary>The state of an item; null for the root, which is always on both sides.</summary>
+    public static string? Of(PropertySource source)
+    {
+        if (source.View.IsRoot)
+            return null;
+        if (!NameRules.CanBeAdded(RelativePath.NameOf(source.View.Path)))
+            return LeftOut;
+        var state = Compare(source);
+        if (state == InSync)
+            return source.LockedBy is null ? InSync : Locked;
+        return source.Failure is null ? state : Failed;
+    }
+
+    private static string Compare(PropertySource source) => source.View switch
+    {
+        { Server: null } => OnlyHere,
+        { Workspace: null } => OnlyOnServer,
+        { SidesDiffer: true } => ChangedOnBoth,
+        { IsFolder: true } => InSync,
+        { Workspace: { } local, Server: { } remote } => Compare(source, local, remote),
+    };
+
+    private static string Compare(PropertySource source, FileEntry local, FileEntry remote)
+    {
+        var isLocalSynced = IsSynced(source, local, SideName.Workspace);
+        var isRemoteSynced = IsSynced(source, remote, SideName.Server);
+        return (isLocalSynced, isRemoteSynced) switch
+        {
+            (true, true) => InSync,
+            (false, true) => ChangedHere,
+            (true, false) => ChangedOnServer,
+            (false, false) => ChangedOnBoth,
+        };
+    }
+
+    private static bool IsSynced(PropertySource source, FileEntry entry, SideName side)
+    {
+        var state = VersionCheck.Compare(entry, source.Synced, side);
+        return state == VersionState.Synced || (state == VersionState.Unsure && HoldsSynced(source, side));
+    }
+
+    private static bool HoldsSynced(PropertySource source, SideName side)
+    {
+        try
+        {
+            var file = source.Drive.Side(side).At(source.View.Path);
+            return source.Synced!.Hash.IsKnown
+                ? ContentHash.Parse(FileContent.Hash(file)) == source.Synced.Hash
+                : FileContent.AreEqual(file, source.Drive.Side(side.Opposite()).At(source.View.Path));
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            return false;
+        }
+    }
+}
