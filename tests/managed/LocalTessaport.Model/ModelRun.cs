@@ -1,0 +1,161 @@
+using System;
+using System.Collections.Generic;
+using System.Diagnostics;
+using System.IO;
+using System.Linq;
+using System.Threading;
+
+namespace Quorvex.Tessaport.API.Model;
+
+/// <summary>Rounds of user actions and one sync, after which the promises are checked.</summary>
+internal sealed class ModelRun
+{
+    private const int MostActions = 8;
+    private const int MostFiles = 40;
+    private const int LogLength = 60;
+
+    private readonly World _world;
+    private readonly Random _random;
+    private readonly Ledger _ledger = new();
+    private readonly UserActions _actions;
+    private readonly ServiceActions _requests;
+    private readonly Queue<string> _log = new();
+    private int _kills;
+    private int _unfinished;
+
+    public ModelRun(World world, int seed)
+    {
+        _world = world;
+        _random = new Random(seed);
+        _actions = new UserActions(world, _ledger, _random);
+        _requests = new ServiceActions(world, _ledger, _actions, _random);
+    }
+
+    public string Run(int rounds)
+    {
+        for (var round = 1; round <= rounds; ++round)
+        {
+            try
+            {
+                Play(round);
+            }
+            catch (Exception e) when (e is not OutOfMemoryException)
+            {
+                throw new BrokenPromiseException(
+                    $"Round {round}: {(e is BrokenPromiseException ? e.Message : e.ToString())}\nSteps:\n{string.Join('\n', _log)}\n{Describe()}");
+            }
+        }
+        return $"{rounds} rounds, {_ledger.Written} versions, {_kills} kills, {_unfinished} syncs that said something is left";
+    }
+
+    private void Play(int round)
+    {
+        Log($"round {round}");
+        MakeRoom();
+        for (var i = _random.Next(MostActions + 1); i > 0; --i)
+        {
+            var side = _random.Next(2) == 0 ? _world.Workspace : _world.Server;
+            if (_actions.ActOn(side) is { } done)
+                Log($"{(side == _world.Workspace ? "here " : "there")} {done}");
+            if (_random.Next(8) == 0 && _requests.Act() is { } requested)
+            {
+                Log($"service {requested}");
+                RequireNothingLost();
+            }
+        }
+        var links = _world.Sides.ToDictionary(side => side, side => side.LinkTargets());
+        if (_random.Next(30) == 0)
+            KillWhileSyncing();
+        Check(_world.Sync(), links);
+    }
+
+    private void Check(CommandResult result, Dictionary<Side, List<string>> links)
+    {
+        Log($"sync {(result.IsSuccess ? "complete" : "incomplete")}");
+        RequireNothingLost();
+        Require(_world.IsOutsideUnchanged(), () => "Something outside the drive changed.");
+        foreach (var side in _world.Sides)
+            Require(side.LinkTargets().SequenceEqual(links[side]), () => $"A link in '{side.Root}' changed.");
+        var obstacles = Obstacles.Find(_world);
+        if (!result.IsSuccess)
+        {
+            ++_unfinished;
+            Require(obstacles.Count > 0, () => "The sync says that something is left, and nothing is in its way.");
+            return;
+        }
+        Require(_world.Workspace.Files().SequenceEqual(_world.Server.Files()), () => "The sync says that all is done, and the files of the sides differ.");
+        Require(
+            _world.Workspace.Folders().SequenceEqual(_world.Server.Folders()),
+            () => "The sync says that all is done, and the folders of the sides differ.");
+        var again = _world.Sync();
+        Require(again is { IsSuccess: true } && !again.ItemsCreated.Any() && again.ItemsUpdated.Count() == 1, () => "A second sync found more to do.");
+    }
+
+    private void RequireNothingLost()
+    {
+        var missing = _ledger.Missing(_world.Versions());
+        Require(missing.Count == 0, () => $"Version {missing[0]} is lost.");
+    }
+
+    private void KillWhileSyncing()
+    {
+        ++_kills;
+        var program = Path.Combine(AppContext.BaseDirectory, OperatingSystem.IsWindows() ? "LocalTessaport.Worker.exe" : "LocalTessaport.Worker");
+        using var process = Process.Start(new ProcessStartInfo(program, ["sync-only"]) { RedirectStandardOutput = true })!;
+        process.StandardOutput.ReadLine();
+        Thread.Sleep(_random.Next(30));
+        process.Kill();
+        process.WaitForExit();
+        Log("kill during a sync");
+    }
+
+    // Conflict copies and files that come back add up.
+    private void MakeRoom()
+    {
+        foreach (var side in _world.Sides)
+        {
+            if (side.Files().Count > MostFiles || side.Folders().Count > MostFiles)
+            {
+                foreach (var both in _world.Sides)
+                {
+                    _ledger.GiveUp(both.Files().Values);
+                    foreach (var entry in new DirectoryInfo(both.Root).EnumerateFileSystemInfos())
+                        Remove(entry);
+                }
+                Log("remove everything");
+            }
+        }
+        foreach (var (side, path) in Obstacles.Find(_world))
+        {
+            if (_random.Next(3) != 0 || side.KindOf(path) is Kind.None)
+                continue;
+            _ledger.GiveUp(side.Files().Where(file => file.Key == path || file.Key.StartsWith(path + '/', StringComparison.Ordinal)).Select(file => file.Value));
+            Remove(side.KindOf(path) == Kind.Folder ? new DirectoryInfo(side.At(path)) : new FileInfo(side.At(path)));
+            Log($"remove {path}, which was in the way, {(side == _world.Workspace ? "here" : "there")}");
+        }
+    }
+
+    private static void Remove(FileSystemInfo entry)
+    {
+        if (entry is DirectoryInfo folder && entry.LinkTarget is null)
+            folder.Delete(recursive: true);
+        else
+            entry.Delete();
+    }
+
+    private static void Require(bool holds, Func<string> what)
+    {
+        if (!holds)
+            throw new BrokenPromiseException(what());
+    }
+
+    private void Log(string line)
+    {
+        _log.Enqueue(line);
+        while (_log.Count > LogLength)
+            _log.Dequeue();
+    }
+
+    private string Describe() => string.Join('\n', _world.Sides.Select(side => $"In '{side.Root}':\n" + string.Join('\n', side.Walk().Select(
+        entry => $"  {entry.Kind} {entry.Path}{(entry.Kind == Kind.File ? " = " + File.ReadAllText(side.At(entry.Path)).Split(' ')[1] : "")}"))));
+}

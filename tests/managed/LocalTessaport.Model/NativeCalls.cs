@@ -1,0 +1,33 @@
+using System;
+using System.ComponentModel;
+using System.IO;
+using System.Runtime.InteropServices;
+
+namespace Quorvex.Tessaport.API.Model;
+
+/// <summary>What .NET does not offer.</summary>
+internal static partial class NativeCalls
+{
+    private const int CurrentFolder = -100;
+    private const uint Exchange = 2;
+
+    public static void HardLink(string file, string link)
+    {
+        if (OperatingSystem.IsWindows() ? !CreateHardLink(link, file, IntPtr.Zero) : Link(file, link) != 0)
+            throw new IOException($"'{link}' cannot be made: {new Win32Exception(Marshal.GetLastPInvokeError()).Message}.");
+    }
+
+    /// <summary>Lets two files change places in one step, so that nothing is overwritten unseen.</summary>
+    public static bool TryExchange(string one, string other) =>
+        Rename(CurrentFolder, one, CurrentFolder, other, Exchange) == 0;
+
+    [LibraryImport("libc", EntryPoint = "link", SetLastError = true, StringMarshalling = StringMarshalling.Utf8)]
+    private static partial int Link(string file, string link);
+
+    [LibraryImport("libc", EntryPoint = "renameat2", SetLastError = true, StringMarshalling = StringMarshalling.Utf8)]
+    private static partial int Rename(int folder, string from, int otherFolder, string to, uint flags);
+
+    [LibraryImport("kernel32", EntryPoint = "CreateHardLinkW", SetLastError = true, StringMarshalling = StringMarshalling.Utf16)]
+    [return: MarshalAs(UnmanagedType.Bool)]
+    private static partial bool CreateHardLink(string link, string file, IntPtr security);
+}

@@ -1,0 +1,104 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Model;
+
+/// <summary>Requests other than a sync of the drive.</summary>
+internal sealed class ServiceActions
+{
+    private readonly World _world;
+    private readonly Ledger _ledger;
+    private readonly UserActions _user;
+    private readonly Random _random;
+
+    public ServiceActions(World world, Ledger ledger, UserActions user, Random random)
+    {
+        _world = world;
+        _ledger = ledger;
+        _user = user;
+        _random = random;
+    }
+
+    public string? Act() => _random.Next(5) switch
+    {
+        0 => Add(),
+        1 => Delete(),
+        2 => Close(),
+        3 => SyncOne(),
+        _ => AskForIds(),
+    };
+
+    private string? Add()
+    {
+        var files = _world.Workspace.Files().Keys.ToList();
+        var name = files.Count > 0 && _random.Next(2) == 0 ? files[_random.Next(files.Count)] : "added.txt";
+        var folder = _world.Find(Path.GetDirectoryName(name)!) ?? _world.Find("");
+        if (folder is not { IsFolder: true })
+            return null;
+        var source = Path.Combine(_world.Sources, Path.GetFileName(name));
+        File.WriteAllText(source, _user.NewContent(out var version));
+        var before = _ledger.OwedAmong(_world.Sides.SelectMany(side => side.Files().Where(file => file.Key == name).Select(file => file.Value)));
+        var result = _world.Service.AddFiles(folder.Id, [source]);
+        File.Delete(source);
+        if (result.IsSuccess)
+            _ledger.Write(version);
+        var missing = before.Except(_world.Versions()).ToList();
+        if (missing.Count > (result.IsSuccess ? 1 : 0))
+            throw new BrokenPromiseException($"Adding '{name}' lost the versions {string.Join(", ", missing)}.");
+        // One of them was replaced; a copy of it may still be where the item was before.
+        if (result.IsSuccess)
+            _ledger.GiveUp(before);
+        return $"add {name} = {version}: {result.IsSuccess}";
+    }
+
+    private string? Delete()
+    {
+        if (PickAny() is not { } path || _random.Next(3) != 0 || _world.Find(path) is not { } item)
+            return null;
+        var held = _world.Sides.SelectMany(side => side.Files()
+            .Where(file => file.Key == path || file.Key.StartsWith(path + '/', StringComparison.Ordinal)).Select(file => file.Value)).ToList();
+        var result = _world.Service.DeleteItems([item.Id]);
+        if (result.IsSuccess)
+            _ledger.GiveUp(held);
+        return $"delete {path}: {result.IsSuccess}";
+    }
+
+    private string? Close()
+    {
+        if (_world.Workspace.Files().Keys.ToList() is not { Count: > 0 } files)
+            return null;
+        var path = files[_random.Next(files.Count)];
+        try
+        {
+            _world.Service.FileClosedWithinRunningProcess(1, _world.Workspace.At(path));
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            return $"close {path}: {e.Message}";
+        }
+        return $"close {path}";
+    }
+
+    private string? SyncOne()
+    {
+        if (PickAny() is not { } path || _world.Find(path) is not { } item)
+            return null;
+        return $"sync {path}: {_world.Service.SyncFiles([item.Id]).IsSuccess}";
+    }
+
+    private string? AskForIds()
+    {
+        if (PickAny() is not { } path || _world.Find(path) is not { } item)
+            return null;
+        _world.Service.GetPermanentIds([item.Id]);
+        return $"ask for the id of {path}";
+    }
+
+    private string? PickAny()
+    {
+        var paths = _world.Sides.SelectMany(side => side.Walk()).Where(entry => entry.Kind != Kind.Link).Select(entry => entry.Path).Distinct().ToList();
+        return paths.Count == 0 ? null : paths[_random.Next(paths.Count)];
+    }
+}

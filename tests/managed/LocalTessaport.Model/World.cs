@@ -1,0 +1,66 @@
+using System;
+using System.Collections.Generic;
+using System.IO;
+using System.Linq;
+
+namespace Quorvex.Tessaport.API.Model;
+
+/// <summary>A home with one drive, and a folder outside it that nothing may change.</summary>
+internal sealed class World : IDisposable
+{
+    private static readonly Guid DriveId = Guid.Parse("5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01");
+
+    private readonly string _outsideBefore;
+
+    public World()
+    {
+        Workspace = new Side(Path.Combine(Root, "workspace"));
+        Server = new Side(Path.Combine(Root, "server"));
+        Outside = Path.Combine(Root, "outside");
+        Sources = Directory.CreateDirectory(Path.Combine(Root, "sources")).FullName;
+        Directory.CreateDirectory(Path.Combine(Outside, "p"));
+        File.WriteAllText(Path.Combine(Outside, "a.txt"), "outside");
+        File.WriteAllText(Path.Combine(Outside, "p", "b.txt"), "outside, deeper");
+        _outsideBefore = DescribeOutside();
+        File.WriteAllText(Path.Combine(Root, "drives.json"), $$"""
+            [{"id": "{{DriveId}}", "name": "Model", "type": "Quorvex.DataSourceType.Drive",
+              "workspace": "workspace", "server": "server", "locking": true}]
+            """);
+        File.WriteAllText(Path.Combine(Root, "service.json"), """{"state": "running"}""");
+        Environment.SetEnvironmentVariable("TESSAPORT_HOME", Root);
+        Service.Discover();
+    }
+
+    public string Root { get; } =
+        Directory.CreateDirectory(Path.Combine(Path.GetTempPath(), "tessaport-model-" + Guid.NewGuid().ToString("N"))).FullName;
+
+    public Side Workspace { get; }
+    public Side Server { get; }
+    public string Outside { get; }
+    public string Sources { get; }
+    public TessaportService Service { get; } = new();
+
+    public IEnumerable<Side> Sides => [Workspace, Server];
+
+    public void Dispose()
+    {
+        Environment.SetEnvironmentVariable("TESSAPORT_HOME", null);
+        Directory.Delete(Root, recursive: true);
+    }
+
+    public ItemId RootItem() => Service.GetDrives().Single().Root.Id;
+
+    public Item? Find(string path) => Service.GetItemsByRelativePaths(DriveId, [path]).SingleOrDefault();
+
+    public CommandResult Sync() => Service.SyncFiles([RootItem()]);
+
+    /// <summary>The versions that exist now on either side.</summary>
+    public HashSet<int> Versions() => Sides.SelectMany(side => side.Files().Values).ToHashSet();
+
+    public bool IsOutsideUnchanged() => DescribeOutside() == _outsideBefore;
+
+    private string DescribeOutside() => string.Join('\n', Directory
+        .EnumerateFileSystemEntries(Outside, "*", SearchOption.AllDirectories)
+        .Order(StringComparer.Ordinal)
+        .Select(path => $"{path} {File.GetLastWriteTimeUtc(path):O} {(File.Exists(path) ? File.ReadAllText(path) : "")}"));
+}
