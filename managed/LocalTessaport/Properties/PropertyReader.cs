@@ -37,14 +37,14 @@ internal static class PropertyReader
 
     private static PropertySource SourceFor(
         ItemView view, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers, DriveIndex index) => new()
-    {
-        View = view,
-        Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
-        ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
-        LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
-        Synced = index.Synced.ByPath(view.Path),
-        Failure = index.Failures.At(view.Path),
-    };
+        {
+            View = view,
+            Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
+            ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
+            LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
+            Synced = index.Synced.ByPath(view.Path),
+            Failure = index.Failures.At(view.Path),
+        };
 
     private static void FindIds(Session session, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
     {
