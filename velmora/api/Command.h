@@ -45,7 +45,10 @@ public:
     bool isChecked = false;
     bool isBeginningOfGroup = false; ///< Whether a separator precedes it.
     bool isDefaultCommand = false;
-    /// The icon. The bytes of one that came from the sync application are all zero; only their number is right.
+    /// The icon.
+    ///
+    /// @note Kept for compatibility: if it came from the sync application, the number of bytes is right and all of them
+    ///       are zero.
     Image image;
 
 private:

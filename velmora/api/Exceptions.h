@@ -38,7 +38,9 @@ public:
     ApiException& operator=(ApiException&& other);
 
     /// Returns the message as UTF-8, valid until this object is destroyed or assigned to. Empty if there is no message,
-    /// "bad conversion" if the message has no UTF-8 form, and "out of memory" if there is no memory for that form.
+    /// "out of memory" if there is no memory for the UTF-8 form.
+    ///
+    /// @note Kept for compatibility: "bad conversion" if the message has no UTF-8 form.
     [[nodiscard]] const char* what() const noexcept override;
 
     /// Returns the message, valid as long as what(). Null if the exception was made from a null message.

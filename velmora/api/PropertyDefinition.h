@@ -15,7 +15,10 @@ class PropertyDefinition
 {
 public:
     Common::QVString displayName;
-    Common::QVString auxiliaryText;     ///< Copied with the record; empty in every record that a request returns.
+    /// Copied with the record.
+    ///
+    /// @note Kept for compatibility: no request fills it.
+    Common::QVString auxiliaryText;
     Common::QVString id;                ///< Identifier of the property.
     PropertyDataType displayDataType{}; ///< The data type as which the value is shown.
     PropertyDataType valueDataType{};   ///< The data type of the stored value.

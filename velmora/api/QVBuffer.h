@@ -104,7 +104,9 @@ public:
     /// Returns the number of elements.
     [[nodiscard]] std::uint32_t GetSize() const noexcept { return size; }
 
-    /// Returns the address of the element at `index`, or null if `index` is not less than the size.
+    /// Returns the address of the element at `index`.
+    ///
+    /// @note Kept for compatibility: null, and no exception, if `index` is not less than the size.
     [[nodiscard]] T* operator[](std::uint32_t index) noexcept { return index < size ? data + index : nullptr; }
     [[nodiscard]] const T* operator[](std::uint32_t index) const noexcept
     {

@@ -11,8 +11,11 @@ class StringPropertyValue
 {
 public:
     Common::QVUUID driveId;
-    Common::QVString auxiliaryText; ///< Copied with the record; empty in every record that a request returns.
-    Common::QVString value;         ///< The value as text, whatever its data type.
+    /// Copied with the record.
+    ///
+    /// @note Kept for compatibility: no request fills it.
+    Common::QVString auxiliaryText;
+    Common::QVString value; ///< The value as text, whatever its data type.
     Common::QVString propertyDefinitionId;
     Common::QVString relativePath; ///< The item's path relative to the drive's root.
 };

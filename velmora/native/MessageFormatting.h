@@ -19,6 +19,8 @@ VELMORA_API std::wstring toHtml(const std::wstring& text);
 /// An address begins with "http://", "https://" or "www" and one more character, at the start of the text or after
 /// white space, "&nbsp;" or "<br>", with or without quotes in between. It ends before the next of these separators;
 /// punctuation and quotes at its end stay outside the link. White space is one of the six ASCII characters.
+///
+/// @note Kept for compatibility: after "www" any character takes the place of the dot.
 VELMORA_API std::wstring linkify(const std::wstring& html);
 
 /// Replaces every occurrence of `from` in `text`, from left to right. Replacements are not searched again.

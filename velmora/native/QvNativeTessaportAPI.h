@@ -227,6 +227,9 @@ public:
     static QVCode getRootFolderItem(HWND hwnd, Item& outItem);
 
     /// Returns whether the contents of the first drive's root can be listed.
+    ///
+    /// @note Kept for compatibility: without a drive it lists the contents of a default-constructed item, so the result
+    ///       is false with a line in the log.
     static bool canAccessDriveData(HWND hwnd);
 
     /// Lists the files and folders directly inside a folder. On success the list replaces `outItems`.
@@ -246,12 +249,14 @@ public:
     /// Returns whether a drive is offline: whether the permanent id of its root cannot be had for that reason.
     ///
     /// @throws ApiException or one of its subclasses, from opening the connection and from listing the drives.
+    /// @note Kept for compatibility: unlike other one-shot operations it throws.
     static bool isOffline(HWND hwnd);
 
     /// Finds the first folder, directly in the root of a drive of a type, that accepts new files.
     ///
     /// It asks the sync application about a small file in the temporary folder, and removes that file again.
     ///
+    /// @note Kept for compatibility: without a folder for temporary files it fails, with the reason in the log.
     /// @param driveType     only "Quorvex.DataSourceType.Drive" is supported.
     /// @param outLocalPath  the folder's workspace path with back-slashes; may have been written on failure.
     /// @param outItem       the folder; may have been written on failure.
@@ -267,6 +272,7 @@ public:
     ///
     /// Writes a line to the diagnostic log when the sync application knows no item at the path.
     ///
+    /// @note Kept for compatibility: unlike other one-shot operations it throws.
     /// @param workspacePath  absolute, or relative to the current directory; either slash is accepted.
     /// @throws std::filesystem::filesystem_error when the current directory does not exist any more, and std::bad_alloc
     ///         when memory runs out before the sync application is asked.
@@ -294,6 +300,8 @@ public:
     ///
     /// A folder without a URN of its own has that of the folder that holds it.
     ///
+    /// @note Kept for compatibility: the folder that holds it is asked for without `useParentFolderKey`, by a property
+    ///       that drives with projects do not have.
     /// @param workspacePath       the item is found with either slash, as by getItemByWorkspacePath().
     /// @param useParentFolderKey  read the property that names the folder as the parent of its items.
     /// @return project id and URN as UTF-8. Drives without projects have no project id, and there may be a project id
@@ -317,7 +325,7 @@ public:
     static std::tuple<std::string, std::string> getFileUrn(HWND hwnd, const Item& item);
 
     /// Returns whether the sync application would accept a new file in a local folder. It asks as
-    /// getRootFolderLocalPath() does.
+    /// getRootFolderLocalPath() does, with the same note.
     static bool canAddFile(HWND hwnd, const QVString& folderPath);
 
     /// @}
