@@ -1,0 +1,38 @@
+using System;
+using System.IO;
+using System.Linq;
+using Quorvex.Tessaport.API.Local;
+using Xunit;
+
+namespace Quorvex.Tessaport.API.Tests;
+
+/// <summary>How the service writes its own files.</summary>
+public sealed class AtomicFileTests : IDisposable
+{
+    private readonly TestHome _home = new();
+    private readonly HomeFolder _folder = HomeFolder.Locate();
+
+    public void Dispose() => _home.Dispose();
+
+    [Fact]
+    public void AFailedWriteLeavesTheOldFileAndNoTemporaryOne()
+    {
+        AtomicFile.Write(_folder, _folder.ClipboardFile, stream => stream.Write("old"u8));
+
+        Assert.Throws<IOException>(() => AtomicFile.Write(_folder, _folder.ClipboardFile, stream =>
+        {
+            stream.Write("ne"u8);
+            throw new IOException("The disk is full.");
+        }));
+
+        Assert.Equal("old", File.ReadAllText(_folder.ClipboardFile));
+        Assert.Empty(Directory.GetFiles(_folder.StateFolder));
+    }
+
+    [UnixFact]
+    public void ATemporaryFileIsReadableByItsOwnerOnly()
+    {
+        AtomicFile.Write(_folder, _folder.ClipboardFile, _ =>
+            Assert.Equal((UnixFileMode)0b110_000_000, UnixCalls.ModeOf(Directory.GetFiles(_folder.StateFolder).Single())));
+    }
+}
