@@ -14,21 +14,6 @@ public sealed class AtomicFileTests : IDisposable
 
     public void Dispose() => _home.Dispose();
 
-    [Fact]
-    public void AFailedWriteLeavesTheOldFileAndNoTemporaryOne()
-    {
-        AtomicFile.Write(_folder, _folder.ClipboardFile, stream => stream.Write("old"u8));
-
-        Assert.Throws<IOException>(() => AtomicFile.Write(_folder, _folder.ClipboardFile, stream =>
-        {
-            stream.Write("ne"u8);
-            throw new IOException("The disk is full.");
-        }));
-
-        Assert.Equal("old", File.ReadAllText(_folder.ClipboardFile));
-        Assert.Empty(Directory.GetFiles(_folder.StateFolder));
-    }
-
     [UnixFact]
     public void ATemporaryFileIsReadableByItsOwnerOnly()
     {

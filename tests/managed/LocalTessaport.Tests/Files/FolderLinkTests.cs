@@ -92,9 +92,9 @@ public sealed class FolderLinkTests : IDisposable
     [InlineData("Commit.Checked")]
     public void AFolderReplacedByALinkDuringASyncIsNotFollowed(string step)
     {
-        _drive.PutOnServer("folder/secret.txt", "on the server");
+        _drive.PutOnServer("folder/new.txt", "on the server");
         Directory.CreateDirectory(_drive.InWorkspace("folder"));
-        using var swap = StepAction.At(step, "secret.txt", _ =>
+        using var swap = StepAction.At(step, "new.txt", _ =>
         {
             Directory.Move(_drive.InWorkspace("folder"), _drive.InWorkspace("moved"));
             Link(_drive.InWorkspace("folder"));

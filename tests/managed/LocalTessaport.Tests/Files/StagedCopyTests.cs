@@ -114,6 +114,7 @@ public sealed class StagedCopyTests : IDisposable
     [Fact]
     public void OnlyWhatWasThereAtTheStartIsCopied()
     {
+        File.WriteAllBytes(_source, new byte[200_000]);
         using var input = FileSource.Outside(_source).Open();
         File.AppendAllText(_source, " and more");
         var target = Path.Combine(_folder, "target");
@@ -121,7 +122,7 @@ public sealed class StagedCopyTests : IDisposable
         using (var output = File.OpenHandle(target, FileMode.CreateNew, FileAccess.Write))
             FileCopier.Copy(input, [output]);
 
-        Assert.Equal("content", File.ReadAllText(target));
+        Assert.Equal(200_000, new FileInfo(target).Length);
     }
 
     [Fact]
