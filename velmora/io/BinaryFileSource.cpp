@@ -10,31 +10,31 @@ struct BinaryFileSource::Impl {
     std::streampos size;
 };
 
-BinaryFileSource::BinaryFileSource(const std::wstring& path) : m_impl(std::make_unique<Impl>())
+BinaryFileSource::BinaryFileSource(const std::wstring& path) : impl(std::make_unique<Impl>())
 {
-    auto& stream = m_impl->stream;
+    auto& stream = impl->stream;
     stream.imbue(std::locale::classic());
     stream.open(toReadablePath(path), std::ios::binary | std::ios::ate);
-    m_impl->size = stream.tellg();
+    impl->size = stream.tellg();
     stream.seekg(0);
 }
 
 BinaryFileSource::~BinaryFileSource() = default;
 
-std::streampos BinaryFileSource::tell() const { return m_impl->stream.tellg(); }
+std::streampos BinaryFileSource::tell() const { return impl->stream.tellg(); }
 
-void BinaryFileSource::seek(std::streampos position) { m_impl->stream.seekg(position); }
+void BinaryFileSource::seek(std::streampos position) { impl->stream.seekg(position); }
 
 void BinaryFileSource::read(void* buffer, std::int64_t count)
 {
     if (count < 0)
-        m_impl->stream.setstate(std::ios::failbit);
+        impl->stream.setstate(std::ios::failbit);
     else
-        m_impl->stream.read(static_cast<char*>(buffer), count);
+        impl->stream.read(static_cast<char*>(buffer), count);
 }
 
-bool BinaryFileSource::failed() const { return m_impl->stream.fail(); }
+bool BinaryFileSource::failed() const { return impl->stream.fail(); }
 
-std::streampos BinaryFileSource::size() const { return m_impl->size; }
+std::streampos BinaryFileSource::size() const { return impl->size; }
 
 } // namespace Quorvex::Velmora::IO

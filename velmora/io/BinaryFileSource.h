@@ -1,4 +1,3 @@
-/// The bytes of a file, read at random.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +10,7 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Reads a file that others may read and write at the same time.
+/// Reads a file. Other programs may read and write it meanwhile.
 class BinaryFileSource final : public QVIOSource
 {
 public:
@@ -21,20 +20,21 @@ public:
     BinaryFileSource(const BinaryFileSource&) = delete;
     BinaryFileSource& operator=(const BinaryFileSource&) = delete;
 
-    /// @return the position, or -1 once failed.
+    /// @return the position in bytes from the start, or -1 after a failure.
     [[nodiscard]] std::streampos tell() const override;
 
-    /// A position beyond the end is taken; reading there fails.
+    /// Moves to a position. One after the end is accepted; reading there fails.
     void seek(std::streampos position) override;
+
     void read(void* buffer, std::int64_t count) override;
     [[nodiscard]] bool failed() const override;
 
-    /// @return the size that the file had when it was opened.
+    /// @return the size that the file had when it was opened, in bytes.
     [[nodiscard]] std::streampos size() const override;
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<Impl> impl;
 };
 
 } // namespace Quorvex::Velmora::IO

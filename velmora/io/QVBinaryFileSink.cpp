@@ -49,28 +49,28 @@ struct QVBinaryFileSink::Impl {
     std::size_t used = 0;
 };
 
-QVBinaryFileSink::QVBinaryFileSink(const std::wstring& path) : m_impl(std::make_unique<Impl>())
+QVBinaryFileSink::QVBinaryFileSink(const std::wstring& path) : impl(std::make_unique<Impl>())
 {
-    openUnbuffered(m_impl->stream, path, std::ios::trunc);
+    openUnbuffered(impl->stream, path, std::ios::trunc);
 }
 
-QVBinaryFileSink::~QVBinaryFileSink() { m_impl->writeOut(); }
+QVBinaryFileSink::~QVBinaryFileSink() { impl->writeOut(); }
 
 void QVBinaryFileSink::writeUInt32(std::uint32_t value)
 {
     const auto bytes = SerialFormat::encode(value);
-    m_impl->append(bytes.data(), bytes.size());
+    impl->append(bytes.data(), bytes.size());
 }
 
 void QVBinaryFileSink::writeDouble(double value)
 {
     const auto bytes = SerialFormat::encodeDouble(value);
-    m_impl->append(bytes.data(), bytes.size());
+    impl->append(bytes.data(), bytes.size());
 }
 
 void QVBinaryFileSink::writeString(const std::wstring& value)
 {
-    SerialFormat::encodeString(value, [this](const void* bytes, std::size_t count) { m_impl->append(bytes, count); });
+    SerialFormat::encodeString(value, [this](const void* bytes, std::size_t count) { impl->append(bytes, count); });
 }
 
 void QVBinaryFileSink::writeBool(bool value) { writeUInt32(value ? 1 : 0); }
@@ -78,15 +78,15 @@ void QVBinaryFileSink::writeBool(bool value) { writeUInt32(value ? 1 : 0); }
 void QVBinaryFileSink::writeBytes(const void* bytes, std::int64_t count)
 {
     if (count < 0)
-        m_impl->fail();
+        impl->fail();
     else
-        m_impl->append(bytes, static_cast<std::size_t>(count));
+        impl->append(bytes, static_cast<std::size_t>(count));
 }
 
 bool QVBinaryFileSink::failed() const
 {
-    m_impl->writeOut();
-    return m_impl->stream.fail();
+    impl->writeOut();
+    return impl->stream.fail();
 }
 
 } // namespace Quorvex::Velmora::IO

@@ -27,27 +27,27 @@ struct QVBinaryFileSource::Impl {
     ReadAheadFile file;
 };
 
-QVBinaryFileSource::QVBinaryFileSource(const std::wstring& path) : m_impl(std::make_unique<Impl>(path)) {}
+QVBinaryFileSource::QVBinaryFileSource(const std::wstring& path) : impl(std::make_unique<Impl>(path)) {}
 
 QVBinaryFileSource::~QVBinaryFileSource() = default;
 
 void QVBinaryFileSource::readUInt32(std::uint32_t& out)
 {
-    out = SerialFormat::decode<std::uint32_t>(m_impl->takeOrZero<4>());
+    out = SerialFormat::decode<std::uint32_t>(impl->takeOrZero<4>());
 }
 
-void QVBinaryFileSource::readDouble(double& out) { out = SerialFormat::decodeDouble(m_impl->takeOrZero<8>()); }
+void QVBinaryFileSource::readDouble(double& out) { out = SerialFormat::decodeDouble(impl->takeOrZero<8>()); }
 
 void QVBinaryFileSource::readString(std::wstring& out)
 {
     std::uint32_t count = 0;
     readUInt32(count);
     std::wstring text;
-    // Only memory that is there already is taken from the caller before the text is whole.
+    // If an allocation fails, `out` must be unchanged: its memory is taken only if it suffices.
     if (count <= out.capacity())
         text.swap(out);
     text.clear();
-    m_impl->takeUnits(text, count);
+    impl->takeUnits(text, count);
     out = std::move(text);
 }
 
@@ -62,15 +62,15 @@ bool QVBinaryFileSource::readBool(bool& out)
 void QVBinaryFileSource::readBytes(void* bytes, std::int64_t count)
 {
     if (count < 0)
-        m_impl->file.fail();
+        impl->file.fail();
     else
-        m_impl->file.read(bytes, static_cast<std::size_t>(count));
+        impl->file.read(bytes, static_cast<std::size_t>(count));
 }
 
-bool QVBinaryFileSource::failed() const { return m_impl->file.failed(); }
+bool QVBinaryFileSource::failed() const { return impl->file.failed(); }
 
-// Takes what the buffer holds before it asks for more, so that memory for a wrong count is asked for only once the
-// bytes have run out.
+// Decodes what has been read ahead before it reads more: as long as there are bytes, a wrong count takes no more memory
+// than they need.
 void QVBinaryFileSource::Impl::takeUnits(std::wstring& text, std::size_t count)
 {
     SerialFormat::UnitDecoder decoder(text);
@@ -80,7 +80,7 @@ void QVBinaryFileSource::Impl::takeUnits(std::wstring& text, std::size_t count)
             decoder.append(file.ahead(), units);
             file.skip(2 * units);
         } else {
-            // Half a unit at the end of the file counts, its other half being zero.
+            // Half a unit at the end of the file counts; its other half is zero.
             std::array<unsigned char, 2> unit{};
             units = (file.read(unit.data(), unit.size()) + 1) / 2;
             decoder.append(unit.data(), units);

@@ -1,4 +1,3 @@
-/// Reading the serial format from a file.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +28,7 @@ public:
     void readString(std::wstring& out) override;
     bool readBool(bool& out) override;
 
-    /// A negative count fails and reads nothing.
+    /// Reads bytes that were written without a count. A negative count fails and reads nothing.
     void readBytes(void* bytes, std::int64_t count) override;
 
     /// @return true if the file could not be opened, or if a read found fewer bytes than it needed or had a negative
@@ -38,7 +37,7 @@ public:
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<Impl> impl;
 };
 
 } // namespace Quorvex::Velmora::IO

@@ -10,21 +10,14 @@
 namespace Quorvex::Velmora::IO
 {
 
-void QVChecksum::writeUInt32(std::uint32_t value)
-{
-    m_register = Crc32::update4(m_register, SerialFormat::encode(value).data());
-}
+void QVChecksum::writeUInt32(std::uint32_t value) { crc = Crc32::update4(crc, SerialFormat::encode(value).data()); }
 
-void QVChecksum::writeDouble(double value)
-{
-    m_register = Crc32::update8(m_register, SerialFormat::encodeDouble(value).data());
-}
+void QVChecksum::writeDouble(double value) { crc = Crc32::update8(crc, SerialFormat::encodeDouble(value).data()); }
 
 void QVChecksum::writeString(const std::wstring& value)
 {
-    SerialFormat::encodeString(value, [this](const unsigned char* bytes, std::size_t count) {
-        m_register = Crc32::update(m_register, bytes, count);
-    });
+    SerialFormat::encodeString(
+        value, [this](const unsigned char* bytes, std::size_t count) { crc = Crc32::update(crc, bytes, count); });
 }
 
 void QVChecksum::writeBool(bool value) { writeUInt32(value ? 1 : 0); }
@@ -32,8 +25,7 @@ void QVChecksum::writeBool(bool value) { writeUInt32(value ? 1 : 0); }
 void QVChecksum::writeBytes(const void* bytes, std::int64_t count)
 {
     if (count > 0)
-        m_register =
-            Crc32::update(m_register, static_cast<const unsigned char*>(bytes), static_cast<std::size_t>(count));
+        crc = Crc32::update(crc, static_cast<const unsigned char*>(bytes), static_cast<std::size_t>(count));
 }
 
 std::uint32_t checksumOfFile(const std::wstring& path)

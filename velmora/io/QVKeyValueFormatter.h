@@ -1,4 +1,3 @@
-/// Writing typed values by key, grouped into records.
 #pragma once
 
 #include <string>
@@ -8,14 +7,14 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// A sink whose values form records: what is put between beginRecord() and endRecord() belongs together.
+/// A sink that groups its values into records: those put between beginRecord() and endRecord() belong together.
 class QVKeyValueFormatter : public QVKeyValueSink
 {
 public:
-    /// Starts a record and forgets the values of the one before.
+    /// Starts an empty record.
     virtual void beginRecord(const std::wstring& name) = 0;
 
-    /// Writes the record out.
+    /// Writes the record.
     virtual void endRecord(const std::wstring& name) = 0;
 };
 

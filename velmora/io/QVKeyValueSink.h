@@ -1,4 +1,3 @@
-/// Writing typed values by key.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +6,13 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Takes typed values under wide-text keys.
+/// Takes typed values by key. Keys are wide strings.
 ///
 /// A "." in a key separates levels of nesting: "a.b" is the value "b" inside "a". Missing levels are created, and a
 /// second put under the same key replaces the first. A "." at the end of a key starts no further level. A key has at
 /// most 1,000 levels: later separators are part of the name of the last one.
 ///
-/// Every value is kept as text, whatever locale the process uses: integers in decimal, doubles with 17 significant
+/// Every value is stored as text, whatever locale the process uses: integers in decimal, doubles with 17 significant
 /// digits, bools as "true" or "false", strings unchanged. If an allocation fails, std::bad_alloc propagates and the
 /// implementations of this library are unchanged.
 class QVKeyValueSink
@@ -21,7 +20,7 @@ class QVKeyValueSink
 public:
     virtual ~QVKeyValueSink() = default;
 
-    /// Called by hosts that want to announce a sequence of puts; the implementations of this library do nothing here.
+    /// Announces a sequence of puts. The implementations of this library do nothing.
     virtual void prepare() = 0;
 
     virtual void putUInt32(const std::wstring& key, std::uint32_t value) = 0;
@@ -30,7 +29,7 @@ public:
     virtual void putBool(const std::wstring& key, bool value) = 0;
     virtual void putUInt64(const std::wstring& key, std::uint64_t value) = 0;
 
-    /// The counterpart of prepare().
+    /// Ends what prepare() has announced. The implementations of this library do nothing.
     virtual void finish() = 0;
 };
 

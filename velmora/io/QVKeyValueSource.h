@@ -1,4 +1,3 @@
-/// Reading typed values by key.
 #pragma once
 
 #include <cstdint>
@@ -7,17 +6,17 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Answers typed values for the keys of QVKeyValueSink, "." separating levels of nesting.
+/// Returns typed values by key. Keys have the levels that QVKeyValueSink describes.
 ///
-/// Each getter returns true and sets `out` when there is a value under the key and its whole text converts to the type;
-/// otherwise it returns false and leaves `out` as it was. Bools are read from "true", "false", "1" and "0". The
-/// process's locale plays no part.
+/// Each getter returns true and sets `out` if there is a value under the key and its complete text converts to the
+/// type. Otherwise it returns false and `out` is unchanged. Bools are read from "true", "false", "1" and "0", and the
+/// process's locale has no influence.
 class QVKeyValueSource
 {
 public:
     virtual ~QVKeyValueSource() = default;
 
-    /// False in every implementation of this library.
+    /// @return false in every implementation of this library.
     [[nodiscard]] virtual bool queryFlag() const = 0;
 
     virtual bool getUInt32(const std::wstring& key, std::uint32_t& out) const = 0;

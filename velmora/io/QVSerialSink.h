@@ -1,4 +1,3 @@
-/// Writing a sequence of typed values.
 #pragma once
 
 #include <cstdint>
@@ -7,18 +6,20 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Takes typed values in the serial format: back to back in call order, without header, padding or alignment, numbers
-/// little-endian, on every platform alike.
+/// Takes a sequence of typed values in the serial format.
+///
+/// The format has no header, padding or alignment: values follow each other in the order of the calls, numbers are
+/// little-endian, on every platform.
 ///
 /// | value           | bytes                                                                         |
 /// |-----------------|-------------------------------------------------------------------------------|
 /// | unsigned 32-bit | 4                                                                             |
 /// | double          | 8, IEEE 754 binary64                                                          |
 /// | bool            | 4, an unsigned 32-bit 0 or 1                                                  |
-/// | wide text       | unsigned 32-bit count of UTF-16 code units, then the units as UTF-16LE        |
-/// | bytes           | as they are, without a count                                                  |
+/// | wide string     | unsigned 32-bit count of UTF-16 code units, then the units as UTF-16LE        |
+/// | bytes           | unchanged, without a count                                                    |
 ///
-/// An object is for one thread at a time.
+/// An object is not thread-safe.
 class QVSerialSink
 {
 public:
@@ -27,10 +28,17 @@ public:
     virtual void writeUInt32(std::uint32_t value) = 0;
     virtual void writeDouble(double value) = 0;
 
-    /// Unpaired surrogates are written as they stand.
-    /// @throws std::length_error before anything is written when the text has more than 2^32-1 UTF-16 code units.
+    /// Writes a string. Unpaired surrogates are written unchanged.
+    ///
+    /// @throws std::length_error if the string has more than 2^32-1 UTF-16 code units. Nothing is written then.
     virtual void writeString(const std::wstring& value) = 0;
+
     virtual void writeBool(bool value) = 0;
+
+    /// Writes bytes without their count.
+    ///
+    /// @param bytes  may be null if `count` is 0.
+    /// @param count  in bytes.
     virtual void writeBytes(const void* bytes, std::int64_t count) = 0;
 };
 

@@ -1,4 +1,3 @@
-/// Reading a sequence of typed values.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +6,10 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Reads what a QVSerialSink wrote, with the calls in the same order. Bytes that are missing read as zero, except for
-/// readBytes(), which leaves that part of the buffer as it was. An object is for one thread at a time.
+/// Reads what a QVSerialSink has written, by the same sequence of calls.
+///
+/// Missing bytes are read as zero, except by readBytes(), which leaves that part of the buffer unchanged. An object is
+/// not thread-safe.
 class QVSerialSource
 {
 public:
@@ -17,13 +18,22 @@ public:
     virtual void readUInt32(std::uint32_t& out) = 0;
     virtual void readDouble(double& out) = 0;
 
-    /// The text has as many UTF-16 code units as its count says, even when the bytes end before.
-    /// @throws std::bad_alloc when there is no memory for them; `out` is then as it was.
+    /// Reads a string.
+    ///
+    /// @note Kept for compatibility: the string has as many UTF-16 code units as its count says, even if the bytes end
+    ///     earlier. The missing units are zero.
+    /// @throws std::bad_alloc if there is not enough memory. `out` is then unchanged.
     virtual void readString(std::wstring& out) = 0;
 
-    /// Any 32-bit value but 0 is true.
-    /// @return the value read, as in `out`.
+    /// Reads a bool. Every 32-bit value except 0 is true.
+    ///
+    /// @return the value of `out`.
     virtual bool readBool(bool& out) = 0;
+
+    /// Reads bytes that were written without a count.
+    ///
+    /// @param bytes  has room for `count` bytes.
+    /// @param count  in bytes.
     virtual void readBytes(void* bytes, std::int64_t count) = 0;
 };
 

@@ -1,4 +1,3 @@
-// A file that is read in large pieces.
 #pragma once
 
 #include <cstddef>
@@ -14,21 +13,24 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// Reads ahead whatever the file has, but neither waits for more bytes than are wanted nor takes the end of the file
-/// for the end of reading: bytes that are appended later are read later.
+/// Reads a file or a pipe in large pieces.
+///
+/// It reads ahead what is available, but waits only for the bytes that are wanted, and the end of the file is final
+/// only for a read past it: bytes that are appended later can be read then.
 class ReadAheadFile
 {
 public:
     explicit ReadAheadFile(const std::wstring& path)
     {
-        m_buffer.pubimbue(std::locale::classic());
-        m_buffer.pubsetbuf(m_memory.get(), BufferSize);
-        if (m_buffer.open(toReadablePath(path), std::ios::in | std::ios::binary) == nullptr)
+        buffer.pubimbue(std::locale::classic());
+        buffer.pubsetbuf(memory.get(), BufferSize);
+        if (buffer.open(toReadablePath(path), std::ios::in | std::ios::binary) == nullptr)
             fail();
     }
 
     /// Copies the next bytes. If there are fewer, copies those and fails.
-    /// @return how many bytes it copied.
+    ///
+    /// @return how many bytes were copied.
     std::size_t read(void* target, std::size_t count)
     {
         if (count > bytesAhead())
@@ -39,24 +41,24 @@ public:
         return count;
     }
 
-    /// @return the bytes that were read ahead, of which there are bytesAhead().
-    [[nodiscard]] const unsigned char* ahead() const noexcept { return m_buffer.next(); }
-    [[nodiscard]] std::size_t bytesAhead() const noexcept { return m_buffer.available(); }
+    /// @return the bytes that have been read ahead; there are bytesAhead() of them.
+    [[nodiscard]] const unsigned char* ahead() const noexcept { return buffer.next(); }
+    [[nodiscard]] std::size_t bytesAhead() const noexcept { return buffer.available(); }
 
-    /// @param count  at most bytesAhead().
-    void skip(std::size_t count) noexcept { m_buffer.skip(count); }
+    /// Moves forward by `count` bytes, at most bytesAhead().
+    void skip(std::size_t count) noexcept { buffer.skip(count); }
 
-    /// From now on there is nothing to read.
+    /// Drops the bytes that have been read ahead. Nothing more is read.
     void fail()
     {
         skip(bytesAhead());
-        m_stream.setstate(std::ios::failbit);
+        stream.setstate(std::ios::failbit);
     }
 
-    [[nodiscard]] bool failed() const { return m_stream.fail(); }
+    [[nodiscard]] bool failed() const { return stream.fail(); }
 
 private:
-    /// Shows what it holds, so that small values can be copied without a call.
+    /// Gives access to what it holds, so that small values are copied without a virtual call.
     class Buffer : public boost::filesystem::filebuf
     {
     public:
@@ -70,17 +72,17 @@ private:
 
     std::size_t readThrough(void* target, std::size_t count)
     {
-        m_stream.read(static_cast<char*>(target), static_cast<std::streamsize>(count));
-        return static_cast<std::size_t>(m_stream.gcount());
+        stream.read(static_cast<char*>(target), static_cast<std::streamsize>(count));
+        return static_cast<std::size_t>(stream.gcount());
     }
 
-    // Below 64 KiB, a usual size of blocks: what does not fit is read without a copy. The library uses one byte less
-    // than it is given.
+    // Less than 64 KiB, a usual size of blocks: a block that does not fit is read without a copy. The standard library
+    // uses one byte less than it is given.
     static constexpr std::streamsize BufferSize = 60 * 1024 + 1;
 
-    std::unique_ptr<char[]> m_memory{new char[static_cast<std::size_t>(BufferSize)]};
-    Buffer m_buffer;
-    std::istream m_stream{&m_buffer};
+    std::unique_ptr<char[]> memory{new char[static_cast<std::size_t>(BufferSize)]};
+    Buffer buffer;
+    std::istream stream{&buffer};
 };
 
 } // namespace Quorvex::Velmora::IO

@@ -8,38 +8,38 @@ namespace Quorvex::Velmora::IO
 {
 
 ResidentMemorySource::ResidentMemorySource(const void* data, std::int64_t size) noexcept
-    : m_data(static_cast<const unsigned char*>(data)), m_size(std::max<std::int64_t>(size, 0))
+    : data(static_cast<const unsigned char*>(data)), length(std::max<std::int64_t>(size, 0))
 {
 }
 
-std::streampos ResidentMemorySource::tell() const { return m_position; }
+std::streampos ResidentMemorySource::tell() const { return offset; }
 
 void ResidentMemorySource::seek(std::streampos position)
 {
     const std::int64_t wanted = std::streamoff(position);
     if (wanted < 0) {
-        m_failed = true;
-    } else if (wanted >= m_size) {
-        m_position = m_size;
-        m_failed = true;
+        hasFailed = true;
+    } else if (wanted >= length) {
+        offset = length;
+        hasFailed = true;
     } else {
-        m_position = wanted;
+        offset = wanted;
     }
 }
 
 void ResidentMemorySource::read(void* buffer, std::int64_t count)
 {
-    const std::int64_t available = m_size - m_position;
+    const std::int64_t available = length - offset;
     if (count < 0 || count > available)
-        m_failed = true;
+        hasFailed = true;
     const std::int64_t taken = std::clamp<std::int64_t>(count, 0, available);
     if (taken > 0)
-        std::memcpy(buffer, m_data + m_position, static_cast<std::size_t>(taken));
-    m_position += taken;
+        std::memcpy(buffer, data + offset, static_cast<std::size_t>(taken));
+    offset += taken;
 }
 
-bool ResidentMemorySource::failed() const { return m_failed; }
+bool ResidentMemorySource::failed() const { return hasFailed; }
 
-std::streampos ResidentMemorySource::size() const { return m_size; }
+std::streampos ResidentMemorySource::size() const { return length; }
 
 } // namespace Quorvex::Velmora::IO

@@ -1,4 +1,3 @@
-/// The bytes of a block of memory, read at random.
 #pragma once
 
 #include <cstdint>
@@ -9,28 +8,31 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// A view of a block that the caller owns and keeps for as long as the source is used; nothing is copied or freed.
+/// Reads a block of memory that the caller owns. The block is neither copied nor freed and must outlive the source.
 class ResidentMemorySource final : public QVIOSource
 {
 public:
-    /// @param data  may be null when `size` is 0.
+    /// @param data  may be null if `size` is 0.
     /// @param size  in bytes; a negative size is taken as 0.
     ResidentMemorySource(const void* data, std::int64_t size) noexcept;
 
     [[nodiscard]] std::streampos tell() const override;
 
-    /// A position at or behind the end moves to the end and fails; a negative one fails and stays where it is. A good
-    /// position moves there, but an earlier failure stays.
+    /// Moves to a position. A negative one fails and moves nowhere.
+    ///
+    /// @note Kept for compatibility: a position at the end or after it moves to the end and fails, so the end itself
+    ///     cannot be sought. A later seek moves, but the source stays failed.
     void seek(std::streampos position) override;
+
     void read(void* buffer, std::int64_t count) override;
     [[nodiscard]] bool failed() const override;
     [[nodiscard]] std::streampos size() const override;
 
 private:
-    const unsigned char* m_data;
-    std::int64_t m_size;
-    std::int64_t m_position = 0;
-    bool m_failed = false;
+    const unsigned char* data;
+    std::int64_t length;
+    std::int64_t offset = 0;
+    bool hasFailed = false;
 };
 
 } // namespace Quorvex::Velmora::IO

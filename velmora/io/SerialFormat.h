@@ -1,4 +1,4 @@
-// The bytes of the serial format, for those who write and those who read it.
+// Encodes and decodes the values of the serial format.
 #pragma once
 
 #include <algorithm>
@@ -51,7 +51,7 @@ inline double decodeDouble(const std::array<unsigned char, 8>& bytes) noexcept
     return value;
 }
 
-/// The number of UTF-16 code units that a wide character takes; beyond U+10FFFF it becomes the replacement character.
+/// @return the number of UTF-16 code units of a wide character. One beyond U+10FFFF becomes the replacement character.
 constexpr std::size_t unitsOf(wchar_t c) noexcept
 {
     const auto code = static_cast<char32_t>(c);
@@ -67,45 +67,57 @@ inline std::uint32_t countUnits(std::wstring_view text)
     }
     if (units > std::numeric_limits<std::uint32_t>::max())
         throw std::length_error(
-            "a text of more than 4294967295 UTF-16 code units has no serial form: write it in parts");
+            "A string of more than 4294967295 UTF-16 code units has no serial form. Write it in parts.");
     return static_cast<std::uint32_t>(units);
 }
 
-/// Writes the units of `text` as UTF-16LE and returns how many bytes that were. There must be room for two units a
-/// character.
+inline void putUnit(unsigned char* target, char16_t unit) noexcept
+{
+    target[0] = static_cast<unsigned char>(unit);
+    target[1] = static_cast<unsigned char>(unit >> 8);
+}
+
+/// Takes UTF-16 code units as a string does, and writes them as UTF-16LE.
+class UnitWriter
+{
+public:
+    using value_type = char16_t;
+
+    explicit UnitWriter(unsigned char* target) noexcept : position(target) {}
+
+    void push_back(char16_t unit) noexcept
+    {
+        putUnit(position, unit);
+        position += 2;
+    }
+
+    [[nodiscard]] const unsigned char* end() const noexcept { return position; }
+
+private:
+    unsigned char* position;
+};
+
+/// Writes a string as UTF-16LE.
+///
+/// @param target  has room for two units for each character.
+/// @return the number of bytes written.
 inline std::size_t encodeUnits(std::wstring_view text, unsigned char* target) noexcept
 {
-    const auto put = [](unsigned char* at, char32_t unit) {
-        at[0] = static_cast<unsigned char>(unit);
-        at[1] = static_cast<unsigned char>(unit >> 8);
-    };
     char32_t allBits = 0;
     for (const wchar_t wide : text)
         allBits |= static_cast<char32_t>(wide);
     if (allBits < 0x10000) {
         for (std::size_t i = 0; i < text.size(); ++i)
-            put(target + 2 * i, static_cast<char32_t>(text[i]));
+            putUnit(target + 2 * i, static_cast<char16_t>(text[i]));
         return 2 * text.size();
     }
-    unsigned char* end = target;
-    for (const wchar_t wide : text) {
-        auto c = static_cast<char32_t>(wide);
-        if (c > 0x10FFFF)
-            c = Common::Unicode::ReplacementCharacter;
-        if (c < 0x10000) {
-            put(end, c);
-            end += 2;
-        } else {
-            put(end, 0xD800 + ((c - 0x10000) >> 10));
-            put(end + 2, 0xDC00 + ((c - 0x10000) & 0x3FF));
-            end += 4;
-        }
-    }
-    return static_cast<std::size_t>(end - target);
+    UnitWriter writer(target);
+    for (const wchar_t wide : text)
+        Common::Unicode::appendUtf16(writer, static_cast<char32_t>(wide));
+    return static_cast<std::size_t>(writer.end() - target);
 }
 
-/// Hands the bytes of a text to `put(const void*, std::size_t)`, count first, in pieces that need no memory of the
-/// text's size.
+/// Passes the bytes of a string to `put(const void*, std::size_t)`, count first, in pieces of limited size.
 template <class Put>
 void encodeString(std::wstring_view text, Put put)
 {
@@ -117,17 +129,17 @@ void encodeString(std::wstring_view text, Put put)
         put(piece.data(), encodeUnits(text.substr(i, PieceCharacters), piece.data()));
 }
 
-/// Puts a wide text together from pieces of UTF-16LE.
+/// Appends pieces of UTF-16LE to a wide string.
 class UnitDecoder
 {
 public:
-    explicit UnitDecoder(std::wstring& target) noexcept : m_target(target) {}
+    explicit UnitDecoder(std::wstring& target) noexcept : target(target) {}
 
     void append(const unsigned char* bytes, std::size_t units)
     {
-        const std::size_t start = m_target.size();
-        m_target.resize(start + units);
-        wchar_t* out = m_target.data() + start;
+        const std::size_t start = target.size();
+        target.resize(start + units);
+        wchar_t* out = target.data() + start;
         unsigned surrogates = 0;
         for (std::size_t i = 0; i < units; ++i) {
             const unsigned unit = bytes[2 * i] | (static_cast<unsigned>(bytes[2 * i + 1]) << 8);
@@ -139,26 +151,26 @@ public:
     }
 
 private:
-    // Starts one character early: the high half of a pair may have ended the piece before.
+    // Starts one character early: the previous piece may have ended with the first half of a pair.
     void joinPairs(std::size_t start)
     {
         namespace Unicode = Common::Unicode;
         std::size_t end = start == 0 ? 0 : start - 1;
-        for (std::size_t i = end; i < m_target.size(); ++i) {
-            auto c = static_cast<char32_t>(m_target[i]);
-            if (Unicode::isHighSurrogate(c) && i + 1 < m_target.size()) {
-                const auto low = static_cast<char32_t>(m_target[i + 1]);
+        for (std::size_t i = end; i < target.size(); ++i) {
+            auto c = static_cast<char32_t>(target[i]);
+            if (Unicode::isHighSurrogate(c) && i + 1 < target.size()) {
+                const auto low = static_cast<char32_t>(target[i + 1]);
                 if (Unicode::isLowSurrogate(low)) {
                     c = Unicode::combineSurrogates(c, low);
                     ++i;
                 }
             }
-            m_target[end++] = static_cast<wchar_t>(c);
+            target[end++] = static_cast<wchar_t>(c);
         }
-        m_target.resize(end);
+        target.resize(end);
     }
 
-    std::wstring& m_target;
+    std::wstring& target;
 };
 
 } // namespace Quorvex::Velmora::IO::SerialFormat

@@ -1,10 +1,10 @@
-// File streams on wide paths, the same on every platform and under every locale of the host.
+// File streams on wide paths, on every platform and under every locale of the host.
 #pragma once
 
 #include <boost/filesystem/path.hpp>
 
 #include <velmora/text/Unicode.h>
-// The C++ library of mingw opens streams on wide paths, but Boost knows that of one other library only.
+// The C++ library of mingw opens streams on wide paths, but Boost expects that only from the library with this macro.
 #if defined(__MINGW32__) && !defined(_CPPLIB_VER)
 #define _CPPLIB_VER 405
 #include <boost/filesystem/fstream.hpp>
@@ -22,7 +22,7 @@
 namespace Quorvex::Velmora::IO
 {
 
-/// The platform's form of a wide path; empty, which opens nothing, for a text that names no file.
+/// @return the platform's form of a wide path; empty, which opens nothing, if the string cannot be the name of a file.
 inline boost::filesystem::path toStreamPath(const std::wstring& path)
 {
     if (path.find(L'\0') != std::wstring::npos)
@@ -34,8 +34,8 @@ inline boost::filesystem::path toStreamPath(const std::wstring& path)
 #endif
 }
 
-/// The same for a file that is read; empty for a folder too. Windows opens no folder, but other systems do, and then
-/// every read fails.
+/// @return the same for a file to read; empty for a folder too. Linux opens folders, and then every read fails; Windows
+///     does not.
 inline boost::filesystem::path toReadablePath(const std::wstring& path)
 {
     boost::filesystem::path result = toStreamPath(path);
@@ -47,11 +47,11 @@ inline boost::filesystem::path toReadablePath(const std::wstring& path)
     return result;
 }
 
-/// Opens a stream for bytes. It gets no buffer of its own: its users read and write large pieces.
+/// Opens a stream for bytes. The stream gets no buffer, because its users read and write large pieces.
 template <class FileStream>
 void openUnbuffered(FileStream& stream, const std::wstring& path, std::ios::openmode mode)
 {
-    // A host may have put a converting locale in place of the global one.
+    // The host's global locale may convert characters.
     stream.imbue(std::locale::classic());
     stream.rdbuf()->pubsetbuf(nullptr, 0);
     stream.open(toStreamPath(path), mode | std::ios::binary);

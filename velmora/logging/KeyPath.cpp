@@ -14,17 +14,17 @@ constexpr wchar_t Separator = L'.';
 std::wstring_view KeyPath::next() noexcept
 {
     const std::size_t end = endOfLevel();
-    const std::wstring_view level = m_rest.substr(0, end);
-    m_rest.remove_prefix(std::min(end + 1, m_rest.size()));
-    --m_levelsLeft;
+    const std::wstring_view level = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    --levelsLeft;
     return level;
 }
 
 std::size_t KeyPath::endOfLevel() const noexcept
 {
-    if (m_levelsLeft > 1)
-        return std::min(m_rest.find(Separator), m_rest.size());
-    return m_rest.back() == Separator ? m_rest.size() - 1 : m_rest.size();
+    if (levelsLeft > 1)
+        return std::min(rest.find(Separator), rest.size());
+    return rest.back() == Separator ? rest.size() - 1 : rest.size();
 }
 
 } // namespace Quorvex::Velmora::Logging

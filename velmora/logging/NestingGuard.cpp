@@ -6,15 +6,15 @@ namespace Quorvex::Velmora::Logging
 {
 
 NestingGuard::NestingGuard(std::wstreambuf* source, std::size_t maximumDepth) noexcept
-    : m_source(source), m_maximumDepth(maximumDepth)
+    : source(source), maximumDepth(maximumDepth)
 {
 }
 
 NestingGuard::int_type NestingGuard::underflow()
 {
-    if (m_source == nullptr)
+    if (source == nullptr)
         return traits_type::eof();
-    const int_type next = m_source->sgetc();
+    const int_type next = source->sgetc();
     refuseTooDeep(next);
     return next;
 }
@@ -25,12 +25,12 @@ NestingGuard::int_type NestingGuard::uflow()
     if (traits_type::eq_int_type(next, traits_type::eof()))
         return next;
     advance(traits_type::to_char_type(next));
-    return m_source->sbumpc();
+    return source->sbumpc();
 }
 
 void NestingGuard::refuseTooDeep(int_type next) const
 {
-    if (m_depth < m_maximumDepth || m_inString)
+    if (depth < maximumDepth || inString)
         return;
     if (next == traits_type::to_int_type(L'[') || next == traits_type::to_int_type(L'{'))
         throw boost::property_tree::json_parser::json_parser_error("nesting too deep", "", 0);
@@ -38,16 +38,16 @@ void NestingGuard::refuseTooDeep(int_type next) const
 
 void NestingGuard::advance(wchar_t c) noexcept
 {
-    if (m_inString) {
-        if (c == L'"' && !m_escaped)
-            m_inString = false;
-        m_escaped = c == L'\\' && !m_escaped;
+    if (inString) {
+        if (c == L'"' && !escaped)
+            inString = false;
+        escaped = c == L'\\' && !escaped;
     } else if (c == L'"') {
-        m_inString = true;
+        inString = true;
     } else if (c == L'[' || c == L'{') {
-        ++m_depth;
-    } else if ((c == L']' || c == L'}') && m_depth > 0) {
-        --m_depth;
+        ++depth;
+    } else if ((c == L']' || c == L'}') && depth > 0) {
+        --depth;
     }
 }
 

@@ -1,4 +1,3 @@
-// A stop for JSON that nests too deeply for a reader that recurses.
 #pragma once
 
 #include <cstddef>
@@ -7,12 +6,14 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// Passes the characters of another buffer on, one by one and never further than asked, and throws the JSON reader's
-/// own error, "nesting too deep", in place of the bracket that would open one level too many.
+/// Protects a recursive JSON reader against deep nesting.
+///
+/// It passes on the characters of another buffer, one by one and never further than asked. Instead of the bracket that
+/// opens one level too many it throws json_parser_error, "nesting too deep".
 class NestingGuard : public std::wstreambuf
 {
 public:
-    /// @param source  may be null, which is an empty source.
+    /// @param source  null is an empty source.
     NestingGuard(std::wstreambuf* source, std::size_t maximumDepth) noexcept;
 
 protected:
@@ -23,11 +24,11 @@ private:
     void refuseTooDeep(int_type next) const;
     void advance(wchar_t c) noexcept;
 
-    std::wstreambuf* m_source;
-    std::size_t m_maximumDepth;
-    std::size_t m_depth = 0;
-    bool m_inString = false;
-    bool m_escaped = false;
+    std::wstreambuf* source;
+    std::size_t maximumDepth;
+    std::size_t depth = 0;
+    bool inString = false;
+    bool escaped = false;
 };
 
 } // namespace Quorvex::Velmora::Logging

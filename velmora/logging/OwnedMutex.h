@@ -1,4 +1,3 @@
-// A mutex that reports a second lock by its own thread.
 #pragma once
 
 #include <atomic>
@@ -9,27 +8,28 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// Not every platform's std::mutex notices that its holder waits for itself; this one throws there.
+/// A mutex that throws std::system_error if the thread that holds it locks it again. std::mutex is not required to
+/// notice that.
 class OwnedMutex
 {
 public:
     void lock()
     {
-        if (m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id())
+        if (owner.load(std::memory_order_relaxed) == std::this_thread::get_id())
             throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
-        m_mutex.lock();
-        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        mutex.lock();
+        owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
     }
 
     void unlock()
     {
-        m_owner.store(std::thread::id(), std::memory_order_relaxed);
-        m_mutex.unlock();
+        owner.store(std::thread::id(), std::memory_order_relaxed);
+        mutex.unlock();
     }
 
 private:
-    std::mutex m_mutex;
-    std::atomic<std::thread::id> m_owner{std::thread::id()};
+    std::mutex mutex;
+    std::atomic<std::thread::id> owner{std::thread::id()};
 };
 
 } // namespace Quorvex::Velmora::Logging

@@ -16,7 +16,7 @@ namespace
 
 [[maybe_unused]] bool isBeyondBasicPlane(char32_t c) noexcept { return c > 0xFFFF; }
 
-// The JSON writer has four digits for each wchar_t and would clip what needs more: it gets pairs of surrogates.
+// The JSON writer escapes each wchar_t with four digits and clips larger values, so it gets pairs of surrogates.
 std::wstring inPairs(const std::wstring& text)
 {
     std::wstring result;
@@ -39,7 +39,7 @@ bool needsPairs(const std::wstring& text)
 class QVJsonLogTarget::Impl
 {
 public:
-    Impl(std::wostream& stream, bool pretty) : m_stream(stream), m_pretty(pretty) {}
+    Impl(std::wostream& stream, bool pretty) : stream(stream), pretty(pretty) {}
     virtual ~Impl() = default;
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -47,22 +47,22 @@ public:
     void put(const std::wstring& key, const std::wstring& text)
     {
         if (needsPairs(key) || needsPairs(text))
-            m_record.put(inPairs(key), inPairs(text));
+            record.put(inPairs(key), inPairs(text));
         else
-            m_record.put(key, text);
+            record.put(key, text);
     }
 
-    void clear() { m_record.clear(); }
+    void clear() { record.clear(); }
 
-    void write() { boost::property_tree::write_json(m_stream, m_record.finished(), m_pretty); }
+    void write() { boost::property_tree::write_json(stream, record.finished(), pretty); }
 
 private:
-    std::wostream& m_stream;
-    const bool m_pretty;
-    RecordTree m_record;
+    std::wostream& stream;
+    const bool pretty;
+    RecordTree record;
 };
 
-QVJsonLogTarget::QVJsonLogTarget(std::wostream& stream, bool pretty) : m_impl(std::make_unique<Impl>(stream, pretty)) {}
+QVJsonLogTarget::QVJsonLogTarget(std::wostream& stream, bool pretty) : impl(std::make_unique<Impl>(stream, pretty)) {}
 
 QVJsonLogTarget::~QVJsonLogTarget() = default;
 
@@ -70,24 +70,24 @@ void QVJsonLogTarget::prepare() {}
 
 void QVJsonLogTarget::putUInt32(const std::wstring& key, std::uint32_t value)
 {
-    m_impl->put(key, ValueText::from(value));
+    impl->put(key, ValueText::from(value));
 }
 
-void QVJsonLogTarget::putDouble(const std::wstring& key, double value) { m_impl->put(key, ValueText::from(value)); }
+void QVJsonLogTarget::putDouble(const std::wstring& key, double value) { impl->put(key, ValueText::from(value)); }
 
-void QVJsonLogTarget::putString(const std::wstring& key, const std::wstring& value) { m_impl->put(key, value); }
+void QVJsonLogTarget::putString(const std::wstring& key, const std::wstring& value) { impl->put(key, value); }
 
-void QVJsonLogTarget::putBool(const std::wstring& key, bool value) { m_impl->put(key, ValueText::from(value)); }
+void QVJsonLogTarget::putBool(const std::wstring& key, bool value) { impl->put(key, ValueText::from(value)); }
 
 void QVJsonLogTarget::putUInt64(const std::wstring& key, std::uint64_t value)
 {
-    m_impl->put(key, ValueText::from(value));
+    impl->put(key, ValueText::from(value));
 }
 
 void QVJsonLogTarget::finish() {}
 
-void QVJsonLogTarget::beginRecord(const std::wstring&) { m_impl->clear(); }
+void QVJsonLogTarget::beginRecord(const std::wstring&) { impl->clear(); }
 
-void QVJsonLogTarget::endRecord(const std::wstring&) { m_impl->write(); }
+void QVJsonLogTarget::endRecord(const std::wstring&) { impl->write(); }
 
 } // namespace Quorvex::Velmora::Logging

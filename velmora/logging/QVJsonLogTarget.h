@@ -1,4 +1,3 @@
-/// Events as JSON.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +12,8 @@ namespace Quorvex::Velmora::Logging
 
 /// Writes each record as one JSON object, followed by the end of a line and a flush of the stream.
 ///
-/// The members are the keys in the order in which they were first put; a key "a.b" is member "b" of object "a". Every
-/// value is a JSON string, numbers and bools included.
+/// The members are the keys in the order in which they were first put; a key "a.b" is member "b" of object "a".
+/// @note Kept for compatibility: every value is a JSON string, numbers and bools included.
 ///
 /// Quotation marks, slashes, backslashes, characters below U+0020 and characters above U+00FF are written as escapes.
 /// All other characters, U+007F to U+00FF included, are written as they are. The stream's locale must be able to encode
@@ -22,8 +21,9 @@ namespace Quorvex::Velmora::Logging
 class QVJsonLogTarget final : public IO::QVKeyValueFormatter
 {
 public:
-    /// @param stream  stays the caller's, and must outlive the target.
-    /// @param pretty  false: a record is one line; true: an object over several lines, indented by four spaces a level.
+    /// @param stream  belongs to the caller and must outlive the target.
+    /// @param pretty  if false, a record is one line; if true, it has several lines, indented by four spaces for each
+    ///     level.
     QVJsonLogTarget(std::wostream& stream, bool pretty);
     ~QVJsonLogTarget() override;
     QVJsonLogTarget(const QVJsonLogTarget&) = delete;
@@ -38,7 +38,7 @@ public:
     void putUInt64(const std::wstring& key, std::uint64_t value) override;
     void finish() override;
 
-    /// Starts an empty record; the name does not appear in the JSON.
+    /// Starts an empty record. The name is not written.
     void beginRecord(const std::wstring& name) override;
 
     /// Writes the record. A second call before beginRecord() writes it again.
@@ -50,7 +50,7 @@ public:
 
 private:
     class Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<Impl> impl;
 };
 
 } // namespace Quorvex::Velmora::Logging

@@ -20,14 +20,14 @@ bool isExhausted(const std::wistream& stream)
     return buffer == nullptr || buffer->in_avail() <= 0;
 }
 
-// One insertion, so that lines of several threads do not mix.
+// A single insertion, so that lines of several threads do not mix.
 void report(const boost::property_tree::json_parser_error& error, const std::wistream& stream)
 {
     std::cerr << "QVJsonParser: json_parser_error while reading given input stream" +
                      std::string(isExhausted(stream) ? " (input is empty): " : ": ") + error.message() + "\n";
 }
 
-/// Sets `document`, unless the stream holds something else than one.
+/// Sets `document`, or reports why the stream does not hold exactly one.
 void readDocument(std::wistream& stream, ValueTree::Tree& document)
 {
     try {
@@ -52,10 +52,10 @@ struct QVJsonParser::Impl {
     ValueTree::Tree document;
 };
 
-// The tree is read where it stays: it has no move constructor, and a copy takes as long as the reading.
-QVJsonParser::QVJsonParser(std::wistream& stream) : m_impl(std::make_unique<Impl>())
+// Reads the tree in place: a property tree has no move constructor, and copying it costs as much as reading it.
+QVJsonParser::QVJsonParser(std::wistream& stream) : impl(std::make_unique<Impl>())
 {
-    readDocument(stream, m_impl->document);
+    readDocument(stream, impl->document);
 }
 
 QVJsonParser::~QVJsonParser() = default;
@@ -64,31 +64,28 @@ bool QVJsonParser::queryFlag() const { return false; }
 
 bool QVJsonParser::getUInt32(const std::wstring& key, std::uint32_t& out) const
 {
-    return get(m_impl->document, key, out);
+    return get(impl->document, key, out);
 }
 
-bool QVJsonParser::getDouble(const std::wstring& key, double& out) const { return get(m_impl->document, key, out); }
+bool QVJsonParser::getDouble(const std::wstring& key, double& out) const { return get(impl->document, key, out); }
 
-bool QVJsonParser::getString(const std::wstring& key, std::wstring& out) const
-{
-    return get(m_impl->document, key, out);
-}
+bool QVJsonParser::getString(const std::wstring& key, std::wstring& out) const { return get(impl->document, key, out); }
 
-bool QVJsonParser::getBool(const std::wstring& key, bool& out) const { return get(m_impl->document, key, out); }
+bool QVJsonParser::getBool(const std::wstring& key, bool& out) const { return get(impl->document, key, out); }
 
 bool QVJsonParser::getUInt64(const std::wstring& key, std::uint64_t& out) const
 {
-    return get(m_impl->document, key, out);
+    return get(impl->document, key, out);
 }
 
-bool QVJsonParser::valueAsUInt32(std::uint32_t& out) const { return ValueText::to(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsUInt32(std::uint32_t& out) const { return ValueText::to(impl->document.data(), out); }
 
-bool QVJsonParser::valueAsDouble(double& out) const { return ValueText::to(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsDouble(double& out) const { return ValueText::to(impl->document.data(), out); }
 
-bool QVJsonParser::valueAsString(std::wstring& out) const { return ValueText::to(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsString(std::wstring& out) const { return ValueText::to(impl->document.data(), out); }
 
-bool QVJsonParser::valueAsBool(bool& out) const { return ValueText::to(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsBool(bool& out) const { return ValueText::to(impl->document.data(), out); }
 
-bool QVJsonParser::valueAsUInt64(std::uint64_t& out) const { return ValueText::to(m_impl->document.data(), out); }
+bool QVJsonParser::valueAsUInt64(std::uint64_t& out) const { return ValueText::to(impl->document.data(), out); }
 
 } // namespace Quorvex::Velmora::Logging

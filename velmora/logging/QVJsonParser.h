@@ -1,4 +1,3 @@
-/// One JSON record, read back.
 #pragma once
 
 #include <cstdint>
@@ -11,18 +10,19 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// Reads one JSON document, such as one line of a log, and answers for its values.
+/// Reads one JSON document, such as one line of a log, and returns its values.
 ///
-/// Numbers, bools and null are kept as the texts they were written with. Once made, an object never changes and can be
-/// read from several threads at once.
+/// Numbers, bools and null are stored as the text in the document. An object never changes after its construction, so
+/// several threads can read it at once.
 class QVJsonParser : public IO::QVKeyValueSource
 {
 public:
-    /// Reads `stream` to its end, which must hold exactly one document, nested no deeper than 1,000 levels.
+    /// Reads `stream` to its end. It must hold exactly one document, nested no deeper than 1,000 levels.
     ///
-    /// A stream that holds anything else is reported in one line on standard error, "QVJsonParser: json_parser_error
-    /// while reading given input stream: " and the reason; " (input is empty)" stands before the colon when the
-    /// stream's buffer has nothing left. The object is then empty and answers false.
+    /// @note Kept for compatibility: a stream that holds anything else is reported on standard error, in one line:
+    ///     "QVJsonParser: json_parser_error while reading given input stream: " and the reason. " (input is empty)"
+    ///     comes before the colon if the stream's buffer has nothing left. The object is then empty, and its getters
+    ///     return false.
     explicit QVJsonParser(std::wistream& stream);
     ~QVJsonParser() override;
     QVJsonParser(const QVJsonParser&) = delete;
@@ -35,18 +35,26 @@ public:
     bool getBool(const std::wstring& key, bool& out) const override;
     bool getUInt64(const std::wstring& key, std::uint64_t& out) const override;
 
-    /// The value operations answer for the document itself when it is a bare value such as 7 or "text".
-    virtual bool valueAsUInt32(std::uint32_t& out) const;
-    virtual bool valueAsDouble(double& out) const;
+    /// @name The value of the document itself
+    /// For a document that is a single value, such as 7 or "text".
+    /// @{
 
-    /// Always true; the text of an object or an array is empty.
+    /// @return false, with `out` unchanged, unless the value converts to the type.
+    virtual bool valueAsUInt32(std::uint32_t& out) const;
+    /// @copydoc valueAsUInt32
+    virtual bool valueAsDouble(double& out) const;
+    /// @return true. The text of an object or an array is empty.
     virtual bool valueAsString(std::wstring& out) const;
+    /// @copydoc valueAsUInt32
     virtual bool valueAsBool(bool& out) const;
+    /// @copydoc valueAsUInt32
     virtual bool valueAsUInt64(std::uint64_t& out) const;
+
+    /// @}
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<Impl> impl;
 };
 
 } // namespace Quorvex::Velmora::Logging

@@ -26,7 +26,7 @@ bool get(const ValueNode& values, const std::wstring& key, Value& out)
 
 } // namespace
 
-QVKeyValueEvent::QVKeyValueEvent(const std::wstring& name) : m_record(std::make_unique<Record>(Record{name, {}})) {}
+QVKeyValueEvent::QVKeyValueEvent(const std::wstring& name) : record(std::make_unique<Record>(Record{name, {}})) {}
 
 QVKeyValueEvent::~QVKeyValueEvent() = default;
 
@@ -34,32 +34,32 @@ QVKeyValueEvent::QVKeyValueEvent(const QVKeyValueEvent& other)
     : QVLoggableEvent(other),
       IO::QVKeyValueSink(other),
       IO::QVKeyValueSource(other),
-      m_record(std::make_unique<Record>(*other.m_record))
+      record(std::make_unique<Record>(*other.record))
 {
 }
 
 QVKeyValueEvent& QVKeyValueEvent::operator=(const QVKeyValueEvent& other)
 {
-    auto record = std::make_unique<Record>(*other.m_record);
+    auto copy = std::make_unique<Record>(*other.record);
     QVLoggableEvent::operator=(other);
-    m_record = std::move(record);
+    record = std::move(copy);
     return *this;
 }
 
-std::wstring QVKeyValueEvent::name() const { return m_record->name; }
+std::wstring QVKeyValueEvent::name() const { return record->name; }
 
 std::vector<std::wstring> QVKeyValueEvent::keys() const
 {
     std::vector<std::wstring> result;
-    result.reserve(m_record->values.entries().size());
-    for (const auto& entry : m_record->values.entries())
+    result.reserve(record->values.entries().size());
+    for (const auto& entry : record->values.entries())
         result.push_back(entry.key);
     return result;
 }
 
 void QVKeyValueEvent::writeTo(IO::QVKeyValueSink& sink) const
 {
-    for (const auto& entry : m_record->values.entries())
+    for (const auto& entry : record->values.entries())
         sink.putString(entry.key, entry.node.text);
 }
 
@@ -74,7 +74,7 @@ void QVKeyValueEvent::putDouble(const std::wstring& key, double value) { putStri
 
 void QVKeyValueEvent::putString(const std::wstring& key, const std::wstring& value)
 {
-    m_record->values.put(KeyPath(key), value);
+    record->values.put(KeyPath(key), value);
 }
 
 void QVKeyValueEvent::putBool(const std::wstring& key, bool value) { putString(key, ValueText::from(value)); }
@@ -90,21 +90,21 @@ bool QVKeyValueEvent::queryFlag() const { return false; }
 
 bool QVKeyValueEvent::getUInt32(const std::wstring& key, std::uint32_t& out) const
 {
-    return get(m_record->values, key, out);
+    return get(record->values, key, out);
 }
 
-bool QVKeyValueEvent::getDouble(const std::wstring& key, double& out) const { return get(m_record->values, key, out); }
+bool QVKeyValueEvent::getDouble(const std::wstring& key, double& out) const { return get(record->values, key, out); }
 
 bool QVKeyValueEvent::getString(const std::wstring& key, std::wstring& out) const
 {
-    return get(m_record->values, key, out);
+    return get(record->values, key, out);
 }
 
-bool QVKeyValueEvent::getBool(const std::wstring& key, bool& out) const { return get(m_record->values, key, out); }
+bool QVKeyValueEvent::getBool(const std::wstring& key, bool& out) const { return get(record->values, key, out); }
 
 bool QVKeyValueEvent::getUInt64(const std::wstring& key, std::uint64_t& out) const
 {
-    return get(m_record->values, key, out);
+    return get(record->values, key, out);
 }
 
 } // namespace Quorvex::Velmora::Logging

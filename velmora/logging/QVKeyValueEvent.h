@@ -1,4 +1,3 @@
-/// An event made of typed values.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +12,14 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// A named bag of typed values that can be put, read back and logged.
+/// A named set of typed values that can be put, read back and logged.
 ///
-///     auto event = std::make_unique<QVKeyValueEvent>(L"sync");
-///     event->putString(L"path", path);
-///     event->putUInt64(L"bytes", size);
-///     logger.log(std::move(event));
+/// @code
+/// auto event = std::make_unique<QVKeyValueEvent>(L"sync");
+/// event->putString(L"path", path);
+/// event->putUInt64(L"bytes", size);
+/// logger.log(std::move(event));
+/// @endcode
 class QVKeyValueEvent : public QVLoggableEvent, public IO::QVKeyValueSink, public IO::QVKeyValueSource
 {
 public:
@@ -32,8 +33,11 @@ public:
     /// @return the keys of the top level, in the order in which they were first put.
     [[nodiscard]] std::vector<std::wstring> keys() const override;
 
-    /// Puts the top level's values as texts, in the order of keys(). Nested values are not put: their top-level key
-    /// comes with its own text, which is empty unless it was put as well. Neither timestamp nor thread is put.
+    /// Puts the top-level values as strings, in the order of keys().
+    ///
+    /// @note Kept for compatibility: neither the time nor the thread id is put, and nested values are not. The
+    /// top-level
+    ///     key of a nested value is put with its own text, which is empty unless it has been put as well.
     void writeTo(IO::QVKeyValueSink& sink) const override;
 
     void prepare() override;
@@ -53,7 +57,7 @@ public:
 
 private:
     struct Record;
-    std::unique_ptr<Record> m_record;
+    std::unique_ptr<Record> record;
 };
 
 } // namespace Quorvex::Velmora::Logging

@@ -7,19 +7,19 @@ namespace Quorvex::Velmora::Logging
 
 struct QVLoggableEvent::Record {
     std::wstring timestamp = utcTimestamp();
-    // The text of an identifier that belongs to no thread: readers of the log expect the member, and this value of it.
+    // The text of a default-constructed thread id. Readers of the log expect this member with this value.
     std::wstring threadId = L"0";
 };
 
-QVLoggableEvent::QVLoggableEvent() : m_record(std::make_unique<Record>()) {}
+QVLoggableEvent::QVLoggableEvent() : record(std::make_unique<Record>()) {}
 
 QVLoggableEvent::~QVLoggableEvent() = default;
 
-QVLoggableEvent::QVLoggableEvent(const QVLoggableEvent& other) : m_record(std::make_unique<Record>(*other.m_record)) {}
+QVLoggableEvent::QVLoggableEvent(const QVLoggableEvent& other) : record(std::make_unique<Record>(*other.record)) {}
 
 QVLoggableEvent& QVLoggableEvent::operator=(const QVLoggableEvent& other)
 {
-    m_record = std::make_unique<Record>(*other.m_record);
+    record = std::make_unique<Record>(*other.record);
     return *this;
 }
 
@@ -27,8 +27,8 @@ std::vector<std::wstring> QVLoggableEvent::keys() const { return {L"timestamp", 
 
 void QVLoggableEvent::writeTo(IO::QVKeyValueSink& sink) const
 {
-    sink.putString(L"timestamp", m_record->timestamp);
-    sink.putString(L"threadId", m_record->threadId);
+    sink.putString(L"timestamp", record->timestamp);
+    sink.putString(L"threadId", record->threadId);
 }
 
 } // namespace Quorvex::Velmora::Logging

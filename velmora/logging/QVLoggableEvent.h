@@ -1,4 +1,3 @@
-/// What a logger takes.
 #pragma once
 
 #include <memory>
@@ -10,9 +9,9 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// An event that happened when the object was made. Derive from it, or use QVKeyValueEvent.
+/// An event that a logger writes. It happens when the object is constructed. Derive from it, or use QVKeyValueEvent.
 ///
-/// An event is for one thread at a time; once logged it belongs to its logger.
+/// An event is not thread-safe. A logged event belongs to its logger.
 class QVLoggableEvent
 {
 public:
@@ -21,23 +20,26 @@ public:
     /// @return the name of the event's record.
     [[nodiscard]] virtual std::wstring name() const = 0;
 
-    /// @return the keys that the event has; here "timestamp" and "threadId".
+    /// @return the keys of the event; here "timestamp" and "threadId".
     [[nodiscard]] virtual std::vector<std::wstring> keys() const;
 
-    /// Puts the event's values; here "timestamp", the moment of construction as "2024-05-06T07:08:09.123456" in UTC
-    /// (without the fraction when it is zero), and "threadId", which is always "0".
+    /// Puts the event's values; here "timestamp" and "threadId".
+    ///
+    /// The timestamp is the time of construction in UTC, such as "2024-05-06T07:08:09.123456", without the fraction if
+    /// that is zero.
+    /// @note Kept for compatibility: the thread id is always "0", so it does not tell threads apart.
     virtual void writeTo(IO::QVKeyValueSink& sink) const;
 
 protected:
     QVLoggableEvent();
 
-    /// A copy keeps the moment of the original.
+    /// Copies the event with its time of construction.
     QVLoggableEvent(const QVLoggableEvent& other);
     QVLoggableEvent& operator=(const QVLoggableEvent& other);
 
 private:
     struct Record;
-    std::unique_ptr<Record> m_record;
+    std::unique_ptr<Record> record;
 };
 
 } // namespace Quorvex::Velmora::Logging

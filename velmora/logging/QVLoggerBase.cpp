@@ -29,41 +29,41 @@ struct QVLoggerBase::Impl {
     OwnedMutex mutex;
 };
 
-QVLoggerBase::QVLoggerBase(std::unique_ptr<IO::QVKeyValueFormatter> formatter) : m_impl(std::make_unique<Impl>())
+QVLoggerBase::QVLoggerBase(std::unique_ptr<IO::QVKeyValueFormatter> formatter) : impl(std::make_unique<Impl>())
 {
-    m_impl->formatter = std::move(formatter);
+    impl->formatter = std::move(formatter);
 }
 
 // An event's destructor may log another event, so the queue must be usable while events are destroyed.
 QVLoggerBase::~QVLoggerBase()
 {
-    while (!m_impl->queue.empty())
-        Queue().swap(m_impl->queue);
+    while (!impl->queue.empty())
+        Queue().swap(impl->queue);
 }
 
 void QVLoggerBase::log(std::unique_ptr<QVLoggableEvent> event)
 {
     if (!event)
         return;
-    const std::lock_guard lock(m_impl->mutex);
-    m_impl->queue.emplace_back(std::move(event));
+    const std::lock_guard lock(impl->mutex);
+    impl->queue.emplace_back(std::move(event));
 }
 
 void QVLoggerBase::flush()
 {
-    // Released after the lock: an event's destructor may log another event.
+    // Destroyed after the lock is released: an event's destructor may log another event.
     Queue written;
-    const std::lock_guard lock(m_impl->mutex);
-    for (const auto& event : m_impl->queue) {
+    const std::lock_guard lock(impl->mutex);
+    for (const auto& event : impl->queue) {
         onBeforeWrite(*event);
         if (IO::QVKeyValueFormatter* const formatter = target())
             write(*event, *formatter);
         onAfterWrite(*event);
     }
-    written.swap(m_impl->queue);
+    written.swap(impl->queue);
 }
 
-IO::QVKeyValueFormatter* QVLoggerBase::target() { return m_impl->formatter.get(); }
+IO::QVKeyValueFormatter* QVLoggerBase::target() { return impl->formatter.get(); }
 
 void QVLoggerBase::onBeforeWrite(QVLoggableEvent&) {}
 

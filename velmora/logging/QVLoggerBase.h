@@ -1,4 +1,3 @@
-/// A queue of events and the formatter that they are written to.
 #pragma once
 
 #include <memory>
@@ -9,7 +8,7 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// Keeps logged events until flush() writes them.
+/// Queues events until flush() writes them.
 ///
 /// log() and flush() may be called from any thread; each waits for the other. The hooks run inside flush(): a call of
 /// log() or flush() from a hook, the formatter or an event that is being written would wait for itself and throws
@@ -17,39 +16,42 @@ namespace Quorvex::Velmora::Logging
 class QVLoggerBase
 {
 public:
-    /// @param formatter  where the events go; with null, flush() drops them after calling the hooks.
+    /// @param formatter  receives the events. If it is null, flush() drops them after calling the hooks.
     explicit QVLoggerBase(std::unique_ptr<IO::QVKeyValueFormatter> formatter);
 
-    /// Drops the events that were not flushed, and what their destructors log.
+    /// Releases the events.
+    ///
+    /// @note Kept for compatibility: events that were not flushed are dropped, and so is what their destructors log.
     virtual ~QVLoggerBase();
     QVLoggerBase(const QVLoggerBase&) = delete;
     QVLoggerBase& operator=(const QVLoggerBase&) = delete;
 
-    /// Queues the event for the next flush. Null is ignored.
-    /// @throws std::system_error when the queue cannot be locked.
+    /// Queues an event for the next flush. Null is ignored.
+    ///
+    /// @throws std::system_error if the queue cannot be locked.
     virtual void log(std::unique_ptr<QVLoggableEvent> event);
 
-    /// Writes every queued event in the order logged, each as one record of target(), and empties the queue.
+    /// Writes all queued events in the order in which they were logged, each as one record of target(), and empties the
+    /// queue.
     ///
     /// The events are released after the queue is unlocked; what their destructors log waits for the next flush.
-    ///
-    /// Exceptions from the formatter, an event or a hook propagate; the queue is then unchanged, and the next flush
-    /// writes all its events, those already written included.
-    /// @throws std::system_error when the queue cannot be locked.
+    /// Exceptions from the formatter, an event or a hook propagate; the queue is then unchanged.
+    /// @note Kept for compatibility: after an exception the next flush writes all events, also those that were written.
+    /// @throws std::system_error if the queue cannot be locked.
     virtual void flush();
 
-    /// @return the formatter, which stays the logger's own.
+    /// @return the formatter, which the logger owns.
     virtual IO::QVKeyValueFormatter* target();
 
-    /// Called by flush() just before an event is written; does nothing unless overridden.
+    /// Called by flush() before each event is written. Does nothing unless overridden.
     virtual void onBeforeWrite(QVLoggableEvent& event);
 
-    /// Called by flush() just after an event was written; does nothing unless overridden.
+    /// Called by flush() after each event was written. Does nothing unless overridden.
     virtual void onAfterWrite(QVLoggableEvent& event);
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<Impl> impl;
 };
 
 } // namespace Quorvex::Velmora::Logging

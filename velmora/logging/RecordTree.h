@@ -1,4 +1,3 @@
-// The values of one record after the other.
 #pragma once
 
 #include <string>
@@ -8,17 +7,20 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// A tree that is filled anew for each record. Records of a log mostly have the same keys in the same order: while they
-/// do, the nodes of the record before are used again, which takes no memory.
+/// A tree of values that is filled again for each record.
+///
+/// The records of a log mostly have the same keys in the same order. As long as they do, the nodes of the previous
+/// record are reused, which takes no allocation.
 class RecordTree
 {
 public:
-    /// Empties the tree.
+    /// Starts a record without values.
     void clear();
 
+    /// Sets the text at the key, creating missing levels. If an allocation fails, the record is unchanged.
     void put(const std::wstring& key, const std::wstring& text);
 
-    /// The tree of what was put since the last clear().
+    /// @return what was put since the last clear().
     const ValueTree::Tree& finished();
 
 private:
@@ -27,9 +29,9 @@ private:
     [[nodiscard]] bool nextLeftoverIs(const std::wstring& key) const;
     void dropLeftovers();
 
-    Tree m_tree;
-    // The nodes from here to the end are left over from the record before.
-    Tree::iterator m_leftovers = m_tree.end();
+    Tree tree;
+    // The nodes from here to the end are left over from the previous record.
+    Tree::iterator leftovers = tree.end();
 };
 
 } // namespace Quorvex::Velmora::Logging

@@ -23,7 +23,7 @@ std::wstring specialText(const boost::posix_time::ptime& moment)
 
 } // namespace
 
-// The library's own formatter puts the global locale's digit groups into the microseconds.
+// The date library's own formatter groups the digits of the microseconds as the global locale says.
 std::wstring toIsoExtended(const boost::posix_time::ptime& moment)
 {
     if (moment.is_special())

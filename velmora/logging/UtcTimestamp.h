@@ -1,4 +1,3 @@
-// The text of a moment.
 #pragma once
 
 #include <string>
@@ -8,11 +7,13 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// ISO 8601 extended, with six digits of microseconds unless they are zero; "not-a-date-time", "-infinity" and
-/// "+infinity" for the special values. Whatever locale the host has set.
+/// Formats a time as ISO 8601 extended, whatever locale the host has set.
+///
+/// @return the time with six digits of microseconds, or without a fraction if they are zero; "not-a-date-time",
+///     "-infinity" or "+infinity" for special values.
 std::wstring toIsoExtended(const boost::posix_time::ptime& moment);
 
-/// The present moment, in UTC.
+/// @return the current time in UTC, formatted by toIsoExtended().
 std::wstring utcTimestamp();
 
 } // namespace Quorvex::Velmora::Logging

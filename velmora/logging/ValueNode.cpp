@@ -27,13 +27,13 @@ void ValueNode::put(KeyPath path, const std::wstring& value)
     while (!path.done()) {
         const std::wstring_view key = path.next();
         const std::size_t index = node->indexOf(key);
-        if (index == node->m_entries.size()) {
+        if (index == node->children.size()) {
             Entry entry{std::wstring(key), {}};
             entry.node.put(path, value);
             node->add(std::move(entry));
             return;
         }
-        node = &node->m_entries[index].node;
+        node = &node->children[index].node;
     }
     node->text = value;
 }
@@ -43,9 +43,9 @@ const ValueNode* ValueNode::find(KeyPath path) const noexcept
     const ValueNode* node = this;
     while (!path.done()) {
         const std::size_t index = node->indexOf(path.next());
-        if (index == node->m_entries.size())
+        if (index == node->children.size())
             return nullptr;
-        node = &node->m_entries[index].node;
+        node = &node->children[index].node;
     }
     return node;
 }
@@ -53,45 +53,45 @@ const ValueNode* ValueNode::find(KeyPath path) const noexcept
 /// @return the number of entries if none has the key.
 std::size_t ValueNode::indexOf(std::wstring_view key) const noexcept
 {
-    if (!m_order.empty()) {
+    if (!order.empty()) {
         const auto place = placeInOrder(key);
-        return place != m_order.end() && m_entries[*place].key == key ? *place : m_entries.size();
+        return place != order.end() && children[*place].key == key ? *place : children.size();
     }
     const auto found =
-        std::find_if(m_entries.begin(), m_entries.end(), [key](const Entry& entry) { return entry.key == key; });
-    return static_cast<std::size_t>(found - m_entries.begin());
+        std::find_if(children.begin(), children.end(), [key](const Entry& entry) { return entry.key == key; });
+    return static_cast<std::size_t>(found - children.begin());
 }
 
 std::vector<std::uint32_t>::const_iterator ValueNode::placeInOrder(std::wstring_view key) const noexcept
 {
-    return std::lower_bound(m_order.begin(), m_order.end(), key,
-        [this](std::uint32_t index, std::wstring_view wanted) { return m_entries[index].key < wanted; });
+    return std::lower_bound(order.begin(), order.end(), key,
+        [this](std::uint32_t index, std::wstring_view wanted) { return children[index].key < wanted; });
 }
 
 std::vector<std::uint32_t> ValueNode::sortedOrder() const
 {
-    std::vector<std::uint32_t> order(m_entries.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(),
-        [this](std::uint32_t left, std::uint32_t right) { return m_entries[left].key < m_entries[right].key; });
-    return order;
+    std::vector<std::uint32_t> sorted(children.size());
+    std::iota(sorted.begin(), sorted.end(), 0U);
+    std::sort(sorted.begin(), sorted.end(),
+        [this](std::uint32_t left, std::uint32_t right) { return children[left].key < children[right].key; });
+    return sorted;
 }
 
 // Whatever can fail comes before the first change that shows.
 void ValueNode::add(Entry entry)
 {
-    reserveOneMore(m_entries);
+    reserveOneMore(children);
     addToOrder(entry.key);
-    m_entries.push_back(std::move(entry));
+    children.push_back(std::move(entry));
 }
 
 void ValueNode::addToOrder(std::wstring_view key)
 {
-    if (m_entries.size() < ManyEntries)
+    if (children.size() < ManyEntries)
         return;
-    if (m_order.empty())
-        m_order = sortedOrder();
-    m_order.insert(placeInOrder(key), static_cast<std::uint32_t>(m_entries.size()));
+    if (order.empty())
+        order = sortedOrder();
+    order.insert(placeInOrder(key), static_cast<std::uint32_t>(children.size()));
 }
 
 } // namespace Quorvex::Velmora::Logging

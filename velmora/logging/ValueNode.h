@@ -1,4 +1,3 @@
-// The values of an event.
 #pragma once
 
 #include <cstddef>
@@ -12,10 +11,10 @@
 namespace Quorvex::Velmora::Logging
 {
 
-/// A string and the nodes below it, in the order in which their keys were first put.
+/// The values of an event: a string and the nodes below it, in the order in which their keys were first put.
 ///
-/// Hundreds of thousands of events can wait for a flush, which releases them all: a node takes two allocations where
-/// one of a property tree takes five.
+/// Hundreds of thousands of events can wait for a flush, which releases them all. A node takes two allocations; one of
+/// a property tree would take five.
 class ValueNode
 {
 public:
@@ -26,7 +25,7 @@ public:
     [[nodiscard]] const ValueNode* find(KeyPath path) const noexcept;
 
     struct Entry;
-    [[nodiscard]] const std::vector<Entry>& entries() const noexcept { return m_entries; }
+    [[nodiscard]] const std::vector<Entry>& entries() const noexcept { return children; }
 
     std::wstring text;
 
@@ -37,9 +36,9 @@ private:
     void add(Entry entry);
     void addToOrder(std::wstring_view key);
 
-    std::vector<Entry> m_entries;
+    std::vector<Entry> children;
     // The indices of the entries, sorted by key, once there are too many to search one by one.
-    std::vector<std::uint32_t> m_order;
+    std::vector<std::uint32_t> order;
 };
 
 struct ValueNode::Entry {

@@ -1,4 +1,5 @@
-// Typed values as strings, whatever locale the host has set.
+/// @file
+/// Converts typed values to text and back, whatever locale the host has set.
 #pragma once
 
 #include <ios>
@@ -11,12 +12,11 @@
 namespace Quorvex::Velmora::Logging::ValueText
 {
 
-/// The way in which the property tree library writes and reads a value.
+/// How the property tree library writes and reads a value.
 template <class Value>
 using Form = boost::property_tree::customize_stream<wchar_t, std::char_traits<wchar_t>, Value>;
 
-/// A stream takes a failed allocation for text that does not convert, unless it is told to let std::bad_alloc
-/// propagate.
+/// Lets std::bad_alloc propagate from the stream, which otherwise treats it as text that does not convert.
 inline void prepare(std::wios& stream)
 {
     stream.imbue(std::locale::classic());

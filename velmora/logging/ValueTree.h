@@ -1,4 +1,5 @@
-// Values by key in the trees of the JSON library.
+/// @file
+/// Values by key in the trees of the JSON library.
 #pragma once
 
 #include <string>

@@ -1,4 +1,3 @@
-// The check over a file, read piece by piece.
 #pragma once
 
 #include <cstddef>
@@ -12,36 +11,37 @@
 namespace Quorvex::Velmora::IO::Crc32
 {
 
+/// Computes the CRC of a file, which it reads in pieces.
 class FileReader
 {
 public:
-    /// @param update  the way to feed a register, such as Crc32::update.
-    FileReader(const std::wstring& path, decltype(&Crc32::update) update) : m_update(update)
+    /// @param update  one of the functions of Crc32.h.
+    FileReader(const std::wstring& path, decltype(&Crc32::update) update) : feed(update)
     {
-        openUnbuffered(m_stream, path, std::ios::in);
+        openUnbuffered(stream, path, std::ios::in);
     }
 
-    [[nodiscard]] bool atEnd() const { return m_stream.eof(); }
+    [[nodiscard]] bool atEnd() const { return stream.eof(); }
 
-    /// Whether nothing has gone wrong so far; reaching the end has not.
-    [[nodiscard]] bool sound() const { return !m_stream.bad() && (!m_stream.fail() || m_stream.eof()); }
+    /// @return false once a read has failed. Reaching the end is no failure.
+    [[nodiscard]] bool sound() const { return !stream.bad() && (!stream.fail() || stream.eof()); }
 
-    [[nodiscard]] std::uint32_t value() const noexcept { return m_register; }
+    [[nodiscard]] std::uint32_t value() const noexcept { return crc; }
 
     void readPiece()
     {
-        m_stream.read(reinterpret_cast<char*>(m_piece.get()), PieceSize);
-        m_register = m_update(m_register, m_piece.get(), static_cast<std::size_t>(m_stream.gcount()));
+        stream.read(reinterpret_cast<char*>(piece.get()), PieceSize);
+        crc = feed(crc, piece.get(), static_cast<std::size_t>(stream.gcount()));
     }
 
 private:
-    // Large enough for the calls of the system not to count, small enough for the processor's cache.
+    // Large enough that system calls cost little, small enough for the processor's cache.
     static constexpr std::streamsize PieceSize = 512 * 1024;
 
-    decltype(&Crc32::update) m_update;
-    boost::filesystem::ifstream m_stream;
-    std::unique_ptr<unsigned char[]> m_piece{new unsigned char[static_cast<std::size_t>(PieceSize)]};
-    std::uint32_t m_register = 0xFFFFFFFFU;
+    decltype(&Crc32::update) feed;
+    boost::filesystem::ifstream stream;
+    std::unique_ptr<unsigned char[]> piece{new unsigned char[static_cast<std::size_t>(PieceSize)]};
+    std::uint32_t crc = 0xFFFFFFFFU;
 };
 
 } // namespace Quorvex::Velmora::IO::Crc32

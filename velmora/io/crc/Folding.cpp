@@ -1,6 +1,6 @@
-// Folding: the message is a polynomial over GF(2), its first bit the highest power of x. A 128-bit word that stands n
-// bits before another can be taken out of the message when its product with x^n, reduced by the check's polynomial, is
-// added to that other word. What remains at the end is one word with the same remainder as the whole message.
+// The message is a polynomial over GF(2) whose first bit is the highest power of x. Folding removes a 128-bit word and
+// adds its product with x^n, reduced by the polynomial of the CRC, to the word n bits later. The remainder of the
+// message does not change, so the last word has the remainder of all of them.
 #include <velmora/io/crc/Crc32.h>
 
 #if defined(__x86_64__) || defined(_M_X64)
@@ -11,7 +11,7 @@
 #endif
 #endif
 
-// The functions are compiled for instructions that the rest of the library does without.
+// These functions use instructions that the rest of the library must not need.
 #if defined(_MSC_VER) && !defined(__clang__)
 #define VELMORA_TARGET(features)
 #else
@@ -31,7 +31,7 @@ namespace
 constexpr std::size_t WordSize = 16;
 constexpr std::size_t WideSize = 64;
 
-/// x^exponent, reduced by the check's polynomial.
+/// x^exponent, reduced by the polynomial of the CRC.
 constexpr std::uint32_t powerOfX(unsigned exponent) noexcept
 {
     std::uint32_t value = 1;
@@ -40,7 +40,7 @@ constexpr std::uint32_t powerOfX(unsigned exponent) noexcept
     return value;
 }
 
-/// What moves a word `Bytes` on: one factor for each of its halves.
+/// The factors that move a word by `Bytes` bytes, one for each of its halves.
 template <unsigned Bytes>
 struct Distance {
     static constexpr std::uint32_t Low = powerOfX(8 * Bytes);
@@ -70,13 +70,13 @@ VELMORA_TARGET_128 inline __m128i fold(__m128i word, __m128i factor, __m128i ont
     return _mm_xor_si128(_mm_xor_si128(high, low), onto);
 }
 
-/// The register stands in front of the message's first four bytes.
+/// The register, to be added to the first four bytes of the message.
 VELMORA_TARGET_128 inline __m128i asFirstWord(std::uint32_t crc) noexcept
 {
     return _mm_set_epi32(static_cast<int>(crc), 0, 0, 0);
 }
 
-/// Takes in the words that are left and reduces to the register.
+/// Folds the remaining words and reduces the result to the register.
 VELMORA_TARGET_128 std::uint32_t finish(__m128i word, const unsigned char* bytes, std::size_t size) noexcept
 {
     for (; size >= WordSize; size -= WordSize, bytes += WordSize)
@@ -86,7 +86,7 @@ VELMORA_TARGET_128 std::uint32_t finish(__m128i word, const unsigned char* bytes
     return updateBySlicing(updateBySlicing(0, remainder, WordSize), bytes, size);
 }
 
-// With a mask of all lanes: the form without one makes g++ warn about its own header.
+// Masks that select every lane: the forms without a mask make g++ warn about its own header.
 VELMORA_TARGET_512 inline __m512i inEachLane(__m128i word) noexcept
 {
     return _mm512_maskz_broadcast_i32x4(0xFFFF, word);
@@ -175,7 +175,7 @@ std::uint32_t updateByFolding128(std::uint32_t crc, const unsigned char* bytes, 
     if (size < 2 * Step)
         return finish(first, bytes + WordSize, size - WordSize);
 
-    // Four words in flight hide the multiplication's latency.
+    // Four independent words hide the latency of the multiplication.
     __m128i second = load(bytes + WordSize);
     __m128i third = load(bytes + 2 * WordSize);
     __m128i fourth = load(bytes + 3 * WordSize);

@@ -23,7 +23,7 @@ constexpr Tables makeTables() noexcept
     return result;
 }
 
-// The loop's own loads are of 8 bytes: sixteen single ones would be the bottleneck.
+// Loads 8 bytes at once: sixteen loads of one byte would be the bottleneck.
 std::uint64_t loadBigEndian(const unsigned char* bytes) noexcept
 {
     std::uint64_t value = 0;

@@ -1,4 +1,4 @@
-// The tables of the check, and the few-bytes updates that are worth inlining.
+// The lookup tables, and updates by few bytes, which are worth inlining.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@ namespace Quorvex::Velmora::IO::Crc32
 
 constexpr std::size_t SliceCount = 16;
 
-/// Table k holds, for each byte, the remainder of that byte followed by k zero bytes.
+/// Table k contains, for each byte, the remainder of that byte followed by k zero bytes.
 using Tables = std::array<std::array<std::uint32_t, 256>, SliceCount>;
 extern const Tables tables;
 
