@@ -28,7 +28,7 @@ TEST(ResidentMemorySource, StartsAtItsBeginning)
     EXPECT_FALSE(source.failed());
 }
 
-TEST(ResidentMemorySource, ReadsAndMovesOn)
+TEST(ResidentMemorySource, ReadsAndMovesForward)
 {
     auto source = tenBytes();
     std::array<unsigned char, 4> buffer{};
@@ -58,7 +58,7 @@ TEST(ResidentMemorySource, FailsWhenSeekingToItsEnd)
     EXPECT_EQ(source.tell(), std::streampos(10));
 }
 
-TEST(ResidentMemorySource, FailsAtTheEndWhenSeekingBehindIt)
+TEST(ResidentMemorySource, MovesToTheEndAndFailsWhenSeekingPastIt)
 {
     auto source = tenBytes();
     source.seek(11);
@@ -66,7 +66,7 @@ TEST(ResidentMemorySource, FailsAtTheEndWhenSeekingBehindIt)
     EXPECT_EQ(source.tell(), std::streampos(10));
 }
 
-TEST(ResidentMemorySource, CopiesWhatThereIsWhenTooMuchIsRead)
+TEST(ResidentMemorySource, CopiesTheRemainingBytesWhenMoreAreRead)
 {
     auto source = tenBytes();
     std::array<unsigned char, 4> buffer{0xEE, 0xEE, 0xEE, 0xEE};
@@ -106,7 +106,7 @@ TEST(ResidentMemorySource, FailsOnANegativeCountAndCopiesNothing)
     EXPECT_EQ(source.tell(), std::streampos(0));
 }
 
-TEST(ResidentMemorySource, HasNothingInAnEmptyBlock)
+TEST(ResidentMemorySource, FailsWhenSeekingInAnEmptyBlock)
 {
     ResidentMemorySource source(nullptr, 0);
     source.read(nullptr, 0);
@@ -115,13 +115,13 @@ TEST(ResidentMemorySource, HasNothingInAnEmptyBlock)
     EXPECT_TRUE(source.failed());
 }
 
-TEST(ResidentMemorySource, TakesANegativeSizeAsNone)
+TEST(ResidentMemorySource, TreatsANegativeSizeAsZero)
 {
     const ResidentMemorySource source(TenBytes.data(), -5);
     EXPECT_EQ(source.size(), std::streampos(0));
 }
 
-TEST(BinaryFileSource, ReadsAtRandom)
+TEST(BinaryFileSource, ReadsAtAnyPosition)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"data"), "0123456789");
@@ -140,7 +140,7 @@ TEST(BinaryFileSource, ReadsAtRandom)
     EXPECT_FALSE(source.failed());
 }
 
-TEST(BinaryFileSource, FailsWhenReadingBehindTheEnd)
+TEST(BinaryFileSource, FailsWhenReadingPastTheEnd)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"data"), "0123456789");
@@ -207,7 +207,7 @@ TEST(BinaryFileSource, OpensNamesOutsideAscii)
     EXPECT_EQ(BinaryFileSource(path).size(), std::streampos(1));
 }
 
-TEST(BinaryFileSource, OpensNothingForATextThatIsNoFileName)
+TEST(BinaryFileSource, FailsOnAStringThatCannotBeAFileName)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"data"), "x");

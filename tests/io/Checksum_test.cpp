@@ -21,7 +21,7 @@ using TestSupport::Bytes;
 using TestSupport::TemporaryFolder;
 using TestSupport::writeFile;
 
-/// The definition of the check, bit by bit.
+/// The definition of the checksum, bit by bit.
 std::uint32_t bitwise(std::uint32_t crc, const unsigned char* bytes, std::size_t size)
 {
     for (std::size_t i = 0; i < size; ++i) {
@@ -71,7 +71,7 @@ TEST(Crc32, TablesHoldTheRemaindersOfSingleBytes)
 
 TEST(Crc32, SlicingEqualsTheDefinition) { expectTheDefinition(Crc32::updateBySlicing); }
 
-TEST(Crc32, ChosenWayEqualsTheDefinition) { expectTheDefinition(Crc32::update); }
+TEST(Crc32, DispatchedUpdateEqualsTheDefinition) { expectTheDefinition(Crc32::update); }
 
 TEST(Crc32, FoldingEqualsTheDefinitionWhereTheProcessorHasIt)
 {
@@ -82,7 +82,7 @@ TEST(Crc32, FoldingEqualsTheDefinitionWhereTheProcessorHasIt)
     EXPECT_TRUE(Crc32::hasFolding128() || !Crc32::hasFolding512());
 }
 
-TEST(Crc32, EveryWayAgreesOnLongInputs)
+TEST(Crc32, AllUpdatesAgreeOnLongInputs)
 {
     const Bytes bytes = noise(1'000'003);
     const std::uint32_t expected = bitwise(0xFFFFFFFF, bytes.data(), bytes.size());
@@ -99,7 +99,7 @@ TEST(Checksum, HasThePublishedCheckValue)
     EXPECT_EQ(checksum.value(), 0x0376E6E7U);
 }
 
-TEST(Checksum, GoesOnAfterItsValueWasTaken)
+TEST(Checksum, CanBeContinuedAfterItsValueWasRead)
 {
     QVChecksum checksum;
     checksum.writeBytes("1234", 4);
@@ -108,7 +108,7 @@ TEST(Checksum, GoesOnAfterItsValueWasTaken)
     EXPECT_EQ(checksum.value(), 0x0376E6E7U);
 }
 
-TEST(Checksum, TakesABoolAsANumber)
+TEST(Checksum, TreatsABoolAsANumber)
 {
     QVChecksum ofBool;
     QVChecksum ofNumber;
@@ -139,7 +139,7 @@ void writeOneOfEach(QVSerialSink& sink)
     sink.writeBytes("raw", 3);
 }
 
-TEST(Checksum, EqualsTheCheckOfTheFileThatTheSinkWrites)
+TEST(Checksum, EqualsTheChecksumOfTheFileThatTheSinkWrites)
 {
     const TemporaryFolder folder;
     QVChecksum checksum;
@@ -153,7 +153,7 @@ TEST(Checksum, EqualsTheCheckOfTheFileThatTheSinkWrites)
     EXPECT_EQ(checksumOfFile(folder.file(L"values")), checksum.value());
 }
 
-TEST(Checksum, MayBeUsedFromSeveralThreads)
+TEST(Checksum, IsTheSameOnEveryThread)
 {
     std::vector<std::uint32_t> values(8);
     std::vector<std::thread> threads;
@@ -170,14 +170,14 @@ TEST(Checksum, MayBeUsedFromSeveralThreads)
     EXPECT_EQ(values, std::vector<std::uint32_t>(8, values[0]));
 }
 
-TEST(ChecksumOfFile, OfAnEmptyFileHasAllBitsSet)
+TEST(ChecksumOfFile, HasAllBitsSetForAnEmptyFile)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"empty"), "");
     EXPECT_EQ(checksumOfFile(folder.file(L"empty")), 0xFFFFFFFFU);
 }
 
-TEST(ChecksumOfFile, TakesFilesOfAnySize)
+TEST(ChecksumOfFile, EqualsTheDefinitionForFilesOfAnySize)
 {
     const TemporaryFolder folder;
     for (const std::size_t size : {1U, 1023U, 1024U, 1025U, 65'535U, 65'536U, 65'537U, 200'000U}) {
@@ -191,7 +191,7 @@ TEST(ChecksumOfFile, TakesFilesOfAnySize)
     }
 }
 
-TEST(TryChecksumOfFile, AnswersFalseForAFileThatIsNotThere)
+TEST(TryChecksumOfFile, ReturnsFalseForAFileThatDoesNotExist)
 {
     const TemporaryFolder folder;
     std::uint32_t out = 42;
@@ -199,7 +199,7 @@ TEST(TryChecksumOfFile, AnswersFalseForAFileThatIsNotThere)
     EXPECT_EQ(out, 42U);
 }
 
-TEST(TryChecksumOfFile, AnswersFalseForAFolder)
+TEST(TryChecksumOfFile, ReturnsFalseForAFolder)
 {
     const TemporaryFolder folder;
     std::uint32_t out = 42;

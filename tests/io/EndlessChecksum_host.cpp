@@ -1,5 +1,5 @@
 // usage: velmora_endless_checksum_host FILE
-// Says when it begins, and when it has the fingerprint.
+// Prints a line before and after it computes the checksum of the file.
 #include <cstdio>
 
 #include <velmora/io/QVChecksum.h>

@@ -8,7 +8,7 @@ namespace Quorvex::Velmora::IO
 namespace
 {
 
-TEST(ChecksumOfFile, RunsOnForAPathThatCannotBeOpened)
+TEST(ChecksumOfFile, NeverReturnsForAPathThatCannotBeOpened)
 {
     const TestSupport::TemporaryFolder folder;
     TestSupport::ChildProgram host{VELMORA_ENDLESS_CHECKSUM_HOST, {"none"}};

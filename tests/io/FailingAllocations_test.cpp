@@ -1,5 +1,5 @@
-// Memory that runs out at every allocation of every operation: nothing leaks, and outputs are as before the operation
-// or as after it.
+// Each operation is run with each of its allocations failing. It must not leak, and its outputs must be as before or as
+// after a run that succeeds.
 #include "tests/support/FailingAllocations.h"
 
 #include <cstdint>
@@ -39,14 +39,14 @@ protected:
     const std::wstring string = folder.file(L"string");
 };
 
-TEST_F(FailingAllocation, WhileASourceOpensLeavesNothingBehind)
+TEST_F(FailingAllocation, WhileASourceOpensLeaksNothing)
 {
     EXPECT_GT(failEachAllocation([&] { const BinaryFileSource source(data); }, NoCheck), 0);
     EXPECT_GT(failEachAllocation([&] { const QVBinaryFileSource source(data); }, NoCheck), 0);
     EXPECT_GT(failEachAllocation([&] { const QVBinaryFileSource source(folder.file(L"")); }, NoCheck), 0);
 }
 
-TEST_F(FailingAllocation, WhileASinkOpensLeavesNothingBehind)
+TEST_F(FailingAllocation, WhileASinkOpensLeaksNothing)
 {
     EXPECT_GT(failEachAllocation([&] { const QVBinaryFileSink sink(folder.file(L"new")); }, NoCheck), 0);
 }
@@ -77,8 +77,8 @@ TEST_F(FailingAllocation, WhileAFileIsCheckedLeavesTheOutputUnchanged)
     EXPECT_GT(failEachAllocation([&] { out = checksumOfFile(data); }, check), 0);
 }
 
-// So these cannot fail for lack of memory.
-TEST_F(FailingAllocation, HasNoPlaceInWritesAndChecksums)
+// Operations that allocate nothing cannot fail for lack of memory.
+TEST_F(FailingAllocation, CannotHappenInWritesAndChecksums)
 {
     QVBinaryFileSink sink(folder.file(L"values"));
     QVChecksum checksum;

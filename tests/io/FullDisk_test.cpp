@@ -12,7 +12,7 @@ namespace Quorvex::Velmora::IO
 namespace
 {
 
-TEST(FullDisk, FailsTheSinkAndKeepsTheBytesBefore)
+TEST(FullDisk, FailsTheSinkAndKeepsTheEarlierBytes)
 {
     constexpr std::uint32_t Count = 100'000;
     const TestSupport::SmallDisk disk(64 * 1024);
@@ -29,10 +29,10 @@ TEST(FullDisk, FailsTheSinkAndKeepsTheBytesBefore)
         ASSERT_EQ(bytes[i], static_cast<unsigned char>((i / 4) >> (8 * (i % 4)))) << i;
 }
 
-TEST(FullDisk, ShowsOnADeviceThatTakesNothing)
+TEST(FullDisk, FailsTheSinkOnADeviceWithoutSpace)
 {
 #ifdef _WIN32
-    QVBinaryFileSink sink(L"Z:\\dev\\full"); // Wine's way to it.
+    QVBinaryFileSink sink(L"Z:\\dev\\full"); // Wine's path of it.
 #else
     QVBinaryFileSink sink(L"/dev/full");
 #endif

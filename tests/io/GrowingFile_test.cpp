@@ -1,5 +1,5 @@
-// Sources on files that grow and on pipes: only a read past the end fails, and no read waits for more than it was asked
-// for.
+// Sources on files that grow and on pipes: only a read past the end fails, and a read waits only for the bytes that it
+// needs.
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -27,7 +27,7 @@ class GrowingFile
 public:
     GrowingFile() { TestSupport::writeFile(path(), ""); }
 
-    [[nodiscard]] std::wstring path() const { return m_folder.file(L"growing"); }
+    [[nodiscard]] std::wstring path() const { return folder.file(L"growing"); }
 
     void append(const std::string& bytes) const
     {
@@ -35,7 +35,7 @@ public:
     }
 
 private:
-    TemporaryFolder m_folder;
+    TemporaryFolder folder;
 };
 
 std::uint32_t numberFrom(QVBinaryFileSource& source)

@@ -31,13 +31,13 @@ Bytes bytesOf(Write write)
     return readFile(folder.file(L"values"));
 }
 
-/// Writes a text and reads it back.
+/// Writes a string and reads it back.
 std::wstring throughAFile(const std::wstring& text)
 {
     const TemporaryFolder folder;
     QVBinaryFileSink(folder.file(L"text")).writeString(text);
     QVBinaryFileSource source(folder.file(L"text"));
-    std::wstring result = L"former";
+    std::wstring result = L"previous";
     source.readString(result);
     EXPECT_FALSE(source.failed());
     return result;
@@ -63,12 +63,12 @@ TEST(SerialFormat, WritesABoolAsAnUnsigned32BitNumber)
     EXPECT_EQ(bytesOf([](auto& sink) { sink.writeBool(false); }), (Bytes{0, 0, 0, 0}));
 }
 
-TEST(SerialFormat, WritesATextWithItsCount)
+TEST(SerialFormat, WritesAStringWithItsCount)
 {
     EXPECT_EQ(bytesOf([](auto& sink) { sink.writeString(L"ab"); }), (Bytes{2, 0, 0, 0, 0x61, 0, 0x62, 0}));
 }
 
-TEST(SerialFormat, WritesAnEmptyTextAsFourZeroBytes)
+TEST(SerialFormat, WritesAnEmptyStringAsFourZeroBytes)
 {
     EXPECT_EQ(bytesOf([](auto& sink) { sink.writeString(L""); }), (Bytes{0, 0, 0, 0}));
 }
@@ -79,7 +79,7 @@ TEST(SerialFormat, CountsAPairOfSurrogatesAsTwo)
         (Bytes{2, 0, 0, 0, 0x3D, 0xD8, 0x00, 0xDE}));
 }
 
-TEST(SerialFormat, WritesUnpairedSurrogatesAsTheyStand)
+TEST(SerialFormat, WritesUnpairedSurrogatesUnchanged)
 {
     EXPECT_EQ(bytesOf([](auto& sink) {
         sink.writeString(characters({0xDC00, 0xD800}));
@@ -93,7 +93,7 @@ TEST(SerialFormat, WritesBytesWithoutACount)
     EXPECT_EQ(bytesOf([](auto& sink) { sink.writeBytes(nullptr, 0); }), Bytes());
 }
 
-TEST(SerialFormat, PutsValuesBackToBack)
+TEST(SerialFormat, WritesValuesWithoutGaps)
 {
     const auto bytes = bytesOf([](auto& sink) {
         sink.writeBytes("x", 1);
@@ -138,7 +138,7 @@ TEST(SerialFile, ReadsBackWhatWasWritten)
     EXPECT_FALSE(source.failed());
 }
 
-TEST(SerialFile, KeepsEveryTextWhole)
+TEST(SerialFile, ReadsBackEveryString)
 {
     using namespace std::string_literals;
     EXPECT_EQ(throughAFile(L""), L"");
@@ -149,8 +149,8 @@ TEST(SerialFile, KeepsEveryTextWhole)
     EXPECT_EQ(throughAFile(characters({0xDC00, 0xD800, 'x'})), characters({0xDC00, 0xD800, 'x'}));
 }
 
-// Long enough to cross every buffer on the way, with a pair at each possible distance from the crossings.
-TEST(SerialFile, KeepsPairsThatCrossTheBuffers)
+// Long enough to cross every buffer, with a pair at each possible distance from where the buffers end.
+TEST(SerialFile, ReadsBackPairsThatCrossItsBuffers)
 {
     for (const std::size_t lead : {0U, 1U, 2U, 3U}) {
         std::wstring text(lead, L'x');
@@ -160,12 +160,12 @@ TEST(SerialFile, KeepsPairsThatCrossTheBuffers)
     }
 }
 
-TEST(SerialFile, JoinsTwoHalvesThatWereWrittenApart)
+TEST(SerialFile, JoinsTwoHalvesOfAPairThatWereWrittenSeparately)
 {
     EXPECT_EQ(throughAFile(std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}), characters({0x1F600}));
 }
 
-TEST(SerialFile, WritesWhatIsNoCharacterAsTheReplacement)
+TEST(SerialFile, WritesInvalidCharactersAsTheReplacementCharacter)
 {
     if constexpr (sizeof(wchar_t) == 4) {
         EXPECT_EQ(throughAFile(std::wstring{static_cast<wchar_t>(0x110000)}), L"\xFFFD");
@@ -173,7 +173,7 @@ TEST(SerialFile, WritesWhatIsNoCharacterAsTheReplacement)
     }
 }
 
-TEST(SerialFile, ReadsAnyNumberButZeroAsTrue)
+TEST(SerialFile, ReadsEveryNumberExceptZeroAsTrue)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"bools"), Bytes{2, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0});
@@ -186,7 +186,7 @@ TEST(SerialFile, ReadsAnyNumberButZeroAsTrue)
     EXPECT_FALSE(flag);
 }
 
-TEST(SerialFile, FillsAShortTextWithZeroUnits)
+TEST(SerialFile, FillsATruncatedStringWithZeroUnits)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"short"), Bytes{4, 0, 0, 0, 0x61, 0, 0x62});
@@ -197,7 +197,7 @@ TEST(SerialFile, FillsAShortTextWithZeroUnits)
     EXPECT_TRUE(source.failed());
 }
 
-TEST(SerialFile, FillsALongShortTextWithZeroUnits)
+TEST(SerialFile, FillsALongTruncatedStringWithZeroUnits)
 {
     const TemporaryFolder folder;
     Bytes bytes{0x40, 0x42, 0x0F, 0};
@@ -221,7 +221,7 @@ TEST(SerialFile, ReadsMissingBytesOfANumberAsZero)
     EXPECT_TRUE(source.failed());
 }
 
-TEST(SerialFile, LeavesMissingBytesOfABlockAsTheyWere)
+TEST(SerialFile, LeavesMissingBytesOfABlockUnchanged)
 {
     const TemporaryFolder folder;
     writeFile(folder.file(L"short"), Bytes{1, 2});
@@ -244,7 +244,7 @@ TEST(SerialFile, ReadsNothingMoreOnceFailed)
     EXPECT_EQ(number, 0U);
 }
 
-TEST(SerialFile, ReadsAMissingFileAsZeroesAndFails)
+TEST(SerialFile, FailsOnAMissingFileAndReadsZeroes)
 {
     const TemporaryFolder folder;
     QVBinaryFileSource source(folder.file(L"none"));
@@ -273,7 +273,7 @@ TEST(SerialFile, FailsFromTheStartOnAFolder)
     EXPECT_EQ(number, 0U);
 }
 
-TEST(SerialFile, MovesBlocksOfAnySizeThroughItsBuffers)
+TEST(SerialFile, ReadsBackBlocksOfAnySize)
 {
     for (const std::size_t size : {1U, 65'535U, 65'536U, 65'537U, 200'000U}) {
         const TemporaryFolder folder;
@@ -300,15 +300,15 @@ TEST(SerialFile, MovesBlocksOfAnySizeThroughItsBuffers)
     }
 }
 
-TEST(SerialFile, EmptiesTheFileThatThereWas)
+TEST(SerialFile, EmptiesAnExistingFile)
 {
     const TemporaryFolder folder;
-    writeFile(folder.file(L"data"), "a long former text");
+    writeFile(folder.file(L"data"), "a long previous text");
     QVBinaryFileSink(folder.file(L"data")).writeBytes("x", 1);
     EXPECT_EQ(readFile(folder.file(L"data")), (Bytes{'x'}));
 }
 
-TEST(SerialFile, ShowsOthersWhatFailedHasHandedOver)
+TEST(SerialFile, ShowsOtherReadersWhatWasWrittenBeforeFailed)
 {
     const TemporaryFolder folder;
     QVBinaryFileSink sink(folder.file(L"data"));
@@ -325,7 +325,7 @@ TEST(SerialFile, FailsWhereNoFileCanBeCreated)
     EXPECT_TRUE(sink.failed());
 }
 
-TEST(SerialFile, FailsOnANegativeCountAndKeepsWhatCameBefore)
+TEST(SerialFile, FailsOnANegativeCountAndKeepsTheEarlierBytes)
 {
     const TemporaryFolder folder;
     {

@@ -1,4 +1,4 @@
-// Files that are cut, damaged or too large for their disk.
+// Files that are cut or damaged.
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -58,7 +58,7 @@ Bytes serialized()
     return TestSupport::readFile(folder.file(L"values"));
 }
 
-/// Nothing when memory ran out.
+/// Returns nothing if memory ran out.
 std::optional<Values> readValues(const std::wstring& path)
 {
     const MemoryLimit limit(TestSupport::TwoGiB);
@@ -86,17 +86,17 @@ std::array<bool, 6> equalToOriginal(const Values& values)
         values.raw == wanted.raw, values.last == wanted.last};
 }
 
-TEST(DamagedSerialFile, CutAtAnyByteKeepsTheValuesBefore)
+TEST(DamagedSerialFile, CutAtAnyByteKeepsTheEarlierValues)
 {
     const TemporaryFolder folder;
-    const Bytes whole = serialized();
-    ASSERT_EQ(whole.size(), Ends.back());
-    for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
+    const Bytes complete = serialized();
+    ASSERT_EQ(complete.size(), Ends.back());
+    for (std::size_t cut = 0; cut <= complete.size(); ++cut) {
         TestSupport::writeFile(
-            folder.file(L"cut"), Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(cut)));
+            folder.file(L"cut"), Bytes(complete.begin(), complete.begin() + static_cast<std::ptrdiff_t>(cut)));
         const auto values = readValues(folder.file(L"cut"));
         ASSERT_TRUE(values.has_value()) << cut;
-        EXPECT_EQ(values->failed, cut < whole.size()) << cut;
+        EXPECT_EQ(values->failed, cut < complete.size()) << cut;
         const auto equal = equalToOriginal(*values);
         for (std::size_t i = 0; i < Ends.size(); ++i) {
             if (Ends[i] <= cut) {
@@ -106,14 +106,14 @@ TEST(DamagedSerialFile, CutAtAnyByteKeepsTheValuesBefore)
     }
 }
 
-TEST(DamagedSerialFile, FlippedBitSpoilsItsValueAlone)
+TEST(DamagedSerialFile, WithAFlippedBitHasOneWrongValue)
 {
     const TemporaryFolder folder;
-    const Bytes whole = serialized();
+    const Bytes complete = serialized();
     const auto isCount = [](std::size_t byte) { return (byte >= 4 && byte < 8) || (byte >= 37 && byte < 41); };
-    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+    for (std::size_t bit = 0; bit < complete.size() * 8; ++bit) {
         const std::size_t byte = bit / 8;
-        Bytes damaged = whole;
+        Bytes damaged = complete;
         damaged[byte] = static_cast<unsigned char>(damaged[byte] ^ (1U << (bit % 8)));
         TestSupport::writeFile(folder.file(L"damaged"), damaged);
         const auto values = readValues(folder.file(L"damaged"));
@@ -126,21 +126,21 @@ TEST(DamagedSerialFile, FlippedBitSpoilsItsValueAlone)
         const auto equal = equalToOriginal(*values);
         for (std::size_t i = 0, begin = 0; i < Ends.size(); begin = Ends[i++]) {
             const bool damagedHere = byte >= begin && byte < Ends[i];
-            // A bool stays true whatever other bit is set.
+            // A bool is true whichever of its bits is set.
             EXPECT_EQ(equal[i], !damagedHere || (i == 3 && bit != 28 * 8)) << "value " << i << " bit " << bit;
         }
     }
 }
 
-TEST(DamagedSerialFile, HugeCountFailsOrRunsOutOfMemory)
+TEST(DamagedSerialFile, WithAHugeCountIsAFailedAllocation)
 {
     const TemporaryFolder folder;
     TestSupport::writeFile(folder.file(L"huge"), Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0x61, 0});
     const MemoryLimit limit(TestSupport::TwoGiB);
     QVBinaryFileSource source(folder.file(L"huge"));
-    std::wstring text = L"former";
+    std::wstring text = L"previous";
     EXPECT_THROW(source.readString(text), std::bad_alloc);
-    EXPECT_EQ(text, L"former");
+    EXPECT_EQ(text, L"previous");
     EXPECT_TRUE(source.failed());
 }
 

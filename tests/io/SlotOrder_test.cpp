@@ -14,61 +14,41 @@ namespace Quorvex::Velmora::IO
 namespace
 {
 
-using TestSupport::slotOf;
+using TestSupport::expectSlots;
 
 template <class... Classes>
 constexpr bool haveVirtualDestructors = (std::has_virtual_destructor_v<Classes> && ...);
 static_assert(haveVirtualDestructors<QVIOSource, QVSerialSink, QVSerialSource, QVKeyValueSink, QVKeyValueFormatter,
     QVKeyValueSource>);
 
-TEST(SlotOrder, OfTheByteSource)
+TEST(SlotOrder, FollowsTheContractInQVIOSource)
 {
-    EXPECT_EQ(slotOf(&QVIOSource::tell), 2U);
-    EXPECT_EQ(slotOf(&QVIOSource::seek), 3U);
-    EXPECT_EQ(slotOf(&QVIOSource::read), 4U);
-    EXPECT_EQ(slotOf(&QVIOSource::failed), 5U);
-    EXPECT_EQ(slotOf(&QVIOSource::size), 6U);
+    expectSlots(2, &QVIOSource::tell, &QVIOSource::seek, &QVIOSource::read, &QVIOSource::failed, &QVIOSource::size);
 }
 
-TEST(SlotOrder, OfTheSerialSink)
+TEST(SlotOrder, FollowsTheContractInQVSerialSink)
 {
-    EXPECT_EQ(slotOf(&QVSerialSink::writeUInt32), 2U);
-    EXPECT_EQ(slotOf(&QVSerialSink::writeDouble), 3U);
-    EXPECT_EQ(slotOf(&QVSerialSink::writeString), 4U);
-    EXPECT_EQ(slotOf(&QVSerialSink::writeBool), 5U);
-    EXPECT_EQ(slotOf(&QVSerialSink::writeBytes), 6U);
+    expectSlots(2, &QVSerialSink::writeUInt32, &QVSerialSink::writeDouble, &QVSerialSink::writeString,
+        &QVSerialSink::writeBool, &QVSerialSink::writeBytes);
 }
 
-TEST(SlotOrder, OfTheSerialSource)
+TEST(SlotOrder, FollowsTheContractInQVSerialSource)
 {
-    EXPECT_EQ(slotOf(&QVSerialSource::readUInt32), 2U);
-    EXPECT_EQ(slotOf(&QVSerialSource::readDouble), 3U);
-    EXPECT_EQ(slotOf(&QVSerialSource::readString), 4U);
-    EXPECT_EQ(slotOf(&QVSerialSource::readBool), 5U);
-    EXPECT_EQ(slotOf(&QVSerialSource::readBytes), 6U);
+    expectSlots(2, &QVSerialSource::readUInt32, &QVSerialSource::readDouble, &QVSerialSource::readString,
+        &QVSerialSource::readBool, &QVSerialSource::readBytes);
 }
 
-TEST(SlotOrder, OfTheKeyValueSinkAndFormatter)
+TEST(SlotOrder, FollowsTheContractInQVKeyValueSinkAndFormatter)
 {
-    EXPECT_EQ(slotOf(&QVKeyValueSink::prepare), 2U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::putUInt32), 3U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::putDouble), 4U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::putString), 5U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::putBool), 6U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::putUInt64), 7U);
-    EXPECT_EQ(slotOf(&QVKeyValueSink::finish), 8U);
-    EXPECT_EQ(slotOf(&QVKeyValueFormatter::beginRecord), 9U);
-    EXPECT_EQ(slotOf(&QVKeyValueFormatter::endRecord), 10U);
+    expectSlots(2, &QVKeyValueSink::prepare, &QVKeyValueSink::putUInt32, &QVKeyValueSink::putDouble,
+        &QVKeyValueSink::putString, &QVKeyValueSink::putBool, &QVKeyValueSink::putUInt64, &QVKeyValueSink::finish,
+        &QVKeyValueFormatter::beginRecord, &QVKeyValueFormatter::endRecord);
 }
 
-TEST(SlotOrder, OfTheKeyValueSource)
+TEST(SlotOrder, FollowsTheContractInQVKeyValueSource)
 {
-    EXPECT_EQ(slotOf(&QVKeyValueSource::queryFlag), 2U);
-    EXPECT_EQ(slotOf(&QVKeyValueSource::getUInt32), 3U);
-    EXPECT_EQ(slotOf(&QVKeyValueSource::getDouble), 4U);
-    EXPECT_EQ(slotOf(&QVKeyValueSource::getString), 5U);
-    EXPECT_EQ(slotOf(&QVKeyValueSource::getBool), 6U);
-    EXPECT_EQ(slotOf(&QVKeyValueSource::getUInt64), 7U);
+    expectSlots(2, &QVKeyValueSource::queryFlag, &QVKeyValueSource::getUInt32, &QVKeyValueSource::getDouble,
+        &QVKeyValueSource::getString, &QVKeyValueSource::getBool, &QVKeyValueSource::getUInt64);
 }
 
 } // namespace

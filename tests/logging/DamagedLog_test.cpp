@@ -14,7 +14,7 @@ namespace Quorvex::Velmora::Logging
 namespace
 {
 
-/// One line of a log as it stands in a file, in UTF-8.
+/// One line of a log as it is stored in a file, in UTF-8.
 std::string logLine()
 {
     std::wostringstream stream;
@@ -56,7 +56,7 @@ Reading read(const std::string& line)
     return reading;
 }
 
-TEST(DamagedLogLine, WholeOneIsReadWithoutAReport)
+TEST(UndamagedLogLine, IsReadWithoutAReport)
 {
     const auto reading = read(logLine());
     EXPECT_FALSE(reading.reported);
@@ -75,7 +75,7 @@ TEST(DamagedLogLine, CutAtAnyByteIsReportedAndEmpty)
     }
 }
 
-TEST(DamagedLogLine, FlippedBitGivesAReportOrValues)
+TEST(DamagedLogLine, WithAFlippedBitGivesAReportOrValues)
 {
     const std::string line = logLine();
     for (std::size_t bit = 0; bit < line.size() * 8; ++bit) {

@@ -53,7 +53,7 @@ std::wstring keyOfLevels(int count)
     return key;
 }
 
-TEST(LoggableEvent, WritesItsTimeAndTheThreadTextZero)
+TEST(LoggableEvent, WritesItsTimeAndTheThreadIdZero)
 {
     RecordingFormatter formatter;
     const PlainEvent event;
@@ -65,7 +65,7 @@ TEST(LoggableEvent, WritesItsTimeAndTheThreadTextZero)
     EXPECT_THAT(event.keys(), ElementsAre(L"timestamp", L"threadId"));
 }
 
-TEST(LoggableEvent, KeepsItsMomentWhenCopied)
+TEST(LoggableEvent, KeepsItsTimeWhenCopied)
 {
     RecordingFormatter ofOriginal;
     RecordingFormatter ofCopy;
@@ -78,7 +78,7 @@ TEST(LoggableEvent, KeepsItsMomentWhenCopied)
     EXPECT_EQ(ofOriginal.calls, ofCopy.calls);
 }
 
-TEST(LoggableEvent, KeepsItsFormUnderAForeignLocale)
+TEST(LoggableEvent, KeepsItsFormatUnderAForeignLocale)
 {
     const CommaLocale locale;
     RecordingFormatter formatter;
@@ -88,7 +88,7 @@ TEST(LoggableEvent, KeepsItsFormUnderAForeignLocale)
                                 std::regex_constants::ECMAScript)));
 }
 
-TEST(KeyValueEvent, HasItsNameAndItsKeysInOrder)
+TEST(KeyValueEvent, ReturnsItsNameAndItsKeysInOrder)
 {
     QVKeyValueEvent event(L"name");
     event.putUInt32(L"z", 1);
@@ -109,7 +109,7 @@ TEST(KeyValueEvent, WritesItsOwnValuesOnly)
     EXPECT_THAT(formatter.calls, ElementsAre(L"n=7", L"s=x"));
 }
 
-TEST(KeyValueEvent, WritesANestedValuesTopKeyWithAnEmptyText)
+TEST(KeyValueEvent, WritesTheTopLevelKeyOfANestedValueWithAnEmptyString)
 {
     QVKeyValueEvent event(L"e");
     event.putString(L"a.b", L"x");
@@ -120,14 +120,14 @@ TEST(KeyValueEvent, WritesANestedValuesTopKeyWithAnEmptyText)
     EXPECT_EQ(textOf(event, L"a"), L"");
 }
 
-TEST(KeyValueEvent, ReadsANumberAsText)
+TEST(KeyValueEvent, ReturnsANumberAsAString)
 {
     QVKeyValueEvent event(L"e");
     event.putUInt32(L"n", 7);
     EXPECT_EQ(textOf(event, L"n"), L"7");
 }
 
-TEST(KeyValueEvent, AnswersFalseAndLeavesTheOutputForTextThatDoesNotConvert)
+TEST(KeyValueEvent, ReturnsFalseForTextThatDoesNotConvert)
 {
     const auto event = eventWith(L"abc");
     std::uint32_t number = 5;
@@ -144,7 +144,7 @@ TEST(KeyValueEvent, AnswersFalseAndLeavesTheOutputForTextThatDoesNotConvert)
     EXPECT_TRUE(flag);
 }
 
-TEST(KeyValueEvent, ConvertsTheWholeTextOrNothing)
+TEST(KeyValueEvent, ConvertsTheCompleteTextOrNothing)
 {
     std::uint32_t number = 5;
     EXPECT_FALSE(eventWith(L"7x").getUInt32(L"v", number));
@@ -156,19 +156,19 @@ TEST(KeyValueEvent, ConvertsTheWholeTextOrNothing)
     EXPECT_EQ(number, 4294967295U);
 }
 
-TEST(KeyValueEvent, AnswersFalseForAMissingKey)
+TEST(KeyValueEvent, ReturnsFalseForAMissingKey)
 {
     const auto event = eventWith(L"x");
-    std::wstring text = L"former";
+    std::wstring text = L"previous";
     std::uint32_t number = 5;
     EXPECT_FALSE(event.getString(L"other", text));
     EXPECT_FALSE(event.getString(L"v.below", text));
     EXPECT_FALSE(event.getUInt32(L"other", number));
-    EXPECT_EQ(text, L"former");
+    EXPECT_EQ(text, L"previous");
     EXPECT_EQ(number, 5U);
 }
 
-TEST(KeyValueEvent, KeepsBoolsAsWordsAndReadsDigitsToo)
+TEST(KeyValueEvent, StoresBoolsAsWordsAndReadsDigitsToo)
 {
     QVKeyValueEvent event(L"e");
     event.putBool(L"f", true);
@@ -188,7 +188,7 @@ TEST(KeyValueEvent, KeepsBoolsAsWordsAndReadsDigitsToo)
     EXPECT_FALSE(eventWith(L"TRUE").getBool(L"v", flag));
 }
 
-TEST(KeyValueEvent, KeepsDoublesWithSeventeenDigits)
+TEST(KeyValueEvent, StoresDoublesWithSeventeenDigits)
 {
     EXPECT_EQ(textOfDouble(3.14), L"3.1400000000000001");
     EXPECT_EQ(textOfDouble(2.0), L"2");
@@ -202,7 +202,7 @@ TEST(KeyValueEvent, KeepsDoublesWithSeventeenDigits)
     }
 }
 
-TEST(KeyValueEvent, KeepsLargeNumbers)
+TEST(KeyValueEvent, StoresTheLargestNumber)
 {
     QVKeyValueEvent event(L"e");
     event.putUInt64(L"n", std::numeric_limits<std::uint64_t>::max());
@@ -244,7 +244,7 @@ TEST(KeyValueEvent, ReplacesTheValueOfAKeyPutAgain)
     EXPECT_THAT(event.keys(), ElementsAre(L"a"));
 }
 
-TEST(KeyValueEvent, TakesKeysOfOddShapes)
+TEST(KeyValueEvent, FindsValuesUnderUnusualKeys)
 {
     for (const wchar_t* const key : {L".", L"a.", L".a", L"a..b", L"..", L"\x4E2D \"/"}) {
         QVKeyValueEvent event(L"e");
@@ -253,7 +253,7 @@ TEST(KeyValueEvent, TakesKeysOfOddShapes)
     }
 }
 
-TEST(KeyValueEvent, KeepsTheValueOfAKeyWithAThousandLevels)
+TEST(KeyValueEvent, FindsTheValueOfAKeyWithAThousandLevels)
 {
     QVKeyValueEvent event(L"e");
     const std::wstring key = keyOfLevels(1000);
@@ -262,7 +262,7 @@ TEST(KeyValueEvent, KeepsTheValueOfAKeyWithAThousandLevels)
     EXPECT_EQ(textOf(event, keyOfLevels(999)), L"");
 }
 
-TEST(KeyValueEvent, TakesSeparatorsAfterTheThousandthLevelAsPartOfIt)
+TEST(KeyValueEvent, TreatsSeparatorsAfterTheThousandthLevelAsPartOfItsName)
 {
     QVKeyValueEvent event(L"e");
     const std::wstring key = keyOfLevels(1000);
@@ -288,7 +288,7 @@ TEST(KeyValueEvent, CountsNoLevelForASeparatorAtTheEndOfAKey)
     EXPECT_EQ(textOf(event, keyOfLevels(1000)), L"2");
 }
 
-TEST(KeyValueEvent, FindsItsWayAmongManyKeys)
+TEST(KeyValueEvent, FindsValuesAmongManyKeys)
 {
     constexpr std::uint32_t Count = 20'000;
     QVKeyValueEvent event(L"e");
@@ -322,7 +322,7 @@ TEST(KeyValueEvent, CopiesItsValues)
     EXPECT_EQ(assigned.name(), L"e");
 }
 
-TEST(KeyValueEvent, AnswersItsHooksWithoutEffect)
+TEST(KeyValueEvent, IsUnchangedByPrepareAndFinish)
 {
     QVKeyValueEvent event(L"e");
     event.prepare();

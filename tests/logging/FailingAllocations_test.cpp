@@ -1,5 +1,5 @@
-// Memory that runs out at every allocation of every operation: nothing leaks, and each object is as before the
-// operation or as after it.
+// Each operation is run with each of its allocations failing. It must not leak, and its object must be as before or as
+// after a run that succeeds.
 #include "tests/support/FailingAllocations.h"
 
 #include <array>
@@ -32,7 +32,7 @@ using TestSupport::failEachAllocation;
 using TestSupport::liveAllocations;
 using TestSupport::madeAllocations;
 
-// Too long for a string to hold without an allocation.
+// Too long to be stored without an allocation.
 const std::wstring LongText = L"a string that takes an allocation of its own";
 
 using Put = std::pair<const char*, void (*)(IO::QVKeyValueSink&)>;
@@ -50,15 +50,15 @@ const std::array<Put, 9> Puts{
 
 void putKeys(IO::QVKeyValueSink& sink, int count)
 {
-    sink.putString(L"nested.inner", L"former");
+    sink.putString(L"nested.inner", L"previous");
     for (int i = 1; i < count; ++i)
         sink.putUInt32(L"key " + std::to_wstring(i), 1'000'000U);
 }
 
-// Numbers of keys: few, as many as are looked through one by one, and more than those.
+// Few keys, as many as are searched one by one, and more.
 constexpr std::array<int, 3> KeyCounts{3, 32, 50};
 
-/// Everything that shows of an event: its keys with their values, and the nested ones.
+/// Everything that an event shows: its keys and values, nested ones included.
 std::wstring imageOf(const QVKeyValueEvent& event)
 {
     RecordingFormatter formatter;
@@ -94,7 +94,7 @@ TEST_P(FailingPut, LeavesAnEventAsBeforeOrAsAfter)
         QVKeyValueEvent event(original);
         const auto check = [&] {
             EXPECT_THAT(imageOf(event), AnyOf(before, after));
-            // A key that was put although the put failed would be put twice now.
+            // A key that a failed put has left behind would be there twice now.
             put(event);
             EXPECT_EQ(imageOf(event), after);
             event = original;
@@ -103,7 +103,7 @@ TEST_P(FailingPut, LeavesAnEventAsBeforeOrAsAfter)
     }
 }
 
-/// The record that the target holds, on one line.
+/// What the target writes for its current record.
 std::wstring recordOf(QVJsonLogTarget& target, std::wostringstream& stream)
 {
     stream.str({});
@@ -143,7 +143,7 @@ TEST_P(FailingPut, LeavesARecordAsBeforeOrAsAfter)
 INSTANTIATE_TEST_SUITE_P(
     , FailingPut, testing::ValuesIn(Puts), [](const auto& info) { return std::string(info.param.first); });
 
-TEST(FailingAllocationOfAnEvent, WhileItIsMadeOrCopiedLeavesNothingBehind)
+TEST(FailingAllocationOfAnEvent, WhileItIsConstructedOrCopiedLeaksNothing)
 {
     QVKeyValueEvent original(LongText);
     putKeys(original, 50);
@@ -160,7 +160,7 @@ TEST(FailingAllocationOfAnEvent, WhileItIsMadeOrCopiedLeavesNothingBehind)
     EXPECT_GT(failEachAllocation([&] { target = original; }, check), 0);
 }
 
-TEST(FailingAllocationOfAGetter, GivesTheValueOrPropagates)
+TEST(FailingAllocationOfAGetter, PropagatesOrGivesTheValue)
 {
     QVKeyValueEvent event(L"e");
     event.putDouble(L"double", 1234567.125);
@@ -173,7 +173,9 @@ TEST(FailingAllocationOfAGetter, GivesTheValueOrPropagates)
     std::wstring text;
     bool found = true;
 
-    const auto check = [&] { EXPECT_TRUE(found) << "the failure was taken for a value that does not convert"; };
+    const auto check = [&] {
+        EXPECT_TRUE(found) << "the failed allocation was taken for a value that does not convert";
+    };
     EXPECT_GT(failEachAllocation([&] { found = event.getDouble(L"double", fraction); }, check), 0);
     EXPECT_GT(failEachAllocation([&] { found = event.getUInt64(L"uint64", number); }, check), 0);
     EXPECT_GT(failEachAllocation([&] { found = event.getBool(L"bool", flag); }, check), 0);
@@ -187,7 +189,7 @@ TEST(FailingAllocationOfAGetter, GivesTheValueOrPropagates)
     EXPECT_TRUE(flag);
 }
 
-/// Counts lines, without memory of its own.
+/// Counts lines without an allocation.
 class LineCounter : public std::wstreambuf
 {
 public:
@@ -280,7 +282,7 @@ std::wstring document()
     return stream.str();
 }
 
-TEST(FailingAllocationOfAJsonParser, LeavesNothingBehind)
+TEST(FailingAllocationOfAJsonParser, LeaksNothing)
 {
     const std::wstring text = document();
     const auto parse = [&text] {
@@ -292,8 +294,8 @@ TEST(FailingAllocationOfAJsonParser, LeavesNothingBehind)
     EXPECT_GT(failEachAllocation(parse, [] {}), 0);
 }
 
-// A second copy of the tree would take more than another allocation for each member.
-TEST(JsonParserMemory, IsThatOfTheTreeWhichTheJsonLibraryReads)
+// A copy of the tree would take more than one further allocation for each member.
+TEST(JsonParserMemory, HoldsOneTreeOnly)
 {
     const std::wstring text = document();
     const auto allocationsOf = [&text](const auto& read) {

@@ -18,7 +18,7 @@ namespace Quorvex::Velmora::Logging
 namespace
 {
 
-TEST(LogOnAFullDisk, PassesTheErrorOutAndKeepsTheQueueAndTheEarlierLines)
+TEST(LogOnAFullDisk, LetsTheErrorPropagateAndKeepsTheQueueAndTheEarlierLines)
 {
     constexpr std::uint32_t Count = 5'000;
     const TestSupport::SmallDisk disk(64 * 1024);
@@ -29,10 +29,10 @@ TEST(LogOnAFullDisk, PassesTheErrorOutAndKeepsTheQueueAndTheEarlierLines)
     EXPECT_THROW(logger.flush(), std::runtime_error);
 
     const auto log = readLog(disk.file(L"log"));
-    EXPECT_GT(log.wholeLines.size(), 100U);
+    EXPECT_GT(log.completeLines.size(), 100U);
     expectNumberedLines(log);
 
-    // With room again, the same events are written.
+    // Once there is space again, the same events are written.
     std::wostringstream other;
     stream.clear();
     stream.std::wios::rdbuf(other.rdbuf());

@@ -35,7 +35,7 @@ std::wstring recordOf(Put put, bool pretty = false)
     return stream.str();
 }
 
-/// The message that reading the text puts on standard error.
+/// What the parser writes on standard error for the text.
 std::string errorOf(const std::wstring& text)
 {
     const CapturedErrors errors;
@@ -105,7 +105,7 @@ TEST(JsonLogTarget, IndentsAPrettyRecordByFourSpacesALevel)
     EXPECT_EQ(record, L"{\n    \"a\": {\n        \"b\": \"1\"\n    }\n}\n");
 }
 
-TEST(JsonLogTarget, EscapesWhatJsonCannotHold)
+TEST(JsonLogTarget, EscapesSpecialCharacters)
 {
     const auto record = recordOf([](auto& target) { target.putString(L"k\"", L"\"\\/\b\f\n\r\t\x01\x7F\xE9\x4E2D"); });
     EXPECT_EQ(record, L"{\"k\\\"\":\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0001\x7F\xE9\\u4E2D\"}\n");
@@ -152,7 +152,7 @@ TEST(JsonLogTarget, WritesTheSameObjectTwiceWhenEndedTwice)
     EXPECT_EQ(stream.str(), L"{\"n\":\"1\"}\n{\"n\":\"1\"}\n");
 }
 
-TEST(JsonLogTarget, ForgetsTheRecordBefore)
+TEST(JsonLogTarget, ForgetsThePreviousRecord)
 {
     std::wostringstream stream;
     QVJsonLogTarget target(stream, false);
@@ -163,7 +163,7 @@ TEST(JsonLogTarget, ForgetsTheRecordBefore)
     EXPECT_EQ(stream.str(), L"{}\n");
 }
 
-TEST(JsonLogTarget, RefusesAKeyWithBothAValueAndKeysBelow)
+TEST(JsonLogTarget, RefusesAKeyWithBothAValueAndKeysBelowIt)
 {
     std::wostringstream stream;
     QVJsonLogTarget target(stream, false);
@@ -179,7 +179,7 @@ TEST(JsonLogTarget, RefusesAKeyWithBothAValueAndKeysBelow)
     EXPECT_EQ(stream.str(), L"");
 }
 
-TEST(JsonLogTarget, ReportsAStreamThatIsNotGood)
+TEST(JsonLogTarget, ThrowsIfTheStreamIsNotGood)
 {
     std::wostringstream stream;
     QVJsonLogTarget target(stream, false);
@@ -216,7 +216,7 @@ TEST(JsonLogTarget, WritesTheSameUnderAForeignLocale)
     EXPECT_EQ(record, L"{\"n\":\"1234567\",\"d\":\"1234.5\",\"b\":\"false\"}\n");
 }
 
-TEST(JsonLog, HoldsTheTwoFieldsOfAPlainEvent)
+TEST(JsonLog, HasTheTwoMembersOfAnEventWithoutValues)
 {
     struct PlainEvent : QVLoggableEvent {
         [[nodiscard]] std::wstring name() const override { return L"plain"; }
@@ -228,10 +228,10 @@ TEST(JsonLog, HoldsTheTwoFieldsOfAPlainEvent)
     EXPECT_TRUE(std::regex_match(stream.str(),
         std::wregex(
             L"\\{\"timestamp\":\"\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d(\\.\\d{6})?\",\"threadId\":\"0\"\\}\n")))
-        << "not the record's form";
+        << "the record has another form";
 }
 
-TEST(JsonLog, ReadsBackEveryTextItWrote)
+TEST(JsonLog, ReadsBackEveryStringThatItWrote)
 {
     for (const auto& text : {std::wstring(L"plain"), std::wstring(L"\"\\/\b\f\n\r\t\x01 \xE9\xFF\x100\xFFFF"),
              wide({0x10000, 0x1F600, 0x10FFFF}), std::wstring(L"a\0b", 3)}) {
@@ -256,7 +256,7 @@ TEST(JsonLog, ReadsBackAKeyOfMoreThanAThousandLevels)
     EXPECT_EQ(valueIn(record, key), L"deep");
 }
 
-TEST(JsonParser, KeepsNumbersAsTheirText)
+TEST(JsonParser, StoresNumbersAsTheirText)
 {
     for (const wchar_t* const document : {L"{\"n\":\"7\"}", L"{\"n\":7}"}) {
         std::wistringstream stream(document);
@@ -296,7 +296,7 @@ TEST(JsonParser, ReadsBoolsFromWordsAndDigits)
     EXPECT_FALSE(parser.queryFlag());
 }
 
-TEST(JsonParser, AnswersForABareValue)
+TEST(JsonParser, ReturnsTheValueOfADocumentThatIsASingleValue)
 {
     std::wistringstream stream(L"12");
     const QVJsonParser parser(stream);
@@ -317,12 +317,12 @@ TEST(JsonParser, AnswersForABareValue)
     EXPECT_EQ(text, L"12");
 }
 
-TEST(JsonParser, AnswersFalseForAnObjectsOwnValue)
+TEST(JsonParser, ReturnsFalseForTheOwnValueOfAnObject)
 {
     std::wistringstream stream(L"{\"a\":\"1\"}");
     const QVJsonParser parser(stream);
     std::uint32_t number = 5;
-    std::wstring text = L"former";
+    std::wstring text = L"previous";
     EXPECT_FALSE(parser.valueAsUInt32(number));
     EXPECT_TRUE(parser.valueAsString(text));
     EXPECT_EQ(number, 5U);
@@ -340,7 +340,7 @@ TEST(JsonParser, ReportsWhatIsWrongInOneLine)
     EXPECT_EQ(errorOf(L"x{}"), "QVJsonParser: json_parser_error while reading given input stream: expected value\n");
 }
 
-TEST(JsonParser, SaysThatTheInputIsEmptyWheneverNothingIsLeft)
+TEST(JsonParser, SaysThatTheInputIsEmptyIfNothingIsLeft)
 {
     EXPECT_EQ(errorOf(L"{\"a\":"),
         "QVJsonParser: json_parser_error while reading given input stream (input is empty): expected value\n");
@@ -361,7 +361,7 @@ TEST(JsonParser, IsEmptyAfterAnError)
     std::wistringstream stream(L"{\"n\":\"7\"");
     const QVJsonParser parser(stream);
     std::uint32_t number = 5;
-    std::wstring text = L"former";
+    std::wstring text = L"previous";
     EXPECT_FALSE(parser.getUInt32(L"n", number));
     EXPECT_FALSE(parser.valueAsUInt32(number));
     EXPECT_TRUE(parser.valueAsString(text));
@@ -369,7 +369,7 @@ TEST(JsonParser, IsEmptyAfterAnError)
     EXPECT_EQ(text, L"");
 }
 
-TEST(JsonParser, TakesAStreamWithoutABufferAsEmpty)
+TEST(JsonParser, TreatsAStreamWithoutABufferAsEmpty)
 {
     const CapturedErrors errors;
     std::wistream stream(nullptr);
@@ -403,7 +403,7 @@ TEST(JsonParser, ReportsAMillionLevels)
     EXPECT_THAT(errorOf(nested(L"{\"k\":", L"}", 1'000'000)), EndsWith(": nesting too deep\n"));
 }
 
-TEST(JsonParser, CountsNoBracketsInTexts)
+TEST(JsonParser, IgnoresBracketsInStrings)
 {
     const std::wstring brackets(5000, L'[');
     EXPECT_EQ(valueIn(L"{\"k\":\"\\\"" + brackets + L"\\\\\"}", L"k"), L"\"" + brackets + L"\\");
@@ -417,7 +417,7 @@ TEST(JsonParser, ReportsNestingAfterAStringThatEndsWithABackslash)
     EXPECT_THAT(errorOf(L"[\"\\\\\", " + std::wstring(1'000'000, L'[')), EndsWith(": nesting too deep\n"));
 }
 
-TEST(JsonParser, PassesOtherExceptionsOut)
+TEST(JsonParser, LetsOtherExceptionsPropagate)
 {
     struct Broken : std::wstreambuf {
         int_type underflow() override { throw std::domain_error("broken"); }

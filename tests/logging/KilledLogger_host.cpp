@@ -1,5 +1,5 @@
 // usage: velmora_killed_logger_host FILE MILLISECONDS
-// Logs numbered events into the file until it kills itself, that long after the first of them was flushed.
+// Logs numbered events to the file. Kills itself that long after it has flushed the first one.
 #include <chrono>
 #include <cstdlib>
 #include <fstream>

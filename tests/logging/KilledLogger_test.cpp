@@ -10,7 +10,7 @@ namespace Quorvex::Velmora::Logging
 namespace
 {
 
-TEST(LogOfAKilledProcess, HasWholeLinesBeforeTheLast)
+TEST(LogOfAKilledProcess, HasOnlyCompleteLinesExceptTheLast)
 {
     const TestSupport::TemporaryFolder folder;
     for (int round = 0; round < 5; ++round) {
@@ -22,7 +22,7 @@ TEST(LogOfAKilledProcess, HasWholeLinesBeforeTheLast)
 
         EXPECT_TRUE(result.exitedWith(9) || result.signal == 9) << result.description();
         const auto log = readLog(folder.file(std::wstring(name.begin(), name.end())));
-        EXPECT_GT(log.wholeLines.size(), 0U);
+        EXPECT_GT(log.completeLines.size(), 0U);
         expectNumberedLines(log);
     }
 }

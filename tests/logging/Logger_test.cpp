@@ -22,14 +22,14 @@ namespace
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using TestSupport::slotOf;
+using TestSupport::expectSlots;
 
 std::unique_ptr<QVKeyValueEvent> eventNamed(const std::wstring& name)
 {
     return std::make_unique<QVKeyValueEvent>(name);
 }
 
-/// A logger, and its formatter beside it.
+/// A logger whose formatter can be inspected.
 struct RecordingLogger : QVLoggerBase {
     RecordingLogger()
         : QVLoggerBase(std::make_unique<RecordingFormatter>()),
@@ -56,7 +56,7 @@ TEST(Logger, WritesAnEventWithoutKeysAsAnEmptyRecord)
     EXPECT_THAT(logger.formatter.calls, ElementsAre(L"begin A", L"end()"));
 }
 
-TEST(Logger, WritesEventsInTheOrderLoggedAndOnce)
+TEST(Logger, WritesEventsOnceAndInTheOrderOfLogging)
 {
     RecordingLogger logger;
     auto event = eventNamed(L"A");
@@ -196,7 +196,7 @@ TEST(Logger, DropsWhatAnEventLogsWhileTheLoggerIsDestroyed)
     EXPECT_EQ(alive, 0);
 }
 
-TEST(Logger, WritesToTheTargetThatADerivedLoggerNames)
+TEST(Logger, WritesToTheTargetThatADerivedLoggerReturns)
 {
     struct Redirected : RecordingLogger {
         IO::QVKeyValueFormatter* target() override { return &other; }
@@ -218,7 +218,7 @@ struct FailingOnce : RecordingFormatter {
     int records = 0;
 };
 
-TEST(Logger, KeepsItsQueueWhenTheFormatterFails)
+TEST(Logger, KeepsItsQueueIfTheFormatterThrows)
 {
     auto owned = std::make_unique<FailingOnce>();
     auto& formatter = *owned;
@@ -254,7 +254,7 @@ TEST(Logger, ReportsADeadlockInsteadOfWaitingForItself)
         } catch (const std::system_error& error) {
             EXPECT_EQ(error.code(), std::errc::resource_deadlock_would_occur);
         }
-        // The lock is free again.
+        // The lock was released.
         logger.log(eventNamed(L"B"));
     }
 }
@@ -290,34 +290,26 @@ TEST(Logger, LosesNothingWhileEightThreadsLogAndOneFlushes)
     EXPECT_EQ(next, std::vector<unsigned>(Threads, EventsEach));
 }
 
-TEST(SlotOrder, OfTheEvent)
+TEST(SlotOrder, FollowsTheContractInQVLoggableEvent)
 {
     static_assert(std::has_virtual_destructor_v<QVLoggableEvent>);
-    EXPECT_EQ(slotOf(&QVLoggableEvent::name), 2U);
-    EXPECT_EQ(slotOf(&QVLoggableEvent::keys), 3U);
-    EXPECT_EQ(slotOf(&QVLoggableEvent::writeTo), 4U);
+    expectSlots(2, &QVLoggableEvent::name, &QVLoggableEvent::keys, &QVLoggableEvent::writeTo);
 }
 
-TEST(SlotOrder, OfTheLogger)
+TEST(SlotOrder, FollowsTheContractInQVLoggerBase)
 {
     static_assert(std::has_virtual_destructor_v<QVLoggerBase>);
-    EXPECT_EQ(slotOf(&QVLoggerBase::log), 2U);
-    EXPECT_EQ(slotOf(&QVLoggerBase::flush), 3U);
-    EXPECT_EQ(slotOf(&QVLoggerBase::target), 4U);
-    EXPECT_EQ(slotOf(&QVLoggerBase::onBeforeWrite), 5U);
-    EXPECT_EQ(slotOf(&QVLoggerBase::onAfterWrite), 6U);
+    expectSlots(2, &QVLoggerBase::log, &QVLoggerBase::flush, &QVLoggerBase::target, &QVLoggerBase::onBeforeWrite,
+        &QVLoggerBase::onAfterWrite);
 }
 
-TEST(SlotOrder, OfTheJsonParser)
+TEST(SlotOrder, FollowsTheContractInQVJsonParser)
 {
-    EXPECT_EQ(slotOf(&QVJsonParser::valueAsUInt32), 8U);
-    EXPECT_EQ(slotOf(&QVJsonParser::valueAsDouble), 9U);
-    EXPECT_EQ(slotOf(&QVJsonParser::valueAsString), 10U);
-    EXPECT_EQ(slotOf(&QVJsonParser::valueAsBool), 11U);
-    EXPECT_EQ(slotOf(&QVJsonParser::valueAsUInt64), 12U);
+    expectSlots(8, &QVJsonParser::valueAsUInt32, &QVJsonParser::valueAsDouble, &QVJsonParser::valueAsString,
+        &QVJsonParser::valueAsBool, &QVJsonParser::valueAsUInt64);
 }
 
-TEST(KeyValueEvent, HasTheEventThenTheSinkThenTheSourceAsItsBases)
+TEST(KeyValueEvent, HasEventSinkAndSourceAsBasesInThisOrder)
 {
     QVKeyValueEvent event(L"e");
     const auto at = [&event](auto* base) {

@@ -1,4 +1,3 @@
-// Events that tell their places in a log.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +8,7 @@
 namespace Quorvex::Velmora::Logging
 {
 
+/// An event with its number and some text.
 inline std::unique_ptr<QVLoggableEvent> numbered(std::uint32_t number)
 {
     auto event = std::make_unique<QVKeyValueEvent>(L"e");

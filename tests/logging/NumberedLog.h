@@ -1,4 +1,3 @@
-// Reads logs of numbered events.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +14,9 @@
 namespace Quorvex::Velmora::Logging
 {
 
+/// The lines of a log file, and what comes after its last end of line.
 struct LogText {
-    std::vector<std::string> wholeLines;
+    std::vector<std::string> completeLines;
     std::string rest;
 };
 
@@ -29,15 +29,16 @@ inline LogText readLog(const std::wstring& path)
         if (stream.eof())
             log.rest = line;
         else
-            log.wholeLines.push_back(line);
+            log.completeLines.push_back(line);
     }
     return log;
 }
 
+/// Expects that the lines are the records of numbered() events, from 0 on.
 inline void expectNumberedLines(const LogText& log)
 {
     std::uint32_t expected = 0;
-    for (const auto& line : log.wholeLines) {
+    for (const auto& line : log.completeLines) {
         const TestSupport::CapturedErrors errors;
         std::wistringstream stream(std::wstring(line.begin(), line.end()));
         const QVJsonParser parser(stream);

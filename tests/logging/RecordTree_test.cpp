@@ -20,7 +20,7 @@ TEST(RecordTree, IsEmptyBeforeAnythingWasPut)
     EXPECT_TRUE(record.finished().empty());
 }
 
-TEST(RecordTree, ForgetsTheRecordBefore)
+TEST(RecordTree, ForgetsThePreviousRecord)
 {
     RecordTree record;
     record.put(L"a", L"1");
@@ -31,7 +31,7 @@ TEST(RecordTree, ForgetsTheRecordBefore)
     EXPECT_EQ(record.finished().data(), L"");
 }
 
-TEST(RecordTree, MayBeFinishedTwiceAndFilledOn)
+TEST(RecordTree, TakesFurtherValuesAfterItWasFinished)
 {
     RecordTree record;
     record.put(L"a", L"1");
@@ -44,7 +44,7 @@ TEST(RecordTree, MayBeFinishedTwiceAndFilledOn)
     EXPECT_EQ(record.finished().size(), 2U);
 }
 
-TEST(RecordTree, PutsTheRootsValueAfterARecordWithAnEmptyLevel)
+TEST(RecordTree, PutsAnEmptyKeyAtTheRootAfterARecordWithAnEmptyLevel)
 {
     RecordTree record;
     record.put(L".a", L"1");
@@ -54,8 +54,8 @@ TEST(RecordTree, PutsTheRootsValueAfterARecordWithAnEmptyLevel)
     EXPECT_EQ(record.finished().data(), L"of the root");
 }
 
-/// A key of up to four levels, some of them empty; empty itself from time to time. Not with a separator at its end,
-/// where the tree of the JSON library takes no path.
+/// A key of up to four levels, some of them empty, or the empty key. Never with a separator at its end: the tree of the
+/// JSON library accepts no such path.
 std::wstring randomKey(std::mt19937& random)
 {
     const std::array<std::wstring, 4> levels{L"", L"a", L"b", L"c"};

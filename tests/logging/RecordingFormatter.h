@@ -1,4 +1,3 @@
-// A formatter that remembers what it was called with.
 #pragma once
 
 #include <string>
@@ -9,6 +8,7 @@
 namespace Quorvex::Velmora::Logging
 {
 
+/// A formatter that records its calls.
 struct RecordingFormatter : IO::QVKeyValueFormatter {
     std::vector<std::wstring> calls;
 

@@ -27,7 +27,7 @@ TEST(UtcTimestamp, NamesTheSpecialValues)
     EXPECT_EQ(toIsoExtended(ptime(pos_infin)), L"+infinity");
 }
 
-TEST(UtcTimestamp, EqualsTheClassicFormOfTheTimeLibrary)
+TEST(UtcTimestamp, EqualsTheFormatOfTheDateLibrary)
 {
     ptime moment(date(1400, 1, 1));
     const time_duration step = hours(987654) + minutes(57) + seconds(11) + microseconds(900017);
@@ -45,7 +45,7 @@ TEST(UtcTimestamp, DoesNotGroupDigitsUnderAForeignLocale)
     EXPECT_EQ(toIsoExtended(moment), L"2024-05-06T07:00:00.123456");
 }
 
-TEST(UtcTimestamp, LiesWithinTheCallsThatSurroundIt)
+TEST(UtcTimestamp, IsBetweenTheTimesBeforeAndAfterTheCall)
 {
     const auto before = toIsoExtended(microsec_clock::universal_time() - seconds(1));
     const auto now = utcTimestamp();

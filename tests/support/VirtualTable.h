@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include <gtest/gtest.h>
+
 namespace Quorvex::Velmora::TestSupport
 {
 
@@ -18,6 +20,18 @@ std::size_t slotOf(Member member)
     if (parts[0] % 2 == 0)
         return 0;
     return static_cast<std::size_t>(parts[0] - 1) / sizeof(void*);
+}
+
+/// Expects that the functions have consecutive slots, from `first` on.
+template <class... Members>
+void expectSlots(std::size_t first, Members... members)
+{
+    std::size_t slot = first;
+    const auto expectNext = [&slot, first](auto member) {
+        EXPECT_EQ(slotOf(member), slot) << "function number " << slot - first + 1;
+        ++slot;
+    };
+    (expectNext(members), ...);
 }
 
 } // namespace Quorvex::Velmora::TestSupport
