@@ -1,4 +1,4 @@
-// The JSON reader, over any text; and every text as a value that is written and read back.
+// Reads any text as a JSON document, then writes it as a value and reads that back.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -32,7 +32,7 @@ void readAsDocument(const std::wstring& text)
         parser.getBool(key, flag);
         parser.getUInt64(key, large);
     }
-    value = L"former";
+    value = L"previous";
     if (!parser.valueAsString(value) || (!errors.text().empty() && !value.empty()))
         std::abort();
 }

@@ -1,4 +1,4 @@
-// linkify against its definition, and the other formatting functions over any text.
+// Compares linkify with its definition for any text, and checks the other formatting functions.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -23,7 +23,8 @@ void expect(bool holds)
 
 } // namespace
 
-// One character a byte, so that every mutation of the input is a text; 0xFE and 0xFF stand for two line terminators.
+// Each byte is one character, so that every mutation of the input is a string. 0xFE and 0xFF are the line terminators
+// U+2028 and U+2029.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     std::wstring text;

@@ -1,5 +1,5 @@
-// Canonical paths of any texts: rooted, with back-slashes only, without empty, "." and ".." components, and a canonical
-// path is its own canonical form.
+// Takes the canonical path of any string. It must be rooted, have backslashes only and no empty, "." or ".."
+// components, and be its own canonical path.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -33,7 +33,7 @@ void requireCanonical(const std::wstring& path)
 
 } // namespace
 
-// The first byte says whether the text is UTF-8 or has wide characters of any value, unpaired surrogates among them.
+// The first byte chooses between UTF-8 and wide characters of any value, unpaired surrogates included.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size == 0)

@@ -1,5 +1,5 @@
-// Every record out of any bytes: a reply that does not hold what its lengths promise is refused, and nothing is read
-// beyond it. The first byte chooses the record; the rest is the reply.
+// Reads any bytes as a reply. One that is shorter than its lengths say must be refused, and nothing may be read past
+// its end. The first byte chooses the record; the rest is the reply.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

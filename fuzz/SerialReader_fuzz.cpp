@@ -1,4 +1,4 @@
-// The serial reader, over any bytes and any sequence of reads.
+// Reads any bytes as a serial file, by any sequence of reads.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -21,20 +21,20 @@ using namespace Quorvex::Velmora;
 
 constexpr std::size_t MemoryForOneInput = std::size_t{8} << 20;
 
-/// A file in memory, the same one for every input.
+/// A file in memory that is reused for every input.
 class FileInMemory
 {
 public:
     void fill(const std::uint8_t* data, std::size_t size)
     {
-        if (ftruncate(m_file, 0) != 0 || pwrite(m_file, data, size, 0) != static_cast<ssize_t>(size))
+        if (ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size))
             std::abort();
     }
 
-    [[nodiscard]] std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(m_file); }
+    [[nodiscard]] std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(file); }
 
 private:
-    int m_file = memfd_create("serial", 0);
+    int file = memfd_create("serial", 0);
 };
 
 /// Reads one value and writes it to the sink.
@@ -69,7 +69,7 @@ void copyValue(unsigned kind, IO::QVSerialSource& source, IO::QVSerialSink& sink
     }
 }
 
-/// How many bytes a value takes that stands at the start of the data.
+/// @return how many bytes the value at the start of the data takes.
 std::size_t sizeOfValue(unsigned kind, const std::uint8_t* data)
 {
     switch (kind % 4) {
@@ -94,8 +94,8 @@ std::uint32_t checksumOf(const std::uint8_t* data, std::size_t size)
 
 } // namespace
 
-// The first byte says how many reads follow, one byte each; the rest is the file. What was read and is written again
-// has the checksum of the bytes it came from.
+// The first byte is the number of reads. Each takes one byte; the rest is the file. The checksum of the values that
+// were read must be that of the bytes in the file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static FileInMemory file;
@@ -120,7 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 std::abort();
         }
     } catch (const std::bad_alloc&) {
-        // A wrong count may ask for more than there is.
+        // A wrong count may need more memory than there is.
     }
     return 0;
 }

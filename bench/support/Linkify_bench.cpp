@@ -21,7 +21,7 @@ std::wstring repeated(const std::wstring& part)
     return text;
 }
 
-/// A message as toHtml makes it, with an address in every second line.
+/// A message from toHtml with an address in every second line.
 const std::wstring& message()
 {
     static const std::wstring text = repeated(
@@ -30,7 +30,7 @@ const std::wstring& message()
     return text;
 }
 
-/// What makes linkify look most often: every part is the start of something.
+/// The worst input for linkify: every part begins like something that it looks for.
 const std::wstring& hardMessage()
 {
     static const std::wstring text = repeated(L"<br  \"'www&nbsp;http://.,:<b&nbs ");

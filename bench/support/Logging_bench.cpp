@@ -32,21 +32,21 @@ const std::array<Leaf, 7> Leaves{
     Leaf{L"message", L"a text of usual length"},
 };
 
-/// Takes characters and forgets them.
+/// Discards all characters.
 class Discarding : public std::wstreambuf
 {
 public:
-    Discarding() { setp(m_buffer.data(), m_buffer.data() + m_buffer.size()); }
+    Discarding() { setp(buffer.data(), buffer.data() + buffer.size()); }
 
 protected:
     int_type overflow(int_type c) override
     {
-        setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
+        setp(buffer.data(), buffer.data() + buffer.size());
         return traits_type::not_eof(c);
     }
 
 private:
-    std::array<wchar_t, 4096> m_buffer{};
+    std::array<wchar_t, 4096> buffer{};
 };
 
 void logEvents(Logging::QVLoggerBase& logger)

@@ -13,12 +13,11 @@ namespace Quorvex::Velmora::Bench
 namespace
 {
 
-/// Shows the runs and keeps the best time of each benchmark; with repetitions, what disturbs a run only makes it
-/// slower.
+/// Prints the runs and keeps the shortest time of each benchmark: other load can only make a run longer.
 class TimeKeeper : public benchmark::ConsoleReporter
 {
 public:
-    // Without colours: the output goes to a file as well.
+    // Without colours, because the output also goes to a file.
     TimeKeeper() : ConsoleReporter(OO_Tabular) {}
 
     void ReportRuns(const std::vector<Run>& runs) override
@@ -32,19 +31,19 @@ public:
 
     [[nodiscard]] std::optional<double> timeOf(const std::string& name) const
     {
-        const auto found = m_times.find(name);
-        return found == m_times.end() ? std::nullopt : std::optional(found->second);
+        const auto found = times.find(name);
+        return found == times.end() ? std::nullopt : std::optional(found->second);
     }
 
 private:
     void keep(const std::string& name, double time)
     {
-        const auto [entry, added] = m_times.try_emplace(name, time);
+        const auto [entry, added] = times.try_emplace(name, time);
         if (!added && time < entry->second)
             entry->second = time;
     }
 
-    std::map<std::string, double> m_times;
+    std::map<std::string, double> times;
 };
 
 double valueOf(Goal goal, double measured, double peer)
@@ -60,7 +59,7 @@ double valueOf(Goal goal, double measured, double peer)
     return measured - peer;
 }
 
-/// Whether the goal was met; nothing when one of the two did not run.
+/// @return whether the goal is met, or nothing if one of the two benchmarks did not run.
 std::optional<bool> print(const Ratio& ratio, const TimeKeeper& times)
 {
     const auto measured = times.timeOf(ratio.measured);

@@ -1,4 +1,3 @@
-// Ratios between the benchmarks of one run, with the goals that they are held to.
 #pragma once
 
 #include <optional>
@@ -10,20 +9,24 @@ namespace Quorvex::Velmora::Bench
 
 enum class Goal { AtLeast, AtMost, AtMostAbove };
 
-/// How often `measured` goes into `peer`: the speed of the one divided by the speed of the other, or their times for
-/// Goal::AtMost. Goal::AtMostAbove is the difference of the times, in the benchmarks' unit.
+/// Compares two benchmarks of one run with a goal.
+///
+/// The figure is the speed of `measured` divided by that of `peer` for Goal::AtLeast, the time of `measured` divided by
+/// that of `peer` for Goal::AtMost, and the difference of the times, in the unit of the benchmarks, for
+/// Goal::AtMostAbove.
 struct Ratio {
     std::string what;
     std::string measured;
     std::string peer;
     Goal goal;
     double bound;
-    /// The bound on Windows. Without one the ratio is only shown there.
+    /// The bound on Windows. Without one, the ratio is only shown there.
     std::optional<double> boundOnWindows{};
 };
 
-/// Runs the program's benchmarks and prints the ratios after them.
-/// @return the process's exit code: 0 when every goal was met, 2 when one was missed.
+/// Runs the program's benchmarks, then prints the ratios.
+///
+/// @return the exit code of the process: 0 if every goal is met, 2 if one is missed, 1 for an unknown argument.
 int runWithRatios(int argc, char** argv, const std::vector<Ratio>& ratios);
 
 } // namespace Quorvex::Velmora::Bench

@@ -23,7 +23,7 @@ constexpr std::size_t BlockSize = 64 * 1024;
 const std::wstring Path = L"C:\\Drive\\Project\\Folder\\a file name.docx";
 const std::array<unsigned char, 64> Raw{};
 
-// Of a number, a double, a bool, a text with its count, and the raw bytes.
+// A number, a double, a bool, a string with its count, and bytes.
 constexpr std::array<std::streamsize, 5> ValueSizes{4, 8, 4, 4 + 2 * 40, 64};
 constexpr std::size_t TotalSize = std::size_t{RecordCount} * (4 + 8 + 4 + 4 + 2 * 40 + 64);
 
@@ -57,7 +57,7 @@ void SinkValues(benchmark::State& state)
     setBytes(state);
 }
 
-// The same bytes as SinkValues writes, ready made, a call for each value.
+// Writes as many bytes as SinkValues, without encoding them, with one call for each value.
 void PlainWriteValues(benchmark::State& state)
 {
     const std::array<char, 84> bytes{};

@@ -1,4 +1,3 @@
-// A file of a benchmark's own.
 #pragma once
 
 #include <filesystem>
@@ -9,23 +8,24 @@
 namespace Quorvex::Velmora::Bench
 {
 
+/// A file in the folder for temporary files. The destructor removes it.
 class TemporaryFile
 {
 public:
-    explicit TemporaryFile(const char* name) : m_path(std::filesystem::temp_directory_path() / name) {}
+    explicit TemporaryFile(const char* name) : path(std::filesystem::temp_directory_path() / name) {}
     ~TemporaryFile()
     {
         std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
+        std::filesystem::remove(path, ignored);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    [[nodiscard]] std::string narrow() const { return m_path.string(); }
-    [[nodiscard]] std::wstring wide() const { return Common::Unicode::fromUtf8(m_path.u8string()); }
+    [[nodiscard]] std::string narrow() const { return path.string(); }
+    [[nodiscard]] std::wstring wide() const { return Common::Unicode::fromUtf8(path.u8string()); }
 
 private:
-    std::filesystem::path m_path;
+    std::filesystem::path path;
 };
 
 } // namespace Quorvex::Velmora::Bench

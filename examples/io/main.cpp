@@ -1,4 +1,4 @@
-// Writes a sequence of values to a file in the current folder, reads it back, and fingerprints it on the way.
+// Writes values to a file in the current folder, reads them back, and compares checksums.
 #include <cstdint>
 #include <exception>
 #include <iomanip>
@@ -22,7 +22,7 @@ struct Settings {
     bool offline = false;
 };
 
-/// The one place that knows the order of the values; it serves the file and the fingerprint alike.
+/// The only place that knows the order of the values, for the file and for the checksum.
 void write(const Settings& settings, IO::QVSerialSink& sink)
 {
     sink.writeUInt32(settings.version);

@@ -1,4 +1,4 @@
-// Logs what a program does to a file of the day, one JSON object a line, and reads the file back.
+// Logs events to a file of the current day, one JSON object on each line, and reads the file back.
 //
 //     daily_log [FOLDER]
 #include <codecvt>
@@ -23,7 +23,7 @@ namespace
 
 using namespace Quorvex::Velmora;
 
-/// Such as "sync-2024-05-06.log".
+/// @return a name such as "sync-2024-05-06.log".
 std::string nameOfToday()
 {
     const std::time_t now = std::time(nullptr);
@@ -33,28 +33,28 @@ std::string nameOfToday()
     return std::string("sync-") + date + ".log";
 }
 
-/// Log files are UTF-8, whatever the user's settings are.
+/// @return a locale for log files, which are UTF-8 whatever the user's settings are.
 std::locale utf8() { return std::locale(std::locale::classic(), new std::codecvt_utf8_utf16<wchar_t>); }
 
-/// Appends to the file of the day it was made on.
+/// Appends to the log file of the day on which it was constructed.
 class DailyLogger
 {
 public:
-    explicit DailyLogger(const std::filesystem::path& folder) : m_path(folder / nameOfToday())
+    explicit DailyLogger(const std::filesystem::path& folder) : logPath(folder / nameOfToday())
     {
-        m_stream.imbue(utf8());
-        m_stream.open(m_path, std::ios::app);
-        if (!m_stream)
-            throw std::runtime_error("cannot write " + m_path.string() + ": check that the folder exists");
+        stream.imbue(utf8());
+        stream.open(logPath, std::ios::app);
+        if (!stream)
+            throw std::runtime_error("cannot write " + logPath.string() + ": check that the folder exists");
     }
 
-    [[nodiscard]] Logging::QVLoggerBase& logger() { return m_logger; }
-    [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
+    [[nodiscard]] Logging::QVLoggerBase& logger() { return jsonLogger; }
+    [[nodiscard]] const std::filesystem::path& path() const { return logPath; }
 
 private:
-    std::filesystem::path m_path;
-    std::wofstream m_stream;
-    Logging::QVLoggerBase m_logger{std::make_unique<Logging::QVJsonLogTarget>(m_stream, false)};
+    std::filesystem::path logPath;
+    std::wofstream stream;
+    Logging::QVLoggerBase jsonLogger{std::make_unique<Logging::QVJsonLogTarget>(stream, false)};
 };
 
 void logSomeWork(Logging::QVLoggerBase& logger)
