@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(Changes, MakesNestedFoldersOnBothSides)
+TEST_F(Changes, MkdirMakesNestedFoldersOnBothSides)
 {
     const std::string path = plans() + "/2024/Übersicht/a";
 
@@ -51,7 +51,7 @@ TEST_F(Changes, MakesNestedFoldersOnBothSides)
     EXPECT_EQ(expectOk({"mkdir", path + '/'}), "exists  " + path + "/\n");
 }
 
-TEST_F(Changes, OnlySayWhatWouldBeDone)
+TEST_F(Changes, DryRunsOnlyShowWhatWouldBeDone)
 {
     const std::string file = source("new.txt", "new");
     const std::string before = expectOk({"tree", "--json"});
@@ -66,7 +66,7 @@ TEST_F(Changes, OnlySayWhatWouldBeDone)
     EXPECT_EQ(expectOk({"tree", "--json"}), before);
 }
 
-TEST_F(Changes, MakesNoFolderOutsideTheDrivesOrBeneathAFile)
+TEST_F(Changes, MkdirRefusesPathsOutsideTheDrivesAndInsideFiles)
 {
     const ChildResult finished = run({"mkdir", "/etc/x", readme() + "/x", plans() + "/good"});
 
@@ -76,14 +76,14 @@ TEST_F(Changes, MakesNoFolderOutsideTheDrivesOrBeneathAFile)
     EXPECT_TRUE(fs::is_directory(toPath(plans() + "/good")));
 }
 
-TEST_F(Changes, AddsTheGoodFilesOfABatchAndNamesTheOthers)
+TEST_F(Changes, AddTakesTheGoodFilesOfABatchAndNamesTheOthers)
 {
     const std::string good = source("gut – добре.txt", "good");
     const std::string clash = source("details", "a folder of this name is there");
     const std::string twin = source("other/gut – добре.txt", "same name");
     const std::string missing = text(folder / "missing");
     std::vector<std::string> arguments{"--json", "add", missing, good, clash, twin, text(folder)};
-#ifndef _WIN32 // No file there can have such a name, be a pipe or, under Wine, a link that leads nowhere.
+#ifndef _WIN32 // No file there can have such a name, be a pipe or, under Wine, a link that leads to nothing.
     fs::create_symlink(missing, folder / "dangling");
     arguments.push_back(text(folder / "dangling"));
     arguments.push_back(source("what?.txt", "not for every platform"));
@@ -113,7 +113,7 @@ TEST_F(Changes, AddsTheGoodFilesOfABatchAndNamesTheOthers)
     EXPECT_EQ(std::distance(fs::directory_iterator(toPath(plans())), {}), 4);
 }
 
-TEST_F(Changes, SayWhyAFileCannotBeAdded)
+TEST_F(Changes, AddSaysWhyAFileIsRefused)
 {
     const std::string clash = source("details", "a folder of this name is there");
     EXPECT_THAT(run({"add", clash, plans()}).errors, HasSubstr("'" + clash + "': a folder has this name\n"));
@@ -124,7 +124,7 @@ TEST_F(Changes, SayWhyAFileCannotBeAdded)
 #endif
 }
 
-TEST_F(Changes, EndWithOneCodeWhenTheyFailInDifferentWays)
+TEST_F(Changes, AddEndsWithCode1WhenFilesFailInDifferentWays)
 {
     const std::string missing = text(folder / "missing");
 
@@ -133,7 +133,7 @@ TEST_F(Changes, EndWithOneCodeWhenTheyFailInDifferentWays)
     EXPECT_EQ(run({"add", missing, text(folder), plans()}).exitCode, 1);
 }
 
-TEST_F(Changes, NameEveryFileOfARequestThatFailed)
+TEST_F(Changes, AddNamesEveryFileOfARequestThatFails)
 {
     expectOk({"sync"});
     const std::string one = source("one.txt", "1");
@@ -153,7 +153,7 @@ TEST_F(Changes, NameEveryFileOfARequestThatFailed)
 }
 
 #ifndef _WIN32 // Where a folder cannot be made read-only by its permissions.
-TEST_F(Changes, SayThatTheServiceCouldNotRemember)
+TEST_F(Changes, AddReportsThatTheServiceCouldNotSaveItsState)
 {
     expectOk({"sync"});
     const std::string file = source("one.txt", "1");
@@ -169,7 +169,7 @@ TEST_F(Changes, SayThatTheServiceCouldNotRemember)
 }
 #endif
 
-TEST_F(Changes, RunACommandOnTheItemsThatExist)
+TEST_F(Changes, RunAppliesTheCommandToTheItemsThatExist)
 {
     const std::string missing = plans() + "/none";
 
@@ -184,7 +184,7 @@ TEST_F(Changes, RunACommandOnTheItemsThatExist)
     EXPECT_EQ(run({"run", "lock", missing}).exitCode, 3);
 }
 
-TEST_F(Changes, AddsManyFilesInFewRequests)
+TEST_F(Changes, AddTakesManyFilesInFewRequests)
 {
     std::vector<std::string> arguments{"add"};
     for (int i = 0; i < 250; ++i)
@@ -197,7 +197,7 @@ TEST_F(Changes, AddsManyFilesInFewRequests)
         EXPECT_EQ(readFile(server("harbour") / "plans" / (std::to_string(i) + ".txt")), std::to_string(i));
 }
 
-TEST_F(Changes, ReplacesAFileThatIsThere)
+TEST_F(Changes, AddReplacesAnExistingFile)
 {
     const std::string file = source("README.txt", "the new version");
 
@@ -207,7 +207,7 @@ TEST_F(Changes, ReplacesAFileThatIsThere)
     EXPECT_EQ(readFile(server("harbour") / "README.txt"), "the new version");
 }
 
-TEST_F(Changes, RefusesAFileThatCannotBeRead)
+TEST_F(Changes, AddRefusesAFileThatCannotBeRead)
 {
     const std::string file = source("secret.txt", "secret");
     const UnreadableFile unreadable(toPath(file));
@@ -220,7 +220,7 @@ TEST_F(Changes, RefusesAFileThatCannotBeRead)
     EXPECT_FALSE(fs::exists(toPath(plans() + "/secret.txt")));
 }
 
-TEST_F(Changes, AddsNothingToAReadOnlyOrOfflineDrive)
+TEST_F(Changes, AddAndRmRefuseAReadOnlyOrOfflineDrive)
 {
     const std::string file = source("new.txt", "new");
     for (const auto& [member, value] : {std::pair<std::string, bool>{"writable", false}, {"offline", true}}) {
@@ -236,7 +236,7 @@ TEST_F(Changes, AddsNothingToAReadOnlyOrOfflineDrive)
     }
 }
 
-TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
+TEST_F(Changes, RmDeletesWhatItCanAndNamesTheRest)
 {
     expectOk({"run", "lock", readme()});
     const std::string missing = plans() + "/none";
@@ -254,7 +254,7 @@ TEST_F(Changes, DeletesWhatCanBeDeletedAndNamesTheRest)
     EXPECT_FALSE(fs::exists(server("harbour") / "plans/details"));
 }
 
-TEST_F(Changes, DeleteNothingWithoutAnAnswer)
+TEST_F(Changes, RmDeletesNothingWhenItCannotAsk)
 {
     const ChildResult finished = run({"rm", readme()});
 
@@ -263,7 +263,7 @@ TEST_F(Changes, DeleteNothingWithoutAnAnswer)
     EXPECT_TRUE(fs::exists(toPath(readme())));
 }
 
-TEST_F(Changes, AskOnATerminalBeforeDeleting)
+TEST_F(Changes, RmAsksOnATerminal)
 {
     for (const auto& [answer, deleted] : {std::pair<std::string, bool>{"n\n", false}, {"\n", false}, {"y\n", true}}) {
         ChildProgram program;
@@ -278,7 +278,7 @@ TEST_F(Changes, AskOnATerminalBeforeDeleting)
     }
 }
 
-TEST_F(Changes, AskWithTheNumberOfItemsInsideOfFolders)
+TEST_F(Changes, RmCountsTheItemsInFoldersBeforeItAsks)
 {
     ChildProgram program;
     program.arguments = {"rm", plans(), readme()};
@@ -341,7 +341,7 @@ TEST_F(Changes, SyncDoesManyItemsInBatchesAndNamesTheOneThatFailed)
     EXPECT_EQ(readFile(server("harbour") / "batch/204.txt"), "204");
 }
 
-TEST_F(Changes, SyncOfAFolderNamesWhatCouldNotBeDoneBeneathIt)
+TEST_F(Changes, SyncOfAFolderNamesTheFileInItThatFailed)
 {
     writeFile(workspace("harbour") / "survey/bad:name.txt", "x");
 
@@ -352,7 +352,7 @@ TEST_F(Changes, SyncOfAFolderNamesWhatCouldNotBeDoneBeneathIt)
     EXPECT_TRUE(fs::exists(server("harbour") / "survey/notes.txt"));
 }
 
-TEST_F(Changes, SyncOneItemInOneCall)
+TEST_F(Changes, SyncOneUsesTheOneShotOperation)
 {
     const std::string notes = text(workspace("harbour") / "survey/notes.txt");
 
@@ -362,7 +362,7 @@ TEST_F(Changes, SyncOneItemInOneCall)
     EXPECT_EQ(run({"sync", "--one", notes + "x"}).exitCode, 3);
 }
 
-TEST_F(Changes, AreUploadedWhenAProcessClosesTheFile)
+TEST_F(Changes, ClosedUploadsTheFile)
 {
     writeFile(toPath(readme()), "changed by a process");
 
@@ -371,7 +371,7 @@ TEST_F(Changes, AreUploadedWhenAProcessClosesTheFile)
     EXPECT_EQ(readFile(server("harbour") / "README.txt"), "changed by a process");
 }
 
-TEST_F(Changes, ByCommandsOfTheSyncApplicationTakeEffect)
+TEST_F(Changes, RunLocksUnlocksAndCopiesLinks)
 {
     const auto stateOf = [this](const std::string& id) {
         for (const auto& command : expectJson({"commands", readme()})) {

@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(ClosedStreams, OutputIsAFailure)
+TEST_F(ClosedStreams, ClosedOutputIsAFailure)
 {
     for (const auto& arguments :
         std::vector<std::vector<std::string>>{{"drives"}, {"--json", "drives"}, {"--version"}, {"help"}, {"tree"}}) {
@@ -48,7 +48,7 @@ TEST_F(ClosedStreams, OutputIsAFailure)
     }
 }
 
-TEST_F(ClosedStreams, OutputAndErrorsAreAFailure)
+TEST_F(ClosedStreams, ClosedOutputAndErrorsAreAFailure)
 {
     EXPECT_EQ(runWith(">&- 2>&-", {"drives"}).exitCode, 1);
     EXPECT_EQ(runWith("<&- >&- 2>&-", {"drives"}).exitCode, 1);
@@ -62,7 +62,7 @@ TEST_F(ClosedStreams, LostMessagesAreAFailure)
     EXPECT_EQ(runWith("2>/dev/full", {"-v", "urn", readme()}).exitCode, 1);
 }
 
-TEST_F(ClosedStreams, InputIsAFailureWhereItIsNeeded)
+TEST_F(ClosedStreams, ClosedInputIsAFailureWhereItIsNeeded)
 {
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"log", "cat", "-"}, {"linkify"}}) {
         const ChildResult finished = runWith("<&-", arguments);
@@ -74,7 +74,7 @@ TEST_F(ClosedStreams, InputIsAFailureWhereItIsNeeded)
     EXPECT_EQ(runWith("<&-", {"drives"}).exitCode, 0);
 }
 
-TEST_F(ClosedStreams, TakeNothingOfTheWork)
+TEST_F(ClosedStreams, SyncIsCompleteWithAllStreamsClosed)
 {
     const ChildResult finished = runWith("<&- >&- 2>&-", {"sync"});
 
@@ -97,7 +97,7 @@ TEST_F(ClosedStreams, OutputAndMessagesKeepTheirOrderOnOnePipe)
                                       "tessaport: '/': it is a folder", "0376e6e7  " + one));
 }
 
-TEST_F(ClosedStreams, ReadingEndsWhenTheReaderHasLeft)
+TEST_F(ClosedStreams, LogCatEndsWhenTheReaderHasLeft)
 {
     const ChildResult finished =
         runInShell("yes '{\"user\":\"anna\"}' | \"$0\" log cat - | head -n 1", std::vector<std::string>{});
@@ -107,7 +107,7 @@ TEST_F(ClosedStreams, ReadingEndsWhenTheReaderHasLeft)
     EXPECT_EQ(finished.errors, "");
 }
 
-TEST_F(ClosedStreams, ChangesAreMadeAlthoughTheReaderHasLeft)
+TEST_F(ClosedStreams, AddIsCompleteAlthoughTheReaderHasLeft)
 {
     // More output than the buffer holds, long before the last batch.
     constexpr int files = 600;

@@ -15,7 +15,7 @@ using testing::StartsWith;
 class CommandLine : public ToolTest
 {
 protected:
-    /// The headings in the help under which commands stand, with their names.
+    /// The headings of the help with the names of the commands under them.
     std::map<std::string, std::vector<std::string>> commandGroups()
     {
         std::map<std::string, std::vector<std::string>> groups;
@@ -63,7 +63,7 @@ TEST_F(CommandLine, SuggestsTheOptionThatWasMeant)
     EXPECT_THAT(finished.errors, HasSubstr("did you mean '--recursive'?"));
 }
 
-TEST_F(CommandLine, SuggestsNothingForAWordLikeNone)
+TEST_F(CommandLine, SuggestsNothingForAWordUnlikeAnyCommand)
 {
     const ChildResult finished = run({"qqqqqqqq"});
 
@@ -71,7 +71,7 @@ TEST_F(CommandLine, SuggestsNothingForAWordLikeNone)
     EXPECT_THAT(finished.errors, testing::Not(HasSubstr("did you mean")));
 }
 
-TEST_F(CommandLine, WantsACommand)
+TEST_F(CommandLine, IsWrongUsageWithoutACommand)
 {
     EXPECT_EQ(run(std::vector<std::string>{}).exitCode, 2);
     EXPECT_EQ(run({"service"}).exitCode, 2);
@@ -87,7 +87,7 @@ TEST_F(CommandLine, AloneShowsTheCommands)
     EXPECT_EQ(expectOk({"help"}), finished.output);
 }
 
-TEST_F(CommandLine, ShowsTheCommandsInGroupsOfAFew)
+TEST_F(CommandLine, HelpShowsTheCommandsInSmallGroups)
 {
     const auto groups = commandGroups();
 
@@ -147,7 +147,7 @@ TEST_F(CommandLine, RejectsWhatACommandDoesNotTake)
     }
 }
 
-TEST_F(CommandLine, TakesItsOptionsBeforeAndBehindTheCommand)
+TEST_F(CommandLine, AcceptsItsOptionsBeforeAndAfterTheCommand)
 {
     makeDemo();
 

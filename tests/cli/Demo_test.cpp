@@ -97,7 +97,7 @@ TEST_F(Demo, PutsBackWhatIsMissing)
     expectOk({"drives"});
 }
 
-TEST_F(Demo, LeavesAFolderOfSomebodyElseAlone)
+TEST_F(Demo, RefusesAFolderThatItDidNotMake)
 {
     writeFile(home / "thesis.txt", "years of work");
 
@@ -108,7 +108,7 @@ TEST_F(Demo, LeavesAFolderOfSomebodyElseAlone)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(home), {}), 1);
 }
 
-TEST_F(Demo, CannotBeMadeWhereAFileIs)
+TEST_F(Demo, RefusesAPathThatIsAFile)
 {
     writeFile(home, "a file");
 
@@ -118,7 +118,7 @@ TEST_F(Demo, CannotBeMadeWhereAFileIs)
     EXPECT_EQ(readFile(home), "a file");
 }
 
-TEST_F(Demo, HasOneDriveOfEachTypeEachWithAnItemThatAllIdentifiersAreKnownOf)
+TEST_F(Demo, HasADriveOfEachTypeWithAFileThatHasAllIdentifiers)
 {
     makeDemo();
     const std::vector<std::pair<std::string, std::string>> files{

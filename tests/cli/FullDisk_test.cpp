@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 constexpr std::size_t MiB = 1024 * 1024;
 
-/// The workspace of the first drive is a small file system of its own.
+/// The workspace of the first drive is on a small file system.
 class FullDisk : public ToolTest
 {
 protected:
@@ -44,7 +44,7 @@ protected:
 
 std::string bigContent() { return std::string(3 * MiB, 'b'); }
 
-TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndDoesTheOthers)
+TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndSyncsTheOthers)
 {
     writeFile(server("harbour") / "big.bin", bigContent());
     writeFile(server("harbour") / "zoo/small.txt", "small");
@@ -59,7 +59,7 @@ TEST_F(FullDisk, SyncNamesTheFileThatDidNotFitAndDoesTheOthers)
     EXPECT_EQ(readFile(server("harbour") / "big.bin"), bigContent());
 }
 
-TEST_F(FullDisk, SyncKeepsTheOldVersionWholeAndTakesTheNewOneOnceThereIsRoom)
+TEST_F(FullDisk, SyncKeepsTheOldVersionUntilThereIsRoomForTheNewOne)
 {
     expectOk({"sync"});
     const std::string old = readFile(small / "workspace/README.txt");
@@ -73,7 +73,7 @@ TEST_F(FullDisk, SyncKeepsTheOldVersionWholeAndTakesTheNewOneOnceThereIsRoom)
     EXPECT_EQ(readFile(small / "workspace/README.txt"), bigContent());
 }
 
-TEST_F(FullDisk, AddLeavesNothingHalfDone)
+TEST_F(FullDisk, AddLeavesNoIncompleteFile)
 {
     expectOk({"sync"});
     writeFile(folder / "big.bin", bigContent());

@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_F(Identifiers, LeadBackToTheItem)
+TEST_F(Identifiers, ResolveLeadsBackToTheItem)
 {
     const auto ids = expectJson({"id", readme(), contract()});
     ASSERT_EQ(ids.size(), 2U);
@@ -51,7 +51,7 @@ TEST_F(Identifiers, SurviveARename)
     EXPECT_EQ(expectOk({"resolve", id}), text(workspace("harbour") / "plans/READ ME.txt") + '\n');
 }
 
-TEST_F(Identifiers, ThatAreUnknownAreNamed)
+TEST_F(Identifiers, ResolveNamesUnknownIds)
 {
     const ChildResult finished = run({"resolve", "tp.nothing", idOf(readme())});
 
@@ -60,7 +60,7 @@ TEST_F(Identifiers, ThatAreUnknownAreNamed)
     EXPECT_THAT(finished.errors, HasSubstr("'tp.nothing': the sync application does not know it (result 2)"));
 }
 
-TEST_F(Identifiers, OnAnOfflineDriveAreReportedAsSuch)
+TEST_F(Identifiers, OfItemsOnAnOfflineDriveAreReportedAsOffline)
 {
     const std::string id = idOf(readme());
     takeOffline(0);
@@ -74,7 +74,7 @@ TEST_F(Identifiers, OnAnOfflineDriveAreReportedAsSuch)
     EXPECT_THAT(expectOk({"ls", "-1", text(workspace("harbour"))}), HasSubstr("README.txt"));
 }
 
-TEST_F(Identifiers, InTheCloudDependOnTheKindOfDrive)
+TEST_F(Identifiers, UrnsDependOnTheTypeOfTheDrive)
 {
     EXPECT_THAT(expectOk({"urn", readme()}), testing::StartsWith("urn "));
     EXPECT_THAT(expectOk({"urn", contract()}), testing::StartsWith("project "));
@@ -84,7 +84,7 @@ TEST_F(Identifiers, InTheCloudDependOnTheKindOfDrive)
     EXPECT_NE(expectJson({"urn", "--parent-key", letters()})["urn"], "");
 }
 
-TEST_F(Identifiers, OfAFileThatIsNotOnTheServerAreMissing)
+TEST_F(Identifiers, UrnOfAFileThatIsNotOnTheServerIsNotFound)
 {
     const ChildResult finished = run({"urn", text(workspace("harbour") / "survey/notes.txt")});
 
@@ -92,7 +92,7 @@ TEST_F(Identifiers, OfAFileThatIsNotOnTheServerAreMissing)
     EXPECT_THAT(finished.errors, HasSubstr("not on the server"));
 }
 
-TEST_F(Identifiers, AndPropertiesAreShownForManyItemsAtOnce)
+TEST_F(Identifiers, PropsShowsTheValuesOfSeveralItems)
 {
     const auto values = expectJson({"props", "--id", "Size", "--id", "Name", readme(), contract()});
 
@@ -105,7 +105,7 @@ TEST_F(Identifiers, AndPropertiesAreShownForManyItemsAtOnce)
                   {contract(), "Size=23"}, {contract(), "Name=\"contract.txt\""}}));
 }
 
-TEST_F(Identifiers, AndPropertiesHaveTheirTypesInJson)
+TEST_F(Identifiers, PropsHaveTheirTypesInJson)
 {
     ChildProgram program;
     program.arguments = {"--json", "props", readme()};
@@ -123,7 +123,7 @@ TEST_F(Identifiers, AndPropertiesHaveTheirTypesInJson)
     EXPECT_TRUE(std::regex_match(values["Created"].get<std::string>(), std::regex("[0-9-]{10}T[0-9:]{8}Z")));
 }
 
-TEST_F(Identifiers, AndPropertiesThatDoNotExistAreNamed)
+TEST_F(Identifiers, PropsNamesUnknownProperties)
 {
     const ChildResult finished = run({"--json", "props", "--id", "Sise", "--id", "Size", readme()});
 
@@ -135,14 +135,14 @@ TEST_F(Identifiers, AndPropertiesThatDoNotExistAreNamed)
     EXPECT_EQ(run({"props", "--id", "LockedBy", readme()}).exitCode, 0) << "defined, without a value";
 }
 
-TEST_F(Identifiers, AndPropertyDefinitionsDependOnTheDrive)
+TEST_F(Identifiers, PropertyDefinitionsDependOnTheDrive)
 {
     EXPECT_THAT(expectOk({"props", "--definitions", "Harbour Project"}), HasSubstr("IsLocked"));
     EXPECT_THAT(expectOk({"props", "--definitions", "Trelis Documents"}), HasSubstr("KeldaItemId"));
     EXPECT_EQ(run({"props", "--definitions", "none"}).exitCode, 3);
 }
 
-TEST_F(Identifiers, AreAllInOneAnswer)
+TEST_F(Identifiers, WhereShowsAllInOneAnswer)
 {
     const auto place = expectJson({"where", letters()});
 
@@ -153,7 +153,7 @@ TEST_F(Identifiers, AreAllInOneAnswer)
     EXPECT_EQ(run({"where", letters() + "x"}).exitCode, 3);
 }
 
-TEST_F(Identifiers, OfAFolderAreItsOwnOrNone)
+TEST_F(Identifiers, WhereShowsTheUrnOfAFolderItselfOrNone)
 {
     const std::string plans = text(workspace("harbour") / "plans");
     fs::create_directory(workspace("harbour") / "plans/new");
@@ -164,7 +164,7 @@ TEST_F(Identifiers, OfAFolderAreItsOwnOrNone)
     EXPECT_EQ(expectJson({"where", letters()})["urn"], "") << "the drive names folders by the one that holds them";
 }
 
-TEST_F(Identifiers, ThatFailAreInTheList)
+TEST_F(Identifiers, FailuresAreInTheJsonList)
 {
     const ChildResult ids = run({"--json", "id", "/none", readme()});
     const auto idAnswers = nlohmann::json::parse(ids.output);
@@ -184,7 +184,7 @@ TEST_F(Identifiers, ThatFailAreInTheList)
     EXPECT_EQ(properties[1]["value"], 65);
 }
 
-TEST_F(Identifiers, OfTheRootFolderThatTakesFiles)
+TEST_F(Identifiers, RootIsTheFolderThatTakesFiles)
 {
     EXPECT_EQ(expectOk({"root"}), text(workspace("harbour") / "plans") + '\n');
     EXPECT_EQ(expectOk({"root", "--first"}), text(workspace("harbour")) + '\n');
@@ -212,7 +212,7 @@ TEST_F(Identifiers, QuestionsAnswerWithTheExitCodeToo)
     expectOk({"check"});
 }
 
-TEST_F(Identifiers, FullPathIsTheOneOfDotnet)
+TEST_F(Identifiers, FullPathIsThatOfDotnet)
 {
     ChildProgram program;
     program.arguments = {"full-path", "../ü/./x"};
@@ -222,7 +222,7 @@ TEST_F(Identifiers, FullPathIsTheOneOfDotnet)
     EXPECT_EQ(run({"full-path", ""}).exitCode, 1);
 }
 
-TEST_F(Identifiers, LogLinesOfTheLibraryAreShownWhenAskedFor)
+TEST_F(Identifiers, VerboseShowsTheLogLinesOfTheLibrary)
 {
     const ChildResult quiet = run({"urn", readme()});
     const ChildResult verbose = run({"-v", "urn", readme()});
@@ -232,7 +232,7 @@ TEST_F(Identifiers, LogLinesOfTheLibraryAreShownWhenAskedFor)
     EXPECT_THAT(verbose.errors, HasSubstr("[TP] ERROR: project id is empty\n"));
 }
 
-TEST_F(Identifiers, ProbeFilesNeverStay)
+TEST_F(Identifiers, QuestionsLeaveNoProbeFile)
 {
     ChildProgram program;
     program.environment[TestSupport::TemporaryFolderVariable] = text(folder / "tmp");

@@ -22,7 +22,7 @@ constexpr int Rounds = 100;
 constexpr int Files = 12;
 constexpr std::size_t FileSize = 300 * 1000;
 
-/// What a file holds in a round: long, and different in every byte's neighbourhood, so that a half copy shows.
+/// The content of a file in a round: long, and different everywhere, so that an incomplete copy shows.
 std::string contentOf(int file, int round)
 {
     std::string content(FileSize, '\0');
@@ -34,7 +34,7 @@ std::string contentOf(int file, int round)
 
 std::string nameOf(int file) { return "file " + std::to_string(file) + ".bin"; }
 
-/// Runs a command again and again, kills it at a random moment, and has the outcome looked at.
+/// Runs a command many times, kills it at a random moment and examines the result.
 class Kill : public ToolTest
 {
 protected:
@@ -64,19 +64,19 @@ protected:
         ++(finished.timedOut ? killed : finishedFirst);
     }
 
-    /// Every file that can be seen on a side is whole: one of the versions it has had.
-    static bool isWhole(const fs::path& file, int number, const std::set<int>& versions)
+    /// Every visible file is complete: it is one of the versions that it has had.
+    static bool isComplete(const fs::path& file, int number, const std::set<int>& versions)
     {
         const std::string content = readFile(file);
         return std::any_of(
             versions.begin(), versions.end(), [&](int version) { return content == contentOf(number, version); });
     }
 
-    void expectOnlyWholeFiles(const std::set<int>& versions)
+    void expectOnlyCompleteFiles(const std::set<int>& versions)
     {
         for (int file = 0; file < Files; ++file) {
             for (const fs::path& path : {here(file), there(file)})
-                EXPECT_TRUE(!fs::exists(path) || isWhole(path, file, versions)) << path;
+                EXPECT_TRUE(!fs::exists(path) || isComplete(path, file, versions)) << path;
         }
     }
 
@@ -103,7 +103,7 @@ protected:
     int finishedFirst = 0;
 };
 
-TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
+TEST_F(Kill, DuringAddLosesNothingAndLeavesOnlyCompleteFiles)
 {
     std::vector<std::string> add{"add"};
     for (int file = 0; file < Files; ++file) {
@@ -119,7 +119,7 @@ TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
 
         killAtRandomMoment(add, longest);
 
-        expectOnlyWholeFiles({round - 1, round});
+        expectOnlyCompleteFiles({round - 1, round});
         expectNothingElse();
         expectOk(add);
         for (int file = 0; file < Files; ++file) {
@@ -129,7 +129,7 @@ TEST_F(Kill, OfAddLosesNothingAndShowsOnlyWholeFiles)
     }
 }
 
-TEST_F(Kill, OfSyncLosesNothingAndShowsOnlyWholeFiles)
+TEST_F(Kill, DuringSyncLosesNothingAndLeavesOnlyCompleteFiles)
 {
     const std::vector<std::string> sync{"sync", text(workspace("harbour") / "work")};
     const auto changeHalfOnEachSide = [this](int round) {
@@ -143,7 +143,7 @@ TEST_F(Kill, OfSyncLosesNothingAndShowsOnlyWholeFiles)
 
         killAtRandomMoment(sync, longest);
 
-        expectOnlyWholeFiles({round - 1, round});
+        expectOnlyCompleteFiles({round - 1, round});
         for (int file = 0; file < Files; ++file)
             ASSERT_EQ(readFile(file % 2 == 0 ? here(file) : there(file)), contentOf(file, round));
         expectOk(sync);
@@ -155,7 +155,7 @@ TEST_F(Kill, OfSyncLosesNothingAndShowsOnlyWholeFiles)
     }
 }
 
-TEST_F(Kill, OfRmDeletesWholeFilesOrNone)
+TEST_F(Kill, DuringRmDeletesCompleteFilesOrNothing)
 {
     const std::string kept = readFile(toPath(readme()));
     std::vector<std::string> rm{"rm", "-y"};
@@ -173,7 +173,7 @@ TEST_F(Kill, OfRmDeletesWholeFilesOrNone)
 
         killAtRandomMoment(rm, longest);
 
-        expectOnlyWholeFiles({round});
+        expectOnlyCompleteFiles({round});
         expectNothingElse();
         EXPECT_EQ(readFile(toPath(readme())), kept);
         const ChildResult again = run(rm);

@@ -61,7 +61,7 @@ TEST_F(Listing, GivesAnEmptyArrayForAnEmptyFolder)
     EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "empty")}), "");
 }
 
-TEST_F(Listing, TakesPathsOfEitherSlashWithDotsAndRelativeOnes)
+TEST_F(Listing, AcceptsEitherSlashDotsAndRelativePaths)
 {
     const auto expected = expectJson({"stat", readme()});
 
@@ -88,7 +88,7 @@ TEST_F(Listing, WorksInAHomeThatIsReachedThroughALink)
     EXPECT_EQ(expectJson({"--home", text(folder / "link"), "exists", linked})["exists"], true);
 }
 
-TEST_F(Listing, ShowsWhereThingsStand)
+TEST_F(Listing, ShowsOnWhichSideItemsAre)
 {
     EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "survey")}), "2024-05-01T10:20:30Z  server  2024-05-01.csv\n"
                                                                        "2024-05-01T10:21:30Z  local   notes.txt\n");
@@ -169,7 +169,7 @@ TEST_F(Listing, SurvivesOddPaths)
     }
 }
 
-TEST_F(Listing, KeepsControlCharactersOfNamesFromTheTerminal)
+TEST_F(Listing, ReplacesControlCharactersOfNames)
 {
     // The second one is a single character for the two with which such sequences begin.
     writeFile(workspace("harbour") / toPath("gone\x7F"

@@ -45,7 +45,7 @@ TEST_P(EachState, DecidesHowRequestsEnd)
     }
 }
 
-TEST_P(EachState, IsWhatStatusShowsAndEndsWith)
+TEST_P(EachState, IsShownByStatusWithItsExitCode)
 {
     expectOk({"service", "set-state", GetParam().state});
 
@@ -55,7 +55,7 @@ TEST_P(EachState, IsWhatStatusShowsAndEndsWith)
     EXPECT_EQ(nlohmann::json::parse(finished.output)["state"], GetParam().state);
 }
 
-TEST_P(EachState, EndsWithAStart)
+TEST_P(EachState, IsLeftByServiceStart)
 {
     expectOk({"service", "set-state", GetParam().state});
     expectOk({"service", "start"});
@@ -84,7 +84,7 @@ TEST_F(State, StopsAndStarts)
     expectOk({"service", "status"});
 }
 
-TEST_F(State, ThatCannotBeReadSaysWhichFileAndWhatToDo)
+TEST_F(State, DamagedFileIsNamedWithTheRemedy)
 {
     for (const std::string content : {"", "{", "[]", "{\"state\": 7}", "{\"state\": \"asleep\"}"}) {
         writeFile(home / "service.json", content);
@@ -115,7 +115,7 @@ TEST_F(State, NeedsAHome)
     EXPECT_FALSE(std::filesystem::exists(folder / "none"));
 }
 
-TEST_F(State, IsReplacedAsAWholeAndLeavesNothingBehind)
+TEST_F(State, IsReplacedInOneStepAndLeavesNoTemporaryFile)
 {
     expectOk({"service", "stop"});
 

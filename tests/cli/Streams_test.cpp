@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(Streams, ClosedByTheReaderEndTheToolQuietly)
+TEST_F(Streams, AreLeftQuietlyWhenTheReaderCloses)
 {
     ChildProgram program;
     program.readAtMost = 100;
@@ -65,7 +65,7 @@ TEST_F(Streams, ClosedByTheReaderEndTheToolQuietly)
     }
 }
 
-TEST_F(Streams, ThatCannotBeWrittenAreAFailure)
+TEST_F(Streams, UnwritableOutputIsAFailure)
 {
     ChildProgram program;
     program.arguments = {"drives"};

@@ -1,4 +1,4 @@
-// The commands over the support libraries: logs, checksums, messages.
+// Commands for logs, checksums and messages.
 #include <fstream>
 
 #include <gmock/gmock.h>
@@ -77,7 +77,7 @@ TEST_F(Log, WithADamagedLineShowsTheOthers)
     EXPECT_THAT(finished.errors, HasSubstr("line 3: no log record"));
 }
 
-TEST_F(Log, OfAnyOtherKindOfFileIsRefusedBriefly)
+TEST_F(Log, AnyOtherKindOfFileIsRejectedBriefly)
 {
     std::string text;
     for (int i = 0; i < 1000; ++i)
@@ -91,7 +91,7 @@ TEST_F(Log, OfAnyOtherKindOfFileIsRefusedBriefly)
     EXPECT_THAT(finished.errors, HasSubstr("1000 lines left out"));
 }
 
-TEST_F(Log, NestedBeyondReasonIsNoRecord)
+TEST_F(Log, LineThatIsNestedTooDeeplyIsRejected)
 {
     const std::string deep = "{\"a\":" + std::string(1000000, '[') + std::string(1000000, ']') + "}\n";
 
@@ -114,13 +114,13 @@ TEST_F(Log, IsReadFromStandardInput)
     EXPECT_EQ(linesOf(runProgram(program).output).size(), 3U);
 }
 
-TEST_F(Log, ThatIsMissingIsNotFound)
+TEST_F(Log, MissingFileIsNotFound)
 {
     EXPECT_EQ(run({"log", "cat", text(folder / "none")}).exitCode, 3);
     EXPECT_EQ(run({"log", "cat", text(folder)}).exitCode, 1);
 }
 
-TEST_F(Log, OfMillionsOfLinesIsReadInConstantMemory)
+TEST_F(Log, MillionsOfLinesAreReadInConstantMemory)
 {
     constexpr int lines = 2000000;
     {
@@ -140,7 +140,7 @@ class Checksum : public ToolTest
 {
 };
 
-TEST_F(Checksum, IsTheOneOfTheLibrary)
+TEST_F(Checksum, IsThatOfTheLibrary)
 {
     writeFile(folder / "digits", "123456789");
     writeFile(folder / toPath("leer – порожній"), "");
@@ -169,7 +169,7 @@ TEST_F(Checksum, OfALongFileIsThatOfItsPieces)
     EXPECT_EQ(expectJson({"checksum", text(folder / "long")})[0]["checksum"], expectedText);
 }
 
-TEST_F(Checksum, IsGivenForTheGoodFilesWhenOthersAreBad)
+TEST_F(Checksum, IsShownForTheGoodFilesWhenOthersAreBad)
 {
     writeFile(folder / "digits", "123456789");
 
@@ -180,7 +180,7 @@ TEST_F(Checksum, IsGivenForTheGoodFilesWhenOthersAreBad)
     EXPECT_EQ(linesOf(finished.errors).size(), 2U);
 }
 
-TEST_F(Checksum, ThatFailsIsInTheList)
+TEST_F(Checksum, FailureIsInTheJsonList)
 {
     writeFile(folder / "digits", "123456789");
 

@@ -110,7 +110,7 @@ TEST_F(Terminal, GetsNoBytesThatAreNotUtf8)
 }
 #endif
 
-TEST_F(Terminal, IsNotWhatProgramsReadAPipeFor)
+TEST_F(Terminal, IsNoReasonToChangeWhatAPipeGets)
 {
     // Only what would break a line or command a terminal is replaced there, too.
     std::string inALine = unsafeName();
@@ -143,7 +143,7 @@ TEST_F(Terminal, ShowsMessagesBetweenTheLinesOfJson)
         EXPECT_TRUE(line.find("tessaport:") == std::string::npos || line.find("tessaport:") == 0) << line;
 }
 
-TEST_F(Terminal, EndsTheProgressWithAllThatWasDone)
+TEST_F(Terminal, ShowsTheProgressAfterEachBatch)
 {
     std::vector<std::string> arguments{"add"};
     for (int i = 0; i < 101; ++i) {

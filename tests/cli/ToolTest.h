@@ -1,4 +1,3 @@
-// What the tests of the tool share: a folder of their own, and a home in it.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +18,7 @@ namespace Quorvex::Velmora::ToolTest
 using TestSupport::ChildProgram;
 using TestSupport::ChildResult;
 
+/// A test that runs the built tool, with a temporary folder and a home in it.
 class ToolTest : public testing::Test
 {
 protected:
@@ -31,19 +31,19 @@ protected:
     ChildResult run(std::vector<std::string> arguments);
     ChildResult runProgram(ChildProgram program);
 
-    /// The same with all standard streams on a terminal.
+    /// Runs the tool with all standard streams on a terminal.
     ChildResult runOnTerminal(ChildProgram program);
 
-    /// Runs it and expects success; returns standard output.
+    /// Runs the tool and expects success. @return standard output.
     std::string expectOk(std::vector<std::string> arguments);
 
-    /// Runs it with --json and expects success and valid JSON.
+    /// Runs the tool with --json and expects success and valid JSON.
     nlohmann::json expectJson(std::vector<std::string> arguments);
 
     [[nodiscard]] std::filesystem::path workspace(const std::string& drive) const;
     [[nodiscard]] std::filesystem::path server(const std::string& drive) const;
 
-    /// A file of the demo in the workspace of the first drive, which is in sync.
+    /// A file of the demo in the workspace of the first drive. It is in sync.
     [[nodiscard]] std::string readme() const;
 
 private:
@@ -59,19 +59,20 @@ protected:
 void writeFile(const std::filesystem::path& file, const std::string& content);
 std::string readFile(const std::filesystem::path& file);
 
-/// Where the environment says it, that a process has no locale but the plain one. On Windows it does not say it.
+/// The environment in which a process has the locale "C". Empty on Windows, where the environment does not set the
+/// locale.
 extern const std::map<std::string, std::string> CLocale;
 
-/// The path that a text in UTF-8 names.
+/// The path that a UTF-8 string names.
 std::filesystem::path toPath(const std::string& text);
 
 /// A path with the slashes of this platform, in UTF-8.
 std::string text(const std::filesystem::path& path);
 
-/// As the service writes paths.
+/// Replaces slashes by back-slashes, as the service writes paths.
 std::string withBackslashes(std::string path);
 
-/// Slashes as this platform has them.
+/// Replaces slashes by those of this platform.
 std::string withNativeSlashes(std::string text);
 
 std::vector<std::string> linesOf(const std::string& text);

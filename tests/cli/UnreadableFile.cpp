@@ -16,22 +16,22 @@ namespace Quorvex::Velmora::ToolTest
 
 #ifdef _WIN32
 
-// Held open and not shared.
+// An open file that is not shared cannot be opened again.
 UnreadableFile::UnreadableFile(const std::filesystem::path& file)
-    : m_handle(CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr))
+    : handle(CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr))
 {
-    if (m_handle == INVALID_HANDLE_VALUE)
+    if (handle == INVALID_HANDLE_VALUE)
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "a file cannot be held");
 }
 
-UnreadableFile::~UnreadableFile() { CloseHandle(m_handle); }
+UnreadableFile::~UnreadableFile() { CloseHandle(handle); }
 
 #else
 
 namespace
 {
 
-// Root may read everything; a process without these capabilities may not, whoever it belongs to.
+// Root may read everything because of these capabilities. Without them, no user may.
 bool dropRightToReadEverything()
 {
     constexpr unsigned long CapabilityDacOverride = 1;

@@ -1,4 +1,3 @@
-// A file that other processes cannot read.
 #pragma once
 
 #include <filesystem>
@@ -6,11 +5,11 @@
 namespace Quorvex::Velmora::ToolTest
 {
 
-/// For its lifetime no process that is started can read a file.
+/// Makes a file unreadable for its lifetime, for the processes that are started meanwhile.
 class UnreadableFile
 {
 public:
-    /// @throws std::system_error when the right to read cannot be taken away.
+    /// @throws std::system_error if that is not possible.
     explicit UnreadableFile(const std::filesystem::path& file);
     ~UnreadableFile();
     UnreadableFile(const UnreadableFile&) = delete;
@@ -18,7 +17,7 @@ public:
 
 #ifdef _WIN32
 private:
-    void* m_handle;
+    void* handle;
 #endif
 };
 

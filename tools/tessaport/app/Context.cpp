@@ -18,8 +18,8 @@ void Context::prepare()
     output.decideOnColour(options.noColor);
     if (!options.home.empty())
         Platform::setEnvironment("TESSAPORT_HOME", absolutePath(options.home));
-    // The service gets the very folder that the tool has found, and without links, so that the paths that it reports
-    // are those that looking a path up arrives at.
+    // The service gets the folder that the tool has found, without links, so that it reports the same paths as those
+    // that look-ups arrive at.
     if (Platform::environment("TESSAPORT_HOME") || !Platform::userDataFolder().empty())
         Platform::setEnvironment("TESSAPORT_HOME", withoutLinks(toText(Home::locate().folder())));
     TessaportAPI::RuntimeOptions runtime;

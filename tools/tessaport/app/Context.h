@@ -1,4 +1,3 @@
-// What every command works with: the options of the whole tool, the output and the connection.
 #pragma once
 
 #include <filesystem>
@@ -13,6 +12,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// The options of every command.
 struct GlobalOptions {
     bool json = false;
     bool noColor = false;
@@ -22,6 +22,7 @@ struct GlobalOptions {
     std::string dotnetRoot;
 };
 
+/// What every command works with: the options, the output and the connection.
 class Context
 {
 public:
@@ -30,26 +31,28 @@ public:
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
-    /// Applies the options once they are read: environment, runtime options, diagnostic log, colour.
+    /// Applies the options after they have been read: environment, runtime options, diagnostic log, colours.
     void prepare();
 
-    /// The one connection of this run, opened when first asked for.
+    /// Returns the one connection of this run, and opens it on first use.
     TessaportAPI::QvNativeTessaportAPI& connection();
 
-    /// The folder of the sync application's assembly that is used.
+    /// The folder of the sync application's assembly.
     [[nodiscard]] std::filesystem::path apiFolder() const;
 
-    /// How the tool is called to work with a home: with --home where it is not the one used anyway.
+    /// What a user types to work with a home: with --home unless it is the default one.
     [[nodiscard]] std::string commandFor(const Home& home) const;
 
-    /// The last error line that the library wrote to its log, without its prefix; empty when there is none. A static
-    /// operation says there why it failed.
+    /// The last error line that the library wrote to its log, without its prefix; empty if there is none. One-shot
+    /// operations report there why they failed.
     [[nodiscard]] const std::string& lastLoggedError() const { return loggedError; }
 
     void forgetLoggedError() { loggedError.clear(); }
 
-    /// For a static operation that failed: reports why. A connection of one's own says best what state the sync
-    /// application is in; when it has no complaint, what the library logged is the reason.
+    /// Reports why a one-shot operation failed. A connection tells best what state the sync application is in; if that
+    /// succeeds, the reason is what the library logged.
+    ///
+    /// @return the exit code for the failure.
     ExitCode reportStaticFailure(const std::string& what);
 
     GlobalOptions options;

@@ -19,7 +19,7 @@ struct Spelling {
     std::string_view ofTool;
 };
 
-// What a host sets in its code, the user of the tool gives as an option.
+// What hosts set in their code, users of the tool give as an option.
 constexpr Spelling Options[] = {
     {"RuntimeOptions::apiFolder", "--api-folder"},
     {"RuntimeOptions::dotnetRoot", "--dotnet-root"},
@@ -34,7 +34,7 @@ std::string withToolOptions(std::string text)
     return text;
 }
 
-// One line: the service's messages may hold several.
+// Messages of a service may have several lines.
 std::string oneLine(std::string text)
 {
     text = withToolOptions(std::move(text));

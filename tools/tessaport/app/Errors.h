@@ -1,4 +1,3 @@
-// Any failure as a message and an exit code.
 #pragma once
 
 #include <string>
@@ -8,12 +7,13 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// A failure as the user sees it.
 struct Explanation {
     ExitCode code;
     std::string text;
 };
 
-/// What the exception that is being handled means for the user. ReaderGone and what is no std::exception pass through.
+/// Explains the exception that is being handled. ReaderGone and what is not a std::exception propagate.
 Explanation explainCurrentException();
 
 } // namespace Quorvex::Velmora::Tool

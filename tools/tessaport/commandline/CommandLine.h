@@ -22,7 +22,7 @@ struct CommandLine {
     Action& chosen;
     std::string group; ///< The heading in the help under which the commands appear.
 
-    /// The same with another heading.
+    /// This command line with another heading.
     [[nodiscard]] CommandLine under(std::string heading) const { return {app, context, chosen, std::move(heading)}; }
 };
 

@@ -8,7 +8,7 @@ namespace Quorvex::Velmora::Tool
 namespace
 {
 
-// Characters inserted, left out, replaced, and neighbours exchanged.
+// Counts characters that were inserted, left out or replaced, and neighbours that were exchanged.
 std::size_t distance(const std::string& a, const std::string& b)
 {
     std::vector<std::vector<std::size_t>> cost(a.size() + 1, std::vector<std::size_t>(b.size() + 1));

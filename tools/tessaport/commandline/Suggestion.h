@@ -1,4 +1,3 @@
-// What a mistyped word was probably meant to be.
 #pragma once
 
 #include <optional>
@@ -8,7 +7,9 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The candidate with the fewest changed characters, if that is few enough to be a slip.
+/// Finds the candidate that a mistyped word was probably meant to be: the one with the fewest changed characters.
+///
+/// @return nothing if too many characters differ for a slip.
 std::optional<std::string> closest(const std::string& word, const std::vector<std::string>& candidates);
 
 } // namespace Quorvex::Velmora::Tool

@@ -32,7 +32,7 @@ std::uint64_t sizeOf(const fs::path& file)
     return error ? 0 : size;
 }
 
-// In pieces, so that a long file shows how far it has come.
+// In pieces, so that a long file shows progress.
 Fingerprint fingerprintOf(Output& output, const std::string& file)
 {
     const fs::path path = toPath(file);
@@ -89,7 +89,7 @@ ExitCode checksums(Context& context, const std::vector<std::string>& files)
 void addChecksumCommand(const CommandLine& line)
 {
     const auto files = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "checksum", "Show the 32-bit check of files, as QVChecksum computes it",
+    addCommand(line, "checksum", "Show the 32-bit checksum of files, as QVChecksum computes it",
         "tessaport checksum drawing.dwg notes.txt", [files](Context& context) { return checksums(context, *files); })
         .add_option("file", *files, "Local files")
         ->type_name("FILE")

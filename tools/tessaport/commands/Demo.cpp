@@ -60,9 +60,9 @@ ExitCode demo(Context& context)
 
 void addDemoCommand(const CommandLine& line)
 {
-    addCommand(line, "demo", "Make a home with four drives and real files, and show what is in it",
+    addCommand(line, "demo", "Make a home with four drives and real files, and show it",
         "tessaport demo\n"
-        "tessaport --home /tmp/try demo       in a folder of its own",
+        "tessaport --home /tmp/try demo       in a new folder",
         demo);
 }
 

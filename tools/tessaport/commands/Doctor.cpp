@@ -23,7 +23,7 @@ struct Finding {
     bool good;
     std::string version;
     std::string detail;
-    std::string remedy; ///< Empty when there is nothing to do.
+    std::string remedy; ///< Empty if there is nothing to do.
 };
 
 Finding good(std::string subject, std::string version, std::string detail)
@@ -40,7 +40,7 @@ Finding lookAtTool() { return good("Tool", VELMORA_TOOL_VERSION, toText(Platform
 
 fs::path libraryFile() { return Platform::loadedLibrary("VelmoraTessaport"); }
 
-// "libVelmoraTessaport.so.1.2.3" is what the name that programs load leads to; on Windows the file itself says it.
+// On Linux the version is in the name of the file that the loaded name links to, on Windows in the file itself.
 std::string versionOf(const fs::path& library)
 {
     std::error_code error;
@@ -124,7 +124,7 @@ std::string remedyFor(ExitCode code)
     }
 }
 
-// The local sync service's home; another sync application has none.
+// Only the local sync service has a home.
 Finding lookAtHome()
 {
     const Home home = Home::locate();
@@ -134,7 +134,7 @@ Finding lookAtHome()
     return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), remedyFor(state->code)};
 }
 
-// The version of a runtime is the name of the folder that it is loaded from.
+// The folder that a runtime is loaded from is named after its version.
 Finding startRuntime(Context& context)
 {
     context.connection();
@@ -151,7 +151,7 @@ Finding askService(Context& context)
 class Examination
 {
 public:
-    /// Makes one finding; what is thrown is a bad one.
+    /// Adds one finding; an exception is a bad one.
     template <class Look>
     bool examine(const std::string& subject, Look look)
     {
@@ -225,7 +225,7 @@ ExitCode doctor(Context& context)
 
 void addDoctorCommand(const CommandLine& line)
 {
-    addCommand(line, "doctor", "Say what was found of the installation, and what is wrong with it",
+    addCommand(line, "doctor", "Show what was found of the installation, and what is wrong with it",
         "tessaport doctor\n"
         "tessaport --dotnet-root /opt/dotnet doctor",
         doctor);

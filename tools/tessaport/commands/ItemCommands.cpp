@@ -135,7 +135,7 @@ void addItemCommands(const CommandLine& line)
         ->type_name("ACTION")
         ->required();
     command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
-    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -22,7 +22,7 @@ struct ListOptions {
     bool namesOnly = false;
 };
 
-/// Takes the items that are to be shown, one after the other.
+/// Shows items one after the other.
 class Listing
 {
 public:
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    // Beneath the folder that was asked for, only the path tells two items of one name apart.
+    // In a recursive listing, only the path tells two items with the same name apart.
     [[nodiscard]] std::string shownName(const Item& item) const
     {
         return options.recursive ? Platform::nativeSlashes(utf8(item.relativePath)) : utf8(item.name);
@@ -113,11 +113,11 @@ void addListCommand(const CommandLine& line)
     const auto options = std::make_shared<ListOptions>();
     CLI::App& command = addCommand(line, "ls", "List a folder; without PATH the roots of the drives",
         "tessaport ls PATH\n"
-        "tessaport ls -R --filter '*.dwg' PATH   files of one kind, also in the folders beneath\n"
+        "tessaport ls -R --filter '*.dwg' PATH   files of one kind, at any depth\n"
         "tessaport ls --json PATH",
         [options](Context& context) { return list(context, *options); });
     command.add_option("path", options->path, "Folder or file in a workspace, with either slash")->type_name("PATH");
-    command.add_flag("-R,--recursive", options->recursive, "Also list what is in the folders beneath");
+    command.add_flag("-R,--recursive", options->recursive, "Also list what is in the folders, at any depth");
     command.add_flag("--folders", options->foldersOnly, "List folders only");
     command.add_flag("-1,--names", options->namesOnly, "Print the names only, one a line");
     command.add_option("--filter", options->filter, "Show only names that match; * and ? stand for any characters")

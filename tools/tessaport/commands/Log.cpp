@@ -15,7 +15,7 @@ struct GrepOptions {
     std::string file;
 };
 
-/// Prints records, and tells of lines that are none, without flooding the terminal when the file is no log at all.
+/// Prints records and reports lines that are not records. For a file that is not a log at all, it reports only a few.
 class RecordPrinter
 {
 public:
@@ -41,7 +41,7 @@ public:
         if (++rejected <= reportedAtMost)
             context.output.message("'" + fileName + "', line " + std::to_string(lineNumber) + ": no log record");
         if (rejected == reportedAtMost)
-            context.output.message("'" + fileName + "': further such lines are only counted");
+            context.output.message("'" + fileName + "': more such lines are only counted");
     }
 
     void finish()
@@ -117,11 +117,12 @@ void addLogCommands(const CommandLine& line)
         ->required();
 
     const auto options = std::make_shared<GrepOptions>();
-    CLI::App& command = addCommand(inside, "grep", "Show the records in which a key has a value (3 when there is none)",
-        "tessaport log grep user=anna app.log\n"
-        "tessaport log grep request.path=/drives app.log      a nested key",
-        [options](Context& context) { return grep(context, *options); });
-    command.add_option("condition", options->condition, "The key and its whole value")
+    CLI::App& command =
+        addCommand(inside, "grep", "Show the records in which a key has a value (exit code 3 if there is none)",
+            "tessaport log grep user=anna app.log\n"
+            "tessaport log grep request.path=/drives app.log      a nested key",
+            [options](Context& context) { return grep(context, *options); });
+    command.add_option("condition", options->condition, "The key and its complete value")
         ->type_name("KEY=VALUE")
         ->required();
     command.add_option("file", options->file, "The log; - reads standard input")->type_name("FILE")->required();

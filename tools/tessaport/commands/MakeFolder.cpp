@@ -20,14 +20,14 @@ struct MakeFolderOptions {
     bool dryRun = false;
 };
 
-/// A path that is to be a folder, and the nearest item there is on the way to it.
+/// A path that is to become a folder, and the nearest existing item on the way to it.
 struct Request {
     std::string given;
     std::optional<Item> nearest;
-    std::string missing; ///< What has to be made beneath `nearest`.
+    std::string missing; ///< The path to create in `nearest`.
 };
 
-// The paths and all the folders on the way to them are looked up in one request.
+// One request looks up the paths and all folders on the way to them.
 std::vector<Request> nearestItems(Context& context, const std::vector<std::string>& paths)
 {
     std::vector<std::string> all;
@@ -86,10 +86,10 @@ ExitCode makeFolders(Context& context, const MakeFolderOptions& options)
 void addMakeFolderCommand(const CommandLine& line)
 {
     const auto options = std::make_shared<MakeFolderOptions>();
-    CLI::App& command = addCommand(line, "mkdir", "Make folders, with the folders on the way to them",
+    CLI::App& command = addCommand(line, "mkdir", "Create folders and missing levels",
         "tessaport mkdir PATH/plans/2024", [options](Context& context) { return makeFolders(context, *options); });
-    command.add_option("path", options->paths, "Folders to be, in a workspace")->type_name("PATH")->required();
-    command.add_flag("-n,--dry-run", options->dryRun, "Only say what would be done");
+    command.add_option("path", options->paths, "Folders to create in a workspace")->type_name("PATH")->required();
+    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

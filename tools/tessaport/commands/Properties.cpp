@@ -215,8 +215,7 @@ void addPropertyCommand(const CommandLine& line)
     CLI::App& command = addCommand(line, "props", "Show the properties of items",
         "tessaport props PATH\n"
         "tessaport props --id Size --id Modified PATH PATH\n"
-        "tessaport props --definitions 'Harbour Project'    what "
-        "there is on a drive",
+        "tessaport props --definitions 'Harbour Project'    the properties of a drive",
         [options](Context& context) { return showProperties(context, *options); });
     CLI::Option* const paths =
         command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH");

@@ -1,4 +1,4 @@
-// Commands that answer yes or no, or with one text, each by the one-call operation made for it.
+// Commands that answer yes or no, or with one string. Each uses the one-shot operation made for it.
 #include <memory>
 
 #include "tools/tessaport/commands/Commands.h"
@@ -28,7 +28,7 @@ ExitCode canAddFile(Context& context, const std::string& folder)
 {
     const bool can = QvNativeTessaportAPI::canAddFile(nullptr, libraryText(absolutePath(folder)));
     if (!can) {
-        // A folder that is not there is another answer than one that takes nothing.
+        // A folder that does not exist gets another answer than one that takes no files.
         const std::string reason = context.lastLoggedError();
         static_cast<void>(requireInOneCall(context, folder));
         if (!reason.empty())
@@ -109,7 +109,7 @@ void addQuestionCommands(const CommandLine& line)
         "tessaport can-add-file FOLDER", "FOLDER", canAddFile);
     addPathQuestion(line, "exists", "Say whether there is an item at a path (0: yes, 3: no)", "tessaport exists PATH",
         "PATH", exists);
-    addPathQuestion(line, "full-path", "Show the absolute, normalised form of a path, as .NET sees it",
+    addPathQuestion(line, "full-path", "Show the absolute, normalised form of a path, as .NET returns it",
         "tessaport full-path ../plans", "PATH", showFullPath);
     addCommand(line, "offline", "Say whether a drive is offline (0: yes, 1: no)", "tessaport offline", isOffline);
     addCommand(line, "check", "Say whether the drives can be read", "tessaport check", check);

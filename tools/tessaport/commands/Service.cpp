@@ -28,7 +28,7 @@ ExitCode showState(Context& context)
     const ServiceStateName* const state = home.state();
     if (state == nullptr)
         throw Failure(ExitCode::Failure, "'" + toText(home.serviceFile()) +
-                                             "' names no state of the service; write it anew with "
+                                             "' names no state of the service; write it again with "
                                              "'tessaport service start'");
     if (context.options.json) {
         context.output.line(toLine({{"home", toText(home.folder())}, {"state", state->name}}));
@@ -52,19 +52,19 @@ CLI::Validator isState()
 
 void addServiceCommands(const CommandLine& line)
 {
-    CLI::App& group = addGroup(line, "service", "Start, stop and look at the local sync service",
+    CLI::App& group = addGroup(line, "service", "Start and stop the local sync service, or show its state",
         "tessaport service status\n"
         "tessaport service stop\n"
         "tessaport service set-state requires-update");
     const CommandLine inside{group, line.context, line.chosen, "Commands"};
     addCommand(inside, "start", "Let the service answer requests", "tessaport service start",
         [](Context& context) { return changeState(context, "running"); });
-    addCommand(inside, "stop", "Let requests fail as when the sync application does not run", "tessaport service stop",
+    addCommand(inside, "stop", "Let requests fail as if the sync application did not run", "tessaport service stop",
         [](Context& context) { return changeState(context, "not-running"); });
     addCommand(inside, "status", "Show the state; ends with the code that requests would end with",
         "tessaport service status", showState);
     const auto state = std::make_shared<std::string>();
-    addCommand(inside, "set-state", "Put the service into a state, to see how a host behaves then",
+    addCommand(inside, "set-state", "Put the service into a state, to try how a host handles it",
         "tessaport service set-state forced-update", [state](Context& context) { return changeState(context, *state); })
         .add_option("state", *state, "The state")
         ->type_name("STATE")

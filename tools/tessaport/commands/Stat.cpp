@@ -26,7 +26,7 @@ void printAsText(Context& context, const Item& item)
     Table table;
     table.row({{"Name", Colour::Heading}, nameCell(item)});
     table.row({{"Kind", Colour::Heading}, item.isFolder ? "folder" : "file"});
-    table.row({{"Stands", Colour::Heading}, whereItStands(item)});
+    table.row({{"Where", Colour::Heading}, whereItStands(item)});
     table.row({{"Modified", Colour::Heading}, modifiedText(item)});
     table.row({{"Drive", Colour::Heading}, utf8(item.driveId)});
     table.row({{"Relative path", Colour::Heading}, Platform::nativeSlashes(utf8(item.relativePath))});
@@ -109,7 +109,7 @@ ExitCode statPaths(Context& context, const StatOptions& options)
 void addStatCommand(const CommandLine& line)
 {
     const auto options = std::make_shared<StatOptions>();
-    CLI::App& command = addCommand(line, "stat", "Show everything known about items",
+    CLI::App& command = addCommand(line, "stat", "Show all fields of items",
         "tessaport stat PATH\n"
         "tessaport stat --json PATH PATH\n"
         "tessaport stat --drive 'Harbour Project' plans/a.txt   relative to a drive",

@@ -108,7 +108,7 @@ void showTree(Context& context, const Item& root, const std::string& title, cons
 void addTreeCommand(const CommandLine& line)
 {
     const auto options = std::make_shared<TreeOptions>();
-    CLI::App& command = addCommand(line, "tree", "Show a folder and all that is beneath it; without PATH all drives",
+    CLI::App& command = addCommand(line, "tree", "Show a folder and everything in it; without PATH all drives",
         "tessaport tree PATH\n"
         "tessaport tree --depth 2          all drives, two levels\n"
         "tessaport tree --json PATH        each item with its depth",

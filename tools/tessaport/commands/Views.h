@@ -1,4 +1,5 @@
-// What several commands show: the drives, and a folder with all that is beneath it.
+/// @file
+/// What several commands show: the drives, and a folder with everything in it.
 #pragma once
 
 #include "tools/tessaport/app/Context.h"
@@ -6,7 +7,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The drives as a table or as JSON.
+/// Shows the drives as a table or as JSON.
 void showDrives(Context& context);
 
 struct TreeOptions {
@@ -15,7 +16,7 @@ struct TreeOptions {
     bool foldersOnly = false;
 };
 
-/// One item and what is beneath it, as a picture.
+/// Draws an item and everything in it.
 void showTree(Context& context, const TessaportAPI::Item& root, const std::string& title, const TreeOptions& options);
 
 } // namespace Quorvex::Velmora::Tool

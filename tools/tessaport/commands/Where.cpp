@@ -20,7 +20,7 @@ struct WhereOptions {
     std::string id;
 };
 
-/// All that identifies an item, here and in the cloud.
+/// Everything that identifies an item, here and in the cloud.
 struct Place {
     Drive drive;
     std::string relativePath;

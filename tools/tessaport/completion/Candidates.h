@@ -16,13 +16,14 @@ struct Candidate {
     std::string description;
 };
 
-/// In the place of a word: the shell completes names of files, or of folders only.
+/// Instead of a word: the shell completes names of files, or of folders only.
 inline constexpr const char* AnyFile = ":files";
 inline constexpr const char* AnyFolder = ":folders";
 
 /// What can be typed at the end of a command line that is not complete yet.
 ///
-/// Asks the sync application where drives, properties or its commands can stand; if it cannot be asked, there are none.
+/// Where a drive, a property or a command of the sync application is expected, this asks the sync application. If that
+/// fails, there are no candidates.
 ///
 /// @param words  the words after the name of the program; the last one is the one at the cursor and may be empty.
 std::vector<Candidate> candidatesFor(Context& context, const CLI::App& app, const std::vector<std::string>& words);

@@ -1,4 +1,3 @@
-// What the tool tells the shell, and the error that carries it.
 #pragma once
 
 #include <stdexcept>
@@ -7,6 +6,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// What the tool tells the shell.
 enum class ExitCode : int {
     Ok = 0,
     Failure = 1,
@@ -18,7 +18,7 @@ enum class ExitCode : int {
     Conflict = 7,
 };
 
-/// Makes `worst` the code to end with when `next` happened, too. Different failures together are a plain failure.
+/// Adds an outcome to the code that the run ends with: different failures together are a plain failure.
 inline void combine(ExitCode& worst, ExitCode next)
 {
     if (next == ExitCode::Ok || next == worst)
@@ -26,7 +26,7 @@ inline void combine(ExitCode& worst, ExitCode next)
     worst = worst == ExitCode::Ok ? next : ExitCode::Failure;
 }
 
-/// A failure with a message for the user and the code that the tool ends with.
+/// A failure with a message for the user and an exit code.
 class Failure : public std::runtime_error
 {
 public:

@@ -71,7 +71,7 @@ const std::vector<DemoDrive>& demoDrives()
     return drives;
 }
 
-// 2024-05-01 10:15:30 UTC; each file of a drive is a minute younger than the one before.
+// 2024-05-01 10:15:30 UTC; each file of a drive is a minute younger than the previous one.
 constexpr std::int64_t FirstFileTime = 1714558530;
 
 std::string sideFolder(const DemoDrive& drive, const char* side)

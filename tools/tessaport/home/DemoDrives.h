@@ -1,4 +1,3 @@
-// What `tessaport demo` puts into a home.
 #pragma once
 
 #include "tools/tessaport/home/Home.h"
@@ -6,8 +5,10 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Makes the home with its drives and files, or completes one that was made before; files that are there stay as they
-/// are. @throws Failure when the folder holds something else.
+/// Makes the home of `tessaport demo` with its drives and files, or completes one that was made before. Existing files
+/// stay as they are.
+///
+/// @throws Failure if the folder holds something else.
 void makeDemoHome(const Home& home);
 
 } // namespace Quorvex::Velmora::Tool

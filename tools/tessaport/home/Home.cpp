@@ -89,7 +89,7 @@ void Home::setState(const std::string& name) const
 
 void Home::replaceFile(const fs::path& file, const std::string& content, std::optional<std::int64_t> modified) const
 {
-    // In the root of the home, where no drive takes it for one of its files.
+    // In the root of the home, which no drive includes.
     const fs::path prepared = root / ('.' + std::to_string(Platform::processId()) + ".new");
     try {
         writeWhole(prepared, content);

@@ -1,4 +1,3 @@
-// The home folder of the local sync service, as far as the tool writes to it: the state and the drives.
 #pragma once
 
 #include <array>
@@ -12,8 +11,8 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// A state of the service, the name by which the home's file and the command line call it, and what `service status`
-/// ends with.
+/// A state of the service: its name in the home's file and on the command line, and the code that `service status` ends
+/// with.
 struct ServiceStateName {
     const char* name;
     const char* meaning;
@@ -29,10 +28,11 @@ inline constexpr std::array<ServiceStateName, 6> ServiceStates{{
     {"not-installed", "there is no service in the home", ExitCode::NotInstalled},
 }};
 
+/// The home folder of the local sync service, as far as the tool writes to it: the state and the drives.
 class Home
 {
 public:
-    /// The folder that the service will use: TESSAPORT_HOME, else Tessaport in the per-user data folder.
+    /// Finds the folder that the service uses: TESSAPORT_HOME, otherwise Tessaport in the per-user data folder.
     static Home locate();
 
     explicit Home(std::filesystem::path homeFolder);
@@ -41,15 +41,16 @@ public:
     [[nodiscard]] std::filesystem::path serviceFile() const { return root / "service.json"; }
     [[nodiscard]] std::filesystem::path drivesFile() const { return root / "drives.json"; }
 
-    /// The present state; nothing when the file holds none. @throws Failure when the file cannot be read.
+    /// The current state; null if the file names none. @throws Failure if the file cannot be read.
     [[nodiscard]] const ServiceStateName* state() const;
 
-    /// Writes the state, or takes the service away for "not-installed". @throws Failure when the home is missing.
+    /// Writes the state; "not-installed" removes its file. @throws Failure if there is no home.
     void setState(const std::string& name) const;
 
-    /// Replaces a file in the home or beneath it as a whole. @throws Failure when it cannot be written.
+    /// Replaces a file in the home, at any depth, in one step: readers see the old content or the new one.
     ///
-    /// @param modified  its last-write time in seconds since 1970 (UTC); nothing: now.
+    /// @param modified  its last-write time in seconds since 1970 (UTC); nothing means now.
+    /// @throws Failure if it cannot be written.
     void replaceFile(const std::filesystem::path& file, const std::string& content,
         std::optional<std::int64_t> modified = std::nullopt) const;
 
@@ -57,7 +58,7 @@ private:
     std::filesystem::path root;
 };
 
-/// The whole content of a file; nothing when it cannot be read.
+/// The content of a file; nothing if it cannot be read.
 std::optional<std::string> readFile(const std::filesystem::path& file);
 
 } // namespace Quorvex::Velmora::Tool

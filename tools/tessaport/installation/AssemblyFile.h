@@ -6,8 +6,9 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// What is wrong with the file of a .NET assembly, as the rest of a sentence: "is empty", "is cut short". Empty if its
-/// headers are those of an assembly and all that they promise is in the file.
+/// Examines the file of a .NET assembly: its headers, and whether it is as long as they say.
+///
+/// @return what is wrong, as the rest of a sentence: "is empty", "is cut short". Empty if nothing is.
 std::string damageOf(const std::filesystem::path& file);
 
 } // namespace Quorvex::Velmora::Tool

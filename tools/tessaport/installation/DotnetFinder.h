@@ -1,4 +1,3 @@
-// Which .NET installations are on this machine, as far as the library would see them.
 #pragma once
 
 #include <filesystem>
@@ -8,15 +7,16 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// A folder in which the library would look for .NET, with what is installed there.
 struct DotnetInstallation {
     std::filesystem::path root;
-    std::vector<std::string> hosts;    ///< Versions beneath host/fxr, the newest last.
-    std::vector<std::string> runtimes; ///< Versions beneath shared/Microsoft.NETCore.App, the newest last.
+    std::vector<std::string> hosts;    ///< Versions in host/fxr, the newest last.
+    std::vector<std::string> runtimes; ///< Versions in shared/Microsoft.NETCore.App, the newest last.
 };
 
 DotnetInstallation lookAtDotnet(const std::filesystem::path& root);
 
-/// True when the version text is of this major version or a newer one.
+/// True if a version has this major number or a higher one.
 bool isAtLeast(const std::string& version, unsigned major);
 
 } // namespace Quorvex::Velmora::Tool

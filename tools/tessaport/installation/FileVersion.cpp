@@ -29,7 +29,7 @@ std::optional<std::string> fileVersion(const std::filesystem::path& file)
     const std::size_t start = bytes->find(Signature, 0, sizeof Signature);
     if (start == std::string::npos || bytes->size() - start < VersionOffset + 8)
         return std::nullopt;
-    // Two 32-bit numbers, the low half of each second.
+    // Two 32-bit numbers, each with its more significant half second.
     const std::size_t version = start + VersionOffset;
     std::string text;
     for (const std::size_t part : {version + 2, version, version + 6, version + 4})

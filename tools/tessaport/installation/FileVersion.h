@@ -1,4 +1,3 @@
-// The version that an assembly or library carries in its file.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +7,9 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The four numbers of the version resource, "1.2.3.0"; nothing when the file cannot be read or has none.
+/// Reads the version resource of an assembly or library: four numbers, as in "1.2.3.0".
+///
+/// @return nothing if the file cannot be read or has no such resource.
 std::optional<std::string> fileVersion(const std::filesystem::path& file);
 
 } // namespace Quorvex::Velmora::Tool

@@ -42,7 +42,7 @@ Lookups withoutItem(std::vector<Lookup>& all, bool offline)
     return missing;
 }
 
-// A workspace that was reached through a link is known to the service by its real place.
+// The service knows a workspace that was reached through a link by its real path.
 void askAgainWithoutLinks(Context& context, std::vector<Lookup>& all)
 {
     Lookups changed;
@@ -86,7 +86,7 @@ void askDrive(Context& context, const Drive& drive, const Lookups& lookups)
     }
 }
 
-// By path an offline drive gives no items, by relative path it gives those it knew last.
+// An offline drive finds no items by path. By relative path it finds those that it knew last.
 void askOfflineDrives(Context& context, std::vector<Lookup>& all)
 {
     const Lookups offline = withoutItem(all, true);

@@ -1,4 +1,3 @@
-// From what the user names to the items of the sync application, with one request for many names.
 #pragma once
 
 #include <functional>
@@ -11,41 +10,41 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// What is known about one path that the user gave.
+/// What a look-up found for one path that the user gave.
 struct Lookup {
     std::string given;
     std::string path; ///< Absolute.
     std::optional<TessaportAPI::Item> item;
-    bool offline = false; ///< The path is on a drive that is offline; the item is then what was known last.
+    bool offline = false; ///< The drive of the path is offline; the item is then the last known one.
 };
 
-/// Looks all paths up, in order. On offline drives the last known items are found, too.
+/// Looks up all paths in one request and returns the results in order. On offline drives it finds the last known items.
 std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& paths);
 
-/// The looked-up paths that have an item; `reportMissing` is called for each of the others.
+/// Looks up all paths, returns those that have an item, and calls `reportMissing` for each of the others.
 std::vector<Lookup> findItemsOr(
     Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
 
-/// The one item at a path. @throws Failure with NotFound when there is none.
+/// Finds the item at a path. @throws Failure with NotFound if there is none.
 TessaportAPI::Item findItem(Context& context, const std::string& path);
 
-/// The same for a folder. @throws Failure when the item is a file.
+/// Finds the folder at a path. @throws Failure, with NotFound if there is no item and otherwise if it is a file.
 TessaportAPI::Item findFolder(Context& context, const std::string& path);
 
-/// The drive with this name or identifier. @throws Failure with NotFound when there is none.
+/// Finds a drive by its name or identifier. @throws Failure with NotFound if there is none.
 TessaportAPI::Drive findDrive(Context& context, const std::string& nameOrId);
 
-/// Why there is no item for a path.
+/// The failure that says why there is no item for a path.
 Failure notFound(const Lookup& lookup);
 
-/// The same without the path.
+/// Why there is no item for a path, without the path.
 std::string whyNotFound(const Lookup& lookup);
 
 /// Why the sync application gave no success for one key of a batch.
 std::string whyNot(TessaportAPI::Result result);
 ExitCode codeFor(TessaportAPI::Result result);
 
-/// True when both name the same item: same drive, same relative path.
+/// True if both are the same item: same drive, same relative path.
 bool isSame(const TessaportAPI::Item& a, const TessaportAPI::Item& b);
 
 bool isAmong(const TessaportAPI::Item& item, const TessaportAPI::QVBuffer<TessaportAPI::Item>& items);

@@ -1,4 +1,5 @@
-// The operations for hosts that keep no connection: they answer false for "no" and for a failure alike, and log why.
+/// @file
+/// Uses of one-shot operations. They return false both for "no" and for a failure, and log the reason.
 #pragma once
 
 #include <optional>
@@ -10,19 +11,23 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The item at a path of either slash; nothing when there is none. @throws as opening a connection does when the sync
-/// application cannot be asked.
+/// Finds the item at a path with either slash; nothing if there is none.
+///
+/// @throws ApiException or one of its subclasses if the sync application cannot be asked.
 std::optional<TessaportAPI::Item> findInOneCall(Context& context, const std::string& path);
 
-/// The same, with a failure when there is none.
+/// Finds the item at a path with either slash. @throws Failure with NotFound if there is none.
 TessaportAPI::Item requireInOneCall(Context& context, const std::string& path);
 
+/// The cloud identifiers of an item; empty where it has none.
 struct Urn {
     std::string projectId;
     std::string urn;
 };
 
-/// The cloud identifiers of an item; `urn` is empty when it has none.
+/// Asks for the cloud identifiers of an item. A folder without any is answered with those of the folder that holds it.
+///
+/// @param useParentFolderKey  ask for the identifiers of the folder that holds a folder.
 Urn urnOf(const TessaportAPI::Item& item, bool useParentFolderKey);
 
 } // namespace Quorvex::Velmora::Tool

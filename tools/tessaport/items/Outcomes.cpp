@@ -95,7 +95,7 @@ void Outcomes::put(const std::function<void()>& writeOut)
     }
 }
 
-// Begun with the first element: a command that fails as a whole prints no list.
+// Started with the first element, so that a command that fails before it prints no list.
 JsonList& Outcomes::list()
 {
     if (json == nullptr)

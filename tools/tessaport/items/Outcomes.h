@@ -48,7 +48,7 @@ public:
     /// Reports a path for which there is no item.
     void notFound(const Lookup& lookup);
 
-    /// Reports something that went wrong with all of it.
+    /// Reports something that is wrong with all things together.
     void failedAsAWhole(const std::string& reason);
 
     /// What became of how many: "2 uploaded, 1 failed". Empty if nothing was reported.

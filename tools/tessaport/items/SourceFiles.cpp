@@ -29,7 +29,7 @@ std::optional<Objection> objectionTo(const std::string& given, const std::string
         if (fs::exists(toPath(given), error))
             return Objection{"a name with a back-slash cannot be added; rename the file", ExitCode::Failure};
         if (fs::is_symlink(file, error))
-            return Objection{"the link leads nowhere", ExitCode::NotFound};
+            return Objection{"the link leads to nothing", ExitCode::NotFound};
         return Objection{"no such file", ExitCode::NotFound};
     }
     if (status.type() == fs::file_type::directory)

@@ -1,4 +1,3 @@
-// The local files that are to be added, looked at before the service is asked.
 #pragma once
 
 #include <string>
@@ -9,12 +8,14 @@
 namespace Quorvex::Velmora::Tool
 {
 
+/// A local file that is to be added.
 struct SourceFile {
     std::string given;
     std::string path; ///< Absolute.
 };
 
-/// The files that exist and can be read, without two of one name; the others are reported.
+/// Looks at local files before the sync application is asked. Returns those that exist and can be read, no two with the
+/// same name, and reports the others.
 std::vector<SourceFile> usableSources(const std::vector<std::string>& paths, Outcomes& outcomes);
 
 } // namespace Quorvex::Velmora::Tool

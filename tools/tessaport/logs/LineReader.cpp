@@ -68,7 +68,7 @@ bool LineReader::next(std::string_view& line)
     return true;
 }
 
-// Moves the unfinished line to the front and reads behind it.
+// Moves the unfinished line to the front and reads after it.
 bool LineReader::readMore()
 {
     if (start > 0) {

@@ -1,4 +1,3 @@
-// The lines of files of any size.
 #pragma once
 
 #include <cstdint>
@@ -9,18 +8,21 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Reads line by line with memory for one line.
+/// Reads files of any size line by line, with memory for one line.
 class LineReader
 {
 public:
-    /// @param file  a path, or "-" for standard input. @throws Failure when it cannot be opened.
+    /// @param file  a path, or "-" for standard input.
+    /// @throws Failure if it cannot be opened.
     explicit LineReader(const std::string& file);
 
-    /// The next line without its end; false at the end. The text is valid until the next call. @throws Failure when the
-    /// file cannot be read, or when a line is longer than any record can be.
+    /// Reads the next line, without its line end. The view is valid until the next call.
+    ///
+    /// @return false at the end of the file.
+    /// @throws Failure if the file cannot be read, or if a line is longer than any record can be.
     bool next(std::string_view& line);
 
-    /// The number of the line that was read last, from 1.
+    /// The number of the last line read, counted from 1.
     [[nodiscard]] std::uint64_t number() const { return lineNumber; }
 
 private:

@@ -91,7 +91,7 @@ RecordFilter::RecordFilter(const std::string& condition)
     plainPart = longestPlainPart(condition.substr(equals + 1));
 }
 
-// Any character of the plain part may be written as an escape, too, and then begins like this.
+// Writers may escape any character of the plain part. All of them are below U+0100.
 bool RecordFilter::mayMatch(std::string_view line) const
 {
     return line.find(plainPart) != std::string_view::npos || line.find("\\u00") != std::string_view::npos;

@@ -1,4 +1,3 @@
-// One line of a JSON log.
 #pragma once
 
 #include <optional>
@@ -10,29 +9,32 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The record on a line; nothing when the line is no JSON object, or is nested deeper than a log ever is.
+/// Reads the record on one line of a JSON log.
+///
+/// @return nothing if the line is not a JSON object, or is nested deeper than any record.
 std::optional<Json> parseRecord(std::string_view line);
 
-/// A record for people: the time first, then the other values as key=value, nested ones with dots.
+/// Writes a record for people: the time first, then the other values as key=value. Keys of nested values have dots.
 std::string readable(const Json& record);
 
-/// Looks for records in which a key has a value.
+/// Finds records in which a key has a value.
 class RecordFilter
 {
 public:
-    /// @param condition  KEY=VALUE, where dots in the key lead into nested objects. @throws Failure for another form.
+    /// @param condition  KEY=VALUE; dots in the key lead into nested objects.
+    /// @throws Failure for any other form.
     explicit RecordFilter(const std::string& condition);
 
-    /// A quick look: false when the line cannot hold the value.
+    /// Checks quickly whether the line can contain the value at all.
     [[nodiscard]] bool mayMatch(std::string_view line) const;
 
-    /// Reads the line as a record and compares.
+    /// Parses the line and compares the decoded value.
     [[nodiscard]] bool matches(std::string_view line) const;
 
 private:
     std::wstring key;
     std::wstring value;
-    // Part of the value that stands in the line as it is, whatever of the rest is escaped.
+    // The longest part of the value that writers do not need to escape.
     std::string plainPart;
 };
 

@@ -1,4 +1,5 @@
-// Items as JSON and as text for people.
+/// @file
+/// Items as JSON and as text for people.
 #pragma once
 
 #include <string>
@@ -10,20 +11,20 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Every field of the record under its own name; the time as RFC 3339 text, or null outside the years 0 to 9999.
+/// Writes every field of the record under its own name. The time is RFC 3339, or null outside the years 0 to 9999.
 Json toJson(const TessaportAPI::Item& item);
 
 Json toJson(const TessaportAPI::Drive& drive);
 
-/// The local path in this platform's own form, for people who copy it.
+/// The local path with this platform's slashes, ready to be copied.
 std::string localPath(const TessaportAPI::Item& item);
 
-/// "both", "local", "server" or "nowhere".
+/// Where the item exists: "both", "local", "server" or "nowhere".
 std::string whereItStands(const TessaportAPI::Item& item);
 
 std::string modifiedText(const TessaportAPI::Item& item);
 
-/// The name, with a slash behind folders.
+/// The name; that of a folder ends with a slash.
 Cell nameCell(const TessaportAPI::Item& item);
 
 } // namespace Quorvex::Velmora::Tool

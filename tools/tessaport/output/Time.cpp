@@ -18,7 +18,7 @@ struct Date {
     std::int64_t day;
 };
 
-// Counted from 0000-03-01, so that the leap day ends a year of the calculation.
+// Years are counted from 1 March, so that a leap day is the last day of its year.
 Date dateOf(std::int64_t daysSince1970)
 {
     const std::int64_t days = daysSince1970 + 719468;

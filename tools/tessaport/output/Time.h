@@ -1,4 +1,3 @@
-// Moments as text.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +7,10 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Seconds since 1970-01-01 00:00:00 UTC as RFC 3339 text, "2024-05-01T10:15:30Z"; nothing outside the years 0 to 9999.
+/// Writes a time as RFC 3339, for example "2024-05-01T10:15:30Z".
+///
+/// @param seconds  since 1970-01-01 00:00:00 UTC.
+/// @return nothing outside the years 0 to 9999.
 std::optional<std::string> toRfc3339(std::int64_t seconds);
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,4 +1,5 @@
-// Everything that differs between operating systems. Texts and paths given as std::string are UTF-8.
+/// @file
+/// Everything that differs between operating systems. Strings and paths given as std::string are UTF-8.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +28,7 @@ public:
     PreparedStreams& operator=(const PreparedStreams&) = delete;
 };
 
-/// The arguments after the program's name.
+/// The arguments after the name of the program.
 std::vector<std::string> arguments(int argc, char** argv);
 
 /// False if the process was started with this stream closed.
@@ -35,55 +36,55 @@ bool isOpen(Stream stream);
 
 bool isTerminal(Stream stream);
 
-/// True for a terminal that obeys escape sequences.
+/// True if the stream is a terminal that obeys escape sequences.
 bool showsEscapes(Stream stream);
 
 enum class Written { All, ReaderGone, Failed };
 
-/// Writes all the bytes. After Failed, `reason` says why.
+/// Writes all bytes. If the result is Failed, `reason` says why.
 Written writeTo(Stream stream, std::string_view bytes, std::string& reason);
 
-/// Standard input in UTF-8, also what is typed.
+/// Standard input as UTF-8, also if it is typed on a console.
 std::istream& standardInput();
 
-/// One line of standard input without its end; nothing at the end of input.
+/// Reads one line of standard input, without its line end; nothing at the end of input.
 std::optional<std::string> readInputLine();
 
-/// What an error of the system means, in the words of the system.
+/// The message of the operating system for an error.
 std::string messageOf(const std::error_code& error);
 
-/// Empty and unset variables are both reported as nothing.
+/// The value of a variable; nothing if it is unset or empty.
 std::optional<std::string> environment(const char* name);
 
-/// Sets a variable for this process; to be called before other threads exist.
+/// Sets a variable for this process. Call it before other threads exist.
 void setEnvironment(const char* name, const std::string& value);
 
-/// The running program's own file.
+/// The file of the running program.
 std::filesystem::path executableFile();
 
-/// The file of a loaded library, "coreclr" for libcoreclr.so or coreclr.dll; empty when it is not loaded.
+/// The file of a loaded library, for example "coreclr" for libcoreclr.so or coreclr.dll; empty if it is not loaded.
 std::filesystem::path loadedLibrary(const std::string& name);
 
-/// The folder in which applications keep the user's data.
+/// The folder in which applications keep the user's data; empty if there is none.
 std::filesystem::path userDataFolder();
 
-/// The folders in which .NET is looked for when no folder is named, the most important first.
+/// The folders in which .NET is looked for if none is named, the most important first.
 std::vector<std::filesystem::path> usualDotnetRoots();
 
-/// Slashes as this platform has them: on Linux back-slashes become slashes, as file names of the sync application hold
-/// none.
+/// Replaces slashes by those of this platform. On Linux, too: file names of the sync application contain no
+/// back-slashes.
 std::string nativeSlashes(std::string path);
 
-/// A path as the shells of this platform take it for one argument.
+/// Quotes a path so that the shells of this platform read it as one argument.
 std::string quoted(const std::string& path);
 
-/// The path with all links followed, as far as it exists. @throws std::filesystem::filesystem_error.
+/// Follows all links of a path, as far as it exists. @throws std::filesystem::filesystem_error.
 std::filesystem::path withoutLinks(const std::filesystem::path& absolute);
 
 /// Sets a file's last-write time in seconds since 1970 (UTC). @throws std::filesystem::filesystem_error.
 void setModifiedTime(const std::filesystem::path& file, std::int64_t seconds);
 
-/// Makes sure that a written file is on the disk. @throws std::filesystem::filesystem_error.
+/// Waits until a written file is on the disk. @throws std::filesystem::filesystem_error.
 void flushToDisk(const std::filesystem::path& file);
 
 std::int64_t processId();

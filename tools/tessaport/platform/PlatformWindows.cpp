@@ -9,8 +9,6 @@
 // shellapi.h needs windows.h before it.
 #include <shellapi.h>
 
-#include <velmora/platform/WindowsPath.h>
-
 namespace fs = std::filesystem;
 
 namespace Quorvex::Velmora::Tool::Platform
@@ -54,7 +52,7 @@ HANDLE handleOf(Stream stream)
                                                    : STD_ERROR_HANDLE);
 }
 
-// Code pages other than UTF-8 cannot show every name, and the console's own outlives this process: it gets wide text.
+// The console's code page cannot show every name, and changing it would outlive this process. So it gets wide strings.
 bool writeToConsole(HANDLE console, std::wstring_view text)
 {
     constexpr std::size_t most = 8192;
@@ -68,7 +66,7 @@ bool writeToConsole(HANDLE console, std::wstring_view text)
     return true;
 }
 
-/// What is typed, in UTF-8.
+/// What is typed on the console, as UTF-8.
 class ConsoleInput : public std::streambuf
 {
 protected:
@@ -91,7 +89,7 @@ private:
     std::string text;
 };
 
-/// Whether a console obeys escape sequences is a setting of its own, which outlives the process.
+/// Makes a console obey escape sequences. The setting belongs to the console and outlives the process.
 class ConsoleMode
 {
 public:
@@ -120,22 +118,40 @@ ConsoleMode consoleModes[] = {ConsoleMode(STD_OUTPUT_HANDLE), ConsoleMode(STD_ER
 
 std::error_code lastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
 
+/// A file or folder; not open if it does not exist or may not be opened.
 class OpenFile
 {
 public:
-    OpenFile(const fs::path& path, DWORD access, const char* what)
+    OpenFile(const std::wstring& path, DWORD access)
         : handle(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-              OPEN_EXISTING, 0, nullptr))
+              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr))
     {
-        if (handle == INVALID_HANDLE_VALUE)
-            throw fs::filesystem_error(what, path, lastError());
     }
-    ~OpenFile() { CloseHandle(handle); }
+    ~OpenFile()
+    {
+        if (isOpen())
+            CloseHandle(handle);
+    }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    HANDLE handle;
+    [[nodiscard]] bool isOpen() const { return handle != INVALID_HANDLE_VALUE; }
+
+    const HANDLE handle;
 };
+
+constexpr std::wstring_view LongPathPrefix = L"\\\\?\\";
+
+/// The path on a drive with a letter that a file has without any links; empty if there is none.
+std::wstring pathWithoutLinks(const OpenFile& file)
+{
+    const DWORD size = GetFinalPathNameByHandleW(file.handle, nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+    std::wstring path(size, L'\0');
+    path.resize(GetFinalPathNameByHandleW(file.handle, path.data(), size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS));
+    const bool isOnDrive = path.compare(0, LongPathPrefix.size(), LongPathPrefix) == 0 &&
+                           path.size() > LongPathPrefix.size() + 1 && path[LongPathPrefix.size() + 1] == L':';
+    return isOnDrive ? path.substr(LongPathPrefix.size()) : std::wstring();
+}
 
 } // namespace
 
@@ -153,7 +169,7 @@ PreparedStreams::~PreparedStreams()
 
 std::vector<std::string> arguments(int, char**)
 {
-    // The narrow arguments went through the code page, which cannot hold every name.
+    // The narrow arguments are in the code page, which cannot represent every name.
     int count = 0;
     LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::string> result;
@@ -270,22 +286,36 @@ std::string nativeSlashes(std::string path)
 
 std::string quoted(const std::string& path) { return '"' + path + '"'; }
 
-fs::path withoutLinks(const fs::path& absolute) { return Common::WindowsPath::followed(absolute.wstring()); }
+fs::path withoutLinks(const fs::path& absolute)
+{
+    // A path of a server stays as it is, so that the tool never waits for the network here.
+    if (absolute.root_name().native().size() != 2)
+        return absolute;
+    for (fs::path existing = absolute;; existing = existing.parent_path()) {
+        const OpenFile file(std::wstring(LongPathPrefix) + existing.native(), 0);
+        if (file.isOpen()) {
+            const fs::path found = pathWithoutLinks(file);
+            return found.empty() ? absolute : (found / absolute.lexically_relative(existing)).lexically_normal();
+        }
+        if (!existing.has_relative_path())
+            return absolute;
+    }
+}
 
 void setModifiedTime(const fs::path& file, std::int64_t seconds)
 {
-    const OpenFile opened(file, FILE_WRITE_ATTRIBUTES, "cannot set the time of");
+    const OpenFile opened(file, FILE_WRITE_ATTRIBUTES);
     constexpr std::int64_t secondsFrom1601To1970 = 11644473600;
     const std::uint64_t ticks = static_cast<std::uint64_t>(seconds + secondsFrom1601To1970) * 10000000;
     const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-    if (SetFileTime(opened.handle, nullptr, nullptr, &time) == 0)
+    if (!opened.isOpen() || SetFileTime(opened.handle, nullptr, nullptr, &time) == 0)
         throw fs::filesystem_error("cannot set the time of", file, lastError());
 }
 
 void flushToDisk(const fs::path& file)
 {
-    const OpenFile opened(file, GENERIC_WRITE, "cannot write to disk");
-    if (FlushFileBuffers(opened.handle) == 0)
+    const OpenFile opened(file, GENERIC_WRITE);
+    if (!opened.isOpen() || FlushFileBuffers(opened.handle) == 0)
         throw fs::filesystem_error("cannot write to disk", file, lastError());
 }
 

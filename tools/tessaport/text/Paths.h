@@ -1,4 +1,5 @@
-// Paths as the user gives them, as this platform opens them and as the sync application writes them.
+/// @file
+/// Paths as users give them, as this platform opens them and as the sync application writes them.
 #pragma once
 
 #include <filesystem>
@@ -8,25 +9,26 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// The file-system form of UTF-8 text, whatever the process's locale is.
+/// The path that a UTF-8 string names, whatever the locale of the process is.
 std::filesystem::path toPath(const std::string& text);
 
 std::string toText(const std::filesystem::path& path);
 
-/// The absolute path of what the user wrote with either slash, without `.`, `..` and an end slash; links stay as they
-/// are. @throws Failure when the current directory is gone and is needed.
+/// Makes a path with either slash absolute and removes `.`, `..` and a slash at the end. Links are not followed.
+///
+/// @throws Failure if the path is empty, or relative to a current directory that no longer exists.
 std::string absolutePath(const std::string& given);
 
-/// The same with all links followed, as far as the path exists.
+/// Follows all links of an absolute path, as far as it exists.
 std::string withoutLinks(const std::string& absolute);
 
-/// The path itself and the folders that hold it, the nearest first.
+/// The path itself and the folders that contain it, the nearest first.
 std::vector<std::string> selfAndParents(const std::string& absolute);
 
 /// The last name of a path.
 std::string fileName(const std::string& path);
 
-/// Back-slashes, as the sync application writes paths.
+/// Replaces slashes by back-slashes, as the sync application writes paths.
 std::string withBackslashes(std::string path);
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,4 +1,5 @@
-// The tool's own texts are UTF-8 std::string; the library's are QVString.
+/// @file
+/// Strings of the tool are UTF-8 in std::string; those of the library are QVString.
 #pragma once
 
 #include <string>
@@ -20,13 +21,13 @@ inline std::wstring wide(const std::string& text) { return Common::QVString(text
 
 inline Common::QVString libraryText(const std::string& text) { return text.c_str(); }
 
-/// Lower case of the letters A to Z; other characters stay.
+/// Makes the letters A to Z lower case; other characters stay.
 std::string asciiLower(std::string_view text);
 
-/// The number of characters, not of bytes.
+/// The number of code points, not of bytes.
 std::size_t characterCount(std::string_view text);
 
-/// "1 file", "2 files".
+/// A number with its noun: "1 file", "2 files".
 std::string counted(std::size_t count, const std::string& noun);
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,4 +1,3 @@
-// Patterns for names.
 #pragma once
 
 #include <string_view>
@@ -6,8 +5,8 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// True when the whole name fits the pattern: `*` stands for any characters, `?` for one. Letters A to Z match in
-/// either case.
+/// True if the entire name matches the pattern: `*` stands for any characters, `?` for one. The case of the letters A
+/// to Z is ignored.
 bool matchesWildcard(std::string_view pattern, std::string_view name);
 
 } // namespace Quorvex::Velmora::Tool
