@@ -140,7 +140,7 @@ Urn urnAt(QvNativeTessaportAPI& connection, HWND hwnd, const std::wstring& path,
     }
     if (!lines.driveTypeFound.empty())
         logMessage({lines.driveTypeFound, driveType, lines.driveTypeFoundAt, item.workspacePath});
-    const Urn urn = urnOfKey(connection, driveType, item, key);
+    Urn urn = urnOfKey(connection, driveType, item, key);
     const bool isFound = !std::get<1>(urn).empty();
     if (isFound || key == FileKey)
         return urn;
