@@ -1,9 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <boost/crc.hpp>
 
+#include <velmora/io/FileReader.h>
 #include <velmora/io/QVChecksum.h>
 #include <velmora/io/crc/Crc32.h>
-#include <velmora/io/crc/FileReader.h>
 #include <velmora/io/crc/Slicing.h>
 #include "bench/support/Ratios.h"
 #include "bench/support/TemporaryFile.h"

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
+#include <velmora/io/FileReader.h>
 #include <velmora/io/SerialFormat.h>
 #include <velmora/io/crc/Crc32.h>
-#include <velmora/io/crc/FileReader.h>
 #include <velmora/io/crc/Slicing.h>
 
 namespace Quorvex::Velmora::IO
