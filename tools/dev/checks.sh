@@ -1,13 +1,14 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout format headers lint libcxx address thread fuzz windows)
-# How long each fuzzer runs.
-fuzz_seconds=5
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model)
+fuzz_seconds=5 # For each fuzzer.
+model_rounds=1000
+race_seconds=20
 
 check() { # [--long] [step]...
     local name
     if [ "${1:-}" = --long ]; then
-        fuzz_seconds=60
+        fuzz_seconds=60 model_rounds=10000 race_seconds=60
         shift
     fi
     [ $# -gt 0 ] || set -- "${check_steps[@]}"
@@ -60,6 +61,14 @@ check_fuzz() {
 check_windows() {
     require "${windows_packages[@]}"
     build windows-clang
+}
+
+# A user's and the service's actions at random, checked against docs/reliability.md.
+check_model() {
+    local program=build/release/managed/tests/model/LocalTessaport.Model
+    build release velmora_local_service_model
+    step "$model_rounds rounds of the model of the sync" check-model "$program" rounds "$model_rounds"
+    step "$race_seconds seconds of races" check-race "$program" race "$race_seconds"
 }
 
 format_sources() {
