@@ -40,7 +40,7 @@ internal sealed class DriveSide : IDisposable
     /// <summary>The file or folder at a path; null only when there is none, or a link or device instead.</summary>
     public FileEntry? Find(string path) => FindAny(path) is { Kind: not EntryKind.Other } entry ? entry : null;
 
-    /// <summary>What is at a path, links and devices included; null when nothing is, also where a link is in the way.</summary>
+    /// <summary>What is at a path, links and devices included; null if nothing is, also where a link is in the way.</summary>
     public FileEntry? FindAny(string path)
     {
         if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
@@ -67,7 +67,7 @@ internal sealed class DriveSide : IDisposable
         return parent.Folder.OpenFile(RelativePath.NameOf(path));
     }
 
-    /// <summary>When an item was made; null when there is none.</summary>
+    /// <summary>The creation time of an item; null if it does not exist.</summary>
     public DateTime? CreationTimeOf(string path)
     {
         if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
@@ -83,7 +83,7 @@ internal sealed class DriveSide : IDisposable
         return parent.Folder.SpellingOf(RelativePath.NameOf(path));
     }
 
-    /// <summary>Creates a folder in an existing one, with at most the rights of another folder; false when it exists already.</summary>
+    /// <summary>Creates a folder in an existing one, with at most the rights of another folder; false if it exists already.</summary>
     public bool MakeFolder(string path, FileEntry? like = null)
     {
         using var parent = OpenFolder(RelativePath.FolderOf(path));
@@ -99,7 +99,7 @@ internal sealed class DriveSide : IDisposable
         source.Folder.Move(RelativePath.NameOf(from), target.Folder, RelativePath.NameOf(to));
     }
 
-    /// <summary>Exchanges two items in one step; false where the file system cannot.</summary>
+    /// <summary>Exchanges two items in one step; false if the file system cannot.</summary>
     public bool TryExchange(string one, string other)
     {
         using var first = OpenFolder(RelativePath.FolderOf(one));
@@ -145,7 +145,7 @@ internal sealed class DriveSide : IDisposable
 
     /// <summary>Opens a folder of this side; fails when there is none, or a link in the way.</summary>
     public FolderLease OpenFolder(string path) => TryOpenFolder(path) ?? throw new DirectoryNotFoundException(
-        $"'{PathOf(path)}' is not a folder of this drive any more, or is behind a link; look at the drive and try again.");
+        $"'{PathOf(path)}' is no longer a folder of this drive, or a link leads to it. List its parent folder and try again.");
 
     /// <summary>The path below the root of what a normalised full path names, or null when that lies elsewhere.</summary>
     public string? TryGetRelative(string fullPath)

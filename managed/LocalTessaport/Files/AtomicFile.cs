@@ -5,7 +5,7 @@ using System.Threading;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Writes files so that at every moment the old or the new one stands there whole.</summary>
+/// <summary>Writes the files of the home so that the complete old or new version exists at every moment.</summary>
 internal static class AtomicFile
 {
     private const int Attempts = 20;
@@ -45,7 +45,7 @@ internal static class AtomicFile
             File.Delete(left);
     }
 
-    /// <summary>Opens a file without hindering its replacement.</summary>
+    /// <summary>Opens a file so that other programs can still replace it.</summary>
     public static FileStream OpenForReading(string path) =>
         new(path, FileMode.Open, FileAccess.Read, FileShare.ReadWrite | FileShare.Delete, 64 * 1024);
 
@@ -69,7 +69,7 @@ internal static class AtomicFile
             catch (Exception e) when (OperatingSystem.IsWindows() && attempt < Attempts
                 && e is IOException or UnauthorizedAccessException && File.Exists(prepared) && !Directory.Exists(target))
             {
-                // A scanner or a reader has the target open for a moment; elsewhere that hinders nobody.
+                // A scanner or a reader has the target open for a moment; elsewhere that hinders no one.
                 Thread.Sleep(10);
             }
         }

@@ -6,7 +6,7 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class ChangedException : IOException
 {
     public ChangedException(string path)
-        : base($"'{path}' changed in the meantime; try again.")
+        : base($"'{path}' changed in the meantime. Try again.")
     {
     }
 
@@ -16,8 +16,8 @@ internal sealed class ChangedException : IOException
     }
 
     public static ChangedException KeepsChanging(string path) =>
-        new($"'{path}' keeps changing while it is read; try again when it is finished.", isMessage: true);
+        new($"'{path}' keeps changing while it is read. Try again when the program that writes it is finished.", isMessage: true);
 
     public static ChangedException InUse(string path) =>
-        new($"'{path}' is open for writing in another program; close it there and try again.", isMessage: true);
+        new($"'{path}' is open for writing in another program. Close it there and try again.", isMessage: true);
 }

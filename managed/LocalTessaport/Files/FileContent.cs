@@ -4,7 +4,7 @@ using System.Security.Cryptography;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Looks at what is in files.</summary>
+/// <summary>Hashes and compares the content of files.</summary>
 internal static class FileContent
 {
     private const int BlockSize = 128 * 1024;
@@ -13,7 +13,7 @@ internal static class FileContent
     /// <exception cref="ChangedException">The file changed while it was read.</exception>
     public static string Hash(FileSource source) => Hash(source, out _);
 
-    /// <summary>The same, and the version that was read.</summary>
+    /// <summary>Computes the SHA-256 of a file and reports the version that was read.</summary>
     public static string Hash(FileSource source, out FileEntry seen)
     {
         using var file = source.Open();
@@ -32,11 +32,11 @@ internal static class FileContent
         return ToText(hash);
     }
 
-    /// <summary>Whether two files hold the same.</summary>
+    /// <summary>Whether two files have the same content.</summary>
     /// <exception cref="ChangedException">One of the files changed while they were read.</exception>
     public static bool AreEqual(FileSource one, FileSource other) => AreEqual(one, other, out _, out _);
 
-    /// <summary>The same, and the versions that were read.</summary>
+    /// <summary>Compares the content of two files and reports the versions that were read.</summary>
     public static bool AreEqual(FileSource one, FileSource other, out FileEntry seenOne, out FileEntry seenOther)
     {
         using var a = one.Open();
@@ -85,7 +85,7 @@ internal static class FileContent
     }
 }
 
-/// <summary>A block from the shared pool, for as long as it is used.</summary>
+/// <summary>A block of memory from the shared pool; returned on disposal.</summary>
 internal readonly struct RentedBlock : IDisposable
 {
     private readonly byte[] _bytes;

@@ -6,7 +6,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Copies the content of one file to others in one pass, with its holes, and hashes it.</summary>
+/// <summary>Copies the content of one file to others in one pass, keeps its holes, and hashes it.</summary>
 internal sealed class FileCopier
 {
     private const int BlockSize = 128 * 1024;
@@ -30,7 +30,7 @@ internal sealed class FileCopier
 
     private long Size => _input.Entry.Size;
 
-    /// <summary>Copies as much as the file held when it was opened, even if it grows meanwhile, and gives its SHA-256.</summary>
+    /// <summary>Copies as many bytes as the file had when it was opened, even if it grows, and returns their SHA-256.</summary>
     public static string Copy(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs)
     {
         using var hash = IncrementalHash.CreateHash(HashAlgorithmName.SHA256);

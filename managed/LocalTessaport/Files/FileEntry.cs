@@ -11,7 +11,7 @@ internal enum EntryKind
     Other,
 }
 
-/// <summary>What the file system says of one name at one moment.</summary>
+/// <summary>The properties of one name in the file system at one moment.</summary>
 internal readonly record struct FileEntry
 {
     public required EntryKind Kind { get; init; }

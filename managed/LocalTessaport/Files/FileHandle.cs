@@ -4,7 +4,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What is asked of and set on open files.</summary>
+/// <summary>Reads and sets properties of open files.</summary>
 internal static class FileHandle
 {
     private const long SmallestWithHoles = 64 * 1024;
@@ -22,17 +22,17 @@ internal static class FileHandle
             UnixFile.Finish(handle, path, source);
     }
 
-    /// <summary>The next part of a file, from an offset on, that is not a hole; an empty one at the end when only a hole is left.</summary>
+    /// <summary>The next range of a file, from an offset on, that is not a hole; an empty range at the end if only a hole follows.</summary>
     public static (long Start, long End) NextData(OpenedFile file, long from) =>
         OperatingSystem.IsWindows() || file.Entry.Size < SmallestWithHoles ? (from, file.Entry.Size) : UnixFile.NextData(file, from);
 
-    /// <summary>Makes an empty file share the content of another; false where the file system cannot.</summary>
+    /// <summary>Makes an empty file share the content of another; false if the file system cannot.</summary>
     public static bool TryClone(OpenedFile file, SafeFileHandle target) =>
         !OperatingSystem.IsWindows() && file.Entry.Size >= SmallestToClone && UnixFile.TryClone(file.Handle, target);
 
-    /// <summary>Asks the system to write all files of a file system to the disk, and waits for it; false where it cannot say whether it could.</summary>
+    /// <summary>Flushes all files of a file system to the disk; false if the system cannot report failures of it.</summary>
     public static bool TryFlushFileSystem(SafeFileHandle handle) => !OperatingSystem.IsWindows() && UnixFile.TryFlushFileSystem(handle);
 
-    /// <summary>Asks the system to write a file's content and attributes to the disk, and waits for it.</summary>
+    /// <summary>Flushes the content and attributes of a file to the disk.</summary>
     public static void Flush(SafeFileHandle handle) => RandomAccess.FlushToDisk(handle);
 }

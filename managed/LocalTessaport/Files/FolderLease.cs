@@ -2,7 +2,7 @@ using System;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>An open folder for the time it is used; closed then, unless someone else holds it open for longer.</summary>
+/// <summary>Access to an open folder. Disposal closes the folder unless it belongs to someone else.</summary>
 internal readonly struct FolderLease : IDisposable
 {
     private readonly bool _isOwned;

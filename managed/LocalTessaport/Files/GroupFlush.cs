@@ -4,7 +4,7 @@ using System.Threading.Tasks;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Has the system write prepared files to the disk. Together this takes a fraction of the time that it takes one by one.</summary>
+/// <summary>Flushes prepared files to the disk as a group, which takes a fraction of the time of one by one.</summary>
 internal static class GroupFlush
 {
     private const int FlushedAtOnce = 8;

@@ -3,7 +3,7 @@ using System.IO;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The folders of a side that are used again and again during a request, each opened at its first use.</summary>
+/// <summary>The folders of a side that a request uses repeatedly. Each is opened at its first use.</summary>
 internal sealed class HeldFolders : IDisposable
 {
     private readonly object _lock = new();
@@ -13,7 +13,7 @@ internal sealed class HeldFolders : IDisposable
 
     public HeldFolders(string path) => _path = path;
 
-    /// <summary>Null as long as there is no such folder.</summary>
+    /// <summary>Null while the folder does not exist.</summary>
     public OpenFolder? Root()
     {
         lock (_lock)
@@ -22,7 +22,7 @@ internal sealed class HeldFolders : IDisposable
 
     public OpenFolder Staging()
     {
-        var root = Root() ?? throw new DirectoryNotFoundException($"'{_path}' does not exist any more; create it and try again.");
+        var root = Root() ?? throw new DirectoryNotFoundException($"'{_path}' no longer exists. Create it and try again.");
         lock (_lock)
             return _staging ??= Local.Staging.Open(root);
     }

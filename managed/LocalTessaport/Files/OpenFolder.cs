@@ -15,14 +15,14 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Where it was opened, for messages.</summary>
     public string Path { get; }
 
-    /// <summary>Opens a folder by its full path; null when there is none.</summary>
+    /// <summary>Opens a folder by its full path; null if there is none.</summary>
     public static OpenFolder? TryOpenRoot(string path) =>
         OperatingSystem.IsWindows() ? WindowsFolder.TryOpenRoot(path) : UnixFolder.TryOpenRoot(path);
 
-    /// <summary>Opens a folder below this one by its relative path; null when there is none, or a link or file instead.</summary>
+    /// <summary>Opens a folder below this one by its relative path; null if there is none, or a link or file instead.</summary>
     public abstract OpenFolder? TryOpen(string relative);
 
-    /// <summary>What has the name, links and devices included; null only when nothing has it.</summary>
+    /// <summary>The entry with this name, links and devices included; null only if nothing has the name.</summary>
     public abstract FileEntry? Find(string name);
 
     /// <summary>The files and folders with names that can be listed, in no order.</summary>
@@ -31,7 +31,7 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>The name as it is spelled on the disk, where case does not matter.</summary>
     public abstract string SpellingOf(string name);
 
-    /// <summary>When an item was made; null when there is none.</summary>
+    /// <summary>The creation time of an item; null if it does not exist.</summary>
     public abstract DateTime? CreationTimeOf(string name);
 
     /// <summary>Opens a file for reading without hindering others.</summary>
@@ -43,14 +43,14 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Opens a file of this folder that its owner created, to flush it.</summary>
     public abstract SafeFileHandle OpenToFlush(string name);
 
-    /// <summary>Creates a folder with at most the rights of another one; false when there is a folder already.</summary>
+    /// <summary>Creates a folder with at most the rights of another one; false if there is a folder already.</summary>
     public abstract bool MakeFolder(string name, FileEntry? like);
 
     /// <summary>Renames without ever replacing anything.</summary>
     /// <exception cref="ChangedException">Something has the new name.</exception>
     public abstract void Move(string name, OpenFolder to, string newName);
 
-    /// <summary>Exchanges two files in one step; false where the file system cannot.</summary>
+    /// <summary>Exchanges two files in one step; false if the file system cannot.</summary>
     public abstract bool TryExchange(string name, OpenFolder other, string otherName);
 
     /// <summary>Keeps other programs from writing to a file that is the expected one, for as long as the result is held.</summary>

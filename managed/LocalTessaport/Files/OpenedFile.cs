@@ -4,7 +4,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>A file that is held open for reading, and what it was when it was opened.</summary>
+/// <summary>A file that is held open for reading, and its properties when it was opened.</summary>
 internal sealed class OpenedFile : IDisposable
 {
     public OpenedFile(SafeFileHandle handle, string path, FileEntry entry)
@@ -19,10 +19,10 @@ internal sealed class OpenedFile : IDisposable
     /// <summary>Where it was opened, for messages.</summary>
     public string Path { get; }
 
-    /// <summary>What it was when it was opened.</summary>
+    /// <summary>Its properties when it was opened.</summary>
     public FileEntry Entry { get; }
 
-    /// <summary>Whether it is still what it was when it was opened.</summary>
+    /// <summary>Whether it is unchanged since it was opened.</summary>
     public bool IsUnchanged => FileHandle.EntryOf(Handle, Path).IsUnchangedSince(Entry);
 
     public int Read(Span<byte> block, long offset) => RandomAccess.Read(Handle, block, offset);

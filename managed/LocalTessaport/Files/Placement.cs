@@ -4,8 +4,8 @@ using System.IO;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Renames a prepared file to its place without ever replacing anything that was not expected there. What stands there
-/// unexpectedly stays there, or is kept beside it when two programs put something there at once.
+/// Renames a prepared file to its place and never replaces anything that was not expected there. Whatever else is there
+/// stays, or is kept beside it if several programs put something there at once.
 /// </summary>
 internal sealed class Placement
 {
@@ -36,8 +36,8 @@ internal sealed class Placement
         _place = Path.Join(folder.Path, _name);
     }
 
-    /// <summary>Puts the file where the expected version is, or where nothing is; gives what is there then.</summary>
-    /// <exception cref="ChangedException">Something else is there; nothing was changed.</exception>
+    /// <summary>Puts the file in the place of the expected version, or where nothing is, and returns the entry there.</summary>
+    /// <exception cref="ChangedException">Something else is there. Nothing was changed.</exception>
     public FileEntry Put(FileEntry? expected)
     {
         if (!IsExpected(_folder.Find(_name), expected))
@@ -54,7 +54,7 @@ internal sealed class Placement
             : _preparedEntry with { ChangeTime = default };
     }
 
-    /// <summary>Moves the prepared file to its place, or beside it when something is there.</summary>
+    /// <summary>Moves the prepared file to its place, or beside it if something is there.</summary>
     public void PutBackOrBeside()
     {
         if (!TryMoveBack(_prepared))

@@ -5,7 +5,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Takes items out of a drive.</summary>
 internal static class Removal
 {
-    /// <summary>Moves an item into the staging folder, unless it is not the expected one; then it stays or goes back.</summary>
+    /// <summary>Moves an item into the staging folder. An item that is not the expected one stays, or goes back.</summary>
     public static void MoveAside(OpenFolder folder, string path, OpenFolder staging, FileEntry expected)
     {
         var name = RelativePath.NameOf(path);

@@ -31,17 +31,18 @@ internal sealed class ReplacementRecord
     /// <param name="prepared">What is put there; unknown when nothing is.</param>
     public static ReplacementRecord Write(OpenFolder staging, string staged, string place, FileEntry expected, FileIdentity prepared)
     {
+        var time = expected.ModifiedTime;
         var text = string.Create(CultureInfo.InvariantCulture,
-            $"{expected.IsFolder}\n{expected.Size}\n{expected.ModifiedTime.Seconds}\n{expected.ModifiedTime.Nanoseconds}\n{expected.Identity}\n{prepared}\n{place}");
+            $"{expected.IsFolder}\n{expected.Size}\n{time.Seconds}\n{time.Nanoseconds}\n{expected.Identity}\n{prepared}\n{place}");
         using (var file = staging.CreateFile(staged + Suffix))
             RandomAccess.Write(file, Encoding.UTF8.GetBytes(text), 0);
         return new ReplacementRecord(staging, staged + Suffix);
     }
 
-    /// <summary>Removes the record, once nothing unseen is in the staging folder.</summary>
+    /// <summary>Removes the record once everything in the staging folder has been looked at.</summary>
     public void Settle() => _staging.TryDelete(_name);
 
-    /// <summary>Puts back what a killed process took out of its place without having looked at it.</summary>
+    /// <summary>Puts back items that a killed process took out of their places without looking at them.</summary>
     public static void Recover(OpenFolder root, OpenFolder staging)
     {
         foreach (var (name, entry) in staging.Read())

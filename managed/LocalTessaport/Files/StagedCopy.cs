@@ -61,12 +61,12 @@ internal sealed class StagedCopy : IDisposable
         throw ChangedException.KeepsChanging(source.Path);
     }
 
-    /// <summary>Has the system write copies to the disk, all at once.</summary>
+    /// <summary>Flushes copies to the disk as a group.</summary>
     public static void Flush(IReadOnlyCollection<StagedCopy> copies) => GroupFlush.Run(copies.SelectMany(copy => copy._files).ToList());
 
-    /// <summary>Renames the copy for one side to its place there, unless something else than expected is there by now.</summary>
-    /// <returns>What is at the place then; its change time is unknown when another program wrote to it in that moment.</returns>
-    /// <exception cref="ChangedException">Something else is there; nothing was lost.</exception>
+    /// <summary>Renames the copy for one side to its place, unless something unexpected is there by now.</summary>
+    /// <returns>The entry at the place. Its change time is unknown if another program wrote to it in that moment.</returns>
+    /// <exception cref="ChangedException">Something else is there. Nothing was lost.</exception>
     public FileEntry Commit(int side, DriveSide target, string path, FileEntry? expected)
     {
         using var folder = target.OpenFolder(RelativePath.FolderOf(path));

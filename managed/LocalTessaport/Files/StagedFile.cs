@@ -4,7 +4,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>One file in preparation in the staging folder of a side; deleted unless it is committed.</summary>
+/// <summary>A file in preparation in the staging folder of a side. It is deleted unless it is committed.</summary>
 internal sealed class StagedFile : IDisposable
 {
     private readonly FolderLease _staging;
@@ -33,7 +33,7 @@ internal sealed class StagedFile : IDisposable
 
     public SafeFileHandle Handle { get; }
 
-    /// <summary>Gives the copy the time and permissions of its source, and closes it: large groups would hold too many files open.</summary>
+    /// <summary>Gives the copy the time and permissions of its source and closes it, so that large groups hold no descriptors.</summary>
     public void Finish(FileEntry source)
     {
         FileHandle.Finish(Handle, _path, source);
@@ -41,7 +41,7 @@ internal sealed class StagedFile : IDisposable
         Handle.Dispose();
     }
 
-    /// <summary>The file system on which it is.</summary>
+    /// <summary>The file system that holds the file.</summary>
     public ulong Device => _entry.Device;
 
     public void Flush()
@@ -51,14 +51,14 @@ internal sealed class StagedFile : IDisposable
         SetFlushed();
     }
 
-    /// <summary>Flushes all files of the file system on which this one is; false where that cannot be done reliably.</summary>
+    /// <summary>Flushes all files of this file system; false if that is not reliable.</summary>
     public bool TryFlushFileSystem()
     {
         using var file = Reopen();
         return FileHandle.TryFlushFileSystem(file);
     }
 
-    /// <summary>Notes that the file was flushed together with others.</summary>
+    /// <summary>Marks the file as flushed together with others.</summary>
     public void SetFlushed() => _isFlushed = true;
 
     /// <param name="folder">The folder that the path leads to.</param>

@@ -18,7 +18,7 @@ internal static class Staging
 
     public static string NewName() => Guid.NewGuid().ToString("N");
 
-    /// <summary>Opens the folder, made when it is missing.</summary>
+    /// <summary>Opens the folder and creates it if it is missing.</summary>
     public static OpenFolder Open(OpenFolder root)
     {
         root.MakeFolder(FolderName, Private);
@@ -28,7 +28,8 @@ internal static class Staging
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
-    /// <summary>Puts back what a killed process took out unseen, and removes the rest. What cannot be removed now is harmless and is removed later.</summary>
+    /// <summary>Puts back items that a killed process took out unseen, and removes the rest.</summary>
+    /// <remarks>Leftovers that cannot be removed now are harmless and are removed later.</remarks>
     public static void Clear(OpenFolder root)
     {
         try

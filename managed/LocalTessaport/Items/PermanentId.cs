@@ -2,7 +2,7 @@ using System;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The text that names an item for good: the drive and the item, so that the drive is known without looking.</summary>
+/// <summary>The string that names an item permanently. It holds the drive as well, so that the drive is known without a search.</summary>
 internal readonly record struct PermanentId(Guid Drive, Guid Token)
 {
     private const string Prefix = "tp.";

@@ -6,7 +6,7 @@ using System.Text;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Which names items can have: a drive is shared between platforms, so the narrowest rules hold for what is added.</summary>
+/// <summary>The names that items can have. A drive is shared between platforms, so the strictest rules apply to what is added.</summary>
 internal static class NameRules
 {
     private const int LongestName = 255;
@@ -20,7 +20,7 @@ internal static class NameRules
         "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9", "LPT¹", "LPT²", "LPT³",
     };
 
-    /// <summary>Whether a name that stands in a folder can be told to others and found again by what was told.</summary>
+    /// <summary>Whether the name of something in a folder can be reported and found again by the reported text.</summary>
     public static bool CanBeListed(ReadOnlySpan<char> name) =>
         !name.ContainsAny('\\', '\0', '\uFFFD')
         && !name.Equals(Staging.FolderName, RelativePath.Comparison)

@@ -158,7 +158,7 @@ internal struct TimeSpecification
     public const long Omit = (1L << 30) - 2;
 }
 
-/// <summary>What readdir() tells of one name, up to where the name begins.</summary>
+/// <summary>The fields of an entry of readdir() in front of its name.</summary>
 [StructLayout(LayoutKind.Explicit)]
 internal struct FolderItem
 {

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The error numbers that are treated differently from others; the same on every architecture that .NET runs on.</summary>
+/// <summary>The error numbers that the service tells apart; the same on every architecture that .NET supports.</summary>
 internal enum UnixError
 {
     None = 0,

@@ -21,7 +21,7 @@ internal static class UnixFailure
         };
     }
 
-    /// <summary>Whether an error says that nothing has the name. Any other error may hide what has it.</summary>
+    /// <summary>Whether an error means that nothing has the name. Any other error may hide something that has it.</summary>
     public static bool MeansAbsent(UnixError error) => error is
         UnixError.NoEntry or UnixError.NotAFolder or UnixError.NameTooLong or UnixError.InvalidArgument or UnixError.InvalidSequence;
 

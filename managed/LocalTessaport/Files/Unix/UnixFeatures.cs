@@ -2,7 +2,7 @@ using System;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What some kernels and file systems lack.</summary>
+/// <summary>The features that some kernels and file systems lack.</summary>
 [Flags]
 internal enum UnixFeatures
 {

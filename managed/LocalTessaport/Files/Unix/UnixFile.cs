@@ -4,7 +4,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What is asked of and set on open files.</summary>
+/// <summary>Reads and sets properties of open files.</summary>
 internal static unsafe class UnixFile
 {
     private const int PermissionBits = 0x1ff;
@@ -12,7 +12,7 @@ internal static unsafe class UnixFile
 
     private const int OwnerReadsAndWrites = 0x180;
 
-    /// <summary>Takes over a handle that was opened for reading; fails unless it is of a file.</summary>
+    /// <summary>Takes ownership of a handle that was opened for reading; fails unless it is a file.</summary>
     public static OpenedFile Opened(SafeFileHandle handle, string path)
     {
         try
@@ -36,7 +36,7 @@ internal static unsafe class UnixFile
         if (Libc.Lock(handle, Libc.LockShared | Libc.LockNonBlocking) == 0)
             Libc.Lock(handle, Libc.Unlock);
         else if (Libc.LastError == UnixError.TryAgain)
-            throw new IOException($"'{path}' is locked by another program; close it there and try again.");
+            throw new IOException($"'{path}' is locked by another program. Close it there and try again.");
     }
 
     public static FileEntry EntryOf(SafeFileHandle handle, string path)
@@ -59,7 +59,7 @@ internal static unsafe class UnixFile
             throw UnixFailure.Last(path, "given its time");
     }
 
-    /// <summary>What has a full path, or stands where its link leads; null when nothing does.</summary>
+    /// <summary>The entry at a full path, or where its link leads; null if there is none.</summary>
     public static FileEntry? Find(string path, bool followLinks)
     {
         if (Libc.Status(Libc.CurrentFolder, path, followLinks ? 0 : Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)

@@ -6,7 +6,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Goes through the names in a folder, which need not be valid text.</summary>
+/// <summary>Enumerates the names in a folder, which need not be valid text.</summary>
 internal sealed unsafe class UnixFolderList : IDisposable
 {
     private readonly SafeFileHandle _folder;
@@ -32,7 +32,7 @@ internal sealed unsafe class UnixFolderList : IDisposable
     /// <summary>The current name as the file system stores it, ended by a zero.</summary>
     public byte* RawName => (byte*)_item + FolderItem.NameOffset;
 
-    /// <summary>The current name; null when it is not valid text.</summary>
+    /// <summary>The current name; null if it is not valid text.</summary>
     public string? Name
     {
         get
@@ -54,7 +54,7 @@ internal sealed unsafe class UnixFolderList : IDisposable
         return true;
     }
 
-    /// <summary>What has the current name; null when it is gone by now.</summary>
+    /// <summary>The entry with the current name; null if it is gone by now.</summary>
     public FileEntry? FindCurrent()
     {
         if (Libc.Status(_folder, RawName, Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)

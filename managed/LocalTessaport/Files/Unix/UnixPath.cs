@@ -5,13 +5,13 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Opens what has a path below an open folder, without following a link anywhere in it and at any length.</summary>
+/// <summary>Opens files and folders below an open folder by paths of any length, without following a link.</summary>
 internal static class UnixPath
 {
     // Below the kernel's limit of 4,096 bytes.
     private const int LongestPiece = 4000;
 
-    /// <summary>What the tests pretend to be missing here.</summary>
+    /// <summary>The features that a test pretends to be missing.</summary>
     internal static UnixFeatures Missing { get; set; }
 
     private static readonly Lazy<bool> CanRestrict = new(HasRestrictedOpening);

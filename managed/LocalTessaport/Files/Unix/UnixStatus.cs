@@ -2,7 +2,7 @@ using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What statx() tells of a file: kind, size, times and number in one call. The kernel's own layout on every architecture.</summary>
+/// <summary>The result of statx(): kind, size, times and number of a file. The layout is the kernel's, on every architecture.</summary>
 [StructLayout(LayoutKind.Explicit, Size = 256)]
 internal struct UnixStatus
 {
@@ -24,7 +24,7 @@ internal struct UnixStatus
     [FieldOffset(136)] private readonly uint _deviceMajor;
     [FieldOffset(140)] private readonly uint _deviceMinor;
 
-    /// <summary>When it was made; where the file system does not tell, when it was last written.</summary>
+    /// <summary>The creation time, or the last-write time if the file system does not store it.</summary>
     public readonly FileTime Created => ((_mask & Birth) != 0 ? _born : _modified).ToFileTime();
 
     public readonly FileEntry ToEntry()

@@ -14,7 +14,7 @@ internal static unsafe class UnixTree
 
     private static readonly int FolderToList = Libc.OpenFolder | Libc.OpenNoFollow | Libc.OpenCloseOnExec;
 
-    /// <summary>Deletes everything in a folder; false when something could not be deleted.</summary>
+    /// <summary>Deletes everything in a folder; false if something could not be deleted.</summary>
     public static bool Empty(SafeFileHandle top, string path)
     {
         // Each round brings the tree up by one level.
@@ -66,7 +66,7 @@ internal static unsafe class UnixTree
 
     private static bool MoveUp(SafeFileHandle folder, byte* name, SafeFileHandle top)
     {
-        // Only who may write to a folder can move it.
+        // Only someone who may write to a folder can move it.
         OpenToRemove(folder, name)?.Dispose();
         fixed (byte* newName = Encoding.ASCII.GetBytes(Guid.NewGuid().ToString("N") + '\0'))
             return Libc.Rename(folder, name, top, newName, 0) == 0;

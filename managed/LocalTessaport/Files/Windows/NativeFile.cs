@@ -115,10 +115,10 @@ internal static unsafe partial class NativeFile
         }
     }
 
-    /// <summary>What kind of link an open file with the reparse attribute is; 0 when it is none.</summary>
+    /// <summary>The reparse tag of an open file; 0 if it has none.</summary>
     public static uint TagOf(SafeHandle file) => InformEx(file, TagInformation, out AttributeTag tag, sizeof(AttributeTag)) ? tag.Tag : 0;
 
-    /// <summary>When an open file was last changed; 0 when the system does not tell.</summary>
+    /// <summary>The change time of an open file; 0 if the system does not store it.</summary>
     public static long ChangeTimeOf(SafeHandle file) =>
         InformEx(file, TimeInformation, out Basic basic, sizeof(Basic)) ? basic.Changed : 0;
 

@@ -16,7 +16,7 @@ internal static class WindowsFailure
 
     public static Exception For(WindowsStatus status, string path, string action) => For(NativeFile.ToError(status), path, action);
 
-    /// <summary>Whether an answer says that nothing has the name. Any other one may hide what has it.</summary>
+    /// <summary>Whether a status means that nothing has the name. Any other one may hide something that has it.</summary>
     public static bool MeansAbsent(WindowsStatus status) => status is
         WindowsStatus.NoSuchFile or WindowsStatus.NameInvalid or WindowsStatus.NameNotFound or WindowsStatus.PathNotFound
         or WindowsStatus.PathSyntaxBad or WindowsStatus.DeletePending or WindowsStatus.NotAFolder;

@@ -4,7 +4,7 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What is asked of and set on open files.</summary>
+/// <summary>Reads and sets properties of open files.</summary>
 internal static class WindowsFile
 {
     private const uint OpenExisting = 3;
@@ -34,7 +34,7 @@ internal static class WindowsFile
             throw WindowsFailure.For(status, path, "given its time");
     }
 
-    /// <summary>What has a full path, or stands where its link leads; null when nothing does.</summary>
+    /// <summary>The entry at a full path, or where its link leads; null if there is none.</summary>
     public static FileEntry? Find(string path, bool followLinks)
     {
         using var handle = OpenPath(path, NativeFile.ReadAttributes, BackupSemantics | (followLinks ? 0 : OpenLinkItself));
@@ -52,7 +52,7 @@ internal static class WindowsFile
         return handle.IsInvalid ? throw WindowsFailure.Last(path, "opened") : Opened(handle, path);
     }
 
-    /// <summary>Takes over a handle that was opened for reading; fails unless it is of a file.</summary>
+    /// <summary>Takes ownership of a handle that was opened for reading; fails unless it is a file.</summary>
     public static OpenedFile Opened(SafeFileHandle handle, string path)
     {
         try
@@ -67,8 +67,11 @@ internal static class WindowsFile
         }
     }
 
-    public static SafeFileHandle OpenFolder(string path) =>
-        OpenPath(path, NativeFile.ReadData | NativeFile.Traverse | NativeFile.ReadAttributes | NativeFile.Synchronize, BackupSemantics | OpenLinkItself);
+    public static SafeFileHandle OpenFolder(string path)
+    {
+        const uint access = NativeFile.ReadData | NativeFile.Traverse | NativeFile.ReadAttributes | NativeFile.Synchronize;
+        return OpenPath(path, access, BackupSemantics | OpenLinkItself);
+    }
 
     private static SafeFileHandle OpenPath(string path, uint access, uint flags) =>
         NativeFile.OpenPath(PathForm.ToLiteral(path), access, NativeFile.ShareAll, 0, OpenExisting, flags, 0);

@@ -172,7 +172,7 @@ internal sealed class WindowsFolder : OpenFolder
             throw WindowsFailure.For(status, PathOf(name), "deleted");
     }
 
-    /// <summary>Everything in the folder, links included, or what of it has one name.</summary>
+    /// <summary>All entries of the folder, links included, or those that match a name.</summary>
     public List<KeyValuePair<string, FileEntry>> List(string? filter)
     {
         var volume = WindowsFile.EntryOf(_handle, Path).Device;

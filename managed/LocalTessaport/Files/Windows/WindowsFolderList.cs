@@ -5,12 +5,12 @@ using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Goes through the names in a folder.</summary>
+/// <summary>Enumerates the names in a folder.</summary>
 internal static unsafe class WindowsFolderList
 {
     private const int BufferSize = 64 * 1024;
 
-    /// <summary>What is in an open folder, or what of it has one name; the handle must not have been listed before.</summary>
+    /// <summary>The entries of an open folder, or those that match a name. The handle must not have been listed before.</summary>
     public static List<KeyValuePair<string, FileEntry>> Read(SafeFileHandle folder, string path, ulong volume, string? filter = null)
     {
         var found = new List<KeyValuePair<string, FileEntry>>();

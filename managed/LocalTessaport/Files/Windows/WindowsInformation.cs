@@ -3,7 +3,7 @@ using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What the system tells of an open file.</summary>
+/// <summary>The properties of an open file.</summary>
 [StructLayout(LayoutKind.Sequential, Pack = 4)]
 internal struct WindowsInformation
 {

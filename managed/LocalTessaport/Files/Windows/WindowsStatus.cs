@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The answers of the system that are treated differently from others.</summary>
+/// <summary>The status codes that the service tells apart.</summary>
 internal enum WindowsStatus : uint
 {
     Success = 0,

@@ -9,7 +9,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class WindowsTree
 {
-    /// <summary>Deletes everything in a folder; false when something could not be deleted.</summary>
+    /// <summary>Deletes everything in a folder; false if something could not be deleted.</summary>
     public static bool Empty(WindowsFolder top)
     {
         // Each round brings the tree up by one level.
