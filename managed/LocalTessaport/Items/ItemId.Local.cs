@@ -8,4 +8,7 @@ public partial class ItemId
     internal string? Path { get; init; }
 
     internal Guid Drive { get; init; }
+
+    /// <summary>What the request did with the item in whose result this id is; null if it did nothing with it.</summary>
+    internal string? Action { get; init; }
 }

@@ -9,10 +9,13 @@ internal readonly record struct ListedItem(
     public static ListedItem Of(ItemView view) =>
         new(view.Drive, view.Path, view.IsFolder, view.Workspace is not null, view.Server is not null, view.Modified);
 
+    /// <summary>What the request did with the item; null if it did nothing with it.</summary>
+    public string? Action { get; init; }
+
     public Item ToItem() => new()
     {
         DriveId = Drive.Id,
-        Id = new ItemId { Drive = Drive.Id, Path = Path },
+        Id = new ItemId { Drive = Drive.Id, Path = Path, Action = Action },
         IsFolder = IsFolder,
         IsInWorkspace = IsInWorkspace,
         IsOnServer = IsOnServer,

@@ -19,6 +19,7 @@ internal static class PropertyCatalog
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
         new("SyncState", "Sync state", PropertyTypes.Text, SyncStates.Of),
         new("SyncError", "Reason of the last failure", PropertyTypes.Text, s => s.Failure),
+        new("SyncAction", "What the sync did", PropertyTypes.Text, s => s.Action),
         new("ContentHash", "SHA-256", PropertyTypes.Text, s => s.IsFile ? s.TryHash() : null),
     ];
 

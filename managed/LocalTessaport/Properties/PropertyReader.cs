@@ -6,15 +6,20 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Reads properties of many items.</summary>
 internal static class PropertyReader
 {
-    public static List<PropertyValue> Read(Session session, List<ItemView> views, List<Property> properties)
+    /// <param name="session">The request.</param>
+    /// <param name="views">The items.</param>
+    /// <param name="actions">For each item what its id says was done with it.</param>
+    /// <param name="properties">The properties to read.</param>
+    public static List<PropertyValue> Read(
+        Session session, List<ItemView> views, List<string?> actions, List<Property> properties)
     {
         var ids = new Dictionary<DrivePlace, PermanentId>();
         if (properties.Any(property => property.NeedsIds))
             FindIds(session, views, ids);
         var trackers = new TrackerSet(session);
         var values = new List<PropertyValue>(views.Count * properties.Count);
-        foreach (var view in views)
-            Read(SourceFor(view, ids, trackers, IndexStore.Load(session.Home, view.Drive.Id)), properties, values);
+        foreach (var (view, action) in views.Zip(actions))
+            Read(SourceFor(view, action, ids, trackers, IndexStore.Load(session.Home, view.Drive.Id)), properties, values);
         return values;
     }
 
@@ -36,7 +41,7 @@ internal static class PropertyReader
     }
 
     private static PropertySource SourceFor(
-        ItemView view, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers, DriveIndex index) => new()
+        ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers, DriveIndex index) => new()
         {
             View = view,
             Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
@@ -44,6 +49,7 @@ internal static class PropertyReader
             LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
             Synced = index.Synced.ByPath(view.Path),
             Failure = index.Failures.At(view.Path),
+            Action = action,
         };
 
     private static void FindIds(Session session, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)

@@ -17,6 +17,9 @@ internal sealed class PropertySource
     /// <summary>Why the item could not be done when it was last asked for; null when it could.</summary>
     public required string? Failure { get; init; }
 
+    /// <summary>What the request did in whose result the item was listed; null outside of results.</summary>
+    public required string? Action { get; init; }
+
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;

@@ -15,12 +15,13 @@ public partial class TessaportService
         ArgumentNullException.ThrowIfNull(ids);
         ArgumentNullException.ThrowIfNull(propertyDefinitionIds);
         var session = Session.Begin();
-        var views = ids.Select(session.TryPlaceOf).OfType<DrivePlace>()
-            .Where(place => !place.Drive.Offline || place.Path.Length == 0)
-            .Select(place => ItemView.At(place.Drive, place.Path))
-            .Where(view => view.Exists || view.IsRoot)
+        var items = ids
+            .Select(id => (Place: session.TryPlaceOf(id), id?.Action))
+            .Where(item => item.Place is { } place && (!place.Drive.Offline || place.Path.Length == 0))
+            .Select(item => (View: ItemView.At(item.Place!.Value.Drive, item.Place.Value.Path), item.Action))
+            .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
         var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();
-        return new PropertyValues { Values = PropertyReader.Read(session, views, properties) };
+        return new PropertyValues { Values = PropertyReader.Read(session, items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action), properties) };
     }
 }

@@ -21,7 +21,10 @@ internal sealed class ChangeReport
 
     public void Created(ItemView view) => List(_created, ListedItem.Of(view));
 
-    public void Updated(ItemView view) => List(_updated, ListedItem.Of(view));
+    /// <summary>Lists an item that is in sync now.</summary>
+    /// <param name="view">The item.</param>
+    /// <param name="action">What was done with it, one of <see cref="SyncActions"/>; null if that was nothing or is known already.</param>
+    public void Updated(ItemView view, string? action = null) => List(_updated, ListedItem.Of(view) with { Action = action });
 
     /// <summary>Lists an item that was seen before it was deleted; it is on neither side now.</summary>
     public void Deleted(ItemView before) => _deleted.Add(ListedItem.Of(before) with { IsInWorkspace = false, IsOnServer = false });
@@ -66,7 +69,7 @@ internal sealed class ChangeReport
         var key = (item.Drive.Id, item.Path);
         if (_listed.TryGetValue(key, out var place))
         {
-            place.List[place.Index] = item;
+            place.List[place.Index] = item with { Action = item.Action ?? place.List[place.Index].Action };
             return;
         }
         _listed[key] = (list, list.Count);

@@ -96,9 +96,9 @@ internal sealed class ItemSync
         new MoveFollower(_edit, whole, progress, isAskedFor).Run();
         foreach (var (from, to, isExchange) in progress.Moves)
         {
-            _report.Updated(_edit.At(to));
+            _report.Updated(_edit.At(to), SyncActions.Renamed);
             if (isExchange)
-                _report.Updated(_edit.At(from));
+                _report.Updated(_edit.At(from), SyncActions.Renamed);
         }
         if (progress.Moves.Count > 0)
             _edit.Tracker.Reset();

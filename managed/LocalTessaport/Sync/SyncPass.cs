@@ -71,7 +71,7 @@ internal sealed class SyncPass
                 continue;
             FolderMaker.MakeMissing(_edit, node, side);
             _progress.Worked();
-            _report.Updated(_edit.ViewOf(node, node.Path));
+            _report.Updated(_edit.ViewOf(node, node.Path), SyncActions.From(side.Opposite()));
         }
         var path = node.Path;
         var record = SyncedRecord.ForFolder(path, node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);

@@ -114,7 +114,7 @@ internal sealed class TransferQueue
         transfer.Node[to] = placed;
         var view = _edit.ViewOf(transfer.Node, transfer.Path);
         _edit.RecordSynced(record, view);
-        _report.Updated(view);
+        _report.Updated(view, SyncActions.From(transfer.From));
     }
 
     private static FileEntry Put(Transfer transfer, StagedCopy copy, DriveSide side, FileEntry? expected)

@@ -91,7 +91,34 @@ public sealed class PropertyTests : IDisposable
         Assert.Equal(false, byId["IsFolder"]);
         Assert.Equal(false, byId["IsLocked"]);
         Assert.Equal(
-            ["SyncError", "Offline", "Writable", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+            ["SyncError", "SyncAction", "Offline", "Writable", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+    }
+
+    [Fact]
+    public void SyncActionSaysWhatTheSyncDidWithTheItemsOfItsResult()
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("b.txt", "1");
+        drive.PutBoth("same.txt", "2");
+        drive.Sync("");
+        drive.PutInWorkspace("up/new.txt");
+        drive.PutOnServer("down.txt");
+        System.IO.File.Move(drive.InWorkspace("b.txt"), drive.InWorkspace("a.txt"));
+
+        var listed = drive.Sync("").ItemsUpdated.ToList();
+
+        var actions = _home.Service.GetProperties([.. listed.Select(item => item.Id)], ["SyncAction"]).Values
+            .ToDictionary(value => value.RelativePath, value => value.Value);
+        Assert.Equal(
+            new Dictionary<string, object>
+            {
+                ["up"] = "uploaded",
+                ["up\\new.txt"] = "uploaded",
+                ["down.txt"] = "downloaded",
+                ["a.txt"] = "renamed",
+            },
+            actions);
+        Assert.Empty(Read(drive, "down.txt", "SyncAction"));
     }
 
     [Fact]
