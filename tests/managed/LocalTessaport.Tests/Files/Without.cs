@@ -24,7 +24,7 @@ internal sealed class Without : IDisposable
             "RestrictedOpening",
         ];
 
-    public static TheoryData<string> OpeningFeatures() => OperatingSystem.IsWindows() ? ["None"] : ["None", "RestrictedOpening"];
+    public static TheoryData<string> OpeningFeatures() => ["None", "RestrictedOpening"];
 
     public void Dispose() => UnixPath.Missing = UnixFeatures.None;
 }
