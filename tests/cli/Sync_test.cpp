@@ -1,0 +1,173 @@
+#include <gmock/gmock.h>
+
+#include "tests/cli/ToolTest.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::ToolTest
+{
+namespace
+{
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+/// All drives are in sync at the start.
+class Sync : public ToolTest
+{
+protected:
+    Sync()
+    {
+        makeDemo();
+        expectOk({"sync"});
+    }
+
+    [[nodiscard]] fs::path here(const std::string& name) const { return workspace("harbour") / name; }
+    [[nodiscard]] fs::path there(const std::string& name) const { return server("harbour") / name; }
+    [[nodiscard]] std::string harbour() const { return text(workspace("harbour")); }
+
+    void changeOnBothSides(const std::string& name, bool newerHere)
+    {
+        writeFile(here(name), "from here");
+        writeFile(there(name), "from the server");
+        const auto now = fs::last_write_time(here(name));
+        fs::last_write_time(newerHere ? there(name) : here(name), now - std::chrono::hours(1));
+    }
+};
+
+TEST_F(Sync, SaysWhichWayEachFileWent)
+{
+    writeFile(here("plans/new here.txt"), "x");
+    writeFile(here("README.txt"), "changed here");
+    writeFile(there("plans/new there.txt"), "x");
+    writeFile(there("survey/notes.txt"), "changed there");
+
+    const auto lines = linesOf(expectOk({"sync", harbour()}));
+
+    EXPECT_THAT(lines, Contains("uploaded  " + text(here("plans/new here.txt"))));
+    EXPECT_THAT(lines, Contains("uploaded  " + text(here("README.txt"))));
+    EXPECT_THAT(lines, Contains("downloaded  " + text(here("plans/new there.txt"))));
+    EXPECT_THAT(lines, Contains("downloaded  " + text(here("survey/notes.txt"))));
+    EXPECT_THAT(lines.back(), StartsWith("Total: "));
+    EXPECT_THAT(lines.back(), HasSubstr("2 uploaded"));
+    EXPECT_THAT(lines.back(), HasSubstr("2 downloaded"));
+}
+
+TEST_F(Sync, SaysWhichWayAFileWentThatWasAskedFor)
+{
+    writeFile(here("README.txt"), "changed here");
+
+    EXPECT_EQ(expectOk({"sync", readme()}), "uploaded  " + readme() + "\nTotal: 1 uploaded\n");
+    EXPECT_EQ(expectOk({"sync", readme()}), "in sync  " + readme() + "\nTotal: 1 in sync\n");
+    writeFile(there("README.txt"), "changed on the server");
+    EXPECT_EQ(expectJson({"sync", readme()}),
+        nlohmann::json::parse("[{\"path\": " + nlohmann::json(readme()).dump() + ", \"outcome\": \"downloaded\"}]"));
+}
+
+TEST_F(Sync, ListsARenameWhateverTheOrderOfTheNames)
+{
+    for (const auto& [from, to] : {std::pair<std::string, std::string>{"README.txt", "a.txt"}, {"a.txt", "z.txt"}}) {
+        fs::rename(here(from), here(to));
+
+        EXPECT_THAT(linesOf(expectOk({"sync", harbour()})), Contains("renamed  " + text(here(to)))) << from;
+        EXPECT_TRUE(fs::exists(there(to)));
+        EXPECT_FALSE(fs::exists(there(from)));
+    }
+    fs::rename(there("z.txt"), there("b.txt"));
+    EXPECT_THAT(linesOf(expectOk({"sync", harbour()})), Contains("renamed  " + text(here("b.txt"))));
+}
+
+TEST_F(Sync, NamesTheVersionThatKeptTheNameInAConflict)
+{
+    for (const bool newerHere : {true, false}) {
+        changeOnBothSides("README.txt", newerHere);
+
+        const ChildResult finished = run({"sync", harbour()});
+
+        EXPECT_EQ(finished.exitCode, 7);
+        EXPECT_EQ(finished.errors, "");
+        EXPECT_THAT(finished.output, HasSubstr("kept twice  " + text(here("README (conflict "))));
+        EXPECT_THAT(finished.output,
+            HasSubstr(newerHere ? "'README.txt' is the version from here, this is the one from the server\n"
+                                : "'README.txt' is the version from the server, this is the one from here\n"));
+        EXPECT_THAT(linesOf(finished.output).back(), HasSubstr("1 kept twice"));
+        EXPECT_EQ(readFile(here("README.txt")), newerHere ? "from here" : "from the server");
+        EXPECT_EQ(run({"sync", harbour()}).exitCode, 0);
+    }
+}
+
+TEST_F(Sync, NamesTheVersionThatKeptTheNameInJson)
+{
+    changeOnBothSides("plans/ground floor.txt", false);
+
+    const ChildResult finished = run({"--json", "sync", harbour()});
+
+    EXPECT_EQ(finished.exitCode, 7);
+    for (const auto& outcome : nlohmann::json::parse(finished.output)) {
+        if (outcome["outcome"] != "kept twice")
+            continue;
+        EXPECT_EQ(outcome["of"], text(here("plans/ground floor.txt")));
+        EXPECT_EQ(outcome["nameKeptBy"], "server");
+        EXPECT_EQ(readFile(toPath(outcome["path"])), "from here");
+        return;
+    }
+    ADD_FAILURE() << finished.output;
+}
+
+TEST_F(Sync, NamesAFileHereThatIsAFolderThere)
+{
+    writeFile(here("plans/x"), "a file");
+    fs::create_directory(there("plans/x"));
+    fs::create_directory(here("plans/y"));
+    writeFile(there("plans/y"), "a file");
+
+    const ChildResult finished = run({"sync", harbour()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    for (const std::string name : {"plans/x", "plans/y"})
+        EXPECT_THAT(finished.errors, HasSubstr("tessaport: '" + text(here(name)) + "': not synced: ")) << name;
+    EXPECT_EQ(linesOf(finished.errors).size(), 2U) << finished.errors;
+    EXPECT_THAT(linesOf(finished.output).back(), HasSubstr("2 failed"));
+}
+
+TEST_F(Sync, GivesTheReasonOfTheServiceForWhatFailed)
+{
+    writeFile(here("plans/bad:name.txt"), "x");
+
+    const ChildResult finished = run({"sync", harbour()});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_THAT(finished.errors, HasSubstr("not a name that every platform accepts"));
+    EXPECT_EQ(linesOf(finished.errors).size(), 1U) << finished.errors;
+}
+
+TEST_F(Sync, SaysThatADriveIsOfflineOrReadOnly)
+{
+    writeFile(here("README.txt"), "changed here");
+    const auto withDrive = [this](const std::string& member, bool value) {
+        auto drives = nlohmann::json::parse(readFile(home / "drives.json"));
+        drives[0][member] = value;
+        writeFile(home / "drives.json", drives.dump());
+        return run({"sync", readme()}).errors;
+    };
+
+    EXPECT_THAT(withDrive("writable", false), HasSubstr("read-only"));
+    EXPECT_THAT(withDrive("offline", true), HasSubstr("offline"));
+}
+
+TEST_F(Sync, SaysInAdvanceWhichWayFilesWouldGo)
+{
+    writeFile(here("README.txt"), "changed here");
+    writeFile(there("plans/ground floor.txt"), "changed on the server");
+    changeOnBothSides("survey/notes.txt", true);
+
+    const auto lines = linesOf(expectOk({"sync", "-n", harbour()}));
+
+    EXPECT_THAT(lines, testing::UnorderedElementsAre("would go up  " + readme(),
+                           "would come down  " + text(here("plans/ground floor.txt")),
+                           "changed on both sides  " + text(here("survey/notes.txt"))));
+}
+
+} // namespace
+} // namespace Quorvex::Velmora::ToolTest
