@@ -1,7 +1,7 @@
 # What the commands need on the machine: Debian packages, which are installed if they are missing, and the .NET SDK.
 # shellcheck shell=bash
 readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev)
-readonly bench_packages=(libbenchmark-dev libisal-dev)
+readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)

@@ -1,0 +1,43 @@
+// A home with one drive, in a folder of its own, and the programs that copy the drive.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+
+#include "tests/support/TemporaryFolder.h"
+
+namespace Quorvex::Velmora::Bench
+{
+
+struct Run {
+    double seconds;
+    double peakMegabytes;
+};
+
+class SyncHome
+{
+public:
+    SyncHome();
+
+    /// Writes small files of different sizes into folders of the workspace.
+    void writeFiles(int count, int filesPerFolder) const;
+
+    /// Gives each file of the workspace another name in its folder.
+    void renameFiles() const;
+
+    /// Syncs the drive in a process of its own.
+    /// @throws std::runtime_error if that fails or leaves a file of the workspace missing on the server.
+    [[nodiscard]] Run sync() const;
+
+    /// Copies the workspace to a folder beside the drive.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run rsync() const;
+
+private:
+    TestSupport::TemporaryFolder folder;
+    std::filesystem::path workspace;
+    std::filesystem::path server;
+    std::filesystem::path peer;
+};
+
+} // namespace Quorvex::Velmora::Bench
