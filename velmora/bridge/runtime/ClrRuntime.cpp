@@ -7,11 +7,11 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/replies/ReplyReader.h>
-#include <velmora/bridge/runtime/FileLimit.h>
 #include <velmora/bridge/runtime/HostSignals.h>
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include <velmora/bridge/runtime/ProcessExit.h>
+#include <velmora/bridge/runtime/StartObstacles.h>
 #include <velmora/bridge/runtime/ThreadEnd.h>
 #include <velmora/platform/NativePath.h>
 #include <velmora/text/Unicode.h>
@@ -60,10 +60,10 @@ void checkBridgeFolder(const std::filesystem::path& folder)
     }
 }
 
-void checkFileLimit()
+void checkForObstacles()
 {
-    if (const std::wstring missing = describeMissingFileDescriptors(); !missing.empty())
-        fail(missing);
+    if (const std::wstring obstacle = describeObstacleToStart(); !obstacle.empty())
+        fail(obstacle);
 }
 
 std::u16string crossingPath(const std::filesystem::path& path)
@@ -107,7 +107,7 @@ void ClrRuntime::startHost()
 {
     checkDotnetRoot(wanted.dotnetRoot);
     checkBridgeFolder(bridge);
-    checkFileLimit();
+    checkForObstacles();
     watchThreadEnds();
     HostingStatus status = host->open(wanted.dotnetRoot);
     if (status.succeeded()) {
