@@ -1,7 +1,7 @@
 #!/bin/sh
 # usage: wine-run.sh BUILD_FOLDER PROGRAM [ARGUMENT...]
 # Runs a Windows program of a build tree under Wine, with the tree's own prefix (wine), .NET installation (dotnet) and the
-# folders of the C++ runtime's DLLs (cxx-runtime), all of which ./dev test-windows makes.
+# folders of the C++ runtime (wine-path), all of which ./dev test-windows makes.
 build_folder=$1
 shift
 export WINEPREFIX="$build_folder/wine"
@@ -11,7 +11,7 @@ export WINEDEBUG="${WINEDEBUG:--all}"
 export DISPLAY=
 # Without it file names are plain ASCII.
 export LC_ALL=C.UTF-8
-read -r cxx_runtime <"$build_folder/cxx-runtime" || exit 1
+read -r cxx_runtime <"$build_folder/wine-path" || exit 1
 # WINEPATH replaces the folders of the DLLs, VELMORA_WINE_LIBRARIES comes before them.
 export WINEPATH="${WINEPATH:-${VELMORA_WINE_LIBRARIES:+$VELMORA_WINE_LIBRARIES;}$cxx_runtime}"
 export DOTNET_ROOT="${VELMORA_WINE_DOTNET_ROOT-Z:$build_folder/dotnet}"

@@ -12,7 +12,7 @@ prepare_windows() {
     require "${build_packages[@]}" "${windows_packages[@]}"
     mkdir -p "$windows_folder"
     require_dotnet_root win-x64 "${dotnet_versions[10]}" "$windows_folder/dotnet"
-    cxx_runtime_folders >"$windows_folder/cxx-runtime"
+    cxx_runtime_folders >"$windows_folder/wine-path"
 }
 
 # Where the DLLs are that every program of the cross compiler needs, as a PATH of Windows.
