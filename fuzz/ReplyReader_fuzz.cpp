@@ -7,9 +7,9 @@
 #include <memory>
 #include <new>
 
+#include <velmora/bridge/boundary/OwnedReply.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
 #include <velmora/bridge/conversions/ToNative.h>
-#include <velmora/bridge/replies/OwnedReply.h>
-#include <velmora/bridge/replies/ReplyReader.h>
 #include "tests/support/MemoryLimit.h"
 
 namespace

@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "bench/bridge/SteadyAllocator.h"
@@ -21,15 +22,17 @@ using Tessaport::TessaportEntryPoints;
 using TessaportAPI::QvNativeTessaportAPI;
 
 constexpr unsigned IdCount = 1000000;
+constexpr Tessaport::VelmoraArguments NoArguments{};
 
 const TessaportEntryPoints& table() { return ClrRuntime::ofProcess().entryPoints(); }
 
 Tessaport::VelmoraHandle rawService()
 {
     static const Tessaport::VelmoraHandle handle = [] {
-        Tessaport::VelmoraHandle made = 0;
         Tessaport::VelmoraReply reply{};
-        table().createService(&made, &reply);
+        table().request(Tessaport::VelmoraRequest::CreateService, 0, &NoArguments, &reply);
+        const Tessaport::VelmoraHandle made = Tessaport::ReplyReader(reply, table()).takeHandle();
+        table().releaseReply(&reply);
         return made;
     }();
     return handle;
@@ -37,11 +40,11 @@ Tessaport::VelmoraHandle rawService()
 
 void BareCall(benchmark::State& state)
 {
-    const auto discover = table().discover;
+    const auto request = table().request;
     const Tessaport::VelmoraHandle service = rawService();
     Tessaport::VelmoraReply reply{};
     for (auto _ : state)
-        benchmark::DoNotOptimize(discover(service, &reply));
+        benchmark::DoNotOptimize(request(Tessaport::VelmoraRequest::Discover, service, &NoArguments, &reply));
 }
 
 void RequestWithoutData(benchmark::State& state)

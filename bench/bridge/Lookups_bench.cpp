@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <velmora/bridge/QvManagedTessaportService.h>
+#include <velmora/bridge/conversions/HandleAccess.h>
 #include "bench/bridge/NativeLimit.h"
 #include "bench/bridge/SteadyAllocator.h"
 #include "bench/support/Ratios.h"
@@ -111,7 +112,7 @@ void NativePermanentIds(benchmark::State& state)
         QVBuffer<TessaportAPI::ItemIdToPermanentIdResult> results;
         results.Reserve(Count);
         for (const auto& id : keys().ids) {
-            const auto* const handle = QvManagedTessaportService::findHandle(id);
+            const auto* const handle = Tessaport::HandleAccess::findHandle(id);
             if (handle == nullptr || handle->get() == 0)
                 return results;
             const auto& permanentId = keys().permanentIds[results.GetSize()];
@@ -136,7 +137,7 @@ void NativePropertyValues(benchmark::State& state)
         QVBuffer<TessaportAPI::StringPropertyValue> values;
         values.Reserve(Count);
         for (const auto& id : keys().ids) {
-            const auto* const handle = QvManagedTessaportService::findHandle(id);
+            const auto* const handle = Tessaport::HandleAccess::findHandle(id);
             if (handle == nullptr || handle->get() == 0)
                 return values;
             const auto& source = keys().values[values.GetSize()];

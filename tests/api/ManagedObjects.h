@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include <velmora/bridge/Wrappers.h>
+#include <velmora/bridge/boundary/Wrappers.h>
 
 namespace Quorvex::Velmora::TestSupport
 {

@@ -7,7 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/ExceptionTranslation.h>
-#include <velmora/bridge/Util.h>
+#include <velmora/bridge/FullPath.h>
 #include "tests/bridge/EveryRequest.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -316,6 +316,18 @@ TEST_F(FailedRequest, WithAnUnknownRowIsApiException)
     }
 }
 
+TEST_F(DamagedList, OfANewServiceIsApiException)
+{
+    const std::int64_t handles = table.liveHandles();
+    const PackedReply whole = ReplyBuilder().handle().build(1);
+    for (std::size_t size = 0; size < whole.bytes.size(); ++size) {
+        table.replyTo(Tessaport::VelmoraRequest::CreateService, whole.cutTo(size));
+        EXPECT_THROW(Bridge(), ApiException) << size;
+        EXPECT_EQ(table.liveReplies(), 0);
+        EXPECT_EQ(table.liveHandles(), handles);
+    }
+}
+
 TEST_F(FailedRequest, ToMakeAServiceLeavesNothing)
 {
     const std::int64_t handles = table.liveHandles();
@@ -331,14 +343,13 @@ TEST_F(FailedRequest, ToMakeAServiceLeavesNothing)
 
 TEST_F(DamagedList, OfAFullPathIsApiException)
 {
-    const PackedReply whole = ReplyBuilder().text(u"/a/b").build(1);
+    const PackedReply whole = ReplyBuilder().string(u"/a/b").build(1);
     for (std::size_t size = 0; size < whole.bytes.size(); ++size) {
         table.replyWith(whole.cutTo(size));
-        EXPECT_THROW(
-            Tessaport::runWhileHandlingExceptions([] { (void)Tessaport::Util::getFullPath(L"b"); }), ApiException);
+        EXPECT_THROW(Tessaport::runWhileHandlingExceptions([] { (void)Tessaport::getFullPath(L"b"); }), ApiException);
     }
     table.replyWith(whole);
-    EXPECT_EQ(Tessaport::Util::getFullPath(L"b"), L"/a/b");
+    EXPECT_EQ(Tessaport::getFullPath(L"b"), L"/a/b");
     EXPECT_EQ(table.liveReplies(), 0);
 }
 

@@ -116,7 +116,7 @@ TEST(ShortenedString, LeavesTheStringsAfterItToBeReleased)
     std::u16string pairs;
     for (int i = 0; i < 30; ++i)
         pairs += u"\U0001F600";
-    table.replyWith(ReplyBuilder().text(cut).uuid().text(pairs).text(u"the last string").build(1));
+    table.replyWith(ReplyBuilder().string(cut).uuid().string(pairs).string(u"the last string").build(1));
     const std::int64_t before = liveAllocations();
     {
         const auto values = bridge.getStringPropertyValues({}, {});

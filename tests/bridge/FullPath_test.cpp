@@ -7,7 +7,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include <velmora/bridge/ExceptionTranslation.h>
-#include <velmora/bridge/Util.h>
+#include <velmora/bridge/FullPath.h>
 #include <velmora/platform/NativePath.h>
 #include "tests/support/ScriptedTest.h"
 
@@ -16,7 +16,7 @@ namespace Quorvex::Velmora::TestSupport
 namespace
 {
 
-using Tessaport::Util::getFullPath;
+using Tessaport::getFullPath;
 
 class FullPath : public ScriptedTest
 {

@@ -8,7 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
+#include <velmora/bridge/conversions/HandleAccess.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include "tests/support/BridgeTest.h"
 
@@ -18,14 +19,16 @@ namespace
 {
 
 using namespace TessaportAPI;
-using ::testing::HasSubstr;
-using Bridge = Tessaport::QvManagedTessaportService;
+using Tessaport::VelmoraArguments;
 using Tessaport::VelmoraHandle;
 using Tessaport::VelmoraReply;
+using Tessaport::VelmoraRequest;
+using ::testing::HasSubstr;
 using Ids = QVBuffer<ItemIdToPermanentIdResult>;
 
 constexpr VelmoraHandle ChunkSize = 4096;
 constexpr std::int32_t OtherRow = 6;
+constexpr VelmoraArguments NoArguments{};
 
 class HandleTable : public BridgeTest
 {
@@ -38,7 +41,7 @@ protected:
         return bridge.getPermanentIds({});
     }
 
-    static VelmoraHandle handleOf(const ItemId& id) { return Bridge::findHandle(id)->get(); }
+    static VelmoraHandle handleOf(const ItemId& id) { return Tessaport::HandleAccess::findHandle(id)->get(); }
 
     static VelmoraHandle highestOf(const Ids& ids)
     {
@@ -50,19 +53,22 @@ protected:
 
     VelmoraHandle makeRawService() const
     {
-        VelmoraHandle made = 0;
         VelmoraReply reply{};
-        EXPECT_EQ(table.createService(&made, &reply), 0);
+        EXPECT_EQ(table.request(VelmoraRequest::CreateService, 0, &NoArguments, &reply), 0);
+        const VelmoraHandle made = Tessaport::ReplyReader(reply, table).takeHandle();
+        table.releaseReply(&reply);
         return made;
     }
 
     // Empty when the request succeeds.
     std::string failureOfContentsOf(VelmoraHandle folder) const
     {
+        VelmoraArguments arguments{};
+        arguments.target = folder;
         VelmoraReply reply{};
         std::string message;
-        if (table.getFolderContents(rawService, folder, &reply) != 0)
-            message = Common::QVString(Tessaport::ReplyReader(reply, table).wideText().c_str()).c_str();
+        if (table.request(VelmoraRequest::GetFolderContents, rawService, &arguments, &reply) != 0)
+            message = Common::QVString(Tessaport::ReplyReader(reply, table).wideString().c_str()).c_str();
         table.releaseReply(&reply);
         return message;
     }
@@ -158,6 +164,19 @@ TEST_F(HandleTable, GetsTheSlotsBackThatAListTookAndDidNotNeed)
     EXPECT_LE(highest, atFirst + ChunkSize);
 }
 
+using UnknownRequest = HandleTable;
+
+TEST_F(UnknownRequest, FailsAndNamesItsNumber)
+{
+    VelmoraReply reply{};
+
+    EXPECT_EQ(table.request(VelmoraRequest::Count, rawService, &NoArguments, &reply), OtherRow);
+
+    EXPECT_THAT(Common::QVString(Tessaport::ReplyReader(reply, table).wideString().c_str()).c_str(),
+        HasSubstr("has no request " + std::to_string(static_cast<std::uint32_t>(VelmoraRequest::Count))));
+    table.releaseReply(&reply);
+}
+
 class RefusedPiece : public HandleTable
 {
 protected:
@@ -173,7 +192,7 @@ protected:
             std::generate(handles.begin(), handles.end(), [&] { return reader.takeHandle(); });
             return 1;
         };
-        return table.getFolderContents(rawService, 0, &reply);
+        return table.request(VelmoraRequest::GetFolderContents, rawService, &NoArguments, &reply);
     }
 
     VelmoraReply reply{};

@@ -27,7 +27,7 @@ namespace
 
 using namespace TessaportAPI;
 using Api = QvNativeTessaportAPI;
-using Table = Tessaport::TessaportEntryPoints;
+using Request = Tessaport::VelmoraRequest;
 
 // Everything that an operation can fill.
 struct Outputs {
@@ -79,25 +79,25 @@ void setReplies(FakeEntryPoints& table)
 {
     namespace Sample = SampleReplies;
     table.replyWith(Sample::nothing());
-    table.replyTo(&Table::getVersion, Sample::version());
-    table.replyTo(&Table::getDrives, Sample::drives());
-    table.replyTo(&Table::getCommands, Sample::commands());
-    table.replyTo(&Table::getOrCreateFolder, Sample::items(1));
-    table.replyTo(&Table::canAddFiles, Sample::flag());
-    table.replyTo(&Table::isFileInWorkspace, Sample::flag());
-    table.replyTo(&Table::getPermanentIds, Sample::permanentIds());
-    table.replyTo(&Table::getProperties, Sample::propertyValues());
-    table.replyTo(&Table::getPropertyDefinitions, Sample::propertyDefinitions());
-    table.replyTo(&Table::getFullPath, Sample::fullPath());
-    table.replyTo(&Table::getChildFolders, Sample::items(5));
-    table.replyTo(&Table::getFolderContents, Sample::items(5));
-    table.replyTo(&Table::getItemsByRelativePaths, Sample::items(5));
-    table.replyTo(&Table::getItemsByWorkspacePaths, Sample::foundItems());
-    table.replyTo(&Table::getItemsByPermanentIds, Sample::foundItems());
-    table.replyTo(&Table::addFiles, Sample::outcome());
-    table.replyTo(&Table::syncFiles, Sample::outcome());
-    table.replyTo(&Table::deleteItems, Sample::outcome());
-    table.replyTo(&Table::executeCommand, Sample::outcome());
+    table.replyTo(Request::GetVersion, Sample::version());
+    table.replyTo(Request::GetDrives, Sample::drives());
+    table.replyTo(Request::GetCommands, Sample::commands());
+    table.replyTo(Request::GetOrCreateFolder, Sample::items(1));
+    table.replyTo(Request::CanAddFiles, Sample::flag());
+    table.replyTo(Request::IsFileInWorkspace, Sample::flag());
+    table.replyTo(Request::GetPermanentIds, Sample::permanentIds());
+    table.replyTo(Request::GetProperties, Sample::propertyValues());
+    table.replyTo(Request::GetPropertyDefinitions, Sample::propertyDefinitions());
+    table.replyTo(Request::GetFullPath, Sample::fullPath());
+    table.replyTo(Request::GetChildFolders, Sample::items(5));
+    table.replyTo(Request::GetFolderContents, Sample::items(5));
+    table.replyTo(Request::GetItemsByRelativePaths, Sample::items(5));
+    table.replyTo(Request::GetItemsByWorkspacePaths, Sample::foundItems());
+    table.replyTo(Request::GetItemsByPermanentIds, Sample::foundItems());
+    table.replyTo(Request::AddFiles, Sample::outcome());
+    table.replyTo(Request::SyncFiles, Sample::outcome());
+    table.replyTo(Request::DeleteItems, Sample::outcome());
+    table.replyTo(Request::ExecuteCommand, Sample::outcome());
 }
 
 class FailingAllocation : public ::testing::TestWithParam<Operation>

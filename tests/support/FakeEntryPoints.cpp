@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <tuple>
 #include <utility>
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
@@ -16,10 +15,12 @@ namespace
 {
 
 using Tessaport::TessaportEntryPoints;
+using Tessaport::VelmoraArguments;
 using Tessaport::VelmoraHandle;
 using Tessaport::VelmoraReply;
+using Tessaport::VelmoraRequest;
 
-// A reply that is out, and the handles in it: `count` numbers from `first`.
+// A reply that was handed out and not yet given back, and its handles: `count` numbers from `first`.
 struct Outstanding {
     const PackedReply* source = nullptr;
     const std::uint8_t* data = nullptr;
@@ -29,17 +30,17 @@ struct Outstanding {
 };
 
 struct State {
-    // All but the last are pieces.
+    // What requests reply; all but the last are pieces.
     std::vector<PackedReply> replies;
-    // For requests with a reply of their own, by their place in the table.
-    std::map<std::size_t, PackedReply> ownReplies;
+    std::map<VelmoraRequest, PackedReply> ownReplies;
+    PackedReply newService = ReplyBuilder().handle().build(1);
     std::uint64_t expectedCount = 0;
     std::size_t shift = 0;
     std::int32_t row = 0;
     int calls = 0;
     int wrongReleases = 0;
     VelmoraHandle lastHandle = 0;
-    // By number modulo the size: so many are never out at once.
+    // By number modulo the size, which is more than are ever alive at once.
     std::bitset<1 << 16> liveHandles;
     Outstanding outstanding[16];
 };
@@ -69,7 +70,7 @@ void releaseHandles(const VelmoraHandle* handles, std::uint64_t count)
     std::for_each(handles, handles + count, releaseHandle);
 }
 
-// Gives back what was handed out, but for the handles that were taken.
+// Takes back a reply, and releases the handles in it that no one has taken.
 void release(Outstanding& out, std::uint64_t handlesTaken)
 {
     for (std::uint64_t i = handlesTaken; i < out.count; ++i) {
@@ -95,7 +96,7 @@ void releaseReply(VelmoraReply* reply)
 
 std::int64_t countHandles() { return static_cast<std::int64_t>(state->liveHandles.count()); }
 
-// Numbers the handles of the copy; those that were cut off are not out.
+// Numbers the handles of the copy, except those that were cut off.
 void numberHandles(std::uint8_t* data, Outstanding& out)
 {
     const PackedReply& reply = *out.source;
@@ -119,7 +120,7 @@ Outstanding& handOut(const PackedReply& source, VelmoraReply* reply)
     Outstanding& out = *std::find_if(std::begin(state->outstanding), std::end(state->outstanding),
         [](const Outstanding& other) { return other.data == nullptr; });
     out.source = &source;
-    // Exactly as large as the reply, so that a sanitizer sees every step beyond it.
+    // Exactly as large as the reply, so that a sanitizer reports every step beyond it.
     out.memory = std::malloc(std::max<std::size_t>(source.bytes.size() + state->shift, 1));
     auto* const data = static_cast<std::uint8_t*>(out.memory) + state->shift;
     std::copy(source.bytes.begin(), source.bytes.end(), data);
@@ -131,7 +132,7 @@ Outstanding& handOut(const PackedReply& source, VelmoraReply* reply)
     return out;
 }
 
-// False when the native side refuses it, or takes no pieces.
+// Returns false if the native side refuses the piece, or takes no pieces.
 bool passPiece(const PackedReply& piece, VelmoraReply* reply)
 {
     if (reply->takePiece == nullptr)
@@ -157,79 +158,40 @@ std::int32_t respond(VelmoraReply* reply)
     return state->row;
 }
 
-std::int32_t respond(std::size_t slot, VelmoraReply* reply)
+std::int32_t request(VelmoraRequest number, VelmoraHandle, const VelmoraArguments*, VelmoraReply* reply)
 {
     ++state->calls;
-    const auto own = state->ownReplies.find(slot);
-    if (own == state->ownReplies.end())
+    const bool makesService =
+        number == VelmoraRequest::CreateService || number == VelmoraRequest::CreateServiceForWindow;
+    const auto own = state->ownReplies.find(number);
+    if (own != state->ownReplies.end())
+        handOut(own->second, reply);
+    else if (makesService && state->row == 0)
+        handOut(state->newService, reply);
+    else
         return respond(reply);
-    handOut(own->second, reply);
     return 0;
 }
 
-// A request of any arguments, the reply being the last.
-template <auto Member>
-struct Request;
-
-template <class... Arguments, std::int32_t (*TessaportEntryPoints::*Member)(Arguments...)>
-struct Request<Member> {
-    static std::int32_t run(Arguments... arguments)
-    {
-        return respond(FakeEntryPoints::slotOf(Member),
-            std::get<sizeof...(Arguments) - 1>(std::tuple<Arguments...>(arguments...)));
-    }
-};
-
-template <auto... Members>
-void fill(TessaportEntryPoints& table)
+constexpr TessaportEntryPoints filledTable()
 {
-    ((table.*Members = &Request<Members>::run), ...);
+    TessaportEntryPoints table = Tessaport::expectedEntryPoints();
+    table.request = request;
+    table.releaseHandle = releaseHandle;
+    table.releaseHandles = releaseHandles;
+    table.releaseReply = releaseReply;
+    table.countHandles = countHandles;
+    return table;
 }
 
-std::int32_t createService(VelmoraHandle* service, VelmoraReply* reply)
-{
-    ++state->calls;
-    if (state->row != 0)
-        return respond(reply);
-    *service = newHandle();
-    return 0;
-}
-
-std::int32_t createServiceForWindow(void*, VelmoraHandle* service, VelmoraReply* reply)
-{
-    return createService(service, reply);
-}
-
-const TessaportEntryPoints& table()
-{
-    static const TessaportEntryPoints filled = [] {
-        TessaportEntryPoints t{};
-        t.version = Tessaport::EntryPointsVersion;
-        t.size = sizeof t;
-        t.createService = createService;
-        t.createServiceForWindow = createServiceForWindow;
-        using Table = TessaportEntryPoints;
-        fill<&Table::discover, &Table::getVersion, &Table::getDrives, &Table::getChildFolders,
-            &Table::getFolderContents, &Table::addFiles, &Table::getOrCreateFolder, &Table::canAddFiles,
-            &Table::isFileInWorkspace, &Table::syncFiles, &Table::deleteItems, &Table::getItemsByWorkspacePaths,
-            &Table::getItemsByRelativePaths, &Table::fileClosedWithinRunningProcess, &Table::getPropertyDefinitions,
-            &Table::getProperties, &Table::getCommands, &Table::executeCommand, &Table::getPermanentIds,
-            &Table::getItemsByPermanentIds, &Table::getFullPath>(t);
-        t.releaseHandle = releaseHandle;
-        t.releaseHandles = releaseHandles;
-        t.releaseReply = releaseReply;
-        t.countHandles = countHandles;
-        return t;
-    }();
-    return filled;
-}
+constexpr TessaportEntryPoints Table = filledTable();
 
 } // namespace
 
 FakeEntryPoints::FakeEntryPoints()
 {
     state = new State;
-    Tessaport::ClrRuntime::ofProcess().replaceEntryPoints(&table());
+    Tessaport::ClrRuntime::ofProcess().replaceEntryPoints(&Table);
 }
 
 FakeEntryPoints::~FakeEntryPoints()
@@ -252,7 +214,10 @@ void FakeEntryPoints::replyInPieces(std::vector<PackedReply> pieces, std::uint64
     state->row = 0;
 }
 
-void FakeEntryPoints::replyTo(std::size_t slot, PackedReply reply) { state->ownReplies[slot] = std::move(reply); }
+void FakeEntryPoints::replyTo(VelmoraRequest request, PackedReply reply)
+{
+    state->ownReplies[request] = std::move(reply);
+}
 
 void FakeEntryPoints::replyWithNothing() { replyInPieces({}); }
 
@@ -270,6 +235,6 @@ int FakeEntryPoints::liveReplies() const noexcept
 
 int FakeEntryPoints::wrongReleases() const noexcept { return state->wrongReleases; }
 
-PackedReply message(std::u16string_view text) { return ReplyBuilder().text(text).build(1); }
+PackedReply message(std::u16string_view text) { return ReplyBuilder().string(text).build(1); }
 
 } // namespace Quorvex::Velmora::TestSupport

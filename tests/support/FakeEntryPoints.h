@@ -1,20 +1,28 @@
-// A C++ table in place of the managed one, for what the real one never does: damaged replies, failures at any point.
+/// @file
+/// A fake of the managed half of the bridge, in C++. Requests get the replies that the test has set, damaged ones too,
+/// and every handle and reply that is handed out is counted until it comes back. No .NET is started:
+///
+///     FakeEntryPoints fake;
+///     fake.replyWith(SampleReplies::items(3));
+///     Tessaport::QvManagedTessaportService service;   // talks to the fake
+///     (void)service.getChildFolders(…);
+///     EXPECT_EQ(fake.liveReplies(), 0);
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
 #include "tests/support/ReplyBuilder.h"
 
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// The table of this process while it lives; there is one at a time. Allocates nothing with operator new while it
-/// serves, and watches over what it hands out.
+/// Takes the place of the managed half in this process as long as it lives. There is one at a time.
+///
+/// Does not call operator new while it serves, so that tests can make allocations of the library fail.
 class FakeEntryPoints
 {
 public:
@@ -23,40 +31,25 @@ public:
     FakeEntryPoints(const FakeEntryPoints&) = delete;
     FakeEntryPoints& operator=(const FakeEntryPoints&) = delete;
 
-    /// What every request replies from now on. `shift` moves it that many bytes from an aligned place.
+    /// Sets what every request replies from now on. `shift` places it that many bytes after an aligned address.
     void replyWith(PackedReply reply, std::size_t shift = 0);
-    /// A list that comes in pieces, announced as that many records.
+    /// Sets a list that comes in pieces, announced as `expectedCount` records.
     void replyInPieces(std::vector<PackedReply> pieces, std::uint64_t expectedCount = 0);
-    /// What that one replies from now on, whatever the others do.
-    template <class Function>
-    void replyTo(Function Tessaport::TessaportEntryPoints::*request, PackedReply reply)
-    {
-        replyTo(slotOf(request), std::move(reply));
-    }
-    /// Every request succeeds and leaves no reply at all.
+    /// Sets what this request replies from now on, whatever the others do.
+    void replyTo(Tessaport::VelmoraRequest request, PackedReply reply);
+    /// Lets every request succeed without a reply.
     void replyWithNothing();
-    /// Every request fails with that row and the reply that was set last.
+    /// Lets every request fail with that row, and with the reply that was set last.
     void failWith(std::int32_t row);
 
-    /// Requests so far, constructors of the service included.
+    /// The number of requests so far, those of constructors included.
     [[nodiscard]] int calls() const noexcept;
 
+    /// What is handed out and has not come back.
     [[nodiscard]] std::int64_t liveHandles() const noexcept;
     [[nodiscard]] int liveReplies() const noexcept;
-    /// Handles and replies that were given back and were not out.
+    /// The number of handles and replies that came back without being out.
     [[nodiscard]] int wrongReleases() const noexcept;
-
-    /// Where in the table a request stands.
-    template <class Function>
-    [[nodiscard]] static std::size_t slotOf(Function Tessaport::TessaportEntryPoints::*request) noexcept
-    {
-        static const Tessaport::TessaportEntryPoints any{};
-        return static_cast<std::size_t>(
-            reinterpret_cast<const char*>(&(any.*request)) - reinterpret_cast<const char*>(&any));
-    }
-
-private:
-    void replyTo(std::size_t slot, PackedReply reply);
 };
 
 /// The reply of a failed request.

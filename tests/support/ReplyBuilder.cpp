@@ -1,18 +1,24 @@
 #include "tests/support/ReplyBuilder.h"
 
 #include <cstring>
+#include <iterator>
+#include <numeric>
 #include <string>
+
+#include <velmora/bridge/boundary/ReplyLayout.h>
 
 namespace Quorvex::Velmora::TestSupport
 {
 namespace
 {
 
-constexpr std::size_t HeaderSize = 16;
-constexpr std::uint32_t AllFlags = 7;
+using Tessaport::ItemBlock;
+using Tessaport::ReplyHeader;
 
-template <class Number>
-void put(std::vector<std::uint8_t>& bytes, std::size_t offset, Number value)
+constexpr std::uint32_t AllFlags = Tessaport::FolderFlag | Tessaport::InWorkspaceFlag | Tessaport::OnServerFlag;
+
+template <class Value>
+void put(std::vector<std::uint8_t>& bytes, std::size_t offset, Value value)
 {
     std::memcpy(bytes.data() + offset, &value, sizeof value);
 }
@@ -40,7 +46,7 @@ std::uint32_t PackedReply::wordAt(std::size_t offset) const
     return value;
 }
 
-ReplyBuilder::ReplyBuilder() : bytes(HeaderSize) {}
+ReplyBuilder::ReplyBuilder() : bytes(sizeof(ReplyHeader)) {}
 
 ReplyBuilder& ReplyBuilder::number(std::uint32_t value)
 {
@@ -49,7 +55,7 @@ ReplyBuilder& ReplyBuilder::number(std::uint32_t value)
     return *this;
 }
 
-ReplyBuilder& ReplyBuilder::text(std::u16string_view value)
+ReplyBuilder& ReplyBuilder::string(std::u16string_view value)
 {
     number(static_cast<std::uint32_t>(value.size()));
     append(value.data(), value.size() * sizeof(char16_t));
@@ -69,16 +75,17 @@ ReplyBuilder& ReplyBuilder::item(int number)
 {
     const std::u16string name = u"item " + std::u16string(1, static_cast<char16_t>(u'0' + number % 10));
     const std::u16string path = u"D:\\Drive\\" + name;
-    const std::int64_t date = 1'700'000'000 + number;
-    const std::uint32_t tail[] = {static_cast<std::uint32_t>(name.size()), static_cast<std::uint32_t>(name.size()),
-        static_cast<std::uint32_t>(path.size()), AllFlags};
-    align(sizeof date);
-    uuid();
-    append(&date, sizeof date);
-    append(tail, sizeof tail);
+    ItemBlock block{};
+    std::iota(std::begin(block.driveId), std::end(block.driveId), std::uint8_t{1});
+    block.lastModified = 1'700'000'000 + number;
+    block.nameLength = block.relativePathLength = static_cast<std::uint32_t>(name.size());
+    block.workspacePathLength = static_cast<std::uint32_t>(path.size());
+    block.flags = AllFlags;
+    align(Tessaport::ReplyAlignment);
+    append(&block, sizeof block);
     for (const std::u16string& part : {name, name, path})
         append(part.data(), part.size() * sizeof(char16_t));
-    align(sizeof date);
+    align(Tessaport::ReplyAlignment);
     return handle();
 }
 
@@ -96,12 +103,10 @@ ReplyBuilder& ReplyBuilder::nullHandle()
 
 PackedReply ReplyBuilder::build(std::uint32_t recordCount) const
 {
-    ReplyBuilder whole = *this;
-    whole.align(sizeof(std::int64_t));
-    PackedReply reply{whole.bytes, whole.bytes.size(), isNullHandle};
-    put(reply.bytes, 0, recordCount);
-    put(reply.bytes, 4, static_cast<std::uint32_t>(isNullHandle.size()));
-    put(reply.bytes, 8, static_cast<std::uint64_t>(reply.handlesOffset));
+    ReplyBuilder complete = *this;
+    complete.align(Tessaport::ReplyAlignment);
+    PackedReply reply{complete.bytes, complete.bytes.size(), isNullHandle};
+    put(reply.bytes, 0, ReplyHeader{recordCount, static_cast<std::uint32_t>(isNullHandle.size()), reply.handlesOffset});
     reply.bytes.resize(reply.handlesOffset + isNullHandle.size() * sizeof(std::int64_t));
     return reply;
 }

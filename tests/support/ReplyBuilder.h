@@ -1,4 +1,5 @@
-// Packs replies as the managed half does, so that tests can also damage them.
+/// @file
+/// Packs replies as the managed half does (see velmora/bridge/boundary/ReplyLayout.h), so that tests can damage them.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +9,10 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// A packed reply. Its handles are numbered when it is handed out: each time anew.
+/// A packed reply. Its handles get their numbers each time it is handed out.
 struct PackedReply {
     std::vector<std::uint8_t> bytes;
-    /// Where the handles stand, and which of them are the null object.
+    /// Where the handles begin, and which of them are the null object.
     std::size_t handlesOffset = 0;
     std::vector<bool> isNullHandle;
 
@@ -20,16 +21,16 @@ struct PackedReply {
     [[nodiscard]] std::uint32_t wordAt(std::size_t offset) const;
 };
 
-/// Each member appends; see managed/Velmora.Bridge/Replies/ReplyWriter.cs for the form.
+/// Each member appends one part.
 class ReplyBuilder
 {
 public:
     ReplyBuilder();
 
     ReplyBuilder& number(std::uint32_t value);
-    ReplyBuilder& text(std::u16string_view value);
+    ReplyBuilder& string(std::u16string_view value);
     ReplyBuilder& uuid();
-    /// An item with an id, its texts and its date told by `number`.
+    /// An item with an id, whose strings and date tell its number.
     ReplyBuilder& item(int number);
     ReplyBuilder& handle();
     ReplyBuilder& nullHandle();

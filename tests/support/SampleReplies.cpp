@@ -7,7 +7,7 @@ PackedReply nothing() { return ReplyBuilder().build(0); }
 
 PackedReply flag() { return ReplyBuilder().number(1).build(1); }
 
-PackedReply version() { return ReplyBuilder().text(u"12.5.1234.5678 (final)").build(1); }
+PackedReply version() { return ReplyBuilder().string(u"12.5.1234.5678 (final)").build(1); }
 
 PackedReply items(int count)
 {
@@ -26,7 +26,7 @@ PackedReply drives()
 {
     ReplyBuilder builder;
     for (int i = 1; i <= 2; ++i)
-        builder.text(u"Quorvex.DataSourceType.Drive").number(1).uuid().text(u"Drive").text(u"D:\\Drive").item(i);
+        builder.string(u"Quorvex.DataSourceType.Drive").number(1).uuid().string(u"Drive").string(u"D:\\Drive").item(i);
     return builder.build(2);
 }
 
@@ -34,7 +34,14 @@ PackedReply commands()
 {
     ReplyBuilder builder;
     for (const std::uint32_t imageSize : {0U, 4U})
-        builder.text(u"Command").text(u"command.id").number(1).number(0).number(1).number(0).number(imageSize).handle();
+        builder.string(u"Command")
+            .string(u"command.id")
+            .number(1)
+            .number(0)
+            .number(1)
+            .number(0)
+            .number(imageSize)
+            .handle();
     return builder.build(2);
 }
 
@@ -42,24 +49,24 @@ PackedReply foundItems()
 {
     ReplyBuilder builder;
     for (int i = 1; i <= 2; ++i)
-        builder.number(1).number(1).item(i).text(u"key");
-    return builder.number(2).number(0).text(u"gone").build(3);
+        builder.number(1).number(1).item(i).string(u"key");
+    return builder.number(2).number(0).string(u"gone").build(3);
 }
 
 PackedReply permanentIds()
 {
-    return ReplyBuilder().number(1).handle().text(u"permanent").number(2).nullHandle().text(u"").build(2);
+    return ReplyBuilder().number(1).handle().string(u"permanent").number(2).nullHandle().string(u"").build(2);
 }
 
 PackedReply propertyDefinitions()
 {
     return ReplyBuilder()
-        .text(u"Size")
-        .text(u"size")
+        .string(u"Size")
+        .string(u"size")
         .number(1)
         .number(2)
-        .text(u"T")
-        .text(u"t")
+        .string(u"T")
+        .string(u"t")
         .number(3)
         .number(4)
         .build(2);
@@ -67,9 +74,9 @@ PackedReply propertyDefinitions()
 
 PackedReply propertyValues()
 {
-    return ReplyBuilder().text(u"rel").uuid().text(u"SourceObjectId").text(u"urn:of a certain length").build(1);
+    return ReplyBuilder().string(u"rel").uuid().string(u"SourceObjectId").string(u"urn:of a certain length").build(1);
 }
 
-PackedReply fullPath() { return ReplyBuilder().text(u"/a/path/of/a/certain/length").build(1); }
+PackedReply fullPath() { return ReplyBuilder().string(u"/a/path/of/a/certain/length").build(1); }
 
 } // namespace Quorvex::Velmora::TestSupport::SampleReplies

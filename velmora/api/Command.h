@@ -7,7 +7,7 @@
 
 namespace Quorvex::Velmora::Tessaport
 {
-class QvManagedTessaportService;
+struct HandleAccess;
 }
 
 namespace Quorvex::Velmora::TessaportAPI
@@ -52,7 +52,7 @@ public:
     Image image;
 
 private:
-    friend class Tessaport::QvManagedTessaportService;
+    friend struct Tessaport::HandleAccess;
 
     CommandImp* implementation = nullptr;
 };

@@ -4,7 +4,7 @@
 
 namespace Quorvex::Velmora::Tessaport
 {
-class QvManagedTessaportService;
+struct HandleAccess;
 }
 
 namespace Quorvex::Velmora::TessaportAPI
@@ -31,7 +31,7 @@ public:
     ItemId& operator=(ItemId&& other) noexcept;
 
 private:
-    friend class Tessaport::QvManagedTessaportService;
+    friend struct Tessaport::HandleAccess;
 
     // Null when the handle names no item: buffers default-construct many before they fill them.
     ItemIdImp* implementation = nullptr;

@@ -10,24 +10,25 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-using Throw = void (*)(const wchar_t*, std::size_t);
-
-// In the order in which the managed half tries them; the row after the last is every other managed exception.
-constexpr Throw Rows[] = {
-    throwTessaportApiRequiresUpdateException,
-    throwTessaportForcedUpdateException,
-    throwTessaportNotRunningException,
-    throwTessaportNotInstalledException,
-    throwTessaportRequiresUpdateException,
-    throwApiException,
-};
-constexpr std::int32_t LastRow = sizeof Rows / sizeof *Rows;
-
+// The rows are tried in this order by managed/Velmora.Bridge/Boundary/Failure.cs.
 [[noreturn]] void throwRow(std::int32_t row, const std::wstring& message)
 {
-    const bool known = row >= 1 && row <= LastRow;
-    Rows[(known ? row : LastRow) - 1](message.c_str(), message.size());
-    std::terminate(); // Not reached: every row throws.
+    const wchar_t* const text = message.c_str();
+    const std::size_t length = message.size();
+    switch (row) {
+    case 1:
+        throwTessaportApiRequiresUpdateException(text, length);
+    case 2:
+        throwTessaportForcedUpdateException(text, length);
+    case 3:
+        throwTessaportNotRunningException(text, length);
+    case 4:
+        throwTessaportNotInstalledException(text, length);
+    case 5:
+        throwTessaportRequiresUpdateException(text, length);
+    default:
+        throwApiException(text, length);
+    }
 }
 
 } // namespace
@@ -38,10 +39,10 @@ void throwUnlessDone(std::int32_t row, OwnedReply& reply)
         throw ManagedFailure(row, reply.message());
 }
 
-void runWhileHandlingExceptions(std::function<void()> operation)
+void rethrowAsNative()
 {
     try {
-        operation();
+        throw;
     } catch (const ManagedFailure& failure) {
         throwRow(failure.row(), failure.message());
     } catch (const TessaportAPI::ApiException&) {

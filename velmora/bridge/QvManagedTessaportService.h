@@ -1,14 +1,12 @@
-// The one place where the library meets the sync application: one member for each of its requests.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 
 #include <velmora/api/Records.h>
-#include <velmora/bridge/ManagedHandle.h>
-#include <velmora/bridge/Wrappers.h>
-#include <velmora/bridge/replies/OwnedReply.h>
-#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/boundary/ManagedHandle.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/Wrappers.h>
 #include <velmora/platform/WindowHandle.h>
 
 namespace Quorvex::Velmora::Tessaport
@@ -29,12 +27,15 @@ using TessaportAPI::PropertyDefinition;
 using TessaportAPI::StringPropertyValue;
 using TessaportAPI::WorkspacePathToItemResult;
 
-/// Owns one service object of the sync application. Every member runs on the calling thread and either returns the
-/// converted result or throws an exception of the family in velmora/api/Exceptions.h; the object stays usable.
+/// The one place where the library meets the sync application: owns one of its service objects, and has one member for
+/// each request.
+///
+/// Every request runs on the calling thread. It returns the converted result, or throws an exception of the family in
+/// velmora/api/Exceptions.h; the object is usable afterwards.
 class QvManagedTessaportService
 {
 public:
-    /// Starts the runtime if nothing has.
+    /// Starts the runtime if it does not run yet.
     QvManagedTessaportService();
     explicit QvManagedTessaportService(HWND window);
     QvManagedTessaportService(const QvManagedTessaportService&) = delete;
@@ -66,26 +67,24 @@ public:
     [[nodiscard]] QVBuffer<PermanentIdToItemResult> getItemsByPermanentIds(const QVBuffer<QVString>& permanentIds);
 
     [[nodiscard]] static std::shared_ptr<ItemIdWrapper> getInternalId(const ItemId& id);
-    /// The handle that the id's wrapper holds, or null when it has no wrapper. Without the count that a copy costs:
-    /// requests name many ids.
-    [[nodiscard]] static const ManagedHandle* findHandle(const ItemId& id) noexcept;
     static void setInternalId(ItemId& id, std::shared_ptr<ItemIdWrapper> wrapper);
-    /// setInternalId of a new wrapper in `room` (see IdRoom.h), which takes the reader's next handle.
-    static void setInternalId(ItemId& id, void* room, ReplyReader& reader);
-
     [[nodiscard]] static std::shared_ptr<CommandWrapper> getInternalCommand(const Command& command);
     static void setInternalCommand(Command& command, std::shared_ptr<CommandWrapper> wrapper);
 
 private:
-    /// @throws ManagedFailure when the call fails.
-    template <class Function, class... Arguments>
-    void call(OwnedReply& reply, Function function, Arguments... arguments) const;
+    /// Makes the request and returns its result, empty for one that returns nothing.
+    ///
+    /// @param setArguments  sets those of a RequestArguments. What it throws is translated like everything else.
+    template <class Result>
+    Result ask(VelmoraRequest number) const;
+    template <class Result, class SetArguments>
+    Result ask(VelmoraRequest number, SetArguments setArguments) const;
 
-    /// call(), and the result out of its reply.
-    template <class Result, class Function, class... Arguments>
-    void request(Result& result, Function function, Arguments... arguments) const;
-    template <class Record, class Function, class... Arguments>
-    void request(QVBuffer<Record>& list, Function function, Arguments... arguments) const;
+    /// @throws ManagedFailure if the call fails.
+    template <class Result>
+    void receive(VelmoraRequest number, const VelmoraArguments& arguments, Result& result) const;
+    template <class Record>
+    void receive(VelmoraRequest number, const VelmoraArguments& arguments, QVBuffer<Record>& list) const;
 
     const TessaportEntryPoints* entryPoints = nullptr;
     std::unique_ptr<ManagedHandle> service;

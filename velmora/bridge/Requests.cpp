@@ -1,17 +1,24 @@
-// One member for each request: arguments, call, conversion.
+// The requests of QvManagedTessaportService. Each names its number, sets its arguments, and returns its result.
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
-#include <velmora/bridge/conversions/Handles.h>
-#include <velmora/bridge/conversions/ToManaged.h>
+#include <velmora/bridge/conversions/ListReceiver.h>
+#include <velmora/bridge/conversions/RequestArguments.h>
 #include <velmora/bridge/conversions/ToNative.h>
-#include <velmora/bridge/replies/ListReceiver.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
 namespace
 {
 
-// The one record of a reply.
+using Arguments = RequestArguments;
+using Request = VelmoraRequest;
+
+constexpr VelmoraArguments NoArguments{};
+
+// The result of requests that return nothing.
+struct Nothing {
+};
+
 template <class Result>
 void read(OwnedReply& reply, Result& result)
 {
@@ -21,216 +28,148 @@ void read(OwnedReply& reply, Result& result)
 
 void read(OwnedReply& reply, bool& result) { result = ReplyReader(reply).flag(); }
 
-using Kind = CrossingTexts::Kind;
+void read(OwnedReply&, Nothing&) {}
 
 } // namespace
 
-template <class Function, class... Arguments>
-void QvManagedTessaportService::call(OwnedReply& reply, Function function, Arguments... arguments) const
-{
-    throwUnlessDone((entryPoints->*function)(service->get(), arguments..., reply.fill()), reply);
-}
-
-template <class Result, class Function, class... Arguments>
-void QvManagedTessaportService::request(Result& result, Function function, Arguments... arguments) const
+template <class Result>
+void QvManagedTessaportService::receive(Request number, const VelmoraArguments& arguments, Result& result) const
 {
     OwnedReply reply(*entryPoints);
-    call(reply, function, arguments...);
+    throwUnlessDone(entryPoints->request(number, service->get(), &arguments, reply.fill()), reply);
     read(reply, result);
 }
 
-template <class Record, class Function, class... Arguments>
-void QvManagedTessaportService::request(QVBuffer<Record>& list, Function function, Arguments... arguments) const
+template <class Record>
+void QvManagedTessaportService::receive(Request number, const VelmoraArguments& arguments, QVBuffer<Record>& list) const
 {
     ListReceiver<Record> receiver(*entryPoints, list);
-    const std::int32_t row = (entryPoints->*function)(service->get(), arguments..., receiver.reply().fill());
+    const std::int32_t row = entryPoints->request(number, service->get(), &arguments, receiver.reply().fill());
     receiver.rethrowFailure();
     throwUnlessDone(row, receiver.reply());
     receiver.finish();
 }
 
-void QvManagedTessaportService::discover()
+template <class Result>
+Result QvManagedTessaportService::ask(Request number) const
 {
+    Result result{};
+    runWhileHandlingExceptions([&] { receive(number, NoArguments, result); });
+    return result;
+}
+
+template <class Result, class SetArguments>
+Result QvManagedTessaportService::ask(Request number, SetArguments setArguments) const
+{
+    Result result{};
     runWhileHandlingExceptions([&] {
-        OwnedReply reply(*entryPoints);
-        call(reply, &TessaportEntryPoints::discover);
+        Arguments arguments;
+        setArguments(arguments);
+        receive(number, arguments.packed(), result);
     });
+    return result;
 }
 
-QVString QvManagedTessaportService::getVersion()
-{
-    QVString version;
-    runWhileHandlingExceptions([&] { request(version, &TessaportEntryPoints::getVersion); });
-    return version;
-}
+void QvManagedTessaportService::discover() { ask<Nothing>(Request::Discover); }
 
-QVBuffer<Drive> QvManagedTessaportService::getDrives()
-{
-    QVBuffer<Drive> drives;
-    runWhileHandlingExceptions([&] { request(drives, &TessaportEntryPoints::getDrives); });
-    return drives;
-}
+QVString QvManagedTessaportService::getVersion() { return ask<QVString>(Request::GetVersion); }
+
+QVBuffer<Drive> QvManagedTessaportService::getDrives() { return ask<QVBuffer<Drive>>(Request::GetDrives); }
 
 QVBuffer<Item> QvManagedTessaportService::getChildFolders(const ItemId& folder)
 {
-    QVBuffer<Item> folders;
-    runWhileHandlingExceptions([&] { request(folders, &TessaportEntryPoints::getChildFolders, toManaged(folder)); });
-    return folders;
+    return ask<QVBuffer<Item>>(Request::GetChildFolders, [&](Arguments& to) { to.setFolder(folder); });
 }
 
 QVBuffer<Item> QvManagedTessaportService::getFolderContents(const ItemId& folder)
 {
-    QVBuffer<Item> items;
-    runWhileHandlingExceptions([&] { request(items, &TessaportEntryPoints::getFolderContents, toManaged(folder)); });
-    return items;
+    return ask<QVBuffer<Item>>(Request::GetFolderContents, [&](Arguments& to) { to.setFolder(folder); });
 }
 
 CommandResult QvManagedTessaportService::addFiles(const ItemId& folder, const QVBuffer<QVString>& localPaths)
 {
-    CommandResult result;
-    runWhileHandlingExceptions([&] {
-        const CrossingTexts paths(localPaths, Kind::Paths);
-        request(result, &TessaportEntryPoints::addFiles, toManaged(folder), paths.data(), paths.size());
-    });
-    return result;
+    return ask<CommandResult>(Request::AddFiles, [&](Arguments& to) { to.setFolder(folder).setPaths(localPaths); });
 }
 
 Item QvManagedTessaportService::getOrCreateFolder(const ItemId& parent, const QVString& name)
 {
-    Item folder;
-    runWhileHandlingExceptions([&] {
-        request(folder, &TessaportEntryPoints::getOrCreateFolder, toManaged(parent), toManagedPath(name).get());
-    });
-    return folder;
+    return ask<Item>(Request::GetOrCreateFolder, [&](Arguments& to) { to.setFolder(parent).setPath(name); });
 }
 
 bool QvManagedTessaportService::canAddFiles(const ItemId& folder, const QVBuffer<QVString>& localPaths)
 {
-    bool answer = false;
-    runWhileHandlingExceptions([&] {
-        const CrossingTexts paths(localPaths, Kind::Paths);
-        request(answer, &TessaportEntryPoints::canAddFiles, toManaged(folder), paths.data(), paths.size());
-    });
-    return answer;
+    return ask<bool>(Request::CanAddFiles, [&](Arguments& to) { to.setFolder(folder).setPaths(localPaths); });
 }
 
 bool QvManagedTessaportService::isFileInWorkspace(const QVString& localPath)
 {
-    bool answer = false;
-    runWhileHandlingExceptions(
-        [&] { request(answer, &TessaportEntryPoints::isFileInWorkspace, toManagedPath(localPath).get()); });
-    return answer;
+    return ask<bool>(Request::IsFileInWorkspace, [&](Arguments& to) { to.setPath(localPath); });
 }
 
 CommandResult QvManagedTessaportService::syncFiles(const QVBuffer<Item>& items)
 {
-    CommandResult result;
-    runWhileHandlingExceptions([&] {
-        const auto ids = toManaged(items);
-        request(result, &TessaportEntryPoints::syncFiles, ids.data(), ids.size());
-    });
-    return result;
+    return ask<CommandResult>(Request::SyncFiles, [&](Arguments& to) { to.setIds(items); });
 }
 
 CommandResult QvManagedTessaportService::deleteFilesOrFolders(const QVBuffer<Item>& items)
 {
-    CommandResult result;
-    runWhileHandlingExceptions([&] {
-        const auto ids = toManaged(items);
-        request(result, &TessaportEntryPoints::deleteItems, ids.data(), ids.size());
-    });
-    return result;
+    return ask<CommandResult>(Request::DeleteItems, [&](Arguments& to) { to.setIds(items); });
 }
 
 QVBuffer<WorkspacePathToItemResult> QvManagedTessaportService::getItemsByWorkspacePaths(
     const QVBuffer<QVString>& workspacePaths)
 {
-    QVBuffer<WorkspacePathToItemResult> results;
-    runWhileHandlingExceptions([&] {
-        const CrossingTexts paths(workspacePaths, Kind::Paths);
-        request(results, &TessaportEntryPoints::getItemsByWorkspacePaths, paths.data(), paths.size());
-    });
-    return results;
+    return ask<QVBuffer<WorkspacePathToItemResult>>(
+        Request::GetItemsByWorkspacePaths, [&](Arguments& to) { to.setPaths(workspacePaths); });
 }
 
 QVBuffer<Item> QvManagedTessaportService::getItemsByRelativePaths(
     const QVUUID& driveId, const QVBuffer<QVString>& relativePaths)
 {
-    QVBuffer<Item> items;
-    runWhileHandlingExceptions([&] {
-        const CrossingTexts paths(relativePaths, Kind::Paths);
-        request(items, &TessaportEntryPoints::getItemsByRelativePaths, toManaged(driveId), paths.data(), paths.size());
-    });
-    return items;
+    return ask<QVBuffer<Item>>(
+        Request::GetItemsByRelativePaths, [&](Arguments& to) { to.setDriveId(driveId).setPaths(relativePaths); });
 }
 
 void QvManagedTessaportService::fileClosedWithinRunningProcess(int processId, const QVString& localPath)
 {
-    runWhileHandlingExceptions([&] {
-        const CrossingText path = toManagedPath(localPath);
-        OwnedReply reply(*entryPoints);
-        call(reply, &TessaportEntryPoints::fileClosedWithinRunningProcess, static_cast<std::int32_t>(processId),
-            path.get());
-    });
+    ask<Nothing>(
+        Request::FileClosedWithinRunningProcess, [&](Arguments& to) { to.setNumber(processId).setPath(localPath); });
 }
 
 QVBuffer<PropertyDefinition> QvManagedTessaportService::getPropertyDefinitions(const QVUUID& driveId)
 {
-    QVBuffer<PropertyDefinition> definitions;
-    runWhileHandlingExceptions(
-        [&] { request(definitions, &TessaportEntryPoints::getPropertyDefinitions, toManaged(driveId)); });
-    return definitions;
+    return ask<QVBuffer<PropertyDefinition>>(
+        Request::GetPropertyDefinitions, [&](Arguments& to) { to.setDriveId(driveId); });
 }
 
 QVBuffer<StringPropertyValue> QvManagedTessaportService::getStringPropertyValues(
     const QVBuffer<ItemId>& items, const QVBuffer<QVString>& propertyIds)
 {
-    QVBuffer<StringPropertyValue> values;
-    runWhileHandlingExceptions([&] {
-        const auto ids = toManaged(items);
-        const CrossingTexts properties(propertyIds, Kind::Plain);
-        request(
-            values, &TessaportEntryPoints::getProperties, ids.data(), ids.size(), properties.data(), properties.size());
-    });
-    return values;
+    return ask<QVBuffer<StringPropertyValue>>(
+        Request::GetProperties, [&](Arguments& to) { to.setIds(items).setStrings(propertyIds); });
 }
 
 QVBuffer<Command> QvManagedTessaportService::getCommands(const CommandContext& context)
 {
-    QVBuffer<Command> commands;
-    runWhileHandlingExceptions(
-        [&] { request(commands, &TessaportEntryPoints::getCommands, CrossingContext(context).get()); });
-    return commands;
+    return ask<QVBuffer<Command>>(Request::GetCommands, [&](Arguments& to) { to.setContext(context); });
 }
 
 CommandResult QvManagedTessaportService::executeCommand(const Command& command, const CommandContext& context)
 {
-    CommandResult result;
-    runWhileHandlingExceptions([&] {
-        request(result, &TessaportEntryPoints::executeCommand, toManaged(command), CrossingContext(context).get());
-    });
-    return result;
+    return ask<CommandResult>(
+        Request::ExecuteCommand, [&](Arguments& to) { to.setCommand(command).setContext(context); });
 }
 
 QVBuffer<ItemIdToPermanentIdResult> QvManagedTessaportService::getPermanentIds(const QVBuffer<ItemId>& items)
 {
-    QVBuffer<ItemIdToPermanentIdResult> results;
-    runWhileHandlingExceptions([&] {
-        const auto ids = toManaged(items);
-        request(results, &TessaportEntryPoints::getPermanentIds, ids.data(), ids.size());
-    });
-    return results;
+    return ask<QVBuffer<ItemIdToPermanentIdResult>>(Request::GetPermanentIds, [&](Arguments& to) { to.setIds(items); });
 }
 
 QVBuffer<PermanentIdToItemResult> QvManagedTessaportService::getItemsByPermanentIds(
     const QVBuffer<QVString>& permanentIds)
 {
-    QVBuffer<PermanentIdToItemResult> results;
-    runWhileHandlingExceptions([&] {
-        const CrossingTexts ids(permanentIds, Kind::Plain);
-        request(results, &TessaportEntryPoints::getItemsByPermanentIds, ids.data(), ids.size());
-    });
-    return results;
+    return ask<QVBuffer<PermanentIdToItemResult>>(
+        Request::GetItemsByPermanentIds, [&](Arguments& to) { to.setStrings(permanentIds); });
 }
 
 } // namespace Quorvex::Velmora::Tessaport

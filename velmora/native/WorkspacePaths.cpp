@@ -4,7 +4,7 @@
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/bridge/ExceptionTranslation.h>
-#include <velmora/bridge/Util.h>
+#include <velmora/bridge/FullPath.h>
 #include <velmora/native/DiagnosticLog.h>
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -39,7 +39,7 @@ bool QvNativeTessaportAPI::getItemByWorkspacePath(HWND hwnd, const QVString& wor
 std::wstring QvNativeTessaportAPI::toTrueFullPath(const std::wstring& path)
 {
     std::wstring fullPath;
-    Tessaport::runWhileHandlingExceptions([&] { fullPath = Tessaport::Util::getFullPath(path); });
+    Tessaport::runWhileHandlingExceptions([&] { fullPath = Tessaport::getFullPath(path); });
     return fullPath;
 }
 

@@ -2,7 +2,6 @@ using System;
 using System.Runtime.CompilerServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Loading;
-using Velmora.Bridge.Replies;
 
 namespace Velmora.Bridge.Boundary;
 
@@ -14,8 +13,8 @@ internal static unsafe class Failure
 {
     private const int OtherRow = 6;
 
-    /// <summary>Throws nothing, whatever fails in it: its callers are entry points, and what leaves those ends the process.</summary>
-    /// <remarks>This class has no static fields for the same reason: a failed static constructor fails every later call.</remarks>
+    /// <summary>Reports an exception. Throws nothing: an exception that leaves an entry point ends the process.</summary>
+    /// <remarks>This class has no static fields, because a static constructor that fails once fails every later call.</remarks>
     public static int Report(Exception e, Reply* reply)
     {
         try
@@ -24,7 +23,7 @@ internal static unsafe class Failure
         }
         catch (Exception)
         {
-            // Without memory for the message the failure still goes through, without a text.
+            // Without memory for the message the failure is still reported, with an empty one.
         }
         try
         {
@@ -46,14 +45,14 @@ internal static unsafe class Failure
         }
         catch (Exception)
         {
-            // Explaining loads further assemblies, which fails for the reason that it should explain.
+            // An explanation may need more assemblies, and loading them fails for the reason to be explained.
         }
         return message;
     }
 
     private static int RowOf(Exception e)
     {
-        // Nothing is an exception of an assembly that is not bound, and asking would look for it once more.
+        // Before an assembly is bound no exception is one of its own, and asking would only look for it once more.
         if (ApiAssembly.Bound == null)
             return OtherRow;
         for (int row = 1; row < OtherRow; ++row)
@@ -64,7 +63,7 @@ internal static unsafe class Failure
         return OtherRow;
     }
 
-    // A row names its type in a method of its own: a type that the sync application lacks then skips only that row.
+    // A type that the sync application lacks skips only its own row, because each is named in a method of its own.
     private static bool Fits(int row, Exception e)
     {
         try

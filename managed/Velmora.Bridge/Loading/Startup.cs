@@ -2,20 +2,21 @@ using System;
 using System.Reflection;
 using System.Runtime.InteropServices;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
 
 namespace Velmora.Bridge.Loading;
 
-/// <summary>The first function that the native side calls, again until it has succeeded.</summary>
+/// <summary>What the native side calls first, again until it has succeeded.</summary>
 public static unsafe class Startup
 {
     /// <summary>
-    /// Fills the table in and binds the sync application's assembly. Returns 0, with four texts in the reply: the
-    /// runtime's name and version, the bridge's version, the path of the bound assembly and its version. Otherwise the
-    /// message stands in the reply.
+    /// Fills in the table and binds the sync application's assembly.
     /// </summary>
+    /// <returns>
+    /// 0, with four strings in the reply: the runtime's name and version, the bridge's version, the path of the bound
+    /// assembly and its version. Otherwise the row of the failure, with its message in the reply.
+    /// </returns>
     [UnmanagedCallersOnly]
-    internal static int Start(TessaportEntryPoints* table, NativeText* apiFolder, Reply* reply)
+    internal static int Start(TessaportEntryPoints* table, NativeString* apiFolder, Reply* reply)
     {
         try
         {
@@ -34,20 +35,20 @@ public static unsafe class Startup
 
     private static void CheckTable(TessaportEntryPoints* table)
     {
-        if (table->Version != TessaportEntryPoints.CurrentVersion || table->Size != sizeof(TessaportEntryPoints))
+        if (!table->FitsThisBridge)
         {
             throw new LoadingException(
-                $"The native library expects version {table->Version} ({table->Size} bytes) of the bridge, but '{typeof(Startup).Assembly.Location}' offers version {TessaportEntryPoints.CurrentVersion} ({sizeof(TessaportEntryPoints)} bytes). Install the library and its bridge folder from one release.");
+                $"The native library expects version {table->Version} of the bridge ({table->RequestCount} requests, {table->Size} and {table->ArgumentsSize} bytes), but '{typeof(Startup).Assembly.Location}' offers version {TessaportEntryPoints.CurrentVersion} ({(uint)RequestNumber.Count} requests, {sizeof(TessaportEntryPoints)} and {sizeof(RequestArguments)} bytes). Install the library and its bridge folder from one release.");
         }
     }
 
     private static void Describe(Reply* reply)
     {
         using var writer = new ReplyWriter();
-        writer.WriteText(RuntimeInformation.FrameworkDescription);
-        writer.WriteText(VersionOf(typeof(Startup).Assembly));
-        writer.WriteText(ApiAssembly.Bound!.Location);
-        writer.WriteText(VersionOf(ApiAssembly.Bound));
+        writer.WriteString(RuntimeInformation.FrameworkDescription);
+        writer.WriteString(VersionOf(typeof(Startup).Assembly));
+        writer.WriteString(ApiAssembly.Bound!.Location);
+        writer.WriteString(VersionOf(ApiAssembly.Bound));
         writer.MoveTo(reply, 4);
     }
 

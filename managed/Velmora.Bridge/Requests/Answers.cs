@@ -3,11 +3,11 @@ using System.Collections.Generic;
 using System.Runtime.CompilerServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
-/// <summary>Replies in the three shapes that requests share.</summary>
+/// <summary>Replies in the shapes that requests share.</summary>
 internal static unsafe class Answers
 {
     public delegate void RecordAction<in T>(ReplyWriter writer, T record);
@@ -18,6 +18,9 @@ internal static unsafe class Answers
         write(writer, record);
         writer.MoveTo(reply, 1);
     }
+
+    public static void Handle(object target, Reply* reply) =>
+        One(target, static (writer, made) => writer.WriteHandle(made), reply);
 
     [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void List<T>(IEnumerable<T> records, RecordAction<T> write, Reply* reply)
@@ -58,7 +61,7 @@ internal static unsafe class Answers
         writer.EndRecord(reply);
     }
 
-    /// <summary>For lists that the sync application may leave out.</summary>
+    /// <summary>List for members that may return null, which is an empty list.</summary>
     public static void OptionalList<T>(IEnumerable<T>? records, RecordAction<T> write, Reply* reply) =>
         List(records ?? Array.Empty<T>(), write, reply);
 

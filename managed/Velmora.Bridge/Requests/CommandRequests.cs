@@ -1,18 +1,17 @@
 using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class CommandRequests
 {
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void GetCommands(long service, NativeContext* context, Reply* reply) => Answers.List(
-        Arguments.Service(service).GetCommands(Arguments.Context(context)), RecordWriter.Write, reply);
+    public static void GetCommands(long service, RequestArguments* arguments, Reply* reply) => Answers.List(
+        Arguments.Service(service).GetCommands(Arguments.Context(arguments)), RecordWriter.Write, reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void ExecuteCommand(long service, long command, NativeContext* context, Reply* reply) => Answers.One(
-        Arguments.Service(service).ExecuteCommand((Command)HandleTable.Get(command)!, Arguments.Context(context)),
+    public static void ExecuteCommand(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Service(service).ExecuteCommand(Arguments.Command(arguments), Arguments.Context(arguments)),
         RecordWriter.Write, reply);
 }

@@ -1,39 +1,38 @@
 using System.Collections.Generic;
 using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class FileRequests
 {
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void AddFiles(long service, long folder, NativeText* paths, ulong count, Reply* reply) => Answers.One(
-        Arguments.Service(service).AddFiles(Arguments.Id(folder), NativeText.CopyList(paths, count)),
+    public static void AddFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Service(service).AddFiles(Arguments.Folder(arguments), Arguments.Strings(arguments)),
         RecordWriter.Write, reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void CanAddFiles(long service, long folder, NativeText* paths, ulong count, Reply* reply) => Answers.Flag(
-        Arguments.Service(service).CanAddFiles(Arguments.Id(folder), NativeText.CopyList(paths, count)), reply);
+    public static void CanAddFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.Flag(
+        Arguments.Service(service).CanAddFiles(Arguments.Folder(arguments), Arguments.Strings(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void IsFileInWorkspace(long service, NativeText* path, Reply* reply)
+    public static void IsFileInWorkspace(long service, RequestArguments* arguments, Reply* reply)
     {
-        string key = path->ToString();
+        string key = Arguments.String(arguments);
         Dictionary<string, bool> answers = Arguments.Service(service).AreFilesInWorkspace(new List<string> { key });
         Answers.Flag(answers.TryGetValue(key, out bool known) && known, reply);
     }
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void SyncFiles(long service, long* ids, ulong count, Reply* reply) => Answers.One(
-        Arguments.Service(service).SyncFiles(Arguments.Ids(ids, count)), RecordWriter.Write, reply);
+    public static void SyncFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Service(service).SyncFiles(Arguments.Ids(arguments)), RecordWriter.Write, reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void DeleteItems(long service, long* ids, ulong count, Reply* reply) => Answers.One(
-        Arguments.Service(service).DeleteItems(Arguments.Ids(ids, count)), RecordWriter.Write, reply);
+    public static void DeleteItems(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Service(service).DeleteItems(Arguments.Ids(arguments)), RecordWriter.Write, reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void FileClosedWithinRunningProcess(long service, int processId, NativeText* path, Reply* reply) =>
-        Arguments.Service(service).FileClosedWithinRunningProcess(processId, path->ToString());
+    public static void FileClosedWithinRunningProcess(long service, RequestArguments* arguments) =>
+        Arguments.Service(service).FileClosedWithinRunningProcess((int)arguments->Number, Arguments.String(arguments));
 }

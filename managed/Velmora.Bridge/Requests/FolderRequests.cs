@@ -1,21 +1,21 @@
 using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class FolderRequests
 {
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void GetChildFolders(long service, long folder, Reply* reply) =>
-        Answers.Items(Arguments.Service(service).GetChildFolders(Arguments.Id(folder)), reply);
+    public static void GetChildFolders(long service, RequestArguments* arguments, Reply* reply) =>
+        Answers.Items(Arguments.Service(service).GetChildFolders(Arguments.Folder(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void GetFolderContents(long service, long folder, Reply* reply) =>
-        Answers.Items(Arguments.Service(service).GetFolderContents(Arguments.Id(folder)), reply);
+    public static void GetFolderContents(long service, RequestArguments* arguments, Reply* reply) =>
+        Answers.Items(Arguments.Service(service).GetFolderContents(Arguments.Folder(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void GetOrCreateFolder(long service, long parent, NativeText* name, Reply* reply) => Answers.One(
-        Arguments.Service(service).GetOrCreateFolder(Arguments.Id(parent), name->ToString()), ItemWriter.WriteItem, reply);
+    public static void GetOrCreateFolder(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Service(service).GetOrCreateFolder(Arguments.Folder(arguments), Arguments.String(arguments)),
+        ItemWriter.WriteItem, reply);
 }

@@ -1,10 +1,13 @@
 using System.IO;
+using System.Runtime.CompilerServices;
 using Velmora.Bridge.Boundary;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class PathRequests
 {
-    public static void GetFullPath(NativeText* path, Reply* reply) =>
-        Answers.One(Path.GetFullPath(path->ToString()), static (writer, text) => writer.WriteText(text), reply);
+    [MethodImpl(MethodImplOptions.NoInlining)]
+    public static void GetFullPath(RequestArguments* arguments, Reply* reply) => Answers.One(
+        Path.GetFullPath(Arguments.String(arguments)), static (writer, path) => writer.WriteString(path), reply);
 }

@@ -1,25 +1,25 @@
 using System.Runtime.CompilerServices;
 using Quorvex.Tessaport.API;
 using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Replies;
+using Velmora.Bridge.Conversions;
 
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class ServiceRequests
 {
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void CreateService(long* service, Reply* reply) => *service = HandleTable.Add(new TessaportService());
+    public static void CreateService(Reply* reply) => Answers.Handle(new TessaportService(), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void CreateServiceForWindow(nint window, long* service, Reply* reply) =>
-        *service = HandleTable.Add(new TessaportService(window));
+    public static void CreateServiceForWindow(RequestArguments* arguments, Reply* reply) =>
+        Answers.Handle(new TessaportService(arguments->Window), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void Discover(long service, Reply* reply) => Arguments.Service(service).Discover();
+    public static void Discover(long service) => Arguments.Service(service).Discover();
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     public static void GetVersion(long service, Reply* reply) => Answers.One(
-        Arguments.Service(service).GetVersion(), static (writer, version) => writer.WriteRequiredText(version), reply);
+        Arguments.Service(service).GetVersion(), static (writer, version) => writer.WriteRequiredString(version), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     public static void GetDrives(long service, Reply* reply) =>

@@ -64,7 +64,7 @@ std::u16string packed(const std::vector<std::u16string>& texts)
     return units;
 }
 
-std::int32_t startFakeBridge(TessaportEntryPoints* table, const VelmoraText* apiFolder, VelmoraReply* reply)
+std::int32_t startFakeBridge(TessaportEntryPoints* table, const VelmoraString* apiFolder, VelmoraReply* reply)
 {
     static std::u16string content;
     ++bridgeScript.started;

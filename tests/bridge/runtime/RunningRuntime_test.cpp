@@ -1,7 +1,6 @@
 // A second host in a process in which .NET runs already, as when another part of the process uses .NET, too.
 #include <filesystem>
 #include <string>
-#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -65,7 +64,7 @@ protected:
     std::int32_t start(TessaportEntryPoints& table)
     {
         const std::u16string api = vendorFolder("fitting").u16string();
-        const VelmoraText apiFolder{api.data(), api.size()};
+        const VelmoraString apiFolder{api.data(), api.size()};
         VelmoraReply reply{};
         const std::int32_t row = startBridge(&table, &apiFolder, &reply);
         runtime.entryPoints().releaseReply(&reply);
@@ -81,28 +80,29 @@ protected:
 TEST_F(RunningRuntime, IsJoinedByASecondHost)
 {
     ASSERT_TRUE(join(bridgeOfBuild()).succeeded());
-    TessaportEntryPoints table{};
-    table.version = EntryPointsVersion;
-    table.size = sizeof table;
+    TessaportEntryPoints table = expectedEntryPoints();
 
     EXPECT_EQ(start(table), 0);
-    EXPECT_NE(table.createService, nullptr);
+    EXPECT_NE(table.request, nullptr);
 }
 
-TEST_F(RunningRuntime, RefusesATableOfAnotherSizeOrVersion)
+TEST_F(RunningRuntime, RefusesATableThatWasMadeForAnotherBridge)
 {
     ASSERT_TRUE(join(bridgeOfBuild()).succeeded());
 
-    for (const auto& [version, size] : {std::pair(EntryPointsVersion + 1, sizeof(TessaportEntryPoints)),
-             std::pair(EntryPointsVersion, sizeof(TessaportEntryPoints) - 8),
-             std::pair(EntryPointsVersion, sizeof(TessaportEntryPoints) + 8), std::pair(0U, std::size_t{0})}) {
-        TessaportEntryPoints table{};
-        table.version = version;
-        table.size = static_cast<std::uint32_t>(size);
+    using Member = std::uint32_t TessaportEntryPoints::*;
+    for (const Member member : {&TessaportEntryPoints::version, &TessaportEntryPoints::size,
+             &TessaportEntryPoints::argumentsSize, &TessaportEntryPoints::requestCount}) {
+        for (const std::uint32_t difference : {1U, 8U, ~0U, ~7U}) {
+            TessaportEntryPoints table = expectedEntryPoints();
+            table.*member += difference;
 
-        EXPECT_EQ(start(table), 6);
-        EXPECT_EQ(table.createService, nullptr);
+            EXPECT_EQ(start(table), 6);
+            EXPECT_EQ(table.request, nullptr);
+        }
     }
+    TessaportEntryPoints empty{};
+    EXPECT_EQ(start(empty), 6);
 }
 
 TEST_F(RunningRuntime, IsJoinedByAHostWithOtherProperties)

@@ -1,68 +1,70 @@
 #include "velmora/bridge/conversions/ToManaged.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <stdexcept>
-#include <utility>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
-#include <velmora/text/Narrowing.h>
+#include <velmora/bridge/conversions/HandleAccess.h>
 #include <velmora/text/Unicode.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
-namespace
-{
 
-// Every character is written, so that the compiler may take several at once.
-void useBackSlashes(char16_t* begin, char16_t* end)
+VelmoraHandle toManaged(const TessaportAPI::ItemId& id)
 {
-    std::transform(begin, end, begin, [](char16_t unit) { return unit == u'/' ? u'\\' : unit; });
+    const ManagedHandle* const handle = HandleAccess::findHandle(id);
+    if (handle == nullptr)
+        throw std::invalid_argument("The item id names nothing; use an item that a request of this library returned.");
+    return handle->get();
 }
 
-} // namespace
-
-CrossingText::CrossingText(std::wstring_view text) : CrossingText(Common::Unicode::toUtf16(text)) {}
-
-CrossingText::CrossingText(std::u16string text) noexcept : units(std::move(text)), crossing{units.data(), units.size()}
+VelmoraHandle toManaged(const TessaportAPI::Command& command)
 {
+    const auto wrapper = HandleAccess::wrapperOf(command);
+    if (wrapper == nullptr)
+        throw std::invalid_argument("The command names nothing; use one that getCommands returned.");
+    return wrapper->command.get();
 }
 
-CrossingTexts::CrossingTexts(const Common::QVBuffer<Common::QVString>& texts, Kind kind)
+std::vector<VelmoraHandle> toManaged(const Common::QVBuffer<TessaportAPI::ItemId>& ids)
 {
-    std::size_t most = 0;
-    for (const Common::QVString& text : texts)
-        most += Common::mostUnits(Common::TextAccess::view(text).size());
-    // Not a vector: it would clear what is written anyway.
-    units.reset(new char16_t[most]);
-    crossing.reserve(texts.GetSize());
-    char16_t* position = units.get();
-    for (const Common::QVString& text : texts) {
-        const std::size_t length = Common::narrow(Common::TextAccess::view(text), position);
-        crossing.push_back({position, length});
-        position += length;
-    }
-    if (kind == Kind::Paths)
-        useBackSlashes(units.get(), position);
+    std::vector<VelmoraHandle> handles;
+    handles.reserve(ids.GetSize());
+    for (const TessaportAPI::ItemId& id : ids)
+        handles.push_back(toManaged(id));
+    return handles;
 }
 
-CrossingText toManaged(const Common::QVString& text) { return CrossingText(Common::TextAccess::view(text)); }
-
-CrossingText toManagedPath(const Common::QVString& path)
+std::vector<VelmoraHandle> toManaged(const Common::QVBuffer<TessaportAPI::Item>& items)
 {
-    std::u16string units = Common::Unicode::toUtf16(Common::TextAccess::view(path));
-    useBackSlashes(units.data(), units.data() + units.size());
-    return CrossingText(std::move(units));
+    std::vector<VelmoraHandle> handles;
+    handles.reserve(items.GetSize());
+    for (const TessaportAPI::Item& item : items)
+        handles.push_back(toManaged(item.id));
+    return handles;
 }
 
 const std::uint8_t* toManaged(const Common::QVUUID& id)
 {
     if (!Common::UuidAccess::isValid(id)) {
-        throw std::invalid_argument("The drive id was made from text that is no identifier; it must have the form "
+        throw std::invalid_argument("The drive id was made from text that is not an identifier; it must have the form "
                                     "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx.");
     }
     return Common::UuidAccess::bytes(id);
+}
+
+std::u16string toManagedPath(const Common::QVString& path)
+{
+    std::u16string units = Common::Unicode::toUtf16(Common::TextAccess::view(path));
+    useBackSlashes(units.data(), units.data() + units.size());
+    return units;
+}
+
+void useBackSlashes(char16_t* begin, char16_t* end) noexcept
+{
+    // Writes every character, so that the compiler can take several at once.
+    std::transform(begin, end, begin, [](char16_t unit) { return unit == u'/' ? u'\\' : unit; });
 }
 
 } // namespace Quorvex::Velmora::Tessaport

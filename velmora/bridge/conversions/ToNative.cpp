@@ -8,48 +8,34 @@
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/api/UuidAccess.h>
-#include <velmora/bridge/IdRoom.h>
-#include <velmora/bridge/QvManagedTessaportService.h>
-#include <velmora/bridge/Wrappers.h>
+#include <velmora/bridge/boundary/ReplyLayout.h>
+#include <velmora/bridge/boundary/Wrappers.h>
+#include <velmora/bridge/conversions/HandleAccess.h>
+#include <velmora/bridge/conversions/IdRoom.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
 namespace
 {
 
-// The fixed block of an item, as managed/Velmora.Bridge/Replies/ItemWriter.cs writes it; the texts follow it.
-struct ItemBlock {
-    std::uint8_t driveId[16];
-    std::int64_t lastModified;
-    std::uint32_t nameLength;
-    std::uint32_t relativePathLength;
-    std::uint32_t workspacePathLength;
-    std::uint32_t flags;
-};
-static_assert(sizeof(ItemBlock) == 40);
+using TessaportAPI::Item;
 
-constexpr std::uint32_t FolderFlag = 1;
-constexpr std::uint32_t InWorkspaceFlag = 2;
-constexpr std::uint32_t OnServerFlag = 4;
-
-constexpr std::uint64_t ItemAlignment = 8;
-
-// System.Array.MaxLength: no image of the sync application is longer.
+// System.Array.MaxLength, which no image of the sync application exceeds.
 constexpr std::uint32_t LongestManagedArray = 0x7FFFFFC7;
 
-// The texts of one record, and what an id of its own needs, in one allocation.
+// Makes the strings of a record and what its id needs in one allocation.
 template <std::size_t Count>
 void assignIdAndTexts(ReplyReader& reader, TessaportAPI::ItemId& id, const Common::TextAssignment (&texts)[Count])
 {
     void* const room = Common::TextAccess::assign(texts, Count, IdRoomSize, IdRoomOwners);
-    QvManagedTessaportService::setInternalId(id, room, reader);
+    HandleAccess::placeWrapper(id, room, reader);
 }
 
-// An item's fixed block, and where its texts are.
+// An item's fixed block, and where its strings are.
 struct PackedItem {
     explicit PackedItem(ReplyReader& reader)
     {
-        std::memcpy(&block, reader.bytes(sizeof block, ItemAlignment), sizeof block);
+        std::memcpy(&block, reader.bytes(sizeof block, ReplyAlignment), sizeof block);
         const std::uint64_t units =
             std::uint64_t{block.nameLength} + block.relativePathLength + block.workspacePathLength;
         name = reinterpret_cast<const char16_t*>(reader.bytes(units * sizeof(char16_t), sizeof(char16_t)));
@@ -65,7 +51,7 @@ struct PackedItem {
         return {&item.workspacePath, {name + block.nameLength + block.relativePathLength, block.workspacePathLength}};
     }
 
-    // Everything but the texts and the id.
+    // Assigns everything except the strings and the id.
     void assignNumbers(Item& item) const
     {
         Common::UuidAccess::assign(item.driveId, block.driveId);
@@ -79,7 +65,7 @@ struct PackedItem {
     const char16_t* name;
 };
 
-// The texts of one record, in one allocation.
+// Makes the strings of a record in one allocation.
 void assignTexts(std::initializer_list<Common::TextAssignment> texts)
 {
     Common::TextAccess::assign(texts.begin(), texts.size());
@@ -89,7 +75,7 @@ void uuid(ReplyReader& reader, Common::QVUUID& id) { Common::UuidAccess::assign(
 
 TessaportAPI::Result result(ReplyReader& reader) { return static_cast<TessaportAPI::Result>(reader.int32()); }
 
-// The outcome of a lookup, its item if there is one, and the key that it was looked up by.
+// Reads the outcome of a lookup, its item if there is one, and the key that was looked up.
 void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Common::QVString& key)
 {
     outcome = result(reader);
@@ -99,7 +85,7 @@ void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Comm
     }
     const PackedItem packed(reader);
     const Common::TextAssignment texts[] = {
-        packed.nameOf(item), packed.relativePathOf(item), packed.workspacePathOf(item), {&key, reader.text()}};
+        packed.nameOf(item), packed.relativePathOf(item), packed.workspacePathOf(item), {&key, reader.string()}};
     assignIdAndTexts(reader, item.id, texts);
     packed.assignNumbers(item);
 }
@@ -115,7 +101,7 @@ void countedItems(ReplyReader& reader, Common::QVBuffer<TessaportAPI::Item>& ite
     toNative(reader, count, items);
 }
 
-// The right number of bytes, all zero: what the icon shows stays with the sync application.
+// The image has its size, but its bytes are zero: the reply does not carry them.
 TessaportAPI::Command::Image emptyImage(std::uint32_t size)
 {
     if (size == 0)
@@ -135,7 +121,7 @@ std::uint32_t capacityAfterAppending(std::uint32_t count) noexcept
     return capacity < count ? count : capacity;
 }
 
-void toNative(ReplyReader& reader, Common::QVString& text) { assignTexts({{&text, reader.text()}}); }
+void toNative(ReplyReader& reader, Common::QVString& text) { assignTexts({{&text, reader.string()}}); }
 
 void toNative(ReplyReader& reader, TessaportAPI::Item& item)
 {
@@ -171,8 +157,8 @@ void toNative(ReplyReader& reader, TessaportAPI::WorkspacePathToItemResult& foun
 
 void toNative(ReplyReader& reader, TessaportAPI::PropertyDefinition& definition)
 {
-    const std::u16string_view displayName = reader.text();
-    const std::u16string_view id = reader.text();
+    const std::u16string_view displayName = reader.string();
+    const std::u16string_view id = reader.string();
     assignTexts({{&definition.displayName, displayName}, {&definition.id, id}});
     definition.valueDataType = dataType(reader);
     definition.displayDataType = dataType(reader);
@@ -180,10 +166,10 @@ void toNative(ReplyReader& reader, TessaportAPI::PropertyDefinition& definition)
 
 void toNative(ReplyReader& reader, TessaportAPI::StringPropertyValue& value)
 {
-    const std::u16string_view relativePath = reader.text();
+    const std::u16string_view relativePath = reader.string();
     uuid(reader, value.driveId);
-    const std::u16string_view propertyDefinitionId = reader.text();
-    const std::u16string_view text = reader.text();
+    const std::u16string_view propertyDefinitionId = reader.string();
+    const std::u16string_view text = reader.string();
     assignTexts({{&value.relativePath, relativePath}, {&value.propertyDefinitionId, propertyDefinitionId},
         {&value.value, text}});
 }
@@ -198,14 +184,14 @@ void toNative(ReplyReader& reader, TessaportAPI::Command& command)
     command.isDefaultCommand = reader.flag();
     command.image = emptyImage(reader.uint32());
     auto wrapper = std::make_shared<CommandWrapper>(reader.table());
-    QvManagedTessaportService::setInternalCommand(command, wrapper);
+    HandleAccess::setWrapper(command, wrapper);
     wrapper->command.take(reader.takeHandle());
 }
 
 void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& found)
 {
     found.result = result(reader);
-    const Common::TextAssignment texts[] = {{&found.permanentId, reader.text()}};
+    const Common::TextAssignment texts[] = {{&found.permanentId, reader.string()}};
     assignIdAndTexts(reader, found.itemId, texts);
 }
 

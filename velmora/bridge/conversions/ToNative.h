@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include <velmora/api/Records.h>
-#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

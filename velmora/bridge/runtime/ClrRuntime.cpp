@@ -6,13 +6,13 @@
 #include <utility>
 
 #include <velmora/api/Exceptions.h>
-#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/boundary/ProcessExit.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
+#include <velmora/bridge/boundary/ThreadEnd.h>
 #include <velmora/bridge/runtime/HostSignals.h>
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
-#include <velmora/bridge/runtime/ProcessExit.h>
 #include <velmora/bridge/runtime/StartObstacles.h>
-#include <velmora/bridge/runtime/ThreadEnd.h>
 #include <velmora/platform/NativePath.h>
 #include <velmora/text/Unicode.h>
 
@@ -123,22 +123,20 @@ void ClrRuntime::startHost()
 void ClrRuntime::startBridge()
 {
     const std::u16string folder = crossingPath(wanted.apiFolder.empty() ? libraryFolder() : wanted.apiFolder);
-    const VelmoraText text{folder.data(), folder.size()};
-    TessaportEntryPoints filled{};
-    filled.version = EntryPointsVersion;
-    filled.size = sizeof filled;
+    const VelmoraString crossing{folder.data(), folder.size()};
+    TessaportEntryPoints filled = expectedEntryPoints();
     OwnedReply reply;
-    const std::int32_t row = startFunction(&filled, &text, reply.fill());
-    // What is released before the table is known has nobody to release it; a failed start leaves its message behind.
+    const std::int32_t row = startFunction(&filled, &crossing, reply.fill());
+    // Not before the call, which fills in the function that releases the reply.
     reply.setEntryPoints(filled);
     if (row != 0)
         fail(reply.message());
     ReplyReader reader(reply);
     RuntimeDescription described;
-    described.framework = reader.wideText();
-    described.bridgeVersion = reader.wideText();
-    described.apiAssembly = reader.wideText();
-    described.apiVersion = reader.wideText();
+    described.framework = reader.wideString();
+    described.bridgeVersion = reader.wideString();
+    described.apiAssembly = reader.wideString();
+    described.apiVersion = reader.wideString();
     running = std::move(described);
     table = filled;
 }

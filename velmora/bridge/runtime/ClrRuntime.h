@@ -8,8 +8,8 @@
 #include <string>
 
 #include <velmora/api/RuntimeOptions.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
 #include <velmora/bridge/runtime/HostFxr.h>
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

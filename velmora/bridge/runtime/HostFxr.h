@@ -9,7 +9,7 @@
 
 #include <hostfxr.h>
 
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -3,9 +3,9 @@
 
 #include <utility>
 
-#include <velmora/bridge/runtime/ProcessExit.h>
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
-#include <velmora/bridge/runtime/ThreadEnd.h>
+#include <velmora/bridge/boundary/ProcessExit.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

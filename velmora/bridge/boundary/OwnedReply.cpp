@@ -1,6 +1,6 @@
-#include "velmora/bridge/replies/OwnedReply.h"
+#include "velmora/bridge/boundary/OwnedReply.h"
 
-#include <velmora/bridge/replies/ReplyReader.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
@@ -9,7 +9,7 @@ std::wstring OwnedReply::message()
 {
     if (content.data == nullptr)
         return {};
-    return ReplyReader(*this).wideText();
+    return ReplyReader(*this).wideString();
 }
 
 } // namespace Quorvex::Velmora::Tessaport

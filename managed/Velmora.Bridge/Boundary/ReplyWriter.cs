@@ -1,29 +1,23 @@
 using System;
 using System.Runtime.CompilerServices;
 using System.Runtime.InteropServices;
-using Velmora.Bridge.Boundary;
 
-namespace Velmora.Bridge.Replies;
+namespace Velmora.Bridge.Boundary;
 
 /// <summary>
-/// Packs records into one block of native memory:
-///
-///     header     record count (4 bytes), handle count (4), offset of the handles (8)
-///     records    numbers aligned to their size; a text is its length (4) and its UTF-16, filled up to 4 bytes
-///     handles    8 bytes each, in the order in which the records refer to them
-///
-/// velmora/bridge/replies/ReplyReader.h reads it. Until MoveTo the writer owns the memory and the handles.
+/// Packs records into one block of native memory: a header, the records, and the handles (see ReplyLayout.cs). Numbers
+/// are aligned to their size; a string is its length and its UTF-16, filled up to four bytes.
+/// velmora/bridge/boundary/ReplyReader.h reads it. Until MoveTo, the writer owns the memory and the handles.
 /// </summary>
 internal sealed unsafe class ReplyWriter : IDisposable
 {
-    private const int HeaderSize = 16;
     private const nuint FirstCapacity = 512;
 
-    // About a second-level cache: what was written is read again before it leaves it. Smaller pieces were slower here.
+    // About the size of a second-level cache, so that the native side reads what is still in it. Smaller pieces were slower.
     private const nuint PieceSize = 1024 * 1024;
 
     private byte* data;
-    private nuint size = HeaderSize;
+    private nuint size = (nuint)sizeof(ReplyHeader);
     private nuint capacity;
     private long* handles;
     private nuint handleCount;
@@ -43,13 +37,8 @@ internal sealed unsafe class ReplyWriter : IDisposable
 
     public void WriteBool(bool value) => WriteUInt32(value ? 1u : 0u);
 
-    public void WriteUInt64(ulong value)
-    {
-        Align(sizeof(ulong));
-        *(ulong*)Append(sizeof(ulong)) = value;
-    }
-
-    /// <summary>Makes room for a number that is known later, and returns its place for WriteUInt32At.</summary>
+    /// <summary>Makes room for a number that is known later.</summary>
+    /// <returns>Its place, for WriteUInt32At.</returns>
     public nuint ReserveUInt32()
     {
         nuint place = size;
@@ -61,17 +50,17 @@ internal sealed unsafe class ReplyWriter : IDisposable
 
     public void WriteGuid(in Guid value) => value.TryWriteBytes(new Span<byte>(Append(16), 16), true, out _);
 
-    /// <summary>Null is written as the empty text.</summary>
-    public void WriteText(string? text)
+    /// <summary>Null is written as the empty string.</summary>
+    public void WriteString(string? value)
     {
-        ReadOnlySpan<char> characters = text;
+        ReadOnlySpan<char> characters = value;
         byte* target = Append(sizeof(uint) + Filled((nuint)characters.Length * sizeof(char), sizeof(uint)));
         *(uint*)target = (uint)characters.Length;
         characters.CopyTo(new Span<char>(target + sizeof(uint), characters.Length));
     }
 
-    /// <summary>A text that the record cannot be without: null fails as any use of it would.</summary>
-    public void WriteRequiredText(string text) => WriteText(text.ToString());
+    /// <summary>Writes a string that the record must have: null fails as any use of it does.</summary>
+    public void WriteRequiredString(string value) => WriteString(value.ToString());
 
     /// <summary>Refers to a managed object by the next handle.</summary>
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
@@ -90,7 +79,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         Append(aligned - size);
     }
 
-    /// <summary>Makes room at the end and returns where it is; what is written there is up to the caller.</summary>
+    /// <summary>Makes room at the end, for the caller to write to.</summary>
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public byte* Append(nuint count)
     {
@@ -101,16 +90,16 @@ internal sealed unsafe class ReplyWriter : IDisposable
         return target;
     }
 
-    /// <summary>Ends a record of a list: when the native side takes pieces and this one is full, it is passed on now.</summary>
+    /// <summary>Ends a record of a list, and hands over the piece if it is full and the native side takes pieces.</summary>
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void EndRecord(Reply* reply)
     {
         ++recordCount;
         if (size >= PieceSize && reply->TakePiece != null)
-            PassPiece(reply);
+            HandOverPiece(reply);
     }
 
-    /// <summary>Hands memory and handles over to the native side: the only piece, or the last one.</summary>
+    /// <summary>Hands memory and handles over to the native side, as the only piece or the last one.</summary>
     public void MoveTo(Reply* reply)
     {
         Complete();
@@ -121,7 +110,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         handleCount = 0;
     }
 
-    /// <summary>MoveTo for a reply that is no list.</summary>
+    /// <summary>MoveTo for a reply that is not a list.</summary>
     public void MoveTo(Reply* reply, uint count)
     {
         recordCount = count;
@@ -146,9 +135,9 @@ internal sealed unsafe class ReplyWriter : IDisposable
         byte* data = reply->Data;
         if (data == null)
             return;
-        ulong count = *(uint*)(data + 4);
-        long* handles = (long*)(data + *(ulong*)(data + 8));
-        for (ulong i = reply->HandlesTaken; i < count; ++i)
+        var header = (ReplyHeader*)data;
+        long* handles = (long*)(data + header->HandlesOffset);
+        for (ulong i = reply->HandlesTaken; i < header->HandleCount; ++i)
             HandleTable.Release(handles[i]);
         NativeMemory.Free(data);
         reply->Data = null;
@@ -158,7 +147,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
     public static void WriteMessage(string message, Reply* reply)
     {
         using var writer = new ReplyWriter();
-        writer.WriteText(message);
+        writer.WriteString(message);
         writer.MoveTo(reply, 1);
     }
 
@@ -168,13 +157,16 @@ internal sealed unsafe class ReplyWriter : IDisposable
         nuint offset = size;
         nuint handleBytes = handleCount * sizeof(long);
         NativeMemory.Copy(handles, Append(handleBytes), handleBytes);
-        *(uint*)data = recordCount;
-        *(uint*)(data + 4) = checked((uint)handleCount);
-        *(ulong*)(data + 8) = offset;
+        *(ReplyHeader*)data = new ReplyHeader
+        {
+            RecordCount = recordCount,
+            HandleCount = checked((uint)handleCount),
+            HandlesOffset = offset,
+        };
     }
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    private void PassPiece(Reply* reply)
+    private void HandOverPiece(Reply* reply)
     {
         Complete();
         reply->Data = data;
@@ -186,7 +178,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         reply->Size = 0;
         for (nuint i = (nuint)taken; i < handleCount; ++i)
             HandleTable.Release(handles[i]);
-        size = HeaderSize;
+        size = (nuint)sizeof(ReplyHeader);
         handleCount = 0;
         recordCount = 0;
         if (refused != 0)
@@ -198,7 +190,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
     [MethodImpl(MethodImplOptions.NoInlining)]
     private void Grow(nuint count)
     {
-        // Each step copies what was written. Few of them up to a piece: room that stays empty costs only addresses.
+        // Each step copies what was written, so there are few of them up to a piece: room that stays empty costs addresses only.
         nuint factor = capacity < PieceSize ? 8u : 2u;
         nuint grown = Math.Max(checked(capacity * factor), checked(size + count));
         data = (byte*)NativeMemory.Realloc(data, grown);

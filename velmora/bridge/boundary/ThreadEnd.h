@@ -1,7 +1,7 @@
 // What the end of a thread means to a runtime that was called on it.
 #pragma once
 
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,4 +1,4 @@
-#include "velmora/bridge/runtime/ProcessExit.h"
+#include "velmora/bridge/boundary/ProcessExit.h"
 
 #include <atomic>
 #include <cstdlib>

@@ -6,9 +6,9 @@
 #include <exception>
 
 #include <velmora/api/QVBuffer.h>
+#include <velmora/bridge/boundary/OwnedReply.h>
+#include <velmora/bridge/boundary/ReplyReader.h>
 #include <velmora/bridge/conversions/ToNative.h>
-#include <velmora/bridge/replies/OwnedReply.h>
-#include <velmora/bridge/replies/ReplyReader.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

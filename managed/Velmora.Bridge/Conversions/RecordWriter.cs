@@ -1,53 +1,54 @@
 using System;
 using System.Collections.Generic;
 using Quorvex.Tessaport.API;
+using Velmora.Bridge.Boundary;
 
-namespace Velmora.Bridge.Replies;
+namespace Velmora.Bridge.Conversions;
 
-/// <summary>The records around items.</summary>
+/// <summary>Writes the records other than items and drives, field by field.</summary>
 internal static class RecordWriter
 {
     public static void Write(ReplyWriter writer, WorkspacePathToItemResult result)
     {
         writer.WriteInt32((int)result.Result);
         ItemWriter.WriteOptionalItem(writer, result.Item);
-        writer.WriteRequiredText(result.WorkspacePath);
+        writer.WriteRequiredString(result.WorkspacePath);
     }
 
     public static void Write(ReplyWriter writer, ItemIdToPermanentIdResult result)
     {
         writer.WriteInt32((int)result.Result);
         writer.WriteHandle(result.ItemId);
-        writer.WriteText(result.PermanentId);
+        writer.WriteString(result.PermanentId);
     }
 
     public static void Write(ReplyWriter writer, PermanentIdToItemResult result)
     {
         writer.WriteInt32((int)result.Result);
         ItemWriter.WriteOptionalItem(writer, result.Item);
-        writer.WriteRequiredText(result.PermanentId);
+        writer.WriteRequiredString(result.PermanentId);
     }
 
     public static void Write(ReplyWriter writer, PropertyDefinition definition)
     {
-        writer.WriteRequiredText(definition.DisplayName);
-        writer.WriteRequiredText(definition.Id);
+        writer.WriteRequiredString(definition.DisplayName);
+        writer.WriteRequiredString(definition.Id);
         writer.WriteInt32((int)definition.ValueDataType);
         writer.WriteInt32((int)definition.DisplayDataType);
     }
 
     public static void Write(ReplyWriter writer, PropertyValue value)
     {
-        writer.WriteRequiredText(value.RelativePath);
+        writer.WriteRequiredString(value.RelativePath);
         writer.WriteGuid(value.DriveId);
-        writer.WriteRequiredText(value.PropertyDefinitionId);
-        writer.WriteText(value.Value.ToString());
+        writer.WriteRequiredString(value.PropertyDefinitionId);
+        writer.WriteString(value.Value.ToString());
     }
 
     public static void Write(ReplyWriter writer, Command command)
     {
-        writer.WriteRequiredText(command.Name);
-        writer.WriteRequiredText(command.Id);
+        writer.WriteRequiredString(command.Name);
+        writer.WriteRequiredString(command.Id);
         writer.WriteBool(command.IsEnabled);
         writer.WriteBool(command.IsChecked);
         writer.WriteBool(command.IsBeginningOfGroup);
@@ -64,7 +65,7 @@ internal static class RecordWriter
         WriteCountedItems(writer, result.ItemsUpdated);
     }
 
-    // The list stands before its count is known, because it is enumerated once only.
+    // The count is written after the items, because a list is enumerated only once.
     private static void WriteCountedItems(ReplyWriter writer, IEnumerable<Item>? items)
     {
         nuint place = writer.ReserveUInt32();

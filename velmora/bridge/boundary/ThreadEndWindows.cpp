@@ -7,7 +7,7 @@
 
 #include <windows.h>
 
-#include <velmora/bridge/runtime/ThreadEnd.h>
+#include <velmora/bridge/boundary/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include <velmora/api/ItemIdImp.h>
-#include <velmora/bridge/Wrappers.h>
+#include <velmora/bridge/boundary/Wrappers.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,7 +1,7 @@
 // What native item ids and commands share: the managed object that they stand for.
 #pragma once
 
-#include <velmora/bridge/ManagedHandle.h>
+#include <velmora/bridge/boundary/ManagedHandle.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,5 +1,5 @@
-// Reads the records of a reply, which managed/Velmora.Bridge/Replies/ReplyWriter.cs describes, and checks every length
-// against the end of the reply before it is believed.
+/// @file
+/// Reads packed replies (see ReplyLayout.h), and checks every length against the end of the reply before it is used.
 #pragma once
 
 #include <cstdint>
@@ -8,47 +8,48 @@
 #include <string>
 #include <string_view>
 
-#include <velmora/bridge/replies/OwnedReply.h>
+#include <velmora/bridge/boundary/OwnedReply.h>
 
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// The reply does not hold what its lengths promise.
+/// A reply does not hold what its lengths promise.
 class DamagedReply : public std::exception
 {
 public:
     [[nodiscard]] const char* what() const noexcept override
     {
         return "The reply of the .NET bridge is damaged: its lengths do not agree with its size. Install the library "
-               "and "
-               "its bridge folder from one release.";
+               "and its bridge folder from one release.";
     }
 };
 
+/// Reads the records of one reply, in the order in which they were written. Every member that reads throws DamagedReply
+/// when the reply ends too early.
 class ReplyReader
 {
 public:
-    /// @throws DamagedReply when the header is not one.
+    /// @throws DamagedReply if the header is not valid.
     explicit ReplyReader(OwnedReply& owned) : ReplyReader(owned.reply(), owned.table()) {}
 
-    /// Reads a reply, or a piece of one, that somebody else owns.
+    /// Reads a reply, or a piece of one, that someone else owns.
     ReplyReader(VelmoraReply& reply, const TessaportEntryPoints& table);
 
-    /// Number of records, which is only as true as the sender: see plausible.
+    /// The number of records. Untrusted: see plausible().
     [[nodiscard]] std::uint32_t count() const noexcept { return recordCount; }
 
-    /// How many records of at least `size` bytes each can follow at the most, out of `promised`. Bounds what is
-    /// reserved for a count that nothing has confirmed.
+    /// How many of the `promised` records can follow, if each has at least `size` bytes. Bounds what is reserved for an
+    /// untrusted count.
     [[nodiscard]] std::uint32_t plausible(std::uint32_t promised, std::uint32_t size) const noexcept;
 
     [[nodiscard]] std::uint32_t uint32()
     {
-        return number<std::uint32_t>(bytes(sizeof(std::uint32_t), sizeof(std::uint32_t)));
+        return valueAt<std::uint32_t>(bytes(sizeof(std::uint32_t), sizeof(std::uint32_t)));
     }
     [[nodiscard]] std::int32_t int32() { return static_cast<std::int32_t>(uint32()); }
     [[nodiscard]] bool flag() { return uint32() != 0; }
 
-    /// `size` bytes behind the next multiple of `alignment`, a power of two; valid as long as the reply.
+    /// Returns `size` bytes that begin at the next multiple of `alignment`, a power of two. Valid as long as the reply.
     [[nodiscard]] const std::uint8_t* bytes(std::uint64_t size, std::uint64_t alignment)
     {
         const std::uint64_t gap = (0 - static_cast<std::uint64_t>(position - begin)) & (alignment - 1);
@@ -60,24 +61,24 @@ public:
         return found;
     }
 
-    [[nodiscard]] std::u16string_view text();
-    [[nodiscard]] std::wstring wideText();
+    [[nodiscard]] std::u16string_view string();
+    [[nodiscard]] std::wstring wideString();
 
-    /// The next handle, which is the caller's from now on.
+    /// Returns the next handle, which the caller now owns.
     [[nodiscard]] VelmoraHandle takeHandle()
     {
         if (reply.handlesTaken >= handleCount)
             throw DamagedReply();
-        return number<VelmoraHandle>(end + reply.handlesTaken++ * sizeof(VelmoraHandle));
+        return valueAt<VelmoraHandle>(end + reply.handlesTaken++ * sizeof(VelmoraHandle));
     }
 
     [[nodiscard]] const TessaportEntryPoints& table() const noexcept { return *entryPoints; }
 
 private:
-    template <class Number>
-    [[nodiscard]] static Number number(const std::uint8_t* place) noexcept
+    template <class Value>
+    [[nodiscard]] static Value valueAt(const std::uint8_t* place) noexcept
     {
-        Number value;
+        Value value;
         std::memcpy(&value, place, sizeof value);
         return value;
     }

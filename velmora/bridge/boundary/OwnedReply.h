@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include <velmora/bridge/runtime/TessaportEntryPoints.h>
-#include <velmora/bridge/runtime/ThreadEnd.h>
+#include <velmora/bridge/boundary/TessaportEntryPoints.h>
+#include <velmora/bridge/boundary/ThreadEnd.h>
 
 namespace Quorvex::Velmora::Tessaport
 {

@@ -1,4 +1,4 @@
-#include "velmora/bridge/IdRoom.h"
+#include "velmora/bridge/conversions/IdRoom.h"
 
 #include <cstdint>
 #include <memory>
