@@ -7,7 +7,7 @@ namespace Velmora.Peers;
 /// <summary>One call for each property, written with care: no marshalling, texts copied straight into the caller's buffer.</summary>
 public static unsafe class PerProperty
 {
-    private static readonly DateTime epoch = new(1970, 1, 1);
+    private static readonly DateTime Epoch = new(1970, 1, 1);
 
     [UnmanagedCallersOnly]
     public static int Make(int count)
@@ -37,7 +37,7 @@ public static unsafe class PerProperty
 
     [UnmanagedCallersOnly]
     public static long LastModified(int index) =>
-        (long)(Listing.Items[index].LastModifiedDate.ToUniversalTime() - epoch).TotalSeconds;
+        (long)(Listing.Items[index].LastModifiedDate.ToUniversalTime() - Epoch).TotalSeconds;
 
     [UnmanagedCallersOnly]
     public static int Name(int index, char* target, int capacity) => Copy(Listing.Items[index].Name, target, capacity);

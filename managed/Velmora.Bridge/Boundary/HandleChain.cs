@@ -8,34 +8,34 @@ internal struct HandleChain : IDisposable
 {
     private const int LongestChain = 64;
 
-    private int first;
-    private int count;
-    private int chainLength;
+    private int _first;
+    private int _count;
+    private int _chainLength;
 
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public long Add(object? target)
     {
         if (target == null)
             return 0;
-        if (count == 0)
+        if (_count == 0)
             Take();
-        int number = first;
-        first = HandleTable.Fill(number, target);
-        --count;
+        int number = _first;
+        _first = HandleTable.Fill(number, target);
+        --_count;
         return number;
     }
 
     public void Dispose()
     {
-        HandleTable.Return(first, count);
-        count = 0;
+        HandleTable.Return(_first, _count);
+        _count = 0;
     }
 
     // One at first: most replies hold few handles.
     [MethodImpl(MethodImplOptions.NoInlining)]
     private void Take()
     {
-        chainLength = Math.Clamp(chainLength * 4, 1, LongestChain);
-        count = HandleTable.Take(chainLength, out first);
+        _chainLength = Math.Clamp(_chainLength * 4, 1, LongestChain);
+        _count = HandleTable.Take(_chainLength, out _first);
     }
 }

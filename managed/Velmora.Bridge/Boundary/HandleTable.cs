@@ -19,12 +19,12 @@ internal static class HandleTable
         public int NextFree;
     }
 
-    private static readonly object growing = new();
-    private static Slot[][] chunks = Array.Empty<Slot[]>();
+    private static readonly object Growing = new();
+    private static Slot[][] _chunks = Array.Empty<Slot[]>();
 
     // Number of the first free slot in the lower half, a count of changes in the upper: a slot that was taken and
     // returned between the read and the exchange must not pass for an unchanged list.
-    private static long firstFree;
+    private static long _firstFree;
 
     public static long Add(object? target)
     {
@@ -49,7 +49,7 @@ internal static class HandleTable
     {
         while (true)
         {
-            long head = Volatile.Read(ref firstFree);
+            long head = Volatile.Read(ref _firstFree);
             first = (int)head;
             if (first == 0)
             {
@@ -60,7 +60,7 @@ internal static class HandleTable
             int next = NextOf(first);
             for (; count < most && next != 0; ++count)
                 next = NextOf(next);
-            if (Interlocked.CompareExchange(ref firstFree, Following(head, next), head) == head)
+            if (Interlocked.CompareExchange(ref _firstFree, Following(head, next), head) == head)
                 return count;
         }
     }
@@ -111,7 +111,7 @@ internal static class HandleTable
     public static long Count()
     {
         long count = 0;
-        foreach (Slot[] chunk in Volatile.Read(ref chunks))
+        foreach (Slot[] chunk in Volatile.Read(ref _chunks))
         {
             foreach (ref readonly Slot slot in chunk.AsSpan())
             {
@@ -128,9 +128,9 @@ internal static class HandleTable
         ref Slot slot = ref SlotOf(number);
         while (true)
         {
-            long head = Volatile.Read(ref firstFree);
+            long head = Volatile.Read(ref _firstFree);
             Volatile.Write(ref slot.NextFree, (int)head);
-            if (Interlocked.CompareExchange(ref firstFree, Following(head, number), head) == head)
+            if (Interlocked.CompareExchange(ref _firstFree, Following(head, number), head) == head)
                 return;
         }
     }
@@ -142,19 +142,19 @@ internal static class HandleTable
 
     private static long Following(long head, int first) => (((head >> 32) + 1) << 32) | (uint)first;
 
-    private static bool IsNumber(long handle) => handle > 0 && handle <= (long)Volatile.Read(ref chunks).Length << ChunkBits;
+    private static bool IsNumber(long handle) => handle > 0 && handle <= (long)Volatile.Read(ref _chunks).Length << ChunkBits;
 
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     private static ref Slot SlotOf(int number) =>
-        ref Volatile.Read(ref chunks)[(number - 1) >> ChunkBits][(number - 1) & (ChunkSize - 1)];
+        ref Volatile.Read(ref _chunks)[(number - 1) >> ChunkBits][(number - 1) & (ChunkSize - 1)];
 
     private static void Grow()
     {
-        lock (growing)
+        lock (Growing)
         {
-            if ((int)Volatile.Read(ref firstFree) != 0)
+            if ((int)Volatile.Read(ref _firstFree) != 0)
                 return;
-            Slot[][] former = chunks;
+            Slot[][] former = _chunks;
             int first = checked(former.Length * ChunkSize + 1);
             var chunk = new Slot[ChunkSize];
             for (int i = 0; i < ChunkSize - 1; ++i)
@@ -162,12 +162,12 @@ internal static class HandleTable
             var grown = new Slot[former.Length + 1][];
             former.CopyTo(grown, 0);
             grown[former.Length] = chunk;
-            Volatile.Write(ref chunks, grown);
+            Volatile.Write(ref _chunks, grown);
             while (true)
             {
-                long head = Volatile.Read(ref firstFree);
+                long head = Volatile.Read(ref _firstFree);
                 chunk[ChunkSize - 1].NextFree = (int)head;
-                if (Interlocked.CompareExchange(ref firstFree, Following(head, first), head) == head)
+                if (Interlocked.CompareExchange(ref _firstFree, Following(head, first), head) == head)
                     return;
             }
         }

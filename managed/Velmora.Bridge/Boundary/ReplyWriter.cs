@@ -16,19 +16,19 @@ internal sealed unsafe class ReplyWriter : IDisposable
     // About the size of a second-level cache, so that the native side reads what is still in it. Smaller pieces were slower.
     private const nuint PieceSize = 1024 * 1024;
 
-    private byte* data;
-    private nuint size = (nuint)sizeof(ReplyHeader);
-    private nuint capacity;
-    private long* handles;
-    private nuint handleCount;
-    private nuint handleCapacity;
-    private HandleChain chain;
-    private uint recordCount;
+    private byte* _data;
+    private nuint _size = (nuint)sizeof(ReplyHeader);
+    private nuint _capacity;
+    private long* _handles;
+    private nuint _handleCount;
+    private nuint _handleCapacity;
+    private HandleChain _chain;
+    private uint _recordCount;
 
     public ReplyWriter()
     {
-        capacity = FirstCapacity;
-        data = (byte*)NativeMemory.Alloc(capacity);
+        _capacity = FirstCapacity;
+        _data = (byte*)NativeMemory.Alloc(_capacity);
     }
 
     public void WriteUInt32(uint value) => *(uint*)Append(sizeof(uint)) = value;
@@ -41,12 +41,12 @@ internal sealed unsafe class ReplyWriter : IDisposable
     /// <returns>Its place, for WriteUInt32At.</returns>
     public nuint ReserveUInt32()
     {
-        nuint place = size;
+        nuint place = _size;
         WriteUInt32(0);
         return place;
     }
 
-    public void WriteUInt32At(nuint place, uint value) => *(uint*)(data + place) = value;
+    public void WriteUInt32At(nuint place, uint value) => *(uint*)(_data + place) = value;
 
     public void WriteGuid(in Guid value) => value.TryWriteBytes(new Span<byte>(Append(16), 16), true, out _);
 
@@ -66,27 +66,27 @@ internal sealed unsafe class ReplyWriter : IDisposable
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void WriteHandle(object? target)
     {
-        if (handleCount == handleCapacity)
+        if (_handleCount == _handleCapacity)
             GrowHandles();
-        handles[handleCount] = chain.Add(target);
-        ++handleCount;
+        _handles[_handleCount] = _chain.Add(target);
+        ++_handleCount;
     }
 
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void Align(nuint alignment)
     {
-        nuint aligned = Filled(size, alignment);
-        Append(aligned - size);
+        nuint aligned = Filled(_size, alignment);
+        Append(aligned - _size);
     }
 
     /// <summary>Makes room at the end, for the caller to write to.</summary>
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public byte* Append(nuint count)
     {
-        if (count > capacity - size)
+        if (count > _capacity - _size)
             Grow(count);
-        byte* target = data + size;
-        size += count;
+        byte* target = _data + _size;
+        _size += count;
         return target;
     }
 
@@ -94,8 +94,8 @@ internal sealed unsafe class ReplyWriter : IDisposable
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public void EndRecord(Reply* reply)
     {
-        ++recordCount;
-        if (size >= PieceSize && reply->TakePiece != null)
+        ++_recordCount;
+        if (_size >= PieceSize && reply->TakePiece != null)
             HandOverPiece(reply);
     }
 
@@ -103,30 +103,30 @@ internal sealed unsafe class ReplyWriter : IDisposable
     public void MoveTo(Reply* reply)
     {
         Complete();
-        reply->Data = data;
-        reply->Size = size;
+        reply->Data = _data;
+        reply->Size = _size;
         reply->HandlesTaken = 0;
-        data = null;
-        handleCount = 0;
+        _data = null;
+        _handleCount = 0;
     }
 
     /// <summary>MoveTo for a reply that is not a list.</summary>
     public void MoveTo(Reply* reply, uint count)
     {
-        recordCount = count;
+        _recordCount = count;
         MoveTo(reply);
     }
 
     public void Dispose()
     {
-        for (nuint i = 0; i < handleCount; ++i)
-            HandleTable.Release(handles[i]);
-        handleCount = 0;
-        chain.Dispose();
-        NativeMemory.Free(handles);
-        NativeMemory.Free(data);
-        handles = null;
-        data = null;
+        for (nuint i = 0; i < _handleCount; ++i)
+            HandleTable.Release(_handles[i]);
+        _handleCount = 0;
+        _chain.Dispose();
+        NativeMemory.Free(_handles);
+        NativeMemory.Free(_data);
+        _handles = null;
+        _data = null;
     }
 
     /// <summary>Frees a reply and the handles in it that the native side has not taken over.</summary>
@@ -154,13 +154,13 @@ internal sealed unsafe class ReplyWriter : IDisposable
     private void Complete()
     {
         Align(sizeof(long));
-        nuint offset = size;
-        nuint handleBytes = handleCount * sizeof(long);
-        NativeMemory.Copy(handles, Append(handleBytes), handleBytes);
-        *(ReplyHeader*)data = new ReplyHeader
+        nuint offset = _size;
+        nuint handleBytes = _handleCount * sizeof(long);
+        NativeMemory.Copy(_handles, Append(handleBytes), handleBytes);
+        *(ReplyHeader*)_data = new ReplyHeader
         {
-            RecordCount = recordCount,
-            HandleCount = checked((uint)handleCount),
+            RecordCount = _recordCount,
+            HandleCount = checked((uint)_handleCount),
             HandlesOffset = offset,
         };
     }
@@ -169,18 +169,18 @@ internal sealed unsafe class ReplyWriter : IDisposable
     private void HandOverPiece(Reply* reply)
     {
         Complete();
-        reply->Data = data;
-        reply->Size = size;
+        reply->Data = _data;
+        reply->Size = _size;
         reply->HandlesTaken = 0;
         int refused = reply->TakePiece(reply);
         ulong taken = reply->HandlesTaken;
         reply->Data = null;
         reply->Size = 0;
-        for (nuint i = (nuint)taken; i < handleCount; ++i)
-            HandleTable.Release(handles[i]);
-        size = (nuint)sizeof(ReplyHeader);
-        handleCount = 0;
-        recordCount = 0;
+        for (nuint i = (nuint)taken; i < _handleCount; ++i)
+            HandleTable.Release(_handles[i]);
+        _size = (nuint)sizeof(ReplyHeader);
+        _handleCount = 0;
+        _recordCount = 0;
         if (refused != 0)
             throw new OperationCanceledException("The native side refused a piece of the list.");
     }
@@ -191,17 +191,17 @@ internal sealed unsafe class ReplyWriter : IDisposable
     private void Grow(nuint count)
     {
         // Each step copies what was written, so there are few of them up to a piece: room that stays empty costs addresses only.
-        nuint factor = capacity < PieceSize ? 8u : 2u;
-        nuint grown = Math.Max(checked(capacity * factor), checked(size + count));
-        data = (byte*)NativeMemory.Realloc(data, grown);
-        capacity = grown;
+        nuint factor = _capacity < PieceSize ? 8u : 2u;
+        nuint grown = Math.Max(checked(_capacity * factor), checked(_size + count));
+        _data = (byte*)NativeMemory.Realloc(_data, grown);
+        _capacity = grown;
     }
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     private void GrowHandles()
     {
-        nuint grown = Math.Max(16, checked(handleCapacity * 2));
-        handles = (long*)NativeMemory.Realloc(handles, checked(grown * sizeof(long)));
-        handleCapacity = grown;
+        nuint grown = Math.Max(16, checked(_handleCapacity * 2));
+        _handles = (long*)NativeMemory.Realloc(_handles, checked(grown * sizeof(long)));
+        _handleCapacity = grown;
     }
 }

@@ -17,7 +17,7 @@ internal static class ApiAssembly
     public const string FileName = Name + ".dll";
 
     // Nothing here is made by a static constructor: when that failed, no later start could succeed.
-    private static DependencyFolder? dependencies;
+    private static DependencyFolder? _dependencies;
 
     /// <summary>The assembly in use; null until one was bound.</summary>
     public static Assembly? Bound { get; private set; }
@@ -30,12 +30,12 @@ internal static class ApiAssembly
         CheckFile(folder, path);
         CheckNoOther(AssemblyLoadContext.Default, path);
         CheckNoOther(context, path);
-        if (dependencies == null)
+        if (_dependencies == null)
         {
             context.Resolving += Resolve;
-            context.ResolvingUnmanagedDll += (_, name) => dependencies!.LoadLibrary(name);
+            context.ResolvingUnmanagedDll += (_, name) => _dependencies!.LoadLibrary(name);
         }
-        dependencies = new DependencyFolder(context, path);
+        _dependencies = new DependencyFolder(context, path);
         Assembly assembly = BindReference(path);
         if (!SamePath(assembly.Location, path))
         {
@@ -49,7 +49,7 @@ internal static class ApiAssembly
         AssemblyLoadContext.GetLoadContext(typeof(ApiAssembly).Assembly) ?? AssemblyLoadContext.Default;
 
     private static Assembly? Resolve(AssemblyLoadContext context, AssemblyName name) =>
-        name.Name == Name ? context.LoadFromAssemblyPath(dependencies!.AssemblyPath) : dependencies!.Load(name);
+        name.Name == Name ? context.LoadFromAssemblyPath(_dependencies!.AssemblyPath) : _dependencies!.Load(name);
 
     private static void CheckFile(string folder, string path)
     {

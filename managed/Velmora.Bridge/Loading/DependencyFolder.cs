@@ -9,16 +9,16 @@ namespace Velmora.Bridge.Loading;
 /// <summary>What the sync application's assembly needs: by its .deps.json where that can be read, else by file name beside it.</summary>
 internal sealed class DependencyFolder
 {
-    private readonly AssemblyLoadContext context;
-    private readonly AssemblyDependencyResolver? resolver;
+    private readonly AssemblyLoadContext _context;
+    private readonly AssemblyDependencyResolver? _resolver;
 
     public DependencyFolder(AssemblyLoadContext context, string assemblyPath)
     {
-        this.context = context;
+        _context = context;
         AssemblyPath = assemblyPath;
         try
         {
-            resolver = new AssemblyDependencyResolver(assemblyPath);
+            _resolver = new AssemblyDependencyResolver(assemblyPath);
         }
         catch (InvalidOperationException)
         {
@@ -30,13 +30,13 @@ internal sealed class DependencyFolder
 
     public Assembly? Load(AssemblyName name)
     {
-        string? path = resolver?.ResolveAssemblyToPath(name) ?? Beside(name.Name + ".dll");
-        return path == null ? null : context.LoadFromAssemblyPath(path);
+        string? path = _resolver?.ResolveAssemblyToPath(name) ?? Beside(name.Name + ".dll");
+        return path == null ? null : _context.LoadFromAssemblyPath(path);
     }
 
     public IntPtr LoadLibrary(string name)
     {
-        string? path = resolver?.ResolveUnmanagedDllToPath(name) ?? Beside(name);
+        string? path = _resolver?.ResolveUnmanagedDllToPath(name) ?? Beside(name);
         return path == null ? IntPtr.Zero : NativeLibrary.Load(path);
     }
 

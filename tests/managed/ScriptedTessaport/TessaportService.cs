@@ -10,9 +10,9 @@ namespace Quorvex.Tessaport.API;
 public class TessaportService
 {
     internal static readonly Identities<TessaportService> Known = new();
-    private static int constructed;
+    private static int _constructed;
 
-    private readonly int number;
+    private readonly int _number;
 
     public TessaportService() : this(null)
     {
@@ -26,8 +26,8 @@ public class TessaportService
     {
         if (Journal.IsOn)
         {
-            number = Interlocked.Increment(ref constructed);
-            Known.Get(number, () => this);
+            _number = Interlocked.Increment(ref _constructed);
+            Known.Get(_number, () => this);
             Record("TessaportService")?.With("window", (object)window);
         }
         Members.Construct.Answer();
@@ -36,7 +36,7 @@ public class TessaportService
     internal static void ForgetAll()
     {
         Known.Clear();
-        constructed = 0;
+        _constructed = 0;
     }
 
     public void Discover()
@@ -164,7 +164,7 @@ public class TessaportService
     {
         if (!Journal.IsOn)
             return null;
-        var call = new Call(member, number);
+        var call = new Call(member, _number);
         Journal.Add(call);
         return call;
     }

@@ -9,22 +9,22 @@ internal enum ListStep { GetEnumerator, MoveNext, Current, Dispose }
 /// <summary>A lazy list that fails in one step of its enumeration, after so many elements, and records that it was left properly.</summary>
 internal sealed class FailingList<T> : IEnumerable<T>
 {
-    private readonly List<T> elements;
-    private readonly ListStep step;
-    private readonly int after;
-    private readonly Func<Exception> failure;
+    private readonly List<T> _elements;
+    private readonly ListStep _step;
+    private readonly int _after;
+    private readonly Func<Exception> _failure;
 
     public FailingList(List<T> elements, ListStep step, int after, Func<Exception> failure)
     {
-        this.elements = elements;
-        this.step = step;
-        this.after = after;
-        this.failure = failure;
+        _elements = elements;
+        _step = step;
+        _after = after;
+        _failure = failure;
     }
 
     public IEnumerator<T> GetEnumerator()
     {
-        FailIn(ListStep.GetEnumerator, after);
+        FailIn(ListStep.GetEnumerator, _after);
         return new Enumerator(this);
     }
 
@@ -32,23 +32,23 @@ internal sealed class FailingList<T> : IEnumerable<T>
 
     private void FailIn(ListStep now, int given)
     {
-        if (now == step && given >= after)
-            throw failure();
+        if (now == _step && given >= _after)
+            throw _failure();
     }
 
     private sealed class Enumerator : IEnumerator<T>
     {
-        private readonly FailingList<T> list;
-        private int given;
+        private readonly FailingList<T> _list;
+        private int _given;
 
-        public Enumerator(FailingList<T> list) => this.list = list;
+        public Enumerator(FailingList<T> list) => _list = list;
 
         public T Current
         {
             get
             {
-                list.FailIn(ListStep.Current, given - 1);
-                return list.elements[given - 1];
+                _list.FailIn(ListStep.Current, _given - 1);
+                return _list._elements[_given - 1];
             }
         }
 
@@ -56,9 +56,9 @@ internal sealed class FailingList<T> : IEnumerable<T>
 
         public bool MoveNext()
         {
-            list.FailIn(ListStep.MoveNext, given);
-            ++given;
-            return given <= list.elements.Count;
+            _list.FailIn(ListStep.MoveNext, _given);
+            ++_given;
+            return _given <= _list._elements.Count;
         }
 
         public void Reset() => throw new NotSupportedException();
@@ -66,7 +66,7 @@ internal sealed class FailingList<T> : IEnumerable<T>
         public void Dispose()
         {
             Journal.Add(new Call("Dispose"));
-            list.FailIn(ListStep.Dispose, given);
+            _list.FailIn(ListStep.Dispose, _given);
         }
     }
 }

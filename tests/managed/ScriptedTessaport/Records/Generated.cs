@@ -8,8 +8,8 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// </summary>
 internal static class Generated
 {
-    private static readonly Guid driveId = new("6f1d2c3b-4a59-4867-8776-655443322110");
-    private static readonly DateTime firstDate = new(2024, 5, 17, 8, 30, 0, DateTimeKind.Utc);
+    private static readonly Guid DriveId = new("6f1d2c3b-4a59-4867-8776-655443322110");
+    private static readonly DateTime FirstDate = new(2024, 5, 17, 8, 30, 0, DateTimeKind.Utc);
 
     public static Item Item(int number)
     {
@@ -17,12 +17,12 @@ internal static class Generated
         string relativePath = $@"Projects\Northern Station\Drawings\{name}";
         return new Item
         {
-            DriveId = driveId,
+            DriveId = DriveId,
             Id = new ItemId(),
             IsFolder = false,
             IsInWorkspace = number % 2 == 0,
             IsOnServer = true,
-            LastModifiedDate = firstDate.AddSeconds(number),
+            LastModifiedDate = FirstDate.AddSeconds(number),
             Name = name,
             RelativePath = relativePath,
             WorkspacePath = $@"W:\Users\quinn\Tessaport\{relativePath}",
@@ -34,11 +34,11 @@ internal static class Generated
         string location = $@"W:\Users\quinn\Tessaport\Drive {number}";
         return new Drive
         {
-            Id = driveId,
+            Id = DriveId,
             Name = $"Drive {number}",
             WorkspaceLocation = location,
             DriveType = "Quorvex.DataSourceType.Drive",
-            Root = new Item { DriveId = driveId, Id = new ItemId(), IsFolder = true, IsInWorkspace = true, IsOnServer = true, LastModifiedDate = firstDate, Name = $"Drive {number}", RelativePath = "", WorkspacePath = location },
+            Root = new Item { DriveId = DriveId, Id = new ItemId(), IsFolder = true, IsInWorkspace = true, IsOnServer = true, LastModifiedDate = FirstDate, Name = $"Drive {number}", RelativePath = "", WorkspacePath = location },
             DriveCapabilites = new DriveCapabilites(),
         };
     }
@@ -50,7 +50,7 @@ internal static class Generated
 
     public static PropertyValue PropertyValue(int number) => new()
     {
-        DriveId = driveId,
+        DriveId = DriveId,
         RelativePath = $@"Projects\Northern Station\Drawings\Section {number:D7} - elevations.dwg",
         PropertyDefinitionId = "SourceObjectId",
         Value = $"urn:quorvex.store:fs.file:vf.{number:D12}",

@@ -8,9 +8,9 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// <summary>A collection that can be enumerated as a sequence of its records, and fails when anything else is asked of it.</summary>
 internal sealed class EnumerableOnly<T> : IList<T>, IReadOnlyList<T>, IList
 {
-    private readonly List<T> elements;
+    private readonly List<T> _elements;
 
-    public EnumerableOnly(List<T> elements) => this.elements = elements;
+    public EnumerableOnly(List<T> elements) => _elements = elements;
 
     public int Count => throw Refusal();
     public bool IsReadOnly => throw Refusal();
@@ -30,7 +30,7 @@ internal sealed class EnumerableOnly<T> : IList<T>, IReadOnlyList<T>, IList
         set => throw Refusal();
     }
 
-    public IEnumerator<T> GetEnumerator() => elements.GetEnumerator();
+    public IEnumerator<T> GetEnumerator() => _elements.GetEnumerator();
 
     IEnumerator IEnumerable.GetEnumerator() => throw Refusal();
 

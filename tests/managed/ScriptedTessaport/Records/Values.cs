@@ -20,13 +20,13 @@ internal static class Values
     /// <summary>A value that does something when its text is asked for.</summary>
     public sealed class WithSideEffect
     {
-        private readonly Action effect;
+        private readonly Action _effect;
 
-        public WithSideEffect(Action effect) => this.effect = effect;
+        public WithSideEffect(Action effect) => _effect = effect;
 
         public override string ToString()
         {
-            effect();
+            _effect();
             return "done";
         }
     }

@@ -6,7 +6,7 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// <summary>Exceptions by name: {"type": "TessaportNotRunningException", "message": …, "inner": exception}</summary>
 internal static class Failures
 {
-    private static readonly string[] namespaces = {
+    private static readonly string[] Namespaces = {
         "Quorvex.Tessaport.API", "Quorvex.Tessaport.API.Scripted", "System", "System.IO", "System.Collections.Generic",
     };
 
@@ -23,7 +23,7 @@ internal static class Failures
 
     private static Type Find(string name)
     {
-        foreach (string space in namespaces)
+        foreach (string space in Namespaces)
         {
             Type? type = Type.GetType($"{space}.{name}");
             if (type != null)

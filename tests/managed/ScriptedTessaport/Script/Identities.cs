@@ -10,33 +10,33 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// </summary>
 internal sealed class Identities<T> where T : class
 {
-    private readonly Dictionary<int, WeakReference<T>> objects = new();
+    private readonly Dictionary<int, WeakReference<T>> _objects = new();
 
     public T Get(int number, Func<T> make)
     {
-        lock (objects)
+        lock (_objects)
         {
-            if (objects.TryGetValue(number, out WeakReference<T>? known))
+            if (_objects.TryGetValue(number, out WeakReference<T>? known))
             {
                 return known.TryGetTarget(out T? found)
                     ? found
                     : throw new InvalidOperationException($"{typeof(T).Name} {number} was collected; give a new one another number.");
             }
             T made = make();
-            objects.Add(number, new WeakReference<T>(made));
+            _objects.Add(number, new WeakReference<T>(made));
             return made;
         }
     }
 
     public int[] Alive()
     {
-        lock (objects)
-            return objects.Where(entry => entry.Value.TryGetTarget(out _)).Select(entry => entry.Key).Order().ToArray();
+        lock (_objects)
+            return _objects.Where(entry => entry.Value.TryGetTarget(out _)).Select(entry => entry.Key).Order().ToArray();
     }
 
     public void Clear()
     {
-        lock (objects)
-            objects.Clear();
+        lock (_objects)
+            _objects.Clear();
     }
 }

@@ -2,10 +2,10 @@ using System.Collections.Generic;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>The calls so far, in order. Off as long as nobody can read them.</summary>
+/// <summary>The calls so far, in order. Off as long as no one can read them.</summary>
 internal static class Journal
 {
-    private static readonly List<Call> calls = new();
+    private static readonly List<Call> Calls = new();
 
     public static bool IsOn { get; set; } = Channel.IsOpen;
 
@@ -13,16 +13,16 @@ internal static class Journal
     {
         if (!IsOn)
             return;
-        lock (calls)
-            calls.Add(call);
+        lock (Calls)
+            Calls.Add(call);
     }
 
     public static List<Call> Take()
     {
-        lock (calls)
+        lock (Calls)
         {
-            var taken = new List<Call>(calls);
-            calls.Clear();
+            var taken = new List<Call>(Calls);
+            Calls.Clear();
             return taken;
         }
     }

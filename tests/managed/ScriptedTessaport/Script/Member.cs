@@ -8,23 +8,23 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// <summary>A member of the service, and what it answers.</summary>
 internal abstract class Member
 {
-    private static readonly Dictionary<string, Member> all = new();
+    private static readonly Dictionary<string, Member> All = new();
 
     protected Member(string name)
     {
         Name = name;
-        all.Add(name, this);
+        All.Add(name, this);
     }
 
     public string Name { get; }
 
-    public static Member Named(string name) => all.TryGetValue(name, out Member? member)
+    public static Member Named(string name) => All.TryGetValue(name, out Member? member)
         ? member
         : throw new FormatException($"'{name}' is not a member of the service.");
 
     public static void ResetAll()
     {
-        foreach (Member member in all.Values)
+        foreach (Member member in All.Values)
             member.Reset();
     }
 
@@ -36,23 +36,23 @@ internal abstract class Member
 
 internal sealed class Member<T> : Member
 {
-    private readonly Func<JsonElement, T> read;
-    private readonly Func<T> byDefault;
-    private readonly Queue<Func<T>> answers = new();
+    private readonly Func<JsonElement, T> _read;
+    private readonly Func<T> _byDefault;
+    private readonly Queue<Func<T>> _answers = new();
 
     public Member(string name, Func<JsonElement, T> read, Func<T> byDefault) : base(name)
     {
-        this.read = read;
-        this.byDefault = byDefault;
+        _read = read;
+        _byDefault = byDefault;
     }
 
     public T Answer()
     {
-        Func<T> answer = byDefault;
-        lock (answers)
+        Func<T> answer = _byDefault;
+        lock (_answers)
         {
-            if (answers.Count != 0)
-                answer = answers.Count > 1 ? answers.Dequeue() : answers.Peek();
+            if (_answers.Count != 0)
+                answer = _answers.Count > 1 ? _answers.Dequeue() : _answers.Peek();
         }
         return answer();
     }
@@ -60,18 +60,18 @@ internal sealed class Member<T> : Member
     public override void SetAnswers(JsonElement given)
     {
         Func<T>[] made = given.EnumerateArray().Select(Read).ToArray();
-        lock (answers)
+        lock (_answers)
         {
-            answers.Clear();
+            _answers.Clear();
             foreach (Func<T> answer in made)
-                answers.Enqueue(answer);
+                _answers.Enqueue(answer);
         }
     }
 
     protected override void Reset()
     {
-        lock (answers)
-            answers.Clear();
+        lock (_answers)
+            _answers.Clear();
     }
 
     private Func<T> Read(JsonElement answer)
@@ -81,7 +81,7 @@ internal sealed class Member<T> : Member
             Func<Exception> make = Failures.Read(failure);
             return () => throw make();
         }
-        T value = read(answer.GetProperty("value"));
+        T value = _read(answer.GetProperty("value"));
         return () => value;
     }
 }

@@ -13,7 +13,7 @@ public class TessaportService
 {
     private const int ItemsInAFolder = 5000;
 
-    private static readonly Guid driveId = new("01234567-89ab-cdef-0123-456789abcdef");
+    private static readonly Guid DriveId = new("01234567-89ab-cdef-0123-456789abcdef");
 
     public TessaportService() { }
     public TessaportService(IntPtr windowHandle) { }
@@ -78,7 +78,7 @@ public class TessaportService
 
     private static Drive NewDrive(string name) => new()
     {
-        Id = driveId,
+        Id = DriveId,
         Name = name,
         DriveType = "Quorvex.DataSourceType.Drive",
 #if !LACKS_PROPERTY
@@ -90,7 +90,7 @@ public class TessaportService
 
     private static Item NewItem(string name, bool isFolder) => new()
     {
-        DriveId = driveId,
+        DriveId = DriveId,
         Id = new ItemId(),
         IsFolder = isFolder,
         IsInWorkspace = true,
