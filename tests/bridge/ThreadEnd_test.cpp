@@ -50,7 +50,7 @@ TEST_F(ThreadEnd, ServesRequestsOrRefusesThem)
     }).join();
 
 #ifdef _WIN32
-    EXPECT_EQ(outcome, "This thread is ending: .NET takes no calls on it any more. Make them before.");
+    EXPECT_EQ(outcome, "This thread is ending, so .NET takes no more calls on it. Make them earlier.");
 #else
     EXPECT_EQ(outcome, "served");
 #endif

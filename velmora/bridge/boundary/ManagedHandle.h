@@ -1,4 +1,3 @@
-// A strong handle to one managed object.
 #pragma once
 
 #include <utility>
@@ -10,8 +9,10 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Keeps a managed object alive; may hold the null object. Released at once when it goes, on whatever thread, unless
-/// the runtime no longer answers there: with the next request when the thread ends, not at all once the process exits.
+/// A strong handle to one managed object, which may be null.
+///
+/// The destructor releases it at once, on any thread. On a thread that is ending the release waits for the next
+/// request, and once the process exits nothing is released: the runtime then takes no calls.
 class ManagedHandle
 {
 public:
@@ -28,7 +29,7 @@ public:
             releaseLater(*table, handle);
     }
 
-    /// Takes over a handle; this one must hold none yet.
+    /// Takes over a handle. This object must not hold one yet.
     void take(VelmoraHandle taken) noexcept { handle = taken; }
 
     [[nodiscard]] VelmoraHandle get() const noexcept { return handle; }

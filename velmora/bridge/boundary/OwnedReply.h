@@ -1,4 +1,3 @@
-// A reply that goes back to the managed side, with all of its handles that nobody took, however a request ends.
 #pragma once
 
 #include <string>
@@ -9,12 +8,15 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
+/// A reply that goes back to the managed side when it is destroyed, with all of its handles that no one has taken.
 class OwnedReply
 {
 public:
-    /// A reply whose functions are known later; until setEntryPoints nothing is given back.
+    /// A reply whose functions become known later. Before setEntryPoints() it is not given back.
     OwnedReply() noexcept = default;
     /// The reply of a request that is about to be made.
+    ///
+    /// @throws std::logic_error on a thread that is ending, where no request can be made.
     explicit OwnedReply(const TessaportEntryPoints& table) : entryPoints(&table) { requireRuntime(); }
     OwnedReply(const OwnedReply&) = delete;
     OwnedReply& operator=(const OwnedReply&) = delete;
@@ -32,7 +34,7 @@ public:
     [[nodiscard]] VelmoraReply& reply() noexcept { return content; }
     [[nodiscard]] const TessaportEntryPoints& table() const noexcept { return *entryPoints; }
 
-    /// The message of a failed call. A reply that holds none gives the empty text.
+    /// The message of a failed call, or the empty string if the reply holds none.
     [[nodiscard]] std::wstring message();
 
 private:

@@ -1,12 +1,17 @@
-// What the end of the process, and an unloading of this library, mean to a runtime that cannot be stopped.
+/// @file
+/// The end of the process and the unloading of this library, under a runtime that cannot be stopped.
 #pragma once
 
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Keeps this library loaded for good, and has isProcessExiting() answer true from the moment when the process begins
-/// to run its exit handlers. Called right after the runtime has started: what is destroyed before our handler still
-/// reaches the runtime, what is destroyed after it must not.
+/// Keeps this library loaded until the process ends, and makes isProcessExiting() return true from the moment when the
+/// process runs its exit handlers.
+///
+/// Call it right after the runtime has started: objects that are destroyed before this handler runs still reach the
+/// runtime, those that are destroyed later must not.
+///
+/// @throws std::bad_alloc if no handler can be registered.
 void prepareForProcessExit();
 
 [[nodiscard]] bool isProcessExiting() noexcept;

@@ -1,4 +1,5 @@
-// What the end of a thread means to a runtime that was called on it.
+/// @file
+/// The end of a thread on which the runtime was called.
 #pragma once
 
 #include <velmora/bridge/boundary/TessaportEntryPoints.h>
@@ -8,18 +9,23 @@ namespace Quorvex::Velmora::Tessaport
 
 #ifdef _WIN32
 
-/// On Windows the runtime lets go of a thread that ends before the host's own objects of that thread are destroyed, and
-/// ends the process when it is called there once more. From here on such threads are known; called before the runtime
-/// starts, so that we hear of a thread's end before it does.
+/// Begins to watch for threads that end.
+///
+/// On Windows the runtime detaches from an ending thread before the host's own objects of that thread are destroyed,
+/// and ends the process if it is called there again. Call this before the runtime starts, so that a thread's end is
+/// noticed here first.
+///
+/// @throws std::bad_alloc if the system has no slot left for it.
 void watchThreadEnds();
 
-/// Called whenever the runtime is about to be used on this thread; false when it must not be, as the thread is ending.
+/// Returns whether this thread may use the runtime, which it may not while it ends. Call it before every use.
 [[nodiscard]] bool mayUseRuntime() noexcept;
 
-/// Releases the handle with the next request on any thread. Kept for good when memory is out.
+/// Releases the handle with the next request on any thread. Leaked on purpose if allocation fails.
 void releaseLater(const TessaportEntryPoints& table, VelmoraHandle handle) noexcept;
 
-/// Before a request: releases what waits for that.
+/// Prepares for a request: releases the handles that wait for one.
+///
 /// @throws std::logic_error on a thread that is ending.
 void requireRuntime();
 

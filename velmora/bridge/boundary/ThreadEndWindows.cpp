@@ -14,14 +14,14 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-// Slots of the system and not thread_local, which some compilers take away before the thread's last destructor.
+// System slots instead of thread_local, which some compilers destroy before the last destructor of the thread.
 DWORD stateSlot = TLS_OUT_OF_INDEXES;
 DWORD endSlot = FLS_OUT_OF_INDEXES;
 
 char watched;
 char ending;
 
-// A fiber that goes is not yet the thread.
+// The end of a fiber is not the end of its thread.
 void WINAPI noteEnd(void*)
 {
     if (IsThreadAFiber() == FALSE)
@@ -101,7 +101,7 @@ void releaseLater(const TessaportEntryPoints& table, VelmoraHandle handle) noexc
 void requireRuntime()
 {
     if (!mayUseRuntime())
-        throw std::logic_error("This thread is ending: .NET takes no calls on it any more. Make them before.");
+        throw std::logic_error("This thread is ending, so .NET takes no more calls on it. Make them earlier.");
     releaseWaiting();
 }
 

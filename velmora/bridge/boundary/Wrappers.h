@@ -1,4 +1,5 @@
-// What native item ids and commands share: the managed object that they stand for.
+/// @file
+/// What copies of a native item id or command share: the managed object that they stand for.
 #pragma once
 
 #include <velmora/bridge/boundary/ManagedHandle.h>

@@ -27,7 +27,7 @@ void dispose(ItemIdImp* imp) noexcept
     TextAccess::releaseRoom(imp);
 }
 
-// Has shared_ptr put what it keeps beside the wrapper into the room.
+// Makes std::allocate_shared use the room.
 template <class T>
 struct RoomAllocator {
     using value_type = T;

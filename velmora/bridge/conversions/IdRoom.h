@@ -1,4 +1,5 @@
-// Where the id of a listed item lives: in the allocation of the item's texts. Lists have many ids.
+/// @file
+/// Places the id of a listed item in the allocation of the item's strings: lists have many ids.
 #pragma once
 
 #include <cstddef>
@@ -10,20 +11,22 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// The wrapper with what std::allocate_shared keeps beside it. Standard libraries differ: IdRoom.cpp does not compile
-/// where this is too small.
+/// The size of a wrapper with what std::allocate_shared keeps beside it, which depends on the standard library.
+/// IdRoom.cpp does not compile if it is too small.
 #ifdef _LIBCPP_VERSION
 constexpr std::size_t SharedWrapperSize = 48;
 #else
 constexpr std::size_t SharedWrapperSize = 40;
 #endif
 
-/// What TextAccess::assign is asked for: the implementation object, and the wrapper with what its owners share.
+/// The room for an id that TextAccess::assign makes: its implementation object, and its wrapper.
 constexpr std::size_t IdRoomSize = sizeof(TessaportAPI::ItemIdImp) + SharedWrapperSize;
 constexpr std::uint32_t IdRoomOwners = 2;
 
-/// Makes both in the room. The implementation object is released through ItemIdImp::destroy; `wrapper` is the one that
-/// it holds, and has no handle yet.
+/// Makes an implementation object in the room, with a wrapper that has no handle yet.
+///
+/// @param wrapper  is set to the wrapper.
+/// @return the implementation object, to be released by ItemIdImp::destroy.
 [[nodiscard]] TessaportAPI::ItemIdImp* makeItemIdImp(
     void* room, const TessaportEntryPoints& table, ItemIdWrapper*& wrapper) noexcept;
 

@@ -1,4 +1,3 @@
-// Takes a list over the C boundary, piece by piece.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +12,8 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Appends the records of every piece to a buffer. Lives as long as the call that it is the reply of.
+/// Receives a list over the C boundary piece by piece, and appends its records to a buffer. Outlives the call whose
+/// reply it is.
 template <class Record>
 class ListReceiver
 {
@@ -29,18 +29,18 @@ public:
 
     [[nodiscard]] OwnedReply& reply() noexcept { return owned; }
 
-    /// What went wrong while a piece was taken, if anything did; it is then the reason for the call's failure.
+    /// Throws what went wrong while a piece was taken, if anything did: it is the cause of the call's failure.
     void rethrowFailure() const
     {
         if (failure != nullptr)
             std::rethrow_exception(failure);
     }
 
-    /// Takes the last piece, which is the reply itself.
+    /// Takes the last piece, which is the reply itself. Call it once the request has succeeded.
     void finish() { append(owned.reply()); }
 
 private:
-    // An announcement that nothing has confirmed is believed up to here; longer lists grow as they come.
+    // The announced count is untrusted: beyond this the buffer grows as the records come.
     static constexpr std::uint64_t LongestAnnouncement = 1U << 20;
 
     static std::int32_t takePiece(VelmoraReply* piece) noexcept

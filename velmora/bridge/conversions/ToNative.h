@@ -1,4 +1,6 @@
-// Records, from the form in which they cross the C boundary. Each function fills one default-constructed record.
+/// @file
+/// Reads records from a reply. Each function fills one default-constructed record, and throws DamagedReply if the reply
+/// ends too early.
 #pragma once
 
 #include <cstdint>
@@ -20,14 +22,14 @@ void toNative(ReplyReader& reader, TessaportAPI::Command& command);
 void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& result);
 void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& result);
 
-/// The capacity that appending `count` elements one by one leaves: making room at once cannot be told apart from it.
+/// The capacity of a buffer to which `count` elements were appended one by one. Reserving it leaves the same capacity.
 [[nodiscard]] std::uint32_t capacityAfterAppending(std::uint32_t count) noexcept;
 
-/// Appends `count` records in a row.
+/// Appends `count` records.
 template <class Record>
 void toNative(ReplyReader& reader, std::uint32_t count, Common::QVBuffer<Record>& records)
 {
-    // No record has less than four bytes.
+    // No record has fewer than four bytes.
     records.Reserve(capacityAfterAppending(records.GetSize() + reader.plausible(count, 4)));
     for (std::uint32_t i = 0; i < count; ++i)
         toNative(reader, records.Append());

@@ -32,7 +32,7 @@ bool isFolder(const std::filesystem::path& path)
     return std::filesystem::is_directory(path, error);
 }
 
-// Checked here, because the platform's look-up would say nothing of a given folder that it passes over.
+// Checked here, because the platform's own search does not say that it skipped a given folder.
 void checkDotnetRoot(const std::filesystem::path& root)
 {
     if (!root.empty() && !isFolder(root / "host" / "fxr")) {

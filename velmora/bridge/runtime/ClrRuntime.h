@@ -1,4 +1,3 @@
-// The .NET runtime of the process: found and started on the first connection, never stopped.
 #pragma once
 
 #include <atomic>
@@ -14,7 +13,7 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// What runs, once it runs.
+/// What is running.
 struct RuntimeDescription {
     std::wstring framework;
     std::wstring bridgeVersion;
@@ -22,18 +21,21 @@ struct RuntimeDescription {
     std::wstring apiVersion;
 };
 
+/// The .NET runtime of the process: found and started by the first connection, and never stopped.
+///
 /// All members may be called on any thread.
 class ClrRuntime
 {
 public:
     ClrRuntime(std::unique_ptr<HostFxr> host, std::filesystem::path bridgeFolder);
 
-    /// The runtime of this process. Never destroyed: handles are released until the very end.
+    /// The runtime of this process. Never destroyed, because handles are released until the process ends.
     [[nodiscard]] static ClrRuntime& ofProcess();
 
-    /// The table of managed functions; the first call starts the runtime while others wait for it. A failed start may
-    /// be tried again.
-    /// @throws ApiException with what was looked for, where, and what to do.
+    /// Returns the table of managed functions. The first call starts the runtime, and other threads wait for it; after
+    /// a failure the next call tries again.
+    ///
+    /// @throws ApiException that says what was looked for, where, and what to do.
     [[nodiscard]] const TessaportEntryPoints& entryPoints()
     {
         const TessaportEntryPoints* const table = ready.load(std::memory_order_acquire);
@@ -46,13 +48,13 @@ public:
 
     [[nodiscard]] TessaportAPI::RuntimeOptions options() const;
 
-    /// Empty texts before the start.
+    /// The strings are empty before the start.
     [[nodiscard]] RuntimeDescription description() const;
 
-    /// Makes calls go to `table` from now on, which must outlive them; null goes back to the runtime. For tests.
+    /// Sends calls to `table`, which must outlive them; null sends them to the runtime again. For tests.
     void replaceEntryPoints(const TessaportEntryPoints* table);
 
-    /// Looks for the managed half in `folder`. For programs that have the library's objects linked in.
+    /// Looks for the managed half of the bridge in `folder`. For programs that link the library's objects.
     void setBridgeFolder(const std::filesystem::path& folder);
 
 private:

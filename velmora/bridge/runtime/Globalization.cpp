@@ -20,7 +20,7 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-// Looks for an ICU of any version. Where there is none, the runtime itself would try two thousand names: 30 ms.
+// Looks for ICU of any version. Without one, the runtime itself would try two thousand names, which takes 30 ms.
 bool anyIcuIsInstalled()
 {
     constexpr int Newest = 100;
@@ -32,8 +32,8 @@ bool anyIcuIsInstalled()
     return NativeLibrary::open("libicuuc.so").isOpen();
 }
 
-// The runtime's own library is asked, because it alone knows which versions of ICU it takes. Little time is lost: the
-// runtime needs the same libraries right after.
+// Asks the runtime's own library, because only it knows which versions of ICU it takes. This costs little time: the
+// runtime loads the same libraries right afterwards.
 bool runtimeTakesIcu(const std::filesystem::path& globalizationLibrary)
 {
     const NativeLibrary library = NativeLibrary::open(globalizationLibrary);
@@ -41,7 +41,7 @@ bool runtimeTakesIcu(const std::filesystem::path& globalizationLibrary)
     return loadIcu == nullptr || loadIcu() != 0;
 }
 
-// The first such library in the folders, which colons separate; empty when there is none.
+// Returns the first such library in the folders, which colons separate; empty if there is none.
 std::filesystem::path findGlobalizationLibrary(std::string_view folders)
 {
     while (!folders.empty()) {
@@ -56,8 +56,8 @@ std::filesystem::path findGlobalizationLibrary(std::string_view folders)
     return {};
 }
 
-// .NET heeds this variable of its own before the property that is set here, and then ends the process.
-void checkThatNobodyForbidsInvariantMode()
+// This variable of .NET overrides the property that is set here, and .NET then ends the process.
+void checkThatInvariantModeIsAllowed()
 {
     const char* const value = std::getenv("DOTNET_SYSTEM_GLOBALIZATION_INVARIANT");
     if (value == nullptr || (std::strcmp(value, "0") != 0 && strcasecmp(value, "false") != 0))
@@ -80,9 +80,9 @@ void allowMissingIcu(hostfxr_handle context, const RuntimeProperties& properties
     const std::filesystem::path library = findGlobalizationLibrary(folders);
     if (library.empty() || (anyIcuIsInstalled() && runtimeTakesIcu(library)))
         return;
-    checkThatNobodyForbidsInvariantMode();
+    checkThatInvariantModeIsAllowed();
     properties.set(context, "System.Globalization.Invariant", "true");
-    // Cultures by name, as formatting code asks for them, then are empty ones and not errors.
+    // Formatting code that asks for a culture by name then gets the invariant one instead of an error.
     properties.set(context, "System.Globalization.PredefinedCulturesOnly", "false");
 }
 
@@ -93,7 +93,7 @@ void allowMissingIcu(hostfxr_handle context, const RuntimeProperties& properties
 namespace Quorvex::Velmora::Tessaport
 {
 
-// The system has what .NET needs.
+// These systems have what .NET needs.
 void allowMissingIcu(hostfxr_handle, const RuntimeProperties&) {}
 
 } // namespace Quorvex::Velmora::Tessaport

@@ -23,12 +23,12 @@ namespace
 {
 
 #ifdef _WIN32
-// The system's own codes for a file of the bridge that is no library, or another one.
+// The system's codes for a file that is not a library, and for a library without the function.
 constexpr auto BadExecutable = static_cast<std::int32_t>(0x800700c1);
 constexpr auto ProcedureNotFound = static_cast<std::int32_t>(0x8007007f);
 #endif
 
-// Collects what hostfxr writes on this thread while one step runs.
+// Collects what hostfxr writes on this thread during one step.
 class ErrorCollector
 {
 public:
@@ -36,21 +36,21 @@ public:
     {
         current = this;
         if (setWriter != nullptr)
-            former = setWriter(&append);
+            previous = setWriter(&append);
     }
     ErrorCollector(const ErrorCollector&) = delete;
     ErrorCollector& operator=(const ErrorCollector&) = delete;
     ~ErrorCollector()
     {
         if (setWriter != nullptr)
-            setWriter(former);
+            setWriter(previous);
         current = nullptr;
     }
 
     [[nodiscard]] const std::string& collected() const noexcept { return text; }
 
 private:
-    // hostfxr calls this in the middle of its own work: nothing may escape.
+    // Called by hostfxr, through which no exception may pass.
     static void HOSTFXR_CALLTYPE append(const char_t* message)
     {
         try {
@@ -66,12 +66,12 @@ private:
 
     std::string text;
     hostfxr_set_error_writer_fn setWriter;
-    hostfxr_error_writer_fn former = nullptr;
+    hostfxr_error_writer_fn previous = nullptr;
 };
 
 thread_local ErrorCollector* ErrorCollector::current = nullptr;
 
-// A context that is neither closed nor started blocks every later one of the process.
+// Closes the context in any case: an open one blocks all later contexts of the process.
 class Context
 {
 public:
@@ -96,31 +96,31 @@ public:
     HostingStatus open(const std::filesystem::path& root) override
     {
         dotnetRoot = root;
-        const HostingStatus located = locate();
-        return located.code == 0 ? load() : located;
+        const HostingStatus found = findHostFxr();
+        return found.code == 0 ? loadHostFxr() : found;
     }
 
     HostingStatus start(const std::filesystem::path& bridgeFolder, StartBridge& startBridge) override
     {
         const ErrorCollector errors(setErrorWriter);
         HostingStatus status;
-        status.code = start(bridgeFolder, reinterpret_cast<void**>(&startBridge));
+        status.code = startRuntime(bridgeFolder, reinterpret_cast<void**>(&startBridge));
         if (!status.succeeded())
             status.details = errors.collected();
         return status;
     }
 
 private:
-    HostingStatus locate()
+    HostingStatus findHostFxr()
     {
         HostingStatus status;
-        const auto getPath = nethost(status);
+        const auto getPath = openNethost(status);
         if (getPath != nullptr)
-            status.code = locate(getPath);
+            status.code = callNethost(getPath);
         return status;
     }
 
-    std::int32_t locate(decltype(&get_hostfxr_path) getPath)
+    std::int32_t callNethost(decltype(&get_hostfxr_path) getPath)
     {
         get_hostfxr_parameters parameters{};
         parameters.size = sizeof parameters;
@@ -128,7 +128,7 @@ private:
         std::vector<char_t> buffer(1024);
         std::size_t size = buffer.size();
         int code = getPath(buffer.data(), &size, &parameters);
-        if (code == static_cast<int>(0x80008098)) { // The buffer was too small; size says what is needed.
+        if (code == HostingCode::BufferTooSmall) { // size is now what is needed.
             buffer.resize(size);
             code = getPath(buffer.data(), &size, &parameters);
         }
@@ -138,8 +138,8 @@ private:
     }
 
 #ifdef _WIN32
-    // The DLL of the bridge folder; the static library of the pack is for another linker.
-    static decltype(&get_hostfxr_path) nethost(HostingStatus& status)
+    // From the bridge folder: the static library of the SDK is for another linker.
+    static decltype(&get_hostfxr_path) openNethost(HostingStatus& status)
     {
         const NativeLibrary library = NativeLibrary::open(libraryFolder() / "velmora" / "bridge" / "nethost.dll");
         const auto getPath = library.symbol<decltype(&get_hostfxr_path)>("get_hostfxr_path");
@@ -148,10 +148,10 @@ private:
         return getPath;
     }
 #else
-    static decltype(&get_hostfxr_path) nethost(HostingStatus&) { return &get_hostfxr_path; }
+    static decltype(&get_hostfxr_path) openNethost(HostingStatus&) { return &get_hostfxr_path; }
 #endif
 
-    HostingStatus load()
+    HostingStatus loadHostFxr()
     {
         HostingStatus status;
         const NativeLibrary library = NativeLibrary::open(path);
@@ -162,13 +162,13 @@ private:
         properties.get = library.symbol<hostfxr_get_runtime_property_value_fn>("hostfxr_get_runtime_property_value");
         properties.set = library.symbol<hostfxr_set_runtime_property_value_fn>("hostfxr_set_runtime_property_value");
         if (initialize == nullptr || getDelegate == nullptr || close == nullptr) {
-            status.code = static_cast<std::int32_t>(library.isOpen() ? 0x80008084 : 0x80008082);
+            status.code = library.isOpen() ? HostingCode::HostFunctionMissing : HostingCode::HostLibraryNotLoaded;
             status.details = library.error();
         }
         return status;
     }
 
-    std::int32_t start(const std::filesystem::path& bridgeFolder, void** startBridge)
+    std::int32_t startRuntime(const std::filesystem::path& bridgeFolder, void** startBridge)
     {
         const auto config = bridgeFolder / "Velmora.Bridge.runtimeconfig.json";
         hostfxr_initialize_parameters parameters{};
@@ -176,14 +176,14 @@ private:
         parameters.dotnet_root = dotnetRoot.empty() ? nullptr : dotnetRoot.c_str();
         Context context(close);
         std::int32_t code = initialize(config.c_str(), dotnetRoot.empty() ? nullptr : &parameters, &context.handle);
-        if (code < 0 || code > 2)
+        if (!HostingStatus::isSuccess(code))
             return code;
-        if (code == 0) // Otherwise a runtime is there already, with its own properties.
+        if (code == 0) // Otherwise a runtime runs already, with its own properties.
             allowMissingIcu(context.handle, properties);
         load_assembly_and_get_function_pointer_fn loadFunction = nullptr;
         code = getDelegate(
             context.handle, hdt_load_assembly_and_get_function_pointer, reinterpret_cast<void**>(&loadFunction));
-        if (code < 0 || code > 2)
+        if (!HostingStatus::isSuccess(code))
             return code;
         const auto assembly = bridgeFolder / "Velmora.Bridge.dll";
         return loadFunction(assembly.c_str(), VELMORA_HOST_TEXT("Velmora.Bridge.Loading.Startup, Velmora.Bridge"),

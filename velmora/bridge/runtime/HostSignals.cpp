@@ -16,7 +16,7 @@ struct sigaction actionOf(int signal) noexcept
     return action;
 }
 
-void giveBack(int signal, const struct sigaction& action) noexcept
+void restore(int signal, const struct sigaction& action) noexcept
 {
     if (action.sa_handler != SIG_DFL && action.sa_handler != SIG_IGN)
         sigaction(signal, &action, nullptr);
@@ -28,8 +28,8 @@ HostSignals::HostSignals() noexcept : terminate(actionOf(SIGTERM)), pipe(actionO
 
 HostSignals::~HostSignals()
 {
-    giveBack(SIGTERM, terminate);
-    giveBack(SIGPIPE, pipe);
+    restore(SIGTERM, terminate);
+    restore(SIGPIPE, pipe);
 }
 
 #endif

@@ -1,4 +1,3 @@
-// Keeps the host's signal handlers through the start of the runtime.
 #pragma once
 
 #ifndef _WIN32
@@ -8,13 +7,15 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Lives while the runtime starts. The runtime takes SIGTERM and SIGPIPE for itself and, in some versions, forgets who
-/// had them; in the end a host that had handlers of its own has them again. A host that had none keeps the runtime's.
+/// Saves the host's signal handlers while the runtime starts, and restores them when it is destroyed.
+///
+/// The runtime installs its own handlers of SIGTERM and SIGPIPE, and some versions do not call the previous ones. A
+/// host without a handler of its own keeps the runtime's.
 class HostSignals
 {
 public:
 #ifdef _WIN32
-    HostSignals() noexcept {} // The runtime hands on what it handles there.
+    HostSignals() noexcept {} // There the runtime calls the previous handlers.
     ~HostSignals() {}
 #else
     HostSignals() noexcept;

@@ -77,7 +77,7 @@ constexpr KnownFailure KnownFailures[] = {
     {0x800080a7, L"the hosting scenario is not supported", OtherHost},
 };
 
-// What is said of codes that the table does not have.
+// For codes that are not in the table.
 constexpr KnownFailure UnknownHostingFailure = {0, L"an unexpected failure", RepairDotnet};
 constexpr KnownFailure BridgeFailure = {0, L"a file of the bridge could not be loaded", RepairBridge};
 
@@ -87,7 +87,7 @@ const KnownFailure& failureOf(std::uint32_t code)
         [code](const KnownFailure& failure) { return failure.code == code; });
     if (known != std::end(KnownFailures))
         return *known;
-    // Other numbers come from the runtime, once it runs and loads the bridge.
+    // Other codes come from the runtime when it loads the bridge.
     const bool isHostingCode = (code & 0xFFFFFF00) == 0x80008000;
     return isHostingCode ? UnknownHostingFailure : BridgeFailure;
 }

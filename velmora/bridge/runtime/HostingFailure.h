@@ -1,4 +1,3 @@
-// What a failed hosting step means, and what the user can do about it.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +9,9 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// @param dotnetRoot  where .NET was looked for; empty: in the platform's own places.
-/// @return one message: what failed, what was looked for and where, and the remedy.
+/// Describes a failed hosting step: what failed, what was looked for and where, and what to do.
+///
+/// @param dotnetRoot  where .NET was looked for; empty means the platform's own places.
 [[nodiscard]] std::wstring describeHostingFailure(
     const HostingStatus& status, const std::filesystem::path& dotnetRoot, const std::filesystem::path& bridgeFolder);
 

@@ -22,7 +22,7 @@ namespace Quorvex::Velmora::Tessaport
 namespace
 {
 
-// In the user's language, as the system says it; empty for a number that it does not know.
+// The system's message in the user's language; empty for an unknown number.
 std::wstring systemMessage(DWORD error)
 {
     wchar_t text[512];
@@ -65,7 +65,7 @@ std::filesystem::path libraryFolder()
     std::vector<wchar_t> buffer(MAX_PATH);
     for (;;) {
         const DWORD length = GetModuleFileNameW(module, buffer.data(), static_cast<DWORD>(buffer.size()));
-        // On its drive: the library may have been loaded through a link.
+        // The library may have been loaded through a link.
         if (length < buffer.size())
             return std::filesystem::path(Common::WindowsPath::followed(buffer.data())).parent_path();
         buffer.resize(buffer.size() * 2);
@@ -92,7 +92,7 @@ std::filesystem::path libraryFolder()
     Dl_info info{};
     if (dladdr(reinterpret_cast<const void*>(&libraryFolder), &info) == 0 || info.dli_fname == nullptr)
         return {};
-    // The loader reports the path as it was given; a program started by name has only that name.
+    // The loader reports the path as it was given, which is only a name for a program that was started by its name.
     std::error_code error;
     auto path = std::filesystem::canonical(info.dli_fname, error);
     if (error)

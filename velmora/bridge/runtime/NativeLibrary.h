@@ -1,4 +1,5 @@
-// Opening shared libraries, and finding the one that this code stands in.
+/// @file
+/// Opens shared libraries, and finds the one that contains this code.
 #pragma once
 
 #include <filesystem>
@@ -7,14 +8,14 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// A shared library that stays loaded to the end of the process.
+/// A shared library that stays loaded until the process ends.
 class NativeLibrary
 {
 public:
-    /// A library that cannot be opened has no symbols.
+    /// Opens a library. One that cannot be opened has no symbols.
     [[nodiscard]] static NativeLibrary open(const std::filesystem::path& path);
 
-    /// The function of that name, or null.
+    /// Returns the function of that name, or null.
     template <class Function>
     [[nodiscard]] Function symbol(const char* name) const
     {
@@ -33,7 +34,7 @@ private:
     std::string failure;
 };
 
-/// Folder of the library, or the program, that this code was linked into.
+/// The folder of the library, or of the program, that this code is linked into.
 [[nodiscard]] std::filesystem::path libraryFolder();
 
 } // namespace Quorvex::Velmora::Tessaport
