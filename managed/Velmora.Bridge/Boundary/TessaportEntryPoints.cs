@@ -25,5 +25,6 @@ internal unsafe struct TessaportEntryPoints
 
     /// <summary>False when the native side was built for another bridge.</summary>
     public readonly bool FitsThisBridge => Version == CurrentVersion && Size == sizeof(TessaportEntryPoints)
-        && ArgumentsSize == sizeof(RequestArguments) && RequestCount == (uint)RequestNumber.Count;
+        && ArgumentsSize == sizeof(RequestArguments) && RequestCount == (uint)RequestNumber.Count
+        && sizeof(ReplyHeader) == 16 && sizeof(ItemBlock) == 40;
 }
