@@ -3,7 +3,7 @@ using System.Collections.Generic;
 
 namespace Quorvex.Tessaport.API;
 
-/// <summary>The requests of the sync application, for compiling only: every body stands in the assembly found at run time.</summary>
+/// <summary>The requests of the sync application, for compiling only: the assembly that is found at run time implements them.</summary>
 public class TessaportService
 {
     public TessaportService() => throw null;

@@ -3,7 +3,7 @@ using System.Runtime.CompilerServices;
 
 namespace Velmora.Bridge.Boundary;
 
-/// <summary>Makes handles out of slots that it takes from the table a chain at a time, for one thread.</summary>
+/// <summary>Makes handles from slots that it takes from the table in chains. Not thread-safe.</summary>
 internal struct HandleChain : IDisposable
 {
     private const int LongestChain = 64;
@@ -31,7 +31,7 @@ internal struct HandleChain : IDisposable
         _count = 0;
     }
 
-    // One at first: most replies hold few handles.
+    // The first chain is one slot, because most replies have few handles.
     [MethodImpl(MethodImplOptions.NoInlining)]
     private void Take()
     {

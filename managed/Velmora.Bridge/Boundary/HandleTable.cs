@@ -5,8 +5,8 @@ using System.Threading;
 namespace Velmora.Bridge.Boundary;
 
 /// <summary>
-/// Keeps managed objects alive for native records. A handle is a slot's number; 0 is the null object. Slots are taken
-/// from and returned to one list of free ones without a lock, on whatever thread, several times cheaper than GC handles.
+/// Keeps managed objects alive for native records. A handle is the number of a slot; 0 is the null object. Threads take
+/// slots from one list of free slots and return them without a lock, which is several times cheaper than GC handles.
 /// </summary>
 internal static class HandleTable
 {
@@ -22,8 +22,8 @@ internal static class HandleTable
     private static readonly object Growing = new();
     private static Slot[][] _chunks = Array.Empty<Slot[]>();
 
-    // Number of the first free slot in the lower half, a count of changes in the upper: a slot that was taken and
-    // returned between the read and the exchange must not pass for an unchanged list.
+    // The lower half is the number of the first free slot. The upper half counts changes, so that a slot that was taken
+    // and returned between the read and the exchange does not look like an unchanged list.
     private static long _firstFree;
 
     public static long Add(object? target)
@@ -40,8 +40,8 @@ internal static class HandleTable
     }
 
     /// <summary>
-    /// Takes up to <paramref name="most"/> free slots at once: one exchange for all of them. Each is filled by Fill, or
-    /// given back by Return.
+    /// Takes up to <paramref name="most"/> free slots with one exchange. Each is then filled by Fill, or given back by
+    /// Return.
     /// </summary>
     /// <returns>How many were taken, at least one.</returns>
     [MethodImpl(MethodImplOptions.AggressiveOptimization)]
@@ -65,7 +65,8 @@ internal static class HandleTable
         }
     }
 
-    /// <summary>Fills a taken slot and returns the one taken after it.</summary>
+    /// <summary>Fills a slot that was taken.</summary>
+    /// <returns>The next slot of the chain.</returns>
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     public static int Fill(int number, object target)
     {
@@ -74,7 +75,7 @@ internal static class HandleTable
         return slot.NextFree;
     }
 
-    /// <summary>Gives taken slots back that were not filled.</summary>
+    /// <summary>Gives back slots that were taken and not filled.</summary>
     public static void Return(int first, int count)
     {
         for (int i = 0; i < count; ++i)
@@ -85,7 +86,7 @@ internal static class HandleTable
         }
     }
 
-    /// <exception cref="InvalidOperationException">The handle is not one that is in use.</exception>
+    /// <exception cref="InvalidOperationException">The handle is not in use.</exception>
     public static object? Get(long handle)
     {
         if (handle == 0)
@@ -135,8 +136,8 @@ internal static class HandleTable
         }
     }
 
-    // Ordered before whatever is read next: the number may be of a chunk that was added a moment ago, and the chunks
-    // that are read after it must include that one. Without the order, processors other than x86 may read them first.
+    // The read is ordered before all later ones. The number may be in a chunk that another thread has just added, and the
+    // chunks that are read next must include it; processors other than x86 could read them first.
     [MethodImpl(MethodImplOptions.AggressiveInlining)]
     private static int NextOf(int number) => Volatile.Read(ref SlotOf(number).NextFree);
 
@@ -154,14 +155,14 @@ internal static class HandleTable
         {
             if ((int)Volatile.Read(ref _firstFree) != 0)
                 return;
-            Slot[][] former = _chunks;
-            int first = checked(former.Length * ChunkSize + 1);
+            Slot[][] previous = _chunks;
+            int first = checked(previous.Length * ChunkSize + 1);
             var chunk = new Slot[ChunkSize];
             for (int i = 0; i < ChunkSize - 1; ++i)
                 chunk[i].NextFree = first + i + 1;
-            var grown = new Slot[former.Length + 1][];
-            former.CopyTo(grown, 0);
-            grown[former.Length] = chunk;
+            var grown = new Slot[previous.Length + 1][];
+            previous.CopyTo(grown, 0);
+            grown[previous.Length] = chunk;
             Volatile.Write(ref _chunks, grown);
             while (true)
             {

@@ -8,18 +8,18 @@ using Quorvex.Tessaport.API;
 namespace Velmora.Bridge.Loading;
 
 /// <summary>
-/// Binds the sync application's assembly from the folder that the host names, and from nowhere else. Everything that can
-/// be checked without loading is checked first: what has been loaded once cannot be replaced in this process.
+/// Binds the sync application's assembly from the folder that the host names, and from nowhere else. All checks that need
+/// no loading come first, because a loaded assembly cannot be replaced in this process.
 /// </summary>
 internal static class ApiAssembly
 {
     private const string Name = "Quorvex.Tessaport.API";
     public const string FileName = Name + ".dll";
 
-    // Nothing here is made by a static constructor: when that failed, no later start could succeed.
+    // There is no static constructor here, because no start could succeed after it had failed once.
     private static DependencyFolder? _dependencies;
 
-    /// <summary>The assembly in use; null until one was bound.</summary>
+    /// <summary>The assembly in use; null before one is bound.</summary>
     public static Assembly? Bound { get; private set; }
 
     /// <exception cref="LoadingException">The assembly cannot be used; the message says why and what to do.</exception>
@@ -100,7 +100,7 @@ internal static class ApiAssembly
         }
     }
 
-    // Apart, because compiling it is what binds the reference.
+    // A method of its own, because compiling it binds the reference.
     [MethodImpl(MethodImplOptions.NoInlining)]
     private static Assembly ReferencedAssembly() => typeof(TessaportService).Assembly;
 

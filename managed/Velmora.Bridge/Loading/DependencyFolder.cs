@@ -6,7 +6,7 @@ using System.Runtime.Loader;
 
 namespace Velmora.Bridge.Loading;
 
-/// <summary>What the sync application's assembly needs: by its .deps.json where that can be read, else by file name beside it.</summary>
+/// <summary>Finds what the sync application's assembly needs, by its .deps.json or by file name beside it.</summary>
 internal sealed class DependencyFolder
 {
     private readonly AssemblyLoadContext _context;
@@ -22,7 +22,7 @@ internal sealed class DependencyFolder
         }
         catch (InvalidOperationException)
         {
-            // A .deps.json that cannot be read: the files beside the assembly still can.
+            // The .deps.json cannot be read, but the files beside the assembly can be found without it.
         }
     }
 

@@ -5,8 +5,8 @@ using System.Reflection;
 namespace Velmora.Bridge.Loading;
 
 /// <summary>
-/// Explains the runtime's complaint that the sync application's assembly has not what this bridge was built for. The
-/// same exception raised by the sync application for reasons of its own keeps its message.
+/// Explains the runtime's exception for a member that the sync application's assembly lacks. The same exception thrown
+/// by the sync application itself keeps its message.
 /// </summary>
 internal static class MissingMember
 {

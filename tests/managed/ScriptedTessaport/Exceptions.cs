@@ -7,7 +7,7 @@ namespace Quorvex.Tessaport.API
         public TessaportRequiresUpdateException(string message) : base(message) { }
     }
 
-    // Fits two rows of the bridge's table, so that their order shows.
+    // Fits two rows of the bridge's exception table, so that a test can observe their order.
     public class TessaportApiRequiresUpdateException : TessaportRequiresUpdateException
     {
         public TessaportApiRequiresUpdateException(string message) : base(message) { }
@@ -56,7 +56,7 @@ namespace Quorvex.Tessaport.API.Scripted
         public DerivedRequiresUpdateException(string message) : base(message) { }
     }
 
-    /// <summary>Cannot even be asked what went wrong.</summary>
+    /// <summary>Throws when its message is read.</summary>
     public class UnreadableMessageException : TessaportNotRunningException
     {
         public UnreadableMessageException(string message) : base(message) { }

@@ -6,7 +6,7 @@ using Quorvex.Tessaport.API.Scripted;
 
 namespace Quorvex.Tessaport.API;
 
-/// <summary>Answers what the script says, and records who asked what.</summary>
+/// <summary>A service whose answers a script sets, and which records its calls.</summary>
 public class TessaportService
 {
     internal static readonly Identities<TessaportService> Known = new();
@@ -159,7 +159,7 @@ public class TessaportService
         return Members.GetItemsByPermanentIds.Answer();
     }
 
-    // Null when nobody reads the calls, so that then nothing is spent on them.
+    // Returns null if no one reads the calls, so that they cost nothing.
     private Call Record(string member)
     {
         if (!Journal.IsOn)

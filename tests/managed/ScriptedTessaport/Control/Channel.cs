@@ -7,12 +7,12 @@ using System.Text.Json;
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
-/// The way from the test program into this assembly: a program that exports scriptedTessaportAttach is given one
-/// function, which takes an order as JSON and hands the answer, as JSON, to a function of the program.
+/// Connects the test program with this assembly. A program that exports scriptedTessaportAttach gets one function, which
+/// takes an order as JSON and passes the answer, as JSON, to a function of the program.
 /// </summary>
 internal static unsafe class Channel
 {
-    /// <summary>False in programs that bring no script: benchmarks, hosts.</summary>
+    /// <summary>False in programs without a script, such as benchmarks and hosts.</summary>
     public static readonly bool IsOpen = Open();
 
     private static bool Open()

@@ -5,7 +5,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>What a test can ask for beside the service's own members.</summary>
+/// <summary>The orders that a test can give.</summary>
 internal static class Orders
 {
     public static void Execute(JsonElement order, Utf8JsonWriter answer)

@@ -4,7 +4,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>Texts in JSON: a string, or its UTF-16 units as an array where a surrogate is unpaired, which no JSON string survives with.</summary>
+/// <summary>Strings in JSON. One with an unpaired surrogate, which JSON strings cannot carry, is an array of its UTF-16 units.</summary>
 internal static class Texts
 {
     public static string? Read(JsonElement json) => json.ValueKind switch
@@ -15,7 +15,7 @@ internal static class Texts
     };
 
     public static string Required(JsonElement json) =>
-        Read(json) ?? throw new FormatException("A text is needed where the script has null.");
+        Read(json) ?? throw new FormatException("A string is needed where the script has null.");
 
     public static void Write(Utf8JsonWriter writer, string text)
     {

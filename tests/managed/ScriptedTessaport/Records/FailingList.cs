@@ -6,7 +6,7 @@ namespace Quorvex.Tessaport.API.Scripted;
 
 internal enum ListStep { GetEnumerator, MoveNext, Current, Dispose }
 
-/// <summary>A lazy list that fails in one step of its enumeration, after so many elements, and records that it was left properly.</summary>
+/// <summary>A lazy list that fails in one step of its enumeration after a number of elements, and records that its enumerator was disposed.</summary>
 internal sealed class FailingList<T> : IEnumerable<T>
 {
     private readonly List<T> _elements;

@@ -3,8 +3,8 @@ using System;
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
-/// Records by number, with texts of the usual length, for lists too long to write down. Their paths are on a drive that
-/// machines do not have: what exists is spelled as it is on its drive.
+/// Numbered records with strings of the usual length, for lists that are too long for a script. Their paths are on a
+/// drive that does not exist, because the paths of files that exist are spelled as they are on the disk.
 /// </summary>
 internal static class Generated
 {

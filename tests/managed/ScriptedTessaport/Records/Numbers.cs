@@ -6,7 +6,7 @@ public partial class ItemId
 {
     internal static readonly Identities<ItemId> Known = new();
 
-    /// <summary>0 for the ids of generated records.</summary>
+    /// <summary>The number in the script; 0 for the ids of generated records.</summary>
     internal int Number { get; init; }
 
     internal static ItemId Numbered(int number) => Known.Get(number, () => new ItemId { Number = number });

@@ -3,7 +3,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>Records as a script writes them: null is null, and a property that is not named keeps its default value.</summary>
+/// <summary>Reads records from a script. JSON null is null, and a property that is not named keeps its default value.</summary>
 internal static class RecordReader
 {
     public static ItemId? Id(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : ItemId.Numbered(json.GetInt32());

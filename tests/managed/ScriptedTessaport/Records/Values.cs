@@ -4,7 +4,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>Property values of any type: JSON's own, and {"type": …, "value": …} for the others.</summary>
+/// <summary>Property values of any type: those of JSON, and {"type": …, "value": …} for the others.</summary>
 internal static class Values
 {
     private sealed class Unprintable

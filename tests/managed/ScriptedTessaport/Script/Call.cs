@@ -3,7 +3,7 @@ using System.Linq;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>One call and its arguments, without the objects themselves: a call that was recorded keeps nothing alive.</summary>
+/// <summary>A call and its arguments. It refers to objects by number, so that the record of a call keeps nothing alive.</summary>
 internal sealed class Call
 {
     public Call(string member, int service = 0)
@@ -14,7 +14,7 @@ internal sealed class Call
 
     public string Member { get; }
 
-    /// <summary>Number of the service object, counted from 1.</summary>
+    /// <summary>The number of the service object, counted from 1.</summary>
     public int Service { get; }
 
     public List<KeyValuePair<string, object?>> Arguments { get; } = new();

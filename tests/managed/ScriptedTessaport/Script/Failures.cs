@@ -10,7 +10,7 @@ internal static class Failures
         "Quorvex.Tessaport.API", "Quorvex.Tessaport.API.Scripted", "System", "System.IO", "System.Collections.Generic",
     };
 
-    /// <summary>Makes a new exception at every call: one that was thrown before carries its history along.</summary>
+    /// <summary>Returns a function that makes a new exception at every call, because a thrown one keeps its stack trace.</summary>
     public static Func<Exception> Read(JsonElement json)
     {
         Type type = Find(json.GetProperty("type").GetString()!);

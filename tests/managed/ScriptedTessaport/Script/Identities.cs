@@ -5,8 +5,8 @@ using System.Linq;
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
-/// Objects by the numbers that a test gives them. A number names one object for good: asking again gives the very same
-/// one, and an error once it was collected. Nothing here keeps an object alive.
+/// Objects by the numbers that a test gives them. A number names one object permanently: asking again returns the same
+/// object, or fails once it was collected. Nothing here keeps an object alive.
 /// </summary>
 internal sealed class Identities<T> where T : class
 {

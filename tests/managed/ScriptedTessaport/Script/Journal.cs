@@ -2,7 +2,7 @@ using System.Collections.Generic;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>The calls so far, in order. Off as long as no one can read them.</summary>
+/// <summary>The calls so far, in order. Off if no one can read them.</summary>
 internal static class Journal
 {
     private static readonly List<Call> Calls = new();

@@ -4,7 +4,7 @@ using System.Linq;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>What stands in local files at the moment of a call; null for a file that cannot be read.</summary>
+/// <summary>The contents of local files during a call; null for a file that cannot be read.</summary>
 internal static class LocalFiles
 {
     public static object ContentsOf(List<string> paths) => paths.Select(ContentOf).ToList();

@@ -28,7 +28,7 @@ internal abstract class Member
             member.Reset();
     }
 
-    /// <summary>One answer after the other, the last one for good. Each is {"value": …} or {"throw": exception}.</summary>
+    /// <summary>Sets the answers in turn; the last one stays. Each is {"value": …} or {"throw": exception}.</summary>
     public abstract void SetAnswers(JsonElement answers);
 
     protected abstract void Reset();

@@ -5,7 +5,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>All members, with what they answer as long as no script says otherwise: one drive, and nothing in it.</summary>
+/// <summary>All members, with their answers before a script sets others: one drive, with nothing in it.</summary>
 internal static class Members
 {
     public static readonly Member<bool> Construct = new("TessaportService", _ => true, () => true);

@@ -6,8 +6,8 @@ namespace Quorvex.Tessaport.API.Scripted;
 
 internal static class RuntimeSwitches
 {
-    // Before anything calls by reflection: the runtime then makes no code of its own for that, which it cannot free
-    // again under Wine.
+    // Set before the first call by reflection, so that the runtime generates no code for it, which it cannot free under
+    // Wine.
     [ModuleInitializer]
     [SuppressMessage("Usage", "CA2255", Justification = "Nothing of this assembly runs before its service is made.")]
     internal static void Set()

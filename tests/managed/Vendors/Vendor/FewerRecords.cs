@@ -1,5 +1,5 @@
 #nullable disable
-// What remains of some records in the variants that lack a part of them.
+// Some records as they are in the variants that lack a part of them.
 using System;
 
 namespace Quorvex.Tessaport.API;
