@@ -1,4 +1,4 @@
-// What reaches the sync application.
+// The arguments that reach the sync application.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -24,7 +24,7 @@ class Arguments : public BridgeTest
 {
 };
 
-TEST_F(Arguments, OfTheConstructorAreNoneWithoutAWindow)
+TEST_F(Arguments, OfAConnectionWithoutAWindowAreNone)
 {
     (void)service.takeCalls();
 
@@ -33,7 +33,7 @@ TEST_F(Arguments, OfTheConstructorAreNoneWithoutAWindow)
     EXPECT_EQ(service.takeCall("TessaportService")["window"], nullptr);
 }
 
-TEST_F(Arguments, OfTheConstructorAreTheWindow)
+TEST_F(Arguments, OfAConnectionWithAWindowAreTheWindow)
 {
     (void)service.takeCalls();
 
@@ -53,14 +53,14 @@ TEST_F(Arguments, OfDiscoverVersionAndDrivesAreNone)
     EXPECT_THAT(service.takeCalledMembers(), ElementsAre("Discover", "GetVersion", "GetDrives"));
 }
 
-TEST_F(Arguments, OfGetChildFoldersIsTheVeryFolder)
+TEST_F(Arguments, OfGetChildFoldersAreTheSameManagedFolder)
 {
     (void)bridge.getChildFolders(idOf(5));
 
     EXPECT_EQ(service.takeCall("GetChildFolders")["folder"], 5);
 }
 
-TEST_F(Arguments, OfGetFolderContentsIsTheVeryFolder)
+TEST_F(Arguments, OfGetFolderContentsAreTheSameManagedFolder)
 {
     (void)bridge.getFolderContents(idOf(5));
 
@@ -94,21 +94,21 @@ TEST_F(Arguments, OfCanAddFilesAreTheFolderAndPathsWithBackSlashes)
     EXPECT_EQ(call["paths"], Json({"C:\\a", "\\b\\"}));
 }
 
-TEST_F(Arguments, OfIsFileInWorkspaceIsAListOfThePathWithBackSlashes)
+TEST_F(Arguments, OfIsFileInWorkspaceAreAListOfThePathWithBackSlashes)
 {
     (void)bridge.isFileInWorkspace(L"C:/w/a.txt");
 
     EXPECT_EQ(service.takeCall("AreFilesInWorkspace")["paths"], Json({"C:\\w\\a.txt"}));
 }
 
-TEST_F(Arguments, OfSyncFilesAreTheVeryIdsInOrder)
+TEST_F(Arguments, OfSyncFilesAreTheSameManagedIdsInOrder)
 {
     (void)bridge.syncFiles(bufferOf<Item>({itemOf(3), itemOf(1), itemOf(3)}));
 
     EXPECT_EQ(service.takeCall("SyncFiles")["ids"], Json({3, 1, 3}));
 }
 
-TEST_F(Arguments, OfDeleteFilesOrFoldersAreTheVeryIdsInOrder)
+TEST_F(Arguments, OfDeleteFilesOrFoldersAreTheSameManagedIdsInOrder)
 {
     (void)bridge.deleteFilesOrFolders(bufferOf<Item>({itemOf(3), itemOf(1), itemOf(3)}));
 
@@ -143,7 +143,7 @@ TEST_F(Arguments, OfFileClosedAreTheProcessAndThePathWithBackSlashes)
     }
 }
 
-TEST_F(Arguments, OfGetPropertyDefinitionsIsTheDrive)
+TEST_F(Arguments, OfGetPropertyDefinitionsAreTheDrive)
 {
     (void)bridge.getPropertyDefinitions(QVUUID(DriveId));
 
@@ -169,7 +169,7 @@ TEST_F(Arguments, OfGetCommandsAreWindowItemAndFurtherItems)
     EXPECT_EQ(call["items"], Json({2, 3}));
 }
 
-TEST_F(Arguments, OfExecuteCommandAreTheVeryCommandAndItsContext)
+TEST_F(Arguments, OfExecuteCommandAreTheSameManagedCommandAndItsContext)
 {
     const Command given = commandOf(8);
 
@@ -196,7 +196,7 @@ TEST_F(Arguments, OfGetItemsByPermanentIdsAreUnchanged)
     EXPECT_EQ(service.takeCall("GetItemsByPermanentIds")["permanentIds"], Json({"p/1", "p\\2", ""}));
 }
 
-TEST_F(Arguments, KeepEveryCharacterButZero)
+TEST_F(Arguments, KeepEveryCharacterExceptZero)
 {
     const std::wstring odd = L"\x01\n\xE9\x4E2D\U0001F600\xD800 \xDFFF\xFFFF";
 
@@ -205,7 +205,7 @@ TEST_F(Arguments, KeepEveryCharacterButZero)
     EXPECT_EQ(textOf(service.takeCall("GetItemsByPermanentIds")["permanentIds"][0]), odd);
 }
 
-TEST_F(Arguments, KeepLongTextsWhole)
+TEST_F(Arguments, KeepLongStringsComplete)
 {
     const std::wstring path(100'000, L'/');
 
@@ -254,7 +254,7 @@ TEST_F(Arguments, AreEmptyListsForEmptyBuffers)
     EXPECT_EQ(service.takeCall("GetItemsByPermanentIds")["permanentIds"], Json::array());
 }
 
-TEST_F(Arguments, EmptyBuffersReturnWhatTheServiceReturns)
+TEST_F(Arguments, ThatAreEmptyBuffersReturnWhatTheServiceReturns)
 {
     const CommandContext context = contextOf(9, {});
     const Command command = commandOf(8);
@@ -284,7 +284,7 @@ TEST_F(Arguments, EmptyBuffersReturnWhatTheServiceReturns)
     EXPECT_FALSE(bridge.canAddFiles(context.itemId, {}));
 }
 
-TEST_F(Arguments, HandANullIdBackAsNull)
+TEST_F(Arguments, OfANullIdAreNull)
 {
     const ItemId null = idOf(nullptr);
     CommandContext context;
@@ -302,7 +302,7 @@ TEST_F(Arguments, HandANullIdBackAsNull)
     EXPECT_EQ(call["window"], 0);
 }
 
-TEST_F(Arguments, HandTheVeryIdBackAfterCopies)
+TEST_F(Arguments, OfCopiedIdsAreTheSameManagedId)
 {
     const ItemId original = idOf(6);
     ItemId copy(original);
@@ -319,7 +319,7 @@ TEST_F(Arguments, HandTheVeryIdBackAfterCopies)
     EXPECT_EQ(service.takeCall("GetPermanentIds")["ids"], Json({6, 6, 6, 6, 6}));
 }
 
-TEST_F(Arguments, HandTheVeryCommandBackAfterCopies)
+TEST_F(Arguments, OfCopiedCommandsAreTheSameManagedCommand)
 {
     const Command original = commandOf(8);
     const Command copy(original);
@@ -334,8 +334,8 @@ TEST_F(Arguments, HandTheVeryCommandBackAfterCopies)
     EXPECT_EQ(service.takeCall("ExecuteCommand")["command"], 8);
 }
 
-// Two conversions of one managed id share the object and not the wrapper.
-TEST_F(Arguments, HandTheVeryIdBackFromEveryConversionOfIt)
+// Two conversions of one managed id share the object but not the wrapper.
+TEST_F(Arguments, OfAnIdConvertedTwiceAreTheSameManagedId)
 {
     service.answer(
         "GetPermanentIds", Json::array({permanentIdResult(5, nullptr, 1), permanentIdResult(5, nullptr, 1)}));
@@ -348,7 +348,7 @@ TEST_F(Arguments, HandTheVeryIdBackFromEveryConversionOfIt)
     EXPECT_EQ(service.takeCall("GetPermanentIds")["ids"], Json({5, 5}));
 }
 
-TEST_F(Arguments, MayBeOfAnotherConnection)
+TEST_F(Arguments, MayComeFromAnotherConnection)
 {
     const ItemId id = idOf(5);
     Bridge other;
@@ -367,11 +367,11 @@ struct NamedRequest {
 
 std::string nameOf(const ::testing::TestParamInfo<NamedRequest>& info) { return info.param.name; }
 
-class HandMade : public BridgeTest, public ::testing::WithParamInterface<NamedRequest>
+class ArgumentThatNamesNothing : public BridgeTest, public ::testing::WithParamInterface<NamedRequest>
 {
 };
 
-TEST_P(HandMade, FailsWithApiExceptionAndAsksNothing)
+TEST_P(ArgumentThatNamesNothing, FailsTheRequestBeforeTheServiceIsCalled)
 {
     (void)service.takeCalls();
 
@@ -387,32 +387,32 @@ TEST_P(HandMade, FailsWithApiExceptionAndAsksNothing)
     EXPECT_NO_THROW(bridge.discover());
 }
 
-QVBuffer<Item> oneHandMadeItem() { return bufferOf<Item>({Item()}); }
-QVBuffer<ItemId> oneHandMadeId() { return bufferOf<ItemId>({ItemId()}); }
+QVBuffer<Item> oneItemThatNamesNothing() { return bufferOf<Item>({Item()}); }
+QVBuffer<ItemId> oneIdThatNamesNothing() { return bufferOf<ItemId>({ItemId()}); }
 
-INSTANTIATE_TEST_SUITE_P(ItemId, HandMade,
+INSTANTIATE_TEST_SUITE_P(ItemId, ArgumentThatNamesNothing,
     ::testing::Values(NamedRequest{"getChildFolders", [](Bridge& bridge) { (void)bridge.getChildFolders({}); }},
         NamedRequest{"getFolderContents", [](Bridge& bridge) { (void)bridge.getFolderContents({}); }},
         NamedRequest{"addFiles", [](Bridge& bridge) { (void)bridge.addFiles({}, {}); }},
         NamedRequest{"getOrCreateFolder", [](Bridge& bridge) { (void)bridge.getOrCreateFolder({}, L"x"); }},
         NamedRequest{"canAddFiles", [](Bridge& bridge) { (void)bridge.canAddFiles({}, {}); }},
-        NamedRequest{"syncFiles", [](Bridge& bridge) { (void)bridge.syncFiles(oneHandMadeItem()); }},
-        NamedRequest{
-            "deleteFilesOrFolders", [](Bridge& bridge) { (void)bridge.deleteFilesOrFolders(oneHandMadeItem()); }},
+        NamedRequest{"syncFiles", [](Bridge& bridge) { (void)bridge.syncFiles(oneItemThatNamesNothing()); }},
+        NamedRequest{"deleteFilesOrFolders",
+            [](Bridge& bridge) { (void)bridge.deleteFilesOrFolders(oneItemThatNamesNothing()); }},
         NamedRequest{"getStringPropertyValues",
-            [](Bridge& bridge) { (void)bridge.getStringPropertyValues(oneHandMadeId(), {}); }},
+            [](Bridge& bridge) { (void)bridge.getStringPropertyValues(oneIdThatNamesNothing(), {}); }},
         NamedRequest{"getCommands", [](Bridge& bridge) { (void)bridge.getCommands({}); }},
-        NamedRequest{"getPermanentIds", [](Bridge& bridge) { (void)bridge.getPermanentIds(oneHandMadeId()); }}),
+        NamedRequest{"getPermanentIds", [](Bridge& bridge) { (void)bridge.getPermanentIds(oneIdThatNamesNothing()); }}),
     nameOf);
 
-INSTANTIATE_TEST_SUITE_P(DriveId, HandMade,
+INSTANTIATE_TEST_SUITE_P(DriveId, ArgumentThatNamesNothing,
     ::testing::Values(NamedRequest{"getItemsByRelativePaths",
                           [](Bridge& bridge) { (void)bridge.getItemsByRelativePaths(QVUUID("no identifier"), {}); }},
         NamedRequest{
             "getPropertyDefinitions", [](Bridge& bridge) { (void)bridge.getPropertyDefinitions(QVUUID("")); }}),
     nameOf);
 
-TEST_F(Arguments, HandMadeCommandFailsWithApiException)
+TEST_F(Arguments, OfACommandThatNamesNothingFailTheRequest)
 {
     const CommandContext context = contextOf(1, {});
 
@@ -421,7 +421,7 @@ TEST_F(Arguments, HandMadeCommandFailsWithApiException)
     EXPECT_TRUE(service.takeCalls().empty());
 }
 
-TEST_F(Arguments, HandMadeFurtherItemFailsWithApiException)
+TEST_F(Arguments, OfAContextWithAnItemThatNamesNothingFailTheRequest)
 {
     CommandContext context = contextOf(1, {2});
     context.itemIds.Append(ItemId());
@@ -430,7 +430,7 @@ TEST_F(Arguments, HandMadeFurtherItemFailsWithApiException)
     EXPECT_THROW((void)bridge.executeCommand(commandOf(3), context), ApiException);
 }
 
-TEST_F(Arguments, NilDriveIdIsAnIdentifierLikeAnyOther)
+TEST_F(Arguments, MayBeANilDriveId)
 {
     (void)bridge.getPropertyDefinitions(QVUUID("00000000-0000-0000-0000-000000000000"));
 

@@ -1,4 +1,4 @@
-// Replies that do not hold what their lengths promise. Under the sanitizers this shows that nothing is read beyond one.
+// Replies that do not hold what their lengths promise. The sanitizers report any read beyond the end of one.
 #include <cstdint>
 #include <string>
 #include <typeinfo>
@@ -24,14 +24,14 @@ std::string nameOf(const ::testing::TestParamInfo<RequestCase>& info) { return i
 class DamagedReply : public ::testing::TestWithParam<RequestCase>
 {
 protected:
-    // True when the request came through; anything but ApiException fails the test.
-    bool comesThrough()
+    // Returns whether the request succeeded; it may only fail with ApiException.
+    bool isRead()
     {
         const std::int64_t handles = table.liveHandles();
-        bool through = false;
+        bool succeeded = false;
         try {
             GetParam().run(bridge, inputs);
-            through = true;
+            succeeded = true;
         } catch (const ApiException& e) {
             EXPECT_EQ(typeid(e), typeid(ApiException));
             EXPECT_STRNE(e.what(), "");
@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(table.liveHandles(), handles) << "handles were left behind";
         EXPECT_EQ(table.liveReplies(), 0) << "a reply was left behind";
         EXPECT_EQ(table.wrongReleases(), 0);
-        return through;
+        return succeeded;
     }
 
     const PackedReply& whole() const { return GetParam().reply; }
@@ -49,92 +49,92 @@ protected:
     RequestInputs inputs{table, bridge};
 };
 
-TEST_P(DamagedReply, ThatIsWholeComesThrough)
+TEST_P(DamagedReply, WithoutDamageIsRead)
 {
     table.replyWith(whole());
 
-    EXPECT_TRUE(comesThrough());
+    EXPECT_TRUE(isRead());
 }
 
-TEST_P(DamagedReply, CutShortAnywhereIsApiException)
+TEST_P(DamagedReply, CutShortAtAnyByteIsAnApiException)
 {
     for (std::size_t size = 0; size < whole().bytes.size(); ++size) {
         table.replyWith(whole().cutTo(size));
-        EXPECT_EQ(comesThrough(), !GetParam().readsReply) << size << " of " << whole().bytes.size() << " bytes";
+        EXPECT_EQ(isRead(), !GetParam().readsReply) << size << " of " << whole().bytes.size() << " bytes";
     }
 }
 
-TEST_P(DamagedReply, WithAnyWordChangedIsApiExceptionOrAnotherAnswer)
+TEST_P(DamagedReply, WithAnyWordChangedIsReadOrAnApiException)
 {
     const std::uint32_t odd[] = {0, 1, 2, 3, 4, 7, 8, 16, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0xFFFFFFFE, 0x10000};
     for (std::size_t offset = 0; offset + 4 <= whole().handlesOffset; offset += 4) {
         for (const std::uint32_t value : odd) {
             table.replyWith(whole().withWordAt(offset, value));
-            (void)comesThrough();
+            (void)isRead();
         }
         for (const std::uint32_t step : {1U, ~0U}) {
             table.replyWith(whole().withWordAt(offset, whole().wordAt(offset) + step));
-            (void)comesThrough();
+            (void)isRead();
         }
     }
 }
 
-TEST_P(DamagedReply, WithAWrongPlaceOfItsHandlesIsApiException)
+TEST_P(DamagedReply, WithAWrongOffsetOfItsHandlesIsAnApiException)
 {
     if (!GetParam().readsReply)
         return;
     const auto size = static_cast<std::uint32_t>(whole().bytes.size());
     for (const std::uint32_t place : {0U, 8U, 12U, 17U, 20U, size + 8, size + 1, 0xFFFFFFF8U}) {
         table.replyWith(whole().withWordAt(8, place));
-        EXPECT_FALSE(comesThrough()) << place;
+        EXPECT_FALSE(isRead()) << place;
     }
     table.replyWith(whole().withWordAt(12, 1));
-    EXPECT_FALSE(comesThrough());
+    EXPECT_FALSE(isRead());
     table.replyWith(whole().withWordAt(12, 0xFFFFFFFF));
-    EXPECT_FALSE(comesThrough());
+    EXPECT_FALSE(isRead());
 }
 
-TEST_P(DamagedReply, WithFewerHandlesThanRecordsNeedIsApiException)
+TEST_P(DamagedReply, WithFewerHandlesThanItsRecordsNeedIsAnApiException)
 {
     const std::uint32_t count = whole().wordAt(4);
     for (std::uint32_t fewer = 0; fewer < count; ++fewer) {
         table.replyWith(whole().withWordAt(4, fewer));
-        EXPECT_FALSE(comesThrough()) << fewer;
+        EXPECT_FALSE(isRead()) << fewer;
     }
 }
 
-TEST_P(DamagedReply, WithMoreHandlesThanItHasRoomForIsApiException)
+TEST_P(DamagedReply, WithMoreHandlesThanItHasRoomForIsAnApiException)
 {
     if (!GetParam().readsReply)
         return;
     for (const std::uint32_t more : {whole().wordAt(4) + 1, 0x20000000U, 0x80000000U, 0xFFFFFFFFU}) {
         table.replyWith(whole().withWordAt(4, more));
-        EXPECT_FALSE(comesThrough()) << more;
+        EXPECT_FALSE(isRead()) << more;
     }
 }
 
-TEST_P(DamagedReply, AtAnOddAddressIsApiException)
+TEST_P(DamagedReply, AtAnUnalignedAddressIsAnApiException)
 {
     for (const std::size_t shift : {1U, 2U, 4U, 7U}) {
         table.replyWith(whole(), shift);
-        EXPECT_EQ(comesThrough(), !GetParam().readsReply) << shift;
+        EXPECT_EQ(isRead(), !GetParam().readsReply) << shift;
     }
 }
 
-TEST_P(DamagedReply, ThatIsNoneAtAllIsApiException)
+TEST_P(DamagedReply, WithoutDataIsAnApiException)
 {
     table.replyWithNothing();
 
-    EXPECT_EQ(comesThrough(), !GetParam().readsReply);
+    EXPECT_EQ(isRead(), !GetParam().readsReply);
 }
 
 TEST_P(DamagedReply, LeavesTheConnectionUsable)
 {
     table.replyWith(whole().cutTo(20));
-    (void)comesThrough();
+    (void)isRead();
 
     table.replyWith(whole());
-    EXPECT_TRUE(comesThrough());
+    EXPECT_TRUE(isRead());
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DamagedReply, ::testing::ValuesIn(everyRequest()), nameOf);
@@ -146,22 +146,22 @@ protected:
     Bridge bridge;
 };
 
-// Believing the count would reserve room for four thousand million records.
-TEST_F(DamagedList, WithAHugeCountFailsWithoutTakingMemoryForIt)
+// A trusted count would reserve room for four billion records.
+TEST_F(DamagedList, WithAHugeCountFailsWithoutReservingMemoryForIt)
 {
     table.replyWith(ReplyBuilder().item(1).build(0xFFFFFFFF));
 
     EXPECT_THROW((void)bridge.getItemsByRelativePaths({}, {}), ApiException);
 }
 
-TEST_F(DamagedList, InsideAnOutcomeWithAHugeCountFailsAlike)
+TEST_F(DamagedList, WithAHugeCountInACommandResultFails)
 {
     table.replyWith(ReplyBuilder().number(1).number(0xFFFFFFFF).item(1).build(1));
 
     EXPECT_THROW((void)bridge.syncFiles({}), ApiException);
 }
 
-TEST_F(DamagedList, WithFewerRecordsThanItHoldsGivesTheRestOfItsHandlesBack)
+TEST_F(DamagedList, ThatCountsFewerRecordsThanItHoldsReleasesTheOtherHandles)
 {
     table.replyWith(ReplyBuilder().item(1).item(2).item(3).build(1));
     const std::int64_t handles = table.liveHandles();
@@ -174,7 +174,7 @@ TEST_F(DamagedList, WithFewerRecordsThanItHoldsGivesTheRestOfItsHandlesBack)
     EXPECT_EQ(table.wrongReleases(), 0);
 }
 
-TEST_F(DamagedList, WithTextLengthsWhoseSumIsHugeFails)
+TEST_F(DamagedList, WithStringLengthsWhoseSumOverflowsFails)
 {
     const PackedReply reply = ReplyBuilder().item(1).build(1);
     PackedReply changed = reply.withWordAt(40, 0xFFFFFFFF).withWordAt(44, 0xFFFFFFFF).withWordAt(48, 0xFFFFFFFF);
@@ -200,7 +200,7 @@ protected:
     }
 };
 
-TEST_F(Pieces, MakeOneListInOrderWhateverWasAnnounced)
+TEST_F(Pieces, FormOneListInOrderWhateverCountWasAnnounced)
 {
     const std::int64_t handles = table.liveHandles();
     const std::uint64_t announcements[] = {0, 1, 5, 6, 7, 1'000'000'000'000, UINT64_MAX};
@@ -240,7 +240,7 @@ TEST_F(Pieces, CutShortAnywhereFailTheRequest)
     }
 }
 
-TEST_F(Pieces, ThatAreDamagedSaySoRatherThanThatTheyWereRefused)
+TEST_F(Pieces, ThatAreDamagedFailTheRequestWithThatMessage)
 {
     table.replyInPieces({first, second.cutTo(20), last});
 
@@ -252,7 +252,7 @@ TEST_F(Pieces, ThatAreDamagedSaySoRatherThanThatTheyWereRefused)
     }
 }
 
-TEST_F(Pieces, BeforeAFailureGoWithIt)
+TEST_F(Pieces, BeforeAFailureAreDiscarded)
 {
     const std::int64_t handles = table.liveHandles();
     table.replyInPieces({first, second, message(u"half way")});
@@ -296,7 +296,7 @@ TEST_F(FailedRequest, WithoutAReplyHasAnEmptyMessage)
     expectMessage(L"");
 }
 
-TEST_F(FailedRequest, WithADamagedMessageIsApiException)
+TEST_F(FailedRequest, WithADamagedMessageIsAnApiException)
 {
     const PackedReply whole = message(u"message");
     for (std::size_t size = 0; size < whole.bytes.size(); ++size) {
@@ -307,7 +307,7 @@ TEST_F(FailedRequest, WithADamagedMessageIsApiException)
     }
 }
 
-TEST_F(FailedRequest, WithAnUnknownRowIsApiException)
+TEST_F(FailedRequest, WithAnUnknownRowIsAnApiException)
 {
     for (const std::int32_t row : {-1, 7, INT32_MIN, INT32_MAX}) {
         table.replyWith(message(u"odd"));
@@ -316,7 +316,7 @@ TEST_F(FailedRequest, WithAnUnknownRowIsApiException)
     }
 }
 
-TEST_F(DamagedList, OfANewServiceIsApiException)
+TEST_F(DamagedList, InPlaceOfANewServiceIsAnApiException)
 {
     const std::int64_t handles = table.liveHandles();
     const PackedReply whole = ReplyBuilder().handle().build(1);
@@ -328,7 +328,7 @@ TEST_F(DamagedList, OfANewServiceIsApiException)
     }
 }
 
-TEST_F(FailedRequest, ToMakeAServiceLeavesNothing)
+TEST_F(FailedRequest, ToCreateAServiceLeavesNothingBehind)
 {
     const std::int64_t handles = table.liveHandles();
     table.replyWith(message(u"no"));
@@ -341,7 +341,7 @@ TEST_F(FailedRequest, ToMakeAServiceLeavesNothing)
     EXPECT_EQ(table.liveReplies(), 0);
 }
 
-TEST_F(DamagedList, OfAFullPathIsApiException)
+TEST_F(DamagedList, InPlaceOfAFullPathIsAnApiException)
 {
     const PackedReply whole = ReplyBuilder().string(u"/a/b").build(1);
     for (std::size_t size = 0; size < whole.bytes.size(); ++size) {

@@ -58,11 +58,11 @@ TEST_F(Dates, ThatNobodySetAreTheFirstOfAll)
 {
     service.answer("GetItemsByRelativePaths", Json::array({Json::object()}));
 
-    // Of unspecified kind, and never below the first moment, whatever the time zone makes of it.
+    // Of unspecified kind, and not before the first moment in any time zone.
     EXPECT_GE(bridge.getItemsByRelativePaths({}, {})[0]->lastModifiedDate, -62'135'596'800);
 }
 
-// What a process in that time zone makes of local dates.
+// Local dates in a process of that time zone.
 struct Zone {
     const char* name;
     std::int64_t winterOffset;

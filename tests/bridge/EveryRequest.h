@@ -1,4 +1,4 @@
-// Each request of the bridge once, with a reply that it understands.
+// Each request of the bridge once, with a reply that fits it.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// What requests need to be made at all, out of the table in use.
+/// Arguments for every request, from the fake in use.
 struct RequestInputs {
     RequestInputs(FakeEntryPoints& table, Tessaport::QvManagedTessaportService& bridge);
 
@@ -27,7 +27,7 @@ struct RequestInputs {
 struct RequestCase {
     const char* name;
     PackedReply reply;
-    /// False for requests whose reply nobody reads.
+    /// False for requests whose reply is not read.
     bool readsReply;
     std::function<void(Tessaport::QvManagedTessaportService&, const RequestInputs&)> run;
 };

@@ -1,5 +1,6 @@
-// Memory that runs out at every single place of every operation of the bridge: no leak, no crash, and the connection
-// serves again.
+// Lets each allocation of each request fail in turn: the 1st, the 2nd, and so on until the request succeeds. After
+// every failure nothing has leaked, no handle or reply is out, and the same connection serves the next request. The
+// managed half is a fake (FakeEntryPoints), and operator new is replaced (FailingAllocations.h).
 #include <string>
 #include <string_view>
 
@@ -46,7 +47,6 @@ TEST_P(FailingAllocation, LeavesNothingBehindAndTheConnectionUsable)
     EXPECT_EQ(failures == 0, carriesNothing) << failures << " allocations failed";
 }
 
-// Also while a failure is being reported.
 TEST_P(FailingAllocation, WhileAFailureIsReportedLeavesNothingBehind)
 {
     const RequestCase& request = GetParam();
@@ -106,8 +106,8 @@ TEST(FailingAllocationInCopies, OfRecordsLeavesSourceAndTargetWhole)
     EXPECT_GT(failEverywhere([&] { const Common::QVBuffer<Item> copy(inputs.items); }, unchanged), 0);
 }
 
-// The strings of a record share one allocation, in which each begins where the one before it really ends: at its first
-// zero character, and after pairs that became one character.
+// The strings of a record share one allocation. Each begins where the previous one ends once it is shortened: at its
+// first zero character, and by the pairs that became one character.
 TEST(ShortenedString, LeavesTheStringsAfterItToBeReleased)
 {
     FakeEntryPoints table;

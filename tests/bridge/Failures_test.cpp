@@ -1,4 +1,4 @@
-// A sync application that fails somewhere on the way: each member, and each step of an enumeration.
+// A sync application that fails: in each member, and in each step of an enumeration.
 #include <functional>
 #include <string>
 
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(Each, FailingMember,
 class FailingEnumeration : public BridgeTest
 {
 protected:
-    // Runs the request, which must fail with the list's exception, with nothing left behind and the list let go.
+    // Expects the request to fail with the list's exception, to leave nothing behind and to dispose the enumerator.
     void expectFailure(const std::function<void()>& request, bool entered = true)
     {
         const std::int64_t handles = countHandles();
@@ -137,7 +137,7 @@ TEST_F(FailingEnumeration, OfItemsFailsBeforeItBegins)
     expectFailure([&] { (void)bridge.getFolderContents(folder); }, false);
 }
 
-TEST_F(FailingEnumeration, OfItemsFailsWhileItIsLetGo)
+TEST_F(FailingEnumeration, OfItemsFailsWhileItIsDisposed)
 {
     const ItemId folder = idOf(9);
     service.answer("GetFolderContents", failingList(items, 0, halfWay, "Dispose"));
@@ -145,7 +145,7 @@ TEST_F(FailingEnumeration, OfItemsFailsWhileItIsLetGo)
     expectFailure([&] { (void)bridge.getFolderContents(folder); });
 }
 
-TEST_F(FailingEnumeration, OfEveryOtherListFailsAlike)
+TEST_F(FailingEnumeration, OfEveryOtherListFailsTheRequest)
 {
     const CommandContext context = contextOf(9, {});
     const Json drives = Json::array({drive(1, DriveType, L"D:\\A"), drive(2, DriveType, L"D:\\B")});
@@ -176,7 +176,7 @@ TEST_F(FailingEnumeration, OfEveryOtherListFailsAlike)
     expectFailure([&] { (void)bridge.getItemsByPermanentIds({}); });
 }
 
-TEST_F(FailingEnumeration, OfEveryListOfAnOutcomeFailsAlike)
+TEST_F(FailingEnumeration, OfEveryListOfACommandResultFailsTheRequest)
 {
     service.answer("SyncFiles", outcome(true, failingList(items, 2, halfWay)));
     expectFailure([&] { (void)bridge.syncFiles({}); });
@@ -186,7 +186,7 @@ TEST_F(FailingEnumeration, OfEveryListOfAnOutcomeFailsAlike)
     expectFailure([&] { (void)bridge.syncFiles({}); });
 }
 
-TEST_F(FailingEnumeration, IsLeftProperlyWhenItDoesNotFail)
+TEST_F(FailingEnumeration, IsDisposedWhenItDoesNotFail)
 {
     const ItemId folder = idOf(9);
     service.answer("GetFolderContents", failingList(items, 99, halfWay));
@@ -209,7 +209,7 @@ TEST_F(FailingEnumeration, OfAPropertyValueThatHasNoTextFailsTheCall)
     }
 }
 
-// So long that much of it has crossed the boundary before the failure comes.
+// Long enough that pieces of it have crossed the boundary before the failure.
 TEST_F(FailingEnumeration, OfALongListLeavesNothingBehind)
 {
     const ItemId folder = idOf(9);

@@ -57,20 +57,20 @@ TEST_F(FullPath, KeepsEveryCharacter)
     EXPECT_EQ(getFullPath(L"/\xE9\x4E2D\U0001F600/\xD800"), onCurrentDrive(L"/\xE9\x4E2D\U0001F600/\xD800"));
 }
 
-TEST_F(FullPath, OfALongPathIsWhole)
+TEST_F(FullPath, OfALongPathIsComplete)
 {
     const std::wstring path = L"/" + std::wstring(30'000, L'x');
 
     EXPECT_EQ(getFullPath(path), onCurrentDrive(path));
 }
 
-TEST_F(FullPath, ThatThereIsNoneIsAManagedFailure)
+TEST_F(FullPath, OfAnInvalidPathIsAManagedFailure)
 {
     EXPECT_THROW((void)getFullPath(L""), Tessaport::ManagedFailure);
     EXPECT_THROW((void)getFullPath(std::wstring(L"a\0b", 3)), Tessaport::ManagedFailure);
 }
 
-TEST_F(FullPath, ThatThereIsNoneIsApiExceptionInsideAnOperation)
+TEST_F(FullPath, OfAnInvalidPathIsAnApiExceptionInsideAnOperation)
 {
     EXPECT_THROW(Tessaport::runWhileHandlingExceptions([] { (void)getFullPath(L""); }), TessaportAPI::ApiException);
 }

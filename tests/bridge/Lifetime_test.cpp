@@ -1,4 +1,4 @@
-// How long managed objects live: exactly as long as a native record, or a copy of it, holds them.
+// Managed objects live exactly as long as a native record, or a copy of it, holds them.
 #include <memory>
 #include <optional>
 #include <thread>
@@ -38,7 +38,7 @@ TEST_F(Lifetime, OfAManagedIdEndsWithItsLastNativeCopy)
     EXPECT_THAT(service.collect().items, IsEmpty());
 }
 
-TEST_F(Lifetime, OfAManagedIdGoesOnInWhatItWasAssignedTo)
+TEST_F(Lifetime, OfAManagedIdContinuesInTheIdItWasAssignedTo)
 {
     ItemId target = idOf(1);
     {
@@ -89,7 +89,7 @@ TEST_F(Lifetime, OfTheItemsOfAListEndsWithTheList)
     EXPECT_THAT(service.collect().items, IsEmpty());
 }
 
-TEST_F(Lifetime, OfTheServiceIsThatOfTheBridge)
+TEST_F(Lifetime, OfTheServiceEndsWithTheBridgeObject)
 {
     auto other = std::make_unique<Bridge>();
     EXPECT_THAT(service.collect().services, ElementsAre(1, 2));
@@ -108,7 +108,7 @@ TEST_F(Lifetime, OfAServiceWhoseConstructorFailsEndsAtOnce)
     EXPECT_THAT(service.collect().services, Not(Contains(2)));
 }
 
-TEST_F(Lifetime, OfIdsGoesOnAfterTheirConnectionIsGone)
+TEST_F(Lifetime, OfIdsContinuesAfterTheirConnectionIsClosed)
 {
     auto other = std::make_unique<Bridge>();
     service.answer("GetFolderContents", Json::array({item(4)}));
@@ -132,7 +132,7 @@ TEST_F(Lifetime, MayEndOnAnotherThread)
     EXPECT_THAT(service.collect().items, IsEmpty());
 }
 
-TEST_F(Lifetime, EndsOfManyRecordsOnManyThreadsLeaveNoHandle)
+TEST_F(Lifetime, OfManyRecordsOnManyThreadsLeavesNoHandle)
 {
     service.answer("GetFolderContents", generated(2'000));
     const ItemId folder = idOf(9);
@@ -153,7 +153,7 @@ TEST_F(Lifetime, EndsOfManyRecordsOnManyThreadsLeaveNoHandle)
     EXPECT_EQ(countHandles(), handles);
 }
 
-TEST_F(Lifetime, OfAMillionIdsLeavesNoHandleBehind)
+TEST_F(Lifetime, OfAMillionIdsLeavesNoHandle)
 {
     service.answer("GetPermanentIds", generated(10'000));
     service.record(false);
@@ -178,7 +178,7 @@ TEST_F(Lifetime, OfCopiesSharesOneHandle)
     EXPECT_EQ(countHandles(), handles);
 }
 
-TEST_F(Lifetime, OfANullIdTakesNoHandle)
+TEST_F(Lifetime, OfANullIdNeedsNoHandle)
 {
     const std::int64_t handles = countHandles();
 
@@ -195,7 +195,7 @@ TEST_F(Lifetime, OfArgumentListsEndsWithTheCall)
     EXPECT_THAT(service.collect().items, IsEmpty());
 }
 
-// Rounds of listing and dropping must not grow the managed side.
+// Listing and dropping again and again does not grow the managed side.
 TEST_F(Lifetime, OfListsKeepsManagedMemoryFlat)
 {
     const ItemId folder = idOf(9);

@@ -1,4 +1,4 @@
-// Lists that are no plain List<T>, or that change: what counts is what their own enumerator gives.
+// Lists of other types than List<T>, and lists that change: the bridge takes what their own enumerator gives.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ using namespace TessaportAPI;
 class Lists : public BridgeTest
 {
 protected:
-    // The numbers of the items in order, as their dates tell them.
+    // The numbers of the items in order, taken from their dates.
     static std::string numbersOf(const QVBuffer<Item>& items)
     {
         std::string numbers;

@@ -19,7 +19,7 @@ struct NullCase {
     const char* name;
     const char* member;
     Json answer;
-    // Runs the request, and returns how many records came.
+    // Runs the request and returns the number of records.
     std::function<std::uint32_t(Bridge&, const CommandContext&)> run;
 };
 
@@ -145,11 +145,11 @@ INSTANTIATE_TEST_SUITE_P(Records, NullThatFails,
         NullCase{"PropertyValue", "GetProperties", propertyValues(listOf(nullptr)), values}),
     nameOf);
 
-class NullThatIsTaken : public BridgeTest, public ::testing::WithParamInterface<NullCase>
+class NullThatIsAccepted : public BridgeTest, public ::testing::WithParamInterface<NullCase>
 {
 };
 
-TEST_P(NullThatIsTaken, IsAnEmptyBuffer)
+TEST_P(NullThatIsAccepted, IsAnEmptyBuffer)
 {
     const CommandContext context = contextOf(900, {});
     const NullCase& given = GetParam();
@@ -158,7 +158,7 @@ TEST_P(NullThatIsTaken, IsAnEmptyBuffer)
     EXPECT_EQ(given.run(bridge, context), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lists, NullThatIsTaken,
+INSTANTIATE_TEST_SUITE_P(Lists, NullThatIsAccepted,
     ::testing::Values(NullCase{"ChildFolders", "GetChildFolders", nullptr, childFolders},
         NullCase{"FolderContents", "GetFolderContents", nullptr, folderContents},
         NullCase{"ItemsByRelativePaths", "GetItemsByRelativePaths", nullptr, relativePaths},

@@ -1,4 +1,4 @@
-// What comes back from the sync application, field by field.
+// The results of the sync application, field by field.
 #include <algorithm>
 #include <cstdint>
 #include <string>
@@ -71,7 +71,7 @@ TEST_F(Results, OfGetVersionMayBeEmpty)
 
 TEST_F(Results, AnItemHasAllNineFields) { expectItem(oneItem(item(42)), 42); }
 
-TEST_F(Results, AnItemsFlagsAreTakenOneByOne)
+TEST_F(Results, AnItemHasEachFlagSeparately)
 {
     const auto with = [&](const char* flag) {
         Json json = {{"driveId", DriveId}, {"id", 1}, {flag, true}};
@@ -86,7 +86,7 @@ TEST_F(Results, AnItemsFlagsAreTakenOneByOne)
     EXPECT_TRUE(!remote.isFolder && !remote.isInWorkspace && remote.isOnServer);
 }
 
-TEST_F(Results, TextsKeepEveryCharacterButZero)
+TEST_F(Results, StringsKeepEveryCharacterExceptZero)
 {
     const std::wstring odd = L"\x01\n\xE9\x4E2D\U0001F600\xD800 \xDFFF\xFFFF/\\";
     Json json = item(1);
@@ -100,8 +100,8 @@ TEST_F(Results, TextsKeepEveryCharacterButZero)
     EXPECT_EQ(actual.workspacePath.w_str(), odd);
 }
 
-// Every alignment of the vector code, with what it must not pass over at each place.
-TEST_F(Results, TextsOfEveryLengthComeWhole)
+// Every alignment of the vector code, with a pair at each position.
+TEST_F(Results, StringsOfEveryLengthAreComplete)
 {
     for (std::size_t length = 0; length < 40; ++length) {
         std::wstring name(length, L'a');
@@ -116,8 +116,8 @@ TEST_F(Results, TextsOfEveryLengthComeWhole)
     }
 }
 
-// Whatever the length of what stands before it, the next record begins where the reader looks for it.
-TEST_F(Results, OfLookupsComeWholeForTextsOfEveryLength)
+// The next record is aligned, whatever the lengths of the strings before it.
+TEST_F(Results, OfLookupsAreCompleteForStringsOfEveryLength)
 {
     for (std::size_t itemLength = 0; itemLength < 8; ++itemLength) {
         for (std::size_t keyLength = 0; keyLength < 8; ++keyLength) {
@@ -137,7 +137,7 @@ TEST_F(Results, OfLookupsComeWholeForTextsOfEveryLength)
     }
 }
 
-TEST_F(Results, TextsEndAtTheirFirstZeroCharacter)
+TEST_F(Results, StringsEndAtTheirFirstZeroCharacter)
 {
     Json json = item(1);
     json["name"] = text(std::wstring_view(L"ab\0cd", 5));
@@ -151,7 +151,7 @@ TEST_F(Results, TextsEndAtTheirFirstZeroCharacter)
     EXPECT_EQ(actual.workspacePath, QVString(L"0123456789abcdefghijk"));
 }
 
-TEST_F(Results, NullTextsOfAnItemAreEmpty)
+TEST_F(Results, NullStringsOfAnItemAreEmpty)
 {
     Json json = item(1);
     for (const char* field : {"name", "relativePath", "workspacePath"})
@@ -216,7 +216,7 @@ TEST_F(Results, OfGetDrives)
     EXPECT_EQ(numberOf(drives[1]->root.id), 2);
 }
 
-TEST_F(Results, NullTextsOfADriveAreEmpty)
+TEST_F(Results, NullStringsOfADriveAreEmpty)
 {
     Json json = drive(1, DriveType, L"D:\\Drive");
     for (const char* field : {"name", "driveType", "workspaceLocation"})
@@ -254,7 +254,7 @@ TEST_F(Results, OfGetItemsByRelativePathsAreInOrder)
     expectItems(bridge.getItemsByRelativePaths(QVUUID(DriveId), {}), {2, 1});
 }
 
-TEST_F(Results, OfALongListComeWhole)
+TEST_F(Results, OfALongListAreComplete)
 {
     service.answer("GetFolderContents", generated(100'000));
 
@@ -285,7 +285,7 @@ TEST_F(Results, OfEveryFileOperationIsTheOutcomeWithItsLists)
     }
 }
 
-TEST_F(Results, OfAFailedFileOperationSaySo)
+TEST_F(Results, OfAFailedFileOperationAreMarkedAsFailed)
 {
     service.answer("SyncFiles", outcome(false, Json::array(), Json::array(), Json::array({item(1)})));
 
@@ -305,7 +305,7 @@ TEST_F(Results, OfCanAddFilesAreTheServicesAnswer)
     EXPECT_FALSE(bridge.canAddFiles(folder, {}));
 }
 
-TEST_F(Results, OfIsFileInWorkspaceStandUnderTheRewrittenPath)
+TEST_F(Results, OfIsFileInWorkspaceAreFoundByTheRewrittenPath)
 {
     const auto answerFor = [&](const char* path, bool flag, bool ignoreCase = false) {
         service.answer(
@@ -414,7 +414,7 @@ TEST_F(Results, OfGetStringPropertyValues)
     EXPECT_EQ(values[1]->value, QVString(L"\xD800"));
 }
 
-TEST_F(Results, PropertyValuesOfEveryTypeAreTheirText)
+TEST_F(Results, PropertyValuesOfEveryTypeAreTheResultOfToString)
 {
     const Json odd[] = {42, -1, true, false, "", typedValue("double", 1.5), typedValue("double", -1e300),
         typedValue("long", INT64_MIN), typedValue("decimal", "12345678901234567890.123"),
@@ -437,7 +437,7 @@ TEST_F(Results, PropertyValuesOfEveryTypeAreTheirText)
     EXPECT_EQ(values[13]->value, QVString(L"System.Int32[]"));
 }
 
-TEST_F(Results, AValueThatPrintsAsNothingIsEmpty)
+TEST_F(Results, AValueWhoseTextIsNullIsEmpty)
 {
     service.answer("GetProperties", propertyValues(Json::array({propertyValue(L"P", typedValue("textless"))})));
 

@@ -1,4 +1,4 @@
-// Threads of the host that keep something of this library until they end.
+// Threads of the host that keep records of this library until they end.
 #include <memory>
 #include <string>
 #include <thread>

@@ -1,4 +1,4 @@
-// What becomes of the exceptions that the sync application throws.
+// The native exceptions for those that the sync application throws.
 #include <string>
 #include <typeinfo>
 
@@ -105,7 +105,7 @@ TEST_F(ExceptionTranslation, KeepsAnEmptyMessageEmpty)
     EXPECT_EQ(messageOf(failure("TessaportForcedUpdateException", L"")), L"");
 }
 
-TEST_F(ExceptionTranslation, KeepsAHugeMessageWhole)
+TEST_F(ExceptionTranslation, KeepsAHugeMessageComplete)
 {
     const std::wstring huge(3'000'000, L'\x263A');
 
@@ -122,7 +122,7 @@ TEST_F(ExceptionTranslation, KeepsUnpairedSurrogatesInTheWideMessage)
     EXPECT_EQ(messageOf(failure("InvalidOperationException", L"\xD800 x \xDFFF")), L"\xD800 x \xDFFF");
 }
 
-TEST_F(ExceptionTranslation, SaysBadConversionForAMessageWithoutANarrowForm)
+TEST_F(ExceptionTranslation, GivesBadConversionForAMessageWithoutANarrowForm)
 {
     service.fail("Discover", failure("InvalidOperationException", L"\xD800"));
 
@@ -147,7 +147,7 @@ TEST_F(ExceptionTranslation, CarriesTheMessageOfTheOuterExceptionOnly)
     EXPECT_EQ(messageOf(outer), L"outer");
 }
 
-// The kind decides what a host does; a text that cannot be had must not hide it.
+// Hosts decide by the kind, so a message that cannot be read must not hide it.
 TEST_F(ExceptionTranslation, KeepsTheKindOfAnExceptionWhoseMessageCannotBeRead)
 {
     service.fail("Discover", failure("UnreadableMessageException", L"unused"));
@@ -155,7 +155,7 @@ TEST_F(ExceptionTranslation, KeepsTheKindOfAnExceptionWhoseMessageCannotBeRead)
     EXPECT_THROW(connection.discover(), TessaportNotRunningException);
 }
 
-TEST_F(ExceptionTranslation, TakesANullMessageForAnEmptyOne)
+TEST_F(ExceptionTranslation, TreatsANullMessageAsAnEmptyOne)
 {
     EXPECT_EQ(messageOf(failure("NullMessageException", L"unused")), L"");
 }
@@ -211,7 +211,7 @@ TEST(RunWhileHandlingExceptions, TurnsANativeExceptionIntoApiExceptionWithItsTex
     }
 }
 
-TEST(RunWhileHandlingExceptions, TakesAnUnknownRowForTheLastOne)
+TEST(RunWhileHandlingExceptions, TreatsAnUnknownRowAsTheLastOne)
 {
     for (const std::int32_t row : {-1, 0, 7, 1'000'000}) {
         try {

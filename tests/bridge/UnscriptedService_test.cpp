@@ -1,4 +1,4 @@
-// The scripted service in a program that brings no script, as benchmarks and hosts use it.
+// The scripted service in a program without a script, as benchmarks and hosts use it.
 #include <gtest/gtest.h>
 
 #include <velmora/native/QvNativeTessaportAPI.h>

@@ -1,4 +1,4 @@
-// The sync application's assembly: looked for, checked, bound, and reported on when it does not fit.
+// The sync application's assembly: found, checked, bound, and reported if it does not fit.
 #include <algorithm>
 
 #include "tests/bridge/runtime/StartTest.h"
@@ -34,7 +34,7 @@ class VendorVariant : public ApiAssembly, public testing::WithParamInterface<std
 
 } // namespace
 
-TEST_F(ApiAssembly, IsMissedInAFolderThatIsNone)
+TEST_F(ApiAssembly, IsReportedAsMissingWhenTheFolderDoesNotExist)
 {
     fs::remove(folder);
 
@@ -42,13 +42,13 @@ TEST_F(ApiAssembly, IsMissedInAFolderThatIsNone)
         ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not a folder", SetFolder), Connected));
 }
 
-TEST_F(ApiAssembly, IsMissedInAFolderWhoseNameIsNoText)
+TEST_F(ApiAssembly, IsReportedAsMissingInAFolderWhoseNameIsNotText)
 {
     EXPECT_THAT(take({step("api-of-no-text", folder), "connect", api, "connect"}),
         ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not a folder", SetFolder), Connected));
 }
 
-TEST_F(ApiAssembly, IsMissedInAnEmptyFolderAndFoundOnceItIsThere)
+TEST_F(ApiAssembly, IsReportedAsMissingInAnEmptyFolderAndFoundOnceItIsThere)
 {
     const fs::path vendor = installation.copyVendor("fitting");
 
@@ -57,14 +57,14 @@ TEST_F(ApiAssembly, IsMissedInAnEmptyFolderAndFoundOnceItIsThere)
         ElementsAre(failsNaming(AssemblyName, folder.u8string(), "is not there", SetFolder), Connected));
 }
 
-TEST_F(ApiAssembly, IsMissedWhereAFolderHasItsName)
+TEST_F(ApiAssembly, IsReportedAsMissingWhenAFolderHasItsName)
 {
     fs::create_directory(folder / AssemblyName);
 
     EXPECT_THAT(connectThenCorrect(), ElementsAre(failsNaming(folder.u8string(), SetFolder), Connected));
 }
 
-TEST_F(ApiAssembly, IsNotATextFile)
+TEST_F(ApiAssembly, IsRefusedWhenItIsATextFile)
 {
     writeText(folder / AssemblyName, "no assembly");
 
@@ -72,7 +72,7 @@ TEST_F(ApiAssembly, IsNotATextFile)
         ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly", SetFolder), Connected));
 }
 
-TEST_F(ApiAssembly, IsNotAnEmptyFile)
+TEST_F(ApiAssembly, IsRefusedWhenItIsEmpty)
 {
     writeText(folder / AssemblyName, "");
 
@@ -80,7 +80,7 @@ TEST_F(ApiAssembly, IsNotAnEmptyFile)
         ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly"), Connected));
 }
 
-TEST_F(ApiAssembly, IsNotANativeLibrary)
+TEST_F(ApiAssembly, IsRefusedWhenItIsANativeLibrary)
 {
     fs::copy_file(hostFile(VELMORA_PLUGIN_NAME), folder / AssemblyName);
 
@@ -88,7 +88,7 @@ TEST_F(ApiAssembly, IsNotANativeLibrary)
         ElementsAre(failsNaming((folder / AssemblyName).u8string(), "is not a .NET assembly"), Connected));
 }
 
-TEST_F(ApiAssembly, IsNotAnAssemblyOfAnotherName)
+TEST_F(ApiAssembly, IsRefusedWhenItsAssemblyHasAnotherName)
 {
     fs::copy_file(vendorFolder("misnamed") / "Vendor.Misnamed.dll", folder / AssemblyName);
 
@@ -97,7 +97,7 @@ TEST_F(ApiAssembly, IsNotAnAssemblyOfAnotherName)
             Connected));
 }
 
-TEST_F(ApiAssembly, NeverEndsTheProcessWhenItIsCutShort)
+TEST_F(ApiAssembly, IsReportedWhenItIsCutShort)
 {
     const fs::path whole = vendorFolder("fitting") / AssemblyName;
     const std::uintmax_t size = fs::file_size(whole);
@@ -143,7 +143,7 @@ TEST_F(ApiAssembly, ServesWithABrokenDependencyFile)
     EXPECT_THAT(take({step("api", vendor), "connect", "drives"}), ElementsAre(Connected, StrEq(FirstDrive), _));
 }
 
-TEST_F(ApiAssembly, ReportsWhatItMissesItself)
+TEST_F(ApiAssembly, IsReportedWithTheAssemblyThatItNeedsAndThatIsMissing)
 {
     const fs::path vendor = installation.copyVendor("fitting");
     fs::remove(vendor / "Vendor.Parts.dll");

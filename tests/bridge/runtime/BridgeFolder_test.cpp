@@ -1,4 +1,4 @@
-// The managed half of the library: missing, damaged, or without what usually stands beside it.
+// The managed half of the library: missing, damaged, or without the files that are usually beside it.
 #include "tests/bridge/runtime/StartTest.h"
 #include "tests/support/Links.h"
 
@@ -21,7 +21,7 @@ protected:
 
     [[nodiscard]] fs::path away() const { return installation.root() / "away"; }
 
-    // Connects with the file in another state, and again after it is as it was.
+    // Connects with other contents of the file, and again after it is restored.
     std::vector<std::string> connectWithAndWithout(const fs::path& damaged, const char* text)
     {
         fs::rename(damaged, away());
@@ -57,7 +57,7 @@ TEST_F(BridgeFolder, IsNamedWhenItIsMissing)
         ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
-TEST_F(BridgeFolder, IsNamedWhenTheConfigurationIsNoJson)
+TEST_F(BridgeFolder, IsNamedWhenTheConfigurationIsNotJson)
 {
     EXPECT_THAT(connectWithAndWithout(file(".runtimeconfig.json"), "{ no json"),
         ElementsAre(failsNaming("0x80008093", installation.bridge().u8string(), Reinstall), Connected));
@@ -72,7 +72,7 @@ TEST_F(BridgeFolder, IsNamedWhenTheConfigurationAsksForASelfContainedRuntime)
             failsNaming("0x80008093", "self-contained", installation.bridge().u8string(), Reinstall), Connected));
 }
 
-TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsNone)
+TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsATextFile)
 {
     EXPECT_THAT(connectWithAndWithout(file(".dll"), "no assembly"),
         ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
@@ -80,7 +80,7 @@ TEST_F(BridgeFolder, IsNamedWhenTheAssemblyIsNone)
 
 #ifdef _WIN32
 
-TEST_F(BridgeFolder, IsNamedWhenItsLibraryIsNone)
+TEST_F(BridgeFolder, IsNamedWhenNethostIsNotALibrary)
 {
     EXPECT_THAT(connectWithAndWithout(installation.bridge() / "nethost.dll", "no library"),
         ElementsAre(failsNaming("0x800700c1", "nethost.dll", installation.bridge().u8string(), Reinstall), Connected));
@@ -113,16 +113,16 @@ TEST_F(BridgeFolder, IsNamedWhenTheDependencyFileIsBroken)
         ElementsAre(failsNaming(installation.bridge().u8string(), Reinstall), Connected));
 }
 
-TEST_F(BridgeFolder, IsNoSourceOfTheApiAssembly)
+TEST_F(BridgeFolder, IsNotUsedForTheApiAssembly)
 {
     fs::copy_file(vendorFolder("version-5.2") / ApiAssemblyName, installation.bridge() / ApiAssemblyName);
 
     EXPECT_THAT(take({api, "connect"}), ElementsAre(testing::StrEq("connected 3.0.0.0")));
 }
 
-TEST_F(BridgeFolder, IsReportedWhenItWouldBeTheSourceOfTheApiAssembly)
+TEST_F(BridgeFolder, IsReportedWhenTheApiAssemblyIsFoundInIt)
 {
-    // Without this file the runtime takes whatever lies beside the bridge.
+    // Without this file the runtime takes any assembly beside the bridge.
     fs::remove(file(".deps.json"));
     const fs::path intruder = installation.bridge() / ApiAssemblyName;
     fs::copy_file(vendorFolder("version-5.2") / ApiAssemblyName, intruder);

@@ -1,4 +1,4 @@
-// Starting, step by step, over a host that fails where the test wants it.
+// The start, step by step, on a fake host whose steps fail as the test wants.
 #include "velmora/bridge/runtime/ClrRuntime.h"
 
 #include <atomic>
@@ -17,6 +17,7 @@
 #include <velmora/api/Exceptions.h>
 #include "tests/bridge/runtime/FakeHostFxr.h"
 #include "tests/bridge/runtime/Installation.h"
+#include "tests/support/ReplyBuilder.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;
@@ -40,7 +41,7 @@ constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.run
 // What the fake bridge does when it is started.
 struct BridgeScript {
     std::int32_t row = 0;
-    std::vector<std::u16string> texts;
+    std::vector<std::u16string> strings;
     int started = 0;
     int repliesReleased = 0;
     std::u16string apiFolder;
@@ -49,32 +50,25 @@ struct BridgeScript {
 };
 BridgeScript bridgeScript;
 
-// A reply of texts: count and offset of the handles, then each text behind its length, in units of UTF-16.
-std::u16string packed(const std::vector<std::u16string>& texts)
+PackedReply replyOf(const std::vector<std::u16string>& strings)
 {
-    std::u16string units(8, u'\0');
-    for (const std::u16string& text : texts) {
-        units.resize((units.size() + 1) / 2 * 2);
-        units += {static_cast<char16_t>(text.size()), u'\0'};
-        units += text;
-    }
-    units.resize((units.size() + 3) / 4 * 4);
-    units[0] = static_cast<char16_t>(texts.size());
-    units[4] = static_cast<char16_t>(units.size() * sizeof(char16_t));
-    return units;
+    ReplyBuilder builder;
+    for (const std::u16string& each : strings)
+        builder.string(each);
+    return builder.build(static_cast<std::uint32_t>(strings.size()));
 }
 
 std::int32_t startFakeBridge(TessaportEntryPoints* table, const VelmoraString* apiFolder, VelmoraReply* reply)
 {
-    static std::u16string content;
+    static PackedReply content;
     ++bridgeScript.started;
     bridgeScript.apiFolder.assign(apiFolder->data, apiFolder->length);
     bridgeScript.version = table->version;
     bridgeScript.size = table->size;
     table->releaseReply = [](VelmoraReply*) { ++bridgeScript.repliesReleased; };
-    content = packed(bridgeScript.texts);
-    reply->data = reinterpret_cast<std::uint8_t*>(content.data());
-    reply->size = content.size() * sizeof(char16_t);
+    content = replyOf(bridgeScript.strings);
+    reply->data = content.bytes.data();
+    reply->size = content.bytes.size();
     return bridgeScript.row;
 }
 
@@ -93,7 +87,7 @@ protected:
     Starting()
     {
         bridgeScript = {};
-        bridgeScript.texts = {u".NET 8.0.1", u"0.1.0.0", u"/api/Quorvex.Tessaport.API.dll", u"3.0.0.0"};
+        bridgeScript.strings = {u".NET 8.0.1", u"0.1.0.0", u"/api/Quorvex.Tessaport.API.dll", u"3.0.0.0"};
         script.startBridge = startFakeBridge;
         for (const char* const name : BridgeFiles)
             writeText(bridge / name, "");
@@ -135,7 +129,7 @@ protected:
             << message;
     }
 
-    // Where the fake looks for .NET, so that the message has a folder to name.
+    // Where the fake looks for .NET, which the message must name.
     void pointToFolder()
     {
         std::filesystem::create_directories(folder.path() / "host" / "fxr");
@@ -151,7 +145,7 @@ std::string nameOfCode(const testing::TestParamInfo<std::uint32_t>& info) { retu
 
 } // namespace
 
-TEST_P(HostingCodes, WhenOpeningBecomeAMessageAndLeaveTheNextStartFree)
+TEST_P(HostingCodes, WhileOpeningAreReportedAndTheNextStartSucceeds)
 {
     pointToFolder();
     script.open = statusOf(GetParam());
@@ -163,7 +157,7 @@ TEST_P(HostingCodes, WhenOpeningBecomeAMessageAndLeaveTheNextStartFree)
     expectSuccess();
 }
 
-TEST_P(HostingCodes, WhenStartingBecomeAMessageAndLeaveTheNextStartFree)
+TEST_P(HostingCodes, WhileStartingAreReportedAndTheNextStartSucceeds)
 {
     pointToFolder();
     script.start = statusOf(GetParam());
@@ -187,7 +181,7 @@ TEST_P(SuccessCodes, OfBothStepsAreAccepted)
 
 INSTANTIATE_TEST_SUITE_P(Starting, SuccessCodes, testing::Values(0, 1, 2));
 
-TEST_F(Starting, ReportsCodesThatNobodyHasDocumented)
+TEST_F(Starting, ReportsUndocumentedCodes)
 {
     for (const std::uint32_t code : {3U, 0x80008080U, 0x800080a8U, 0x80070002U, 0xFFFFFFFFU}) {
         script.start = statusOf(code);
@@ -212,7 +206,7 @@ TEST_F(Starting, HappensOnceWhenManyThreadsNeedItAtOnce)
 {
     constexpr int Threads = 64;
     std::atomic<int> underWay{0};
-    // The first start goes on only when all the other threads have come to wait for it.
+    // The first start continues only when all other threads are about to wait for it.
     script.whileStarting = [&] {
         while (underWay < Threads)
             std::this_thread::yield();
@@ -239,7 +233,7 @@ TEST_F(Starting, HappensOnceWhenManyThreadsNeedItAtOnce)
     EXPECT_EQ(others, 0);
 }
 
-TEST_F(Starting, HandsTheHostAndTheBridgeWhatWasSet)
+TEST_F(Starting, PassesTheLocationsToTheHostAndTheBridge)
 {
     const std::filesystem::path api = folder.path() / "api";
     std::filesystem::create_directories(folder.path() / "host" / "fxr");
@@ -268,24 +262,24 @@ TEST_F(Starting, DescribesWhatRuns)
 
 TEST_F(Starting, ReportsTheBridgesOwnMessageUnchangedAndDoesNotStartTheHostAgain)
 {
-    const std::vector<std::u16string> described = bridgeScript.texts;
+    const std::vector<std::u16string> described = bridgeScript.strings;
     bridgeScript.row = 6;
-    bridgeScript.texts = {u"the assembly is not there"};
+    bridgeScript.strings = {u"the assembly is not there"};
 
     EXPECT_EQ(failureOfStart(), "the assembly is not there");
     EXPECT_TRUE(runtime.description().framework.empty());
 
     bridgeScript.row = 0;
-    bridgeScript.texts = described;
+    bridgeScript.strings = described;
     expectSuccess();
     EXPECT_EQ(script.started, 1);
     EXPECT_EQ(bridgeScript.started, 2);
     EXPECT_EQ(bridgeScript.repliesReleased, 2);
 }
 
-TEST_F(Starting, SurvivesAReplyThatDoesNotDescribeWhatRuns)
+TEST_F(Starting, FailsWhenTheReplyDoesNotDescribeTheRuntime)
 {
-    bridgeScript.texts = {u".NET 8.0.1"};
+    bridgeScript.strings = {u".NET 8.0.1"};
 
     EXPECT_THROW((void)runtime.entryPoints(), std::exception);
     EXPECT_TRUE(runtime.description().framework.empty());
@@ -313,7 +307,7 @@ TEST_F(Starting, TakesRelativeLocationsFromTheCurrentFolderOfTheCall)
     EXPECT_TRUE(runtime.options().dotnetRoot.empty());
 }
 
-#ifndef _WIN32 // No process's current folder can be removed there.
+#ifndef _WIN32 // There no one can remove the current folder of a process.
 class WithoutACurrentFolder : public Starting
 {
 protected:
@@ -323,13 +317,13 @@ protected:
         std::filesystem::current_path(folder.path() / "gone");
         std::filesystem::remove(folder.path() / "gone");
     }
-    ~WithoutACurrentFolder() override { std::filesystem::current_path(former); }
+    ~WithoutACurrentFolder() override { std::filesystem::current_path(previous); }
 
 private:
-    const std::filesystem::path former = std::filesystem::current_path();
+    const std::filesystem::path previous = std::filesystem::current_path();
 };
 
-TEST_F(WithoutACurrentFolder, RelativeLocationsAreRefusedAndTheFormerOnesStay)
+TEST_F(WithoutACurrentFolder, RelativeLocationsAreRefusedAndThePreviousOnesStay)
 {
     runtime.setOptions({folder.path() / "api", folder.path() / "dotnet"});
 
@@ -347,7 +341,7 @@ TEST_F(WithoutACurrentFolder, RelativeLocationsAreALogicErrorOnceTheRuntimeHasSt
 }
 #endif
 
-TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
+TEST_F(Starting, CallsNoHostWhenTheDotnetFolderDoesNotExist)
 {
     runtime.setOptions({{}, folder.path() / "absent"});
 
@@ -355,7 +349,7 @@ TEST_F(Starting, AsksNoHostWhenTheFolderOfDotnetIsNone)
     EXPECT_EQ(script.opened, 0);
 }
 
-TEST_F(Starting, AsksNoHostWhenAFileOfTheBridgeIsMissing)
+TEST_F(Starting, CallsNoHostWhenAFileOfTheBridgeIsMissing)
 {
     for (const char* const name : BridgeFiles) {
         std::filesystem::rename(bridge / name, folder.path() / name);
@@ -367,7 +361,7 @@ TEST_F(Starting, AsksNoHostWhenAFileOfTheBridgeIsMissing)
     }
 }
 
-TEST_F(Starting, GivesWayToOtherEntryPointsForTests)
+TEST_F(Starting, UsesReplacedEntryPointsUntilTheyAreRemoved)
 {
     TessaportEntryPoints other{};
     runtime.replaceEntryPoints(&other);

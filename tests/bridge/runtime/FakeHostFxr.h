@@ -1,4 +1,5 @@
-// A host of .NET that answers each step as the test has said.
+/// @file
+/// A fake of .NET's native host, whose steps return what the test has set.
 #pragma once
 
 #include <filesystem>
@@ -11,7 +12,7 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
-/// What the fake answers, and what it was asked. Outlives the runtime that owns the fake.
+/// What the steps of the fake return, and what they were given. Outlives the runtime that owns the fake.
 struct HostScript {
     Tessaport::HostingStatus open;
     Tessaport::HostingStatus start;

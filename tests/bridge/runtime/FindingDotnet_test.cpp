@@ -1,4 +1,4 @@
-// .NET that is not there, that is too old, or that cannot start; and the same process after the cause is gone.
+// .NET that is missing, too old, or unable to start; and the same process after the cause is removed.
 #include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
@@ -101,7 +101,7 @@ TEST_F(FindingDotnet, ReportsATooOldRuntimeAndConnectsOnceANewerOneIsThere)
 
 #ifndef _WIN32
 
-// On Windows no program of this length of path could be started.
+// Windows starts no program with a path of this length.
 TEST_F(FindingDotnet, ServesFromAFolderWhosePathIsLongerThanAThousandCharacters)
 {
     fs::path deep = root;

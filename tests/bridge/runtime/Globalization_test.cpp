@@ -1,5 +1,5 @@
-// Cultures, from ICU or from Windows. Off Windows .NET ends the process when it finds no ICU libraries, unless it is
-// told beforehand to do without.
+// Cultures, from ICU or from Windows. On Linux .NET ends the process when it finds no ICU libraries, unless it was
+// configured to do without them.
 #include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
@@ -28,7 +28,7 @@ TEST_F(Globalization, HasAllCultures)
 
 #ifdef _WIN32
 
-// Windows before 10 has no ICU; nor has Wine, where this is what all other tests do.
+// Windows before 10 has no ICU. Neither has Wine, where all other tests run like this one.
 TEST_F(Globalization, HasAllCulturesWhereIcuIsNot)
 {
     installation.environment["DOTNET_SYSTEM_GLOBALIZATION_USENLS"] = "1";

@@ -1,4 +1,4 @@
-// The host's threads and signal handlers beside a runtime that has its own.
+// The host's threads and signal handlers, next to those of the runtime.
 #include <chrono>
 #include <string>
 #include <tuple>
@@ -10,7 +10,7 @@
 using namespace Quorvex::Velmora::TestSupport;
 using namespace std::chrono_literals;
 
-TEST(FirstUse, IsRacedBy64ThreadsIn200ProcessesWithoutAHang)
+TEST(FirstUse, By64ThreadsAtOnceSucceedsIn200Processes)
 {
     for (int process = 0; process < 200; ++process) {
         const ChildResult result =
@@ -20,7 +20,7 @@ TEST(FirstUse, IsRacedBy64ThreadsIn200ProcessesWithoutAHang)
     }
 }
 
-TEST(HostThreads, ComeAndGoWithoutLeavingAnythingBehind)
+TEST(HostThreads, LeaveNoMemoryBehindWhenTheyEnd)
 {
     const ChildResult result = runHost("velmora_threads_host", {vendorFolder("fitting").u8string()}, 120s);
 
@@ -34,7 +34,7 @@ class HostSignals : public testing::TestWithParam<std::tuple<const char*, const 
 
 #ifdef _WIN32
 constexpr const char* HostWithHandlers = "velmora_handlers_host";
-// No PIPE: a write to a closed pipe fails there, and raises nothing.
+// Without PIPE: there a write to a closed pipe only fails.
 const auto Signals =
     testing::Combine(testing::Values("before", "after"), testing::Values("unhandled", "vectored", "SEGV", "C", "TERM"));
 #else

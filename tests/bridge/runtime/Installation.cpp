@@ -14,12 +14,12 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// As messages show it: with the platform's own slashes, and on Windows with its drive.
+// The path as messages show it: with the platform's own slashes, and with the drive on Windows.
 fs::path native(const char* path) { return fs::absolute(fs::u8path(path)).make_preferred(); }
 
 fs::path hostProgram(std::string_view name) { return hostFile(std::string(name) + VELMORA_PROGRAM_SUFFIX); }
 
-// For programs that do not lie beside the library.
+// For programs that are not in the folder of the library.
 void findLibraryIn(const fs::path& folder, std::map<std::string, std::string>& environment)
 {
 #ifdef _WIN32

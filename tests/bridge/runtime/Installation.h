@@ -1,5 +1,6 @@
-// A copy of the library and its bridge, laid out as they are installed, in a folder of its own whose name is not plain
-// ASCII. Hosts are run against it.
+/// @file
+/// A copy of the library and its bridge for one test, laid out as they are installed, in a folder whose name is not
+/// ASCII.
 #pragma once
 
 #include <chrono>
@@ -28,10 +29,10 @@ namespace Quorvex::Velmora::TestSupport
 /// A host program, or a library for one.
 [[nodiscard]] std::filesystem::path hostFile(std::string_view name);
 
-/// The exit code by which hosts say that all went well: no failure of the runtime has it.
+/// The exit code of hosts that succeed. No failure of the runtime has it.
 constexpr int ExitCodeOfHosts = 7;
 
-/// Runs a host that takes the library of the build tree.
+/// Runs a host with the library of the build tree.
 [[nodiscard]] ChildResult runHost(
     std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit);
 
@@ -43,7 +44,7 @@ constexpr int ExitCodeOfHosts = 7;
 /// The .NET installation that the tests were built with.
 [[nodiscard]] std::filesystem::path dotnetRoot();
 
-/// Writes the file, with the folders above it.
+/// Writes the file, and creates the folders above it.
 void writeText(const std::filesystem::path& file, std::string_view text);
 
 class Installation
@@ -55,10 +56,10 @@ public:
     [[nodiscard]] std::filesystem::path library() const { return root() / "lib"; }
     [[nodiscard]] std::filesystem::path bridge() const { return library() / "velmora" / "bridge"; }
 
-    /// Puts another build of the managed half in the place of the one that is there.
+    /// Replaces the managed half by another build of it.
     void replaceBridge(const std::filesystem::path& folder) const;
 
-    /// A copy of the variant's folder, to be changed at will.
+    /// A copy of the variant's folder, which the test may change.
     [[nodiscard]] std::filesystem::path copyVendor(std::string_view variant, std::string_view name = "vendor") const;
 
     /// Takes the steps of Connect_host.cpp in one process.

@@ -1,4 +1,4 @@
-// However a host ends, its exit code is its own. Each test is a process.
+// A host keeps its exit code, however it ends. Each test runs a process of its own.
 #include <chrono>
 #include <string>
 

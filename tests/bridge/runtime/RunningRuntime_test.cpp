@@ -1,4 +1,4 @@
-// A second host in a process in which .NET runs already, as when another part of the process uses .NET, too.
+// A second host in a process in which .NET runs already, as when another part of the process uses .NET.
 #include <filesystem>
 #include <string>
 
@@ -32,8 +32,8 @@ std::string configuration(const std::string& version)
            version + R"("}, "configProperties": {"Velmora.Test": "another"}}})";
 }
 
-// A copy of the bridge that asks for another version. In the build tree, because Windows lets nobody remove what this
-// process has loaded.
+// A copy of the bridge that asks for another version. It is in the build tree, because on Windows no one can remove
+// what this process has loaded.
 fs::path bridgeAskingFor(const std::string& version)
 {
     fs::path bridge = hostFile("bridge-" + version);
@@ -120,7 +120,7 @@ TEST_F(RunningRuntime, CannotBeJoinedByAHostThatNeedsANewerFramework)
     EXPECT_EQ(startBridge, nullptr);
 }
 
-// The host may collect what hostfxr writes, and so does this library while it starts.
+// The host may collect what hostfxr writes, as this library does during the start.
 TEST_F(RunningRuntime, GivesTheHostItsOwnErrorWriterBack)
 {
     const auto setWriter = NativeLibrary::open(HostLibrary) // The one that is loaded.

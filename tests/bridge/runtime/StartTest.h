@@ -1,4 +1,5 @@
-// What the tests share that start .NET in a process of its own.
+/// @file
+/// The fixture of tests that start .NET in a process of its own.
 #pragma once
 
 #include <filesystem>
@@ -16,7 +17,7 @@ namespace Quorvex::Velmora::TestSupport
 class StartTest : public testing::Test
 {
 protected:
-    /// Takes the steps and expects the host to end in peace, whatever failed on the way.
+    /// Runs a host that takes the steps, and expects it to exit normally even if steps fail.
     std::vector<std::string> take(const std::vector<std::string>& steps)
     {
         const ChildResult result = installation.connect(steps);

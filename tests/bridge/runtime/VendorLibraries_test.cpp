@@ -18,7 +18,7 @@ constexpr const char* LibraryName = "libvelmora_vendor_native.so";
 constexpr const char* Runtime = "unix";
 #endif
 
-// A .deps.json by which the assembly's native library is in the folder that packages use for it.
+// A .deps.json that names the native library in the folder that packages use for it.
 std::string dependenciesWithLibrary()
 {
     const std::string library = std::string("runtimes/") + Runtime + "/native/" + LibraryName;

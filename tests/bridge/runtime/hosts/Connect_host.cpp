@@ -1,8 +1,8 @@
 // A host whose arguments are the steps that it takes, each of which writes one line or more:
 //   api=FOLDER, dotnet=FOLDER   sets the runtime options
-//   api-of-no-text=FOLDER       sets a folder in that one, whose name is no text
-//   rename=FROM>TO              changes something on the disk
-//   connect, drives, folders, in-workspace    a request on a new connection
+//   api-of-no-text=FOLDER       sets a folder below it whose name is not text
+//   rename=FROM>TO              renames a file or folder
+//   connect, drives, folders, in-workspace   makes a request on a new connection
 #include <chrono>
 #include <filesystem>
 #include <iostream>

@@ -22,7 +22,7 @@ public:
     template <class Function>
     [[nodiscard]] Function symbol(const char* name) const;
 
-    /// False when it was not loaded.
+    /// Returns false if it was not loaded.
     bool unload() noexcept;
 
 private:

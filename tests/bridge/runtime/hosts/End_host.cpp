@@ -22,8 +22,8 @@ namespace
 
 constexpr int ExitCode = 7;
 
-// What hosts keep in globals. They are constructed before the runtime starts, and so are destroyed after it is out of
-// reach.
+// What hosts keep in globals, which are constructed before the runtime starts and so are destroyed when it takes no
+// more calls.
 struct Kept {
     std::unique_ptr<QvNativeTessaportAPI> connection;
     QVBuffer<Drive> drives;
@@ -54,7 +54,7 @@ void listAndKeepInThread()
     Quorvex::Velmora::TestSupport::keepInThread(list(connection));
 }
 
-// Destroyed while the runtime is still in reach, because it was complete after the runtime had started.
+// Destroyed while the runtime still takes calls, because it was complete only after the runtime had started.
 int useConnectedStatic()
 {
     struct Connected {
@@ -113,7 +113,7 @@ int main(int count, char** values)
     if (way == "during-a-request")
         exitWhileThisThreadIsInARequest();
     if (way == "exit-handler") {
-        // Registered after ours, so run before it: requests still work.
+        // Registered after the library's handler, so it runs earlier: requests still work.
         std::atexit([] {
             const QVBuffer<Item> items = list(*kept.connection);
             std::_Exit(items.GetSize() == 5000 ? ExitCode : 1);

@@ -22,7 +22,7 @@ namespace
 
 constexpr UINT ExitCode = 7;
 
-// The runtime raises exceptions of its own, which pass by every vectored handler.
+// The runtime raises exceptions of its own, which every vectored handler sees.
 bool faultExpected = false;
 
 [[noreturn]] void endAtOnce()
@@ -59,7 +59,7 @@ void pressControlC()
         std::cerr << "no event: error " << GetLastError() << std::endl;
 }
 
-// Of its own, because every process of a console gets its keys.
+// Opens a new console, because every process of a console gets its keys.
 void openConsole()
 {
     FreeConsole();

@@ -1,4 +1,4 @@
-// What a host program was started with.
+// The arguments of a host program.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ namespace Quorvex::Velmora::TestHosts
 #ifdef _WIN32
 inline std::vector<std::string> argumentsOf(int, char**)
 {
-    // The narrow arguments went through the code page, which cannot hold every name.
+    // The narrow arguments are in the code page, which does not have every character.
     int count = 0;
     LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::string> arguments;

@@ -1,4 +1,4 @@
-// How the host programs write what they saw.
+// The output of the host programs.
 #pragma once
 
 #include <iostream>
@@ -22,7 +22,7 @@ inline const char* kindOf(const TessaportAPI::ApiException& e)
     return typeid(e) == typeid(ApiException) ? "ApiException" : "another exception";
 }
 
-/// The message in one line. What is no text in it, as parts of paths may be, is replaced.
+/// The message in one line. Characters without a UTF-8 form, which paths may contain, are replaced.
 inline std::string lineOf(const TessaportAPI::ApiException& e)
 {
     std::string line = Common::Unicode::toUtf8(e.getErrorMessage());

@@ -1,4 +1,4 @@
-// Loaded before everything else, this library hides the ICU libraries from the process.
+// Preloaded into a process, this library hides the ICU libraries from it.
 #include <cstring>
 
 #include <dlfcn.h>

@@ -1,4 +1,4 @@
-// A part of a host that comes and goes with its library.
+// A plugin, with which a host loads and unloads this library.
 #include <filesystem>
 #include <iostream>
 

@@ -1,4 +1,4 @@
-// The memory that this process has for itself.
+// The private memory of this process.
 #pragma once
 
 #ifdef _WIN32

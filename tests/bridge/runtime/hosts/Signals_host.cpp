@@ -25,7 +25,7 @@ void install(int signal)
     sigaction(signal, &action, nullptr);
 }
 
-// A real fault in the host's own code, and not only its signal.
+// Faults in the host's own code, instead of only raising the signal.
 void fault()
 {
     volatile int* const nowhere = nullptr;

@@ -1,5 +1,5 @@
-// Sends requests from rounds of 10,000 threads, a few at a time, and writes by how many KiB the process has grown in
-// the round in which it grew least. Ends at the first round that stays below the limit.
+// Sends requests from rounds of 10,000 threads, a few at a time, and writes by how many KiB the process grew in the
+// round in which it grew least. Ends at the first round below the limit.
 //   Threads_host API_FOLDER
 #include <algorithm>
 #include <climits>
@@ -46,7 +46,7 @@ int main(int count, char** values)
         return 2;
     setRuntimeOptions({std::filesystem::u8path(arguments[0]), {}});
     QvNativeTessaportAPI connection;
-    // The runtime grows once, some time after its start; what threads leave behind would come with every round.
+    // The runtime itself grows once, some time after its start; a leak of threads grows with every round.
     long least = LONG_MAX;
     for (int round = 0; round < 4 && least >= Limit; ++round) {
         const long before = TestHosts::usedMemory();

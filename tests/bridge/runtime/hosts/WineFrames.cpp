@@ -1,7 +1,7 @@
 #include "tests/bridge/runtime/hosts/WineFrames.h"
 
 #if defined(__GNUC__) && !defined(__clang__)
-// It takes the thread's own block, which has a segment to itself, for an object at address 0.
+// The compiler takes the thread's block, which is in a segment of its own, for an object at address 0.
 #pragma GCC diagnostic ignored "-Warray-bounds"
 #endif
 #include <windows.h>
@@ -11,14 +11,14 @@ namespace Quorvex::Velmora::TestHosts
 namespace
 {
 
-// Wine lists the handlers of an exception that is under way by their places on the stack. .NET leaves an exception that
-// it has caught by itself, and the list keeps places that are free by then: the next exception would go there.
-// 64-bit Windows has no such list.
+// An entry of Wine's list. It is on the stack, in the frame of the function that handles exceptions. 64-bit Windows has
+// no such list.
 struct Frame {
     Frame* older;
     void* handler;
 };
 
+// Frames below the stack pointer of the exception no longer exist.
 LONG WINAPI dropFramesThatAreGone(EXCEPTION_POINTERS* exception)
 {
     auto* const block = reinterpret_cast<NT_TIB*>(NtCurrentTeb());
