@@ -152,8 +152,8 @@ void ClrRuntime::setOptions(const TessaportAPI::RuntimeOptions& options)
     if (started)
         throw std::logic_error("The runtime has started: its options can be set only before the first connection.");
     // Resolved as a pair: a failure changes neither.
-    wanted = TessaportAPI::RuntimeOptions{
-        absoluteUnlessEmpty(options.apiFolder), absoluteUnlessEmpty(options.dotnetRoot)};
+    wanted =
+        TessaportAPI::RuntimeOptions{absoluteUnlessEmpty(options.apiFolder), absoluteUnlessEmpty(options.dotnetRoot)};
 }
 
 TessaportAPI::RuntimeOptions ClrRuntime::options() const
