@@ -1,5 +1,7 @@
 using System;
+using System.Collections.Generic;
 using System.IO;
+using System.Linq;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -12,57 +14,50 @@ internal static class WindowsTree
     /// <summary>Deletes everything in a folder; false if something could not be deleted.</summary>
     public static bool Empty(WindowsFolder top)
     {
-        // Each round brings the tree up by one level.
+        // Each round brings the tree up by one level. A file that another program holds open is still listed when it is deleted.
+        var earlier = new HashSet<string>();
         while (true)
         {
-            var done = 0;
             var items = top.List(filter: null);
-            foreach (var (name, entry) in items)
-                Remove(top, name, entry, ref done);
             if (items.Count == 0)
                 return true;
-            if (done == 0)
+            if (earlier.SetEquals(items.Select(item => item.Key)))
                 return false;
+            earlier = items.Select(item => item.Key).ToHashSet();
+            foreach (var (name, entry) in items)
+                Remove(top, name, entry);
         }
     }
 
-    private static void Remove(WindowsFolder top, string name, FileEntry entry, ref int done)
+    private static void Remove(WindowsFolder top, string name, FileEntry entry)
     {
         if (entry.IsFolder)
-            MoveContentsUp(top, name, ref done);
+            MoveContentsUp(top, name);
         top.TryDelete(name);
-        if (top.Find(name) is null)
-            ++done;
     }
 
-    private static void MoveContentsUp(WindowsFolder top, string name, ref int done)
+    private static void MoveContentsUp(WindowsFolder top, string name)
     {
         using var folder = (WindowsFolder?)top.TryOpen(name);
         if (folder is null)
             return;
         foreach (var (inner, entry) in folder.List(filter: null))
         {
-            if (entry.IsFolder ? TryMove(folder, inner, top) : TryDelete(folder, inner))
-                ++done;
+            if (entry.IsFolder)
+                TryMove(folder, inner, top);
+            else
+                folder.TryDelete(inner);
         }
     }
 
-    private static bool TryDelete(WindowsFolder folder, string name)
-    {
-        folder.TryDelete(name);
-        return folder.Find(name) is null;
-    }
-
-    private static bool TryMove(WindowsFolder folder, string name, WindowsFolder top)
+    private static void TryMove(WindowsFolder folder, string name, WindowsFolder top)
     {
         try
         {
             folder.Move(name, top, Staging.NewName());
-            return true;
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
-            return false;
         }
     }
 }

@@ -10,7 +10,7 @@ namespace Quorvex.Tessaport.API.Tests;
 public sealed class TreeRemovalTests : IDisposable
 {
     // Beyond 4,096 bytes on Linux, and beyond 260 characters on Windows.
-    private static readonly int Depth = OperatingSystem.IsWindows() ? 300 : 1500;
+    private static readonly int Depth = OperatingSystem.IsWindows() ? 60 : 1500;
 
     private readonly TestHome _home = new();
     private readonly TestDrive _drive;
