@@ -10,6 +10,8 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal sealed class DriveSide : IDisposable
 {
+    private const int MostNames = 1000;
+
     private readonly HeldFolders? _held;
 
     public DriveSide(string root)
@@ -99,12 +101,52 @@ internal sealed class DriveSide : IDisposable
         source.Folder.Move(RelativePath.NameOf(from), target.Folder, RelativePath.NameOf(to));
     }
 
-    /// <summary>Exchanges two items in one step; false if the file system cannot.</summary>
-    public bool TryExchange(string one, string other)
+    /// <summary>
+    /// Exchanges two items. Where the file system cannot do that in one step, the first one has another name beside its own for
+    /// a moment, which it keeps after a kill.
+    /// </summary>
+    /// <exception cref="ChangedException">Something else came to one of the places; nothing is lost.</exception>
+    public void Exchange(string one, string other)
+    {
+        if (TryExchange(one, other))
+            return;
+        var aside = MoveBeside(one);
+        Step.Reached("Exchange.Aside", aside);
+        try
+        {
+            Move(other, one);
+        }
+        catch
+        {
+            Move(aside, one);
+            throw;
+        }
+        Step.Reached("Exchange.Moved", one);
+        Move(aside, other);
+    }
+
+    private bool TryExchange(string one, string other)
     {
         using var first = OpenFolder(RelativePath.FolderOf(one));
         using var second = OpenFolder(RelativePath.FolderOf(other));
         return first.Folder.TryExchange(RelativePath.NameOf(one), second.Folder, RelativePath.NameOf(other));
+    }
+
+    private string MoveBeside(string path)
+    {
+        for (var number = 1; ; ++number)
+        {
+            var beside = RelativePath.Join(
+                RelativePath.FolderOf(path), NameRules.WithNote(RelativePath.NameOf(path), $" (changing places {number})"));
+            try
+            {
+                Move(path, beside);
+                return beside;
+            }
+            catch (ChangedException) when (number < MostNames)
+            {
+            }
+        }
     }
 
     /// <summary>Moves an item out of sight in one step; it is deleted when the staging folder is cleared.</summary>

@@ -183,10 +183,7 @@ internal sealed class MoveFollower
     private void Exchange(SideName side, MovePlan plan, string from, string to)
     {
         RequireSame(side, plan.To, to);
-        if (!_edit.Drive.Side(side).TryExchange(from, to))
-            throw new IOException(
-                $"'{_edit.Drive.WorkspacePathOf(from)}' and '{_edit.Drive.WorkspacePathOf(to)}' changed places, which this file system "
-                + "cannot do in one step; move one of them on the other side as well.");
+        _edit.Drive.Side(side).Exchange(from, to);
         Step.Reached("Move.Done", to);
         _snapshot.Exchange(side, plan.From, plan.To);
         _edit.Index.Move((from, to), (to, from));

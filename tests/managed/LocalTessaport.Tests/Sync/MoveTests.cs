@@ -43,6 +43,40 @@ public sealed class MoveTests : IDisposable
     }
 
     [Fact]
+    public void FilesChangePlacesAlsoWhereTheFileSystemCannotExchangeThem()
+    {
+        using var limited = new Without("Exchanging");
+        PutSwapped();
+
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        AssertSwapped();
+        Assert.Equal(["a.txt", "b.txt"], _drive.FilesOnServer());
+    }
+
+    [Theory]
+    [InlineData("Exchange.Aside")]
+    [InlineData("Exchange.Moved")]
+    public void AFileSavedWhileTwoOthersChangePlacesInStepsIsKept(string step)
+    {
+        using var limited = new Without("Exchanging");
+        PutSwapped();
+        using (var accident = StepAction.At(step, "", _ => SaveIntoGap()))
+        {
+            _drive.Sync("");
+            Assert.True(accident.WasReached);
+        }
+
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        var contents = _drive.FilesOnServer().Select(name => File.ReadAllText(_drive.OnServer(name))).ToList();
+        Assert.Contains("saved meanwhile", contents);
+        Assert.Contains("content of a", contents);
+        Assert.Contains("b", contents);
+        Assert.Equal(_drive.FilesOnServer(), _drive.FilesInWorkspace());
+    }
+
+    [Fact]
     public void FoldersThatChangePlacesTakeTheirPermanentIdsAlong()
     {
         _drive.PutBoth("a/inner.txt", "in a");
@@ -196,5 +230,27 @@ public sealed class MoveTests : IDisposable
         Assert.True(_drive.Sync(folder).IsSuccess);
         Assert.Equal(_drive.FilesInWorkspace(), _drive.FilesOnServer());
         return watch.Elapsed;
+    }
+
+    private void PutSwapped()
+    {
+        _drive.PutBoth("a.txt", "content of a");
+        _drive.PutBoth("b.txt", "b");
+        Assert.True(_drive.Sync("").IsSuccess);
+        File.Move(_drive.InWorkspace("a.txt"), _drive.InWorkspace("t"));
+        File.Move(_drive.InWorkspace("b.txt"), _drive.InWorkspace("a.txt"));
+        File.Move(_drive.InWorkspace("t"), _drive.InWorkspace("b.txt"));
+    }
+
+    private void AssertSwapped()
+    {
+        Assert.Equal("b", File.ReadAllText(_drive.OnServer("a.txt")));
+        Assert.Equal("content of a", File.ReadAllText(_drive.OnServer("b.txt")));
+    }
+
+    private void SaveIntoGap()
+    {
+        var gap = new[] { "a.txt", "b.txt" }.First(name => !File.Exists(_drive.OnServer(name)));
+        File.WriteAllText(_drive.OnServer(gap), "saved meanwhile");
     }
 }
