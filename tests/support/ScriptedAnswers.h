@@ -29,9 +29,9 @@ using Json = nlohmann::json;
 /// A lazy list that throws in `step` (GetEnumerator, MoveNext, Current or Dispose) after this many elements.
 [[nodiscard]] Json failingList(Json list, unsigned after, Json failure, const char* step = "MoveNext");
 
-/// A collection of another kind than List<T>: "array", "enumerable-only" (fails if anything but its generic enumerator is
-/// used), "reversing" (a class derived from List<T> that enumerates from its end), or, for property values, "growing" (a
-/// List<T> that grows while it is enumerated).
+/// A collection of another kind than List<T>: "array", "enumerable-only" (fails if anything but its generic enumerator
+/// is used), "reversing" (a class derived from List<T> that enumerates from its end), or, for property values,
+/// "growing" (a List<T> that grows while it is enumerated).
 [[nodiscard]] Json listOfKind(const char* kind, Json list);
 
 /// A prepared list of this many generated records.

@@ -1,7 +1,7 @@
 #include "tools/tessaport/app/Context.h"
 
-#include <velmora/native/RuntimeOptions.h>
 #include <velmora/api/QVLog.h>
+#include <velmora/native/RuntimeOptions.h>
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/home/Home.h"
 #include "tools/tessaport/platform/Platform.h"

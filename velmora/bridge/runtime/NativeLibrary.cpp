@@ -6,8 +6,8 @@
 
 #include <windows.h>
 
-#include <velmora/text/Unicode.h>
 #include <velmora/platform/WindowsPath.h>
+#include <velmora/text/Unicode.h>
 #else
 #include <system_error>
 
