@@ -45,6 +45,16 @@ includes_between_folders() {
         awk '$1 != $2'
 }
 
+# Each allowed include, as "<folder> <folder of the header>".
+allowed_includes() {
+    local from to
+    for from in "${!may_include[@]}"; do
+        for to in ${may_include[$from]}; do
+            printf '%s %s\n' "$from" "$to"
+        done
+    done
+}
+
 check_includes() {
     local from to line includes
     includes=$(includes_between_folders)
@@ -54,11 +64,10 @@ check_includes() {
     while read -r from to line; do
         [[ " ${may_include[$from]:-} " == *" $to "* ]] || echo "$line"
     done <<<"$includes" | forbid 'A folder includes only those that the table in tools/dev/layout.sh allows:'
-    for from in "${!may_include[@]}"; do
-        for to in ${may_include[$from]}; do
-            grep -q "^$from $to " <<<"$includes" || echo "$from: $to"
-        done
+    allowed_includes | while read -r from to; do
+        grep -q "^$from $to " <<<"$includes" || echo "$from: $to"
     done | forbid 'The table in tools/dev/layout.sh allows only what is used:'
+    { allowed_includes | tsort >/dev/null; } 2>&1 | forbid 'The table in tools/dev/layout.sh has no circle:'
     lines_with '#include [<"](tests|tools|bench|fuzz|examples|\.\.)/' -- velmora |
         forbid 'The library includes nothing outside it, and headers by their path from the root:'
 }
