@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -27,13 +28,20 @@ protected:
     EnvironmentVariable variable{TemporaryFolderVariable, temporary.path().u8string()};
 };
 
+// One line, with the line end of the platform.
+#ifdef _WIN32
+constexpr std::string_view Content = "dummy\r\n";
+#else
+constexpr std::string_view Content = "dummy\n";
+#endif
+
 TEST_F(ProbeFile, IsRemovedAtTheEndOfTheScope)
 {
     Common::QVString path;
     {
         const ProbeFileRemover remover(path);
         createProbeFile(path);
-        EXPECT_EQ(fs::file_size(Common::nativePath(path.w_str())), 6U);
+        EXPECT_EQ(fs::file_size(Common::nativePath(path.w_str())), Content.size());
     }
     EXPECT_FALSE(fs::exists(Common::nativePath(path.w_str())));
 }

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
@@ -17,11 +20,17 @@ namespace
 
 namespace fs = std::filesystem;
 
+// A function of the host library that is loaded, or null.
+template <class Function>
+Function loadedHostFunction(const char* name)
+{
 #ifdef _WIN32
-constexpr const char* HostLibrary = "hostfxr.dll";
+    void* const address = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"hostfxr.dll"), name));
+    return reinterpret_cast<Function>(address);
 #else
-constexpr const char* HostLibrary = "libhostfxr.so";
+    return NativeLibrary::open("libhostfxr.so").symbol<Function>(name);
 #endif
+}
 
 void HOSTFXR_CALLTYPE writeNothing(const char_t*) {}
 
@@ -123,8 +132,7 @@ TEST_F(RunningRuntime, CannotBeJoinedByAHostThatNeedsANewerFramework)
 // The host may collect what hostfxr writes, as this library does during the start.
 TEST_F(RunningRuntime, GivesTheHostItsOwnErrorWriterBack)
 {
-    const auto setWriter = NativeLibrary::open(HostLibrary) // The one that is loaded.
-                               .symbol<hostfxr_set_error_writer_fn>("hostfxr_set_error_writer");
+    const auto setWriter = loadedHostFunction<hostfxr_set_error_writer_fn>("hostfxr_set_error_writer");
     ASSERT_NE(setWriter, nullptr);
     (void)setWriter(&writeNothing);
 
