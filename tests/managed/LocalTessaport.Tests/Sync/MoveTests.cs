@@ -152,7 +152,7 @@ public sealed class MoveTests : IDisposable
         Assert.Equal(["b.txt"], _drive.FilesInWorkspace());
     }
 
-    [Fact]
+    [UnixFact]
     public void ARenameToAReservedNameIsNotFollowed()
     {
         _drive.PutBoth("a.txt");
