@@ -15,11 +15,4 @@ read -r cxx_runtime <"$build_folder/wine-path" || exit 1
 # WINEPATH replaces the folders of the DLLs, VELMORA_WINE_LIBRARIES comes before them.
 export WINEPATH="${WINEPATH:-${VELMORA_WINE_LIBRARIES:+$VELMORA_WINE_LIBRARIES;}$cxx_runtime}"
 export DOTNET_ROOT="${VELMORA_WINE_DOTNET_ROOT-Z:$build_folder/dotnet}"
-begun=$(date +%s%N)
-"$WINELOADER" "$@"
-status=$?
-# Wine now and then loses a program before it begins, at once and in silence. No program that ran ends as soon.
-if [ "$status" -ne 0 ] && [ $(($(date +%s%N) - begun)) -lt 30000000 ]; then
-    exec "$WINELOADER" "$@"
-fi
-exit "$status"
+exec "$WINELOADER" "$@"

@@ -104,7 +104,7 @@ internal static unsafe partial class Libc
     public static partial int SetMode(string path, uint mode);
 
     [LibraryImport(Name, EntryPoint = "futimens", SetLastError = true)]
-    public static partial int SetTimes(SafeHandle file, TimeSpecification* times);
+    public static partial int SetTimes(SafeHandle file, TimeSpec* times);
 
     [LibraryImport(Name, EntryPoint = "lseek", SetLastError = true)]
     public static partial long Seek(SafeHandle file, long offset, int whence);
@@ -150,7 +150,7 @@ internal struct OpenHow
 }
 
 [StructLayout(LayoutKind.Sequential)]
-internal struct TimeSpecification
+internal struct TimeSpec
 {
     public long Seconds;
     public long Nanoseconds;

@@ -51,8 +51,8 @@ internal static unsafe class UnixFile
     {
         if (Libc.SetMode(handle, (uint)((source.Mode & PermissionBits) | OwnerReadsAndWrites)) != 0)
             throw UnixFailure.Last(path, "given its permissions");
-        var times = stackalloc TimeSpecification[2];
-        times[0].Nanoseconds = TimeSpecification.Omit;
+        var times = stackalloc TimeSpec[2];
+        times[0].Nanoseconds = TimeSpec.Omit;
         times[1].Seconds = source.ModifiedTime.Seconds;
         times[1].Nanoseconds = source.ModifiedTime.Nanoseconds;
         if (Libc.SetTimes(handle, times) != 0)
