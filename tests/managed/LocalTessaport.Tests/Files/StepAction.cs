@@ -10,6 +10,7 @@ internal sealed class StepAction : IDisposable
     private readonly Action<string> _action;
     private readonly string _within;
     private int _calls;
+    private Exception? _failure;
 
     private StepAction(string step, string within, Action<string> action)
     {
@@ -19,7 +20,16 @@ internal sealed class StepAction : IDisposable
         Step.Hook = Reached;
     }
 
-    public bool WasReached => _calls > 0;
+    /// <summary>Whether the step was reached; throws if the action failed then.</summary>
+    public bool WasReached
+    {
+        get
+        {
+            if (_failure is not null)
+                throw new InvalidOperationException($"What was to happen at '{_step}' failed: {_failure.Message}", _failure);
+            return _calls > 0;
+        }
+    }
 
     /// <summary>Acts at the first time the step is reached for a path that ends with the given text.</summary>
     public static StepAction At(string step, string pathEnd, Action<string> action) => new(step, pathEnd, action);
@@ -30,6 +40,14 @@ internal sealed class StepAction : IDisposable
     {
         if (step != _step || !path.EndsWith(_within, StringComparison.Ordinal) || _calls++ > 0)
             return;
-        _action(path);
+        try
+        {
+            _action(path);
+        }
+        catch (Exception e)
+        {
+            _failure = e;
+            throw;
+        }
     }
 }
