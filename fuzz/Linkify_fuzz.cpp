@@ -1,4 +1,5 @@
-// Compares linkify with its definition for any text, and checks the other formatting functions.
+// Compares linkify with its definition for any text, reads what toRichText returns with an HTML parser, and checks the
+// other formatting functions.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -6,6 +7,7 @@
 
 #include <velmora/native/MessageFormatting.h>
 #include "tests/support/LinkExpression.h"
+#include "tests/support/ParsedHtml.h"
 
 namespace
 {
@@ -35,6 +37,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (text.size() <= LongestForTheExpression)
         expect(linked == TestSupport::linkifiedByExpression(text));
     expect(linked.size() >= text.size());
+
+    const TestSupport::ParsedHtml parsed = TestSupport::parseHtml(TessaportAPI::toRichText(text));
+    expect(parsed.surprises.empty());
+    expect(TestSupport::withPlainSpaces(parsed.text) == TestSupport::expectedText(text));
 
     const std::wstring html = TessaportAPI::toHtml(text);
     expect(html.find_first_of(L" \n") == std::wstring::npos);

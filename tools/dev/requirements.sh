@@ -1,6 +1,7 @@
 # What the commands need on the machine: Debian packages, which are installed if they are missing, and the .NET SDK.
 # shellcheck shell=bash
-readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev)
+readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev
+    libgumbo-dev)
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
@@ -12,7 +13,7 @@ require() { # <package>...
         install_missing_packages "$@"
     elif ! can_build_here; then
         fail "this system has no apt-get: install CMake 3.25, Ninja, a C++17 compiler, GoogleTest with GoogleMock, \
-CLI11, JSON for Modern C++ (nlohmann_json), Boost and the .NET SDK 8.0 or newer, then run this again"
+CLI11, JSON for Modern C++ (nlohmann_json), Boost, Gumbo and the .NET SDK 8.0 or newer, then run this again"
     else
         require_dotnet
     fi
@@ -50,7 +51,7 @@ as_root() { # <command>...
 
 can_build_here() {
     command -v cmake >/dev/null && command -v ninja >/dev/null && command -v c++ >/dev/null &&
-        printf '#include <%s>\n' gmock/gmock.h CLI/CLI.hpp nlohmann/json.hpp boost/version.hpp |
+        printf '#include <%s>\n' gmock/gmock.h CLI/CLI.hpp nlohmann/json.hpp boost/version.hpp gumbo.h |
         c++ -std=c++17 -fsyntax-only -x c++ - 2>/dev/null
 }
 
