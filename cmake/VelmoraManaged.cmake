@@ -25,7 +25,7 @@ function(velmora_add_managed target)
         OUTPUT "${stamp}"
         COMMAND "${DOTNET_EXECUTABLE}" build "${ARG_PROJECT}" -c Release --nologo -v quiet
             -nodeReuse:false -p:UseSharedCompilation=false -p:NuGetAudit=false
-            "-p:VelmoraOutputOf=${project_name}" "-p:VelmoraOutputDir=${ARG_OUTPUT}"
+            "-p:VelmoraVersion=${PROJECT_VERSION}" "-p:VelmoraOutputOf=${project_name}" "-p:VelmoraOutputDir=${ARG_OUTPUT}"
             "-p:ArtifactsPath=${VELMORA_MANAGED_DIR}/artifacts/${target}" ${properties}
         COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
         DEPENDS ${sources} "${ARG_PROJECT}" "${PROJECT_SOURCE_DIR}/managed/Directory.Build.props"

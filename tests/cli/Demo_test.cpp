@@ -26,9 +26,9 @@ TEST_F(Demo, ShowsVersionDrivesAndATree)
 {
     const std::string output = replacedAll(expectOk({"demo"}), text(home), "HOME");
 
-    EXPECT_EQ(replacedAll(output, std::string(1, std::filesystem::path::preferred_separator), "/"), R"(Home: HOME
-Tessaport 1.0.0
-
+    EXPECT_EQ(replacedAll(output, std::string(1, std::filesystem::path::preferred_separator), "/"),
+        "Home: HOME\nTessaport " TESSAPORT_VERSION "\n"
+        R"(
 NAME              TYPE                               LOCKS  WORKSPACE
 Harbour Project   Quorvex.DataSourceType.Drive       yes    HOME/drives/harbour/workspace
 Trelis Documents  Quorvex.DataSourceType.TrelisDocs  no     HOME/drives/documents/workspace
@@ -71,7 +71,8 @@ Morrow Archive
 
 To go on, for example:
   tessaport sync
-  tessaport where )" + Quote + "HOME/drives/harbour/workspace/README.txt" + Quote + '\n');
+  tessaport where )" +
+            Quote + "HOME/drives/harbour/workspace/README.txt" + Quote + '\n');
 }
 
 TEST_F(Demo, CanBeMadeTwiceAndKeepsWhatTheUserChanged)

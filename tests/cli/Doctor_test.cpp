@@ -10,6 +10,7 @@ namespace
 {
 
 using testing::HasSubstr;
+using testing::StartsWith;
 
 #ifdef _WIN32
 constexpr const char* DataFolderVariable = "LOCALAPPDATA";
@@ -47,6 +48,16 @@ TEST_F(Doctor, FindsNothingWrongWithAGoodInstallation)
     for (const std::string subject : {"Tool", "Library", "Bridge", "API", "Runtime"})
         EXPECT_TRUE(fs::exists(findings.at(subject)["detail"].get<std::string>())) << findings.at(subject);
     EXPECT_THAT(expectOk({"doctor"}), HasSubstr("Velmora.Bridge.dll"));
+}
+
+TEST_F(Doctor, ShowsTheVersionOfTheReleaseForEveryPartOfIt)
+{
+    makeDemo();
+
+    const auto findings = examine({}, 0);
+
+    for (const std::string subject : {"Tool", "Library", "Bridge", "API", "Service"})
+        EXPECT_THAT(findings.at(subject)["version"].get<std::string>(), StartsWith(TESSAPORT_VERSION)) << subject;
 }
 
 TEST_F(Doctor, SaysWhatToDoWithoutDotnet)

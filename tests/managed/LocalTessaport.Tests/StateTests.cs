@@ -60,7 +60,7 @@ public sealed class StateTests : IDisposable
 
         _home.SetState("running");
 
-        Assert.Equal("1.0.0", _home.Service.GetVersion());
+        Assert.Equal(typeof(StateTests).Assembly.GetName().Version!.ToString(3), _home.Service.GetVersion());
     }
 
     [Theory]
