@@ -9,7 +9,7 @@ internal static class CommandActions
 {
     private const string LinkPrefix = "tessaport://";
 
-    public static CommandResult Sync(CommandTarget target) => Batch.Run(target.Session, target.Views, PlaceOf, (scope, report, view) =>
+    public static CommandResult Sync(CommandTarget target) => Batch.Run(target.Request, target.Views, PlaceOf, (scope, report, view) =>
         new ItemSync(scope.Edit(view.Drive), report).SyncTree(view.Path));
 
     public static CommandResult Lock(CommandTarget target) => ChangeLocks(target, FileLocks.Lock);
@@ -22,10 +22,10 @@ internal static class CommandActions
         var report = new ChangeReport();
         report.Attempt(() =>
         {
-            var links = PermanentIds.Of(target.Session, target.Views).Select(id => LinkPrefix + id + "\n");
+            var links = PermanentIds.Of(target.Request, target.Views).Select(id => LinkPrefix + id + "\n");
             var text = Encoding.UTF8.GetBytes(string.Concat(links));
-            using var held = HomeLock.Acquire(target.Session.Home);
-            AtomicFile.Write(target.Session.Home, target.Session.Home.ClipboardFile, stream => stream.Write(text));
+            using var held = HomeLock.Acquire(target.Request.Home);
+            AtomicFile.Write(target.Request.Home, target.Request.Home.ClipboardFile, stream => stream.Write(text));
         });
         return report.ToResult();
     }
@@ -33,7 +33,7 @@ internal static class CommandActions
     private static DrivePlace? PlaceOf(ItemView view) => new(view.Drive, view.Path);
 
     private static CommandResult ChangeLocks(CommandTarget target, Action<DriveEdit, ItemView> change) =>
-        Batch.Run(target.Session, target.Views, PlaceOf, (scope, report, view) =>
+        Batch.Run(target.Request, target.Views, PlaceOf, (scope, report, view) =>
         {
             change(scope.Edit(view.Drive), view);
             report.Updated(view);

@@ -6,26 +6,26 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>The items that commands are asked for or run on.</summary>
 internal sealed class CommandTarget
 {
-    private CommandTarget(Session session, List<ItemView> views)
+    private CommandTarget(RequestScope request, List<ItemView> views)
     {
-        Session = session;
+        Request = request;
         Views = views;
     }
 
-    public Session Session { get; }
+    public RequestScope Request { get; }
 
     /// <summary>The items of the context that exist, each once.</summary>
     public List<ItemView> Views { get; }
 
-    public static CommandTarget Of(Session session, CommandContext context)
+    public static CommandTarget Of(RequestScope request, CommandContext context)
     {
         var ids = new List<ItemId>(context.Items ?? []);
         if (context.Item is not null)
             ids.Insert(0, context.Item);
-        var views = ids.Select(session.TryPlaceOf).OfType<DrivePlace>().Distinct()
+        var views = ids.Select(request.TryPlaceOf).OfType<DrivePlace>().Distinct()
             .Select(place => ItemView.At(place.Drive, place.Path))
             .Where(view => view.Exists || view.IsRoot);
-        return new CommandTarget(session, views.ToList());
+        return new CommandTarget(request, views.ToList());
     }
 
     public bool AreLocked() => LocksOf().All(isLocked => isLocked);
@@ -34,7 +34,7 @@ internal sealed class CommandTarget
 
     private IEnumerable<bool> LocksOf()
     {
-        var trackers = new TrackerSet(Session);
+        var trackers = new TrackerSet(Request);
         return Views.Select(view => view.Drive.Locking && trackers.Of(view.Drive).RecordOf(view)?.LockedBy is not null);
     }
 }

@@ -7,19 +7,19 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Finds the items that permanent ids name, wherever they were moved.</summary>
 internal sealed class PermanentIdLookup
 {
-    private readonly Session _session;
+    private readonly RequestScope _request;
     private readonly TrackerSet _trackers;
     private readonly HashSet<(LocalDrive Drive, string Path)> _moved = [];
 
-    public PermanentIdLookup(Session session)
+    public PermanentIdLookup(RequestScope request)
     {
-        _session = session;
-        _trackers = new TrackerSet(session);
+        _request = request;
+        _trackers = new TrackerSet(request);
     }
 
     public PermanentIdToItemResult Find(string? text)
     {
-        var drive = PermanentId.TryParse(text) is { } id ? _session.Drives.Find(id.Drive) : null;
+        var drive = PermanentId.TryParse(text) is { } id ? _request.Drives.Find(id.Drive) : null;
         var view = drive is { Offline: false } ? Find(drive, PermanentId.TryParse(text)!.Value) : null;
         return new PermanentIdToItemResult
         {
@@ -41,7 +41,7 @@ internal sealed class PermanentIdLookup
             return;
         try
         {
-            using var scope = new ChangeScope(_session.Home);
+            using var scope = new ChangeScope(_request.Home);
             foreach (var (drive, path) in _moved)
             {
                 var edit = scope.Edit(drive);
@@ -59,7 +59,7 @@ internal sealed class PermanentIdLookup
     {
         if (id.IsRoot)
             return ItemView.At(drive, RelativePath.Root);
-        if (IndexStore.Load(_session.Home, drive.Id).Items.ByKey(id.Token) is not { } record)
+        if (IndexStore.Load(_request.Home, drive.Id).Items.ByKey(id.Token) is not { } record)
             return null;
         if (_trackers.Of(drive).PathOf(record) is not { } path)
             return null;

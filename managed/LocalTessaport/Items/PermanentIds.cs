@@ -6,11 +6,11 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class PermanentIds
 {
     /// <summary>The permanent id of each item that exists, in the given order; null for the others.</summary>
-    public static List<PermanentId?> Of(Session session, IReadOnlyList<ItemView> views)
+    public static List<PermanentId?> Of(RequestScope request, IReadOnlyList<ItemView> views)
     {
         var found = new List<PermanentId?>(views.Count);
         var missing = new List<int>();
-        var trackers = new TrackerSet(session);
+        var trackers = new TrackerSet(request);
         foreach (var view in views)
         {
             PermanentId? known = null;
@@ -23,13 +23,13 @@ internal static class PermanentIds
             found.Add(known);
         }
         if (missing.Count > 0)
-            Make(session, views, missing, found);
+            Make(request, views, missing, found);
         return found;
     }
 
-    private static void Make(Session session, IReadOnlyList<ItemView> views, List<int> missing, List<PermanentId?> found)
+    private static void Make(RequestScope request, IReadOnlyList<ItemView> views, List<int> missing, List<PermanentId?> found)
     {
-        using var scope = new ChangeScope(session.Home);
+        using var scope = new ChangeScope(request.Home);
         foreach (var i in missing)
         {
             var view = views[i];

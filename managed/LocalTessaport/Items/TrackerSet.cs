@@ -6,15 +6,15 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Trackers over the saved records, for requests that only look; one a drive.</summary>
 internal sealed class TrackerSet
 {
-    private readonly Session _session;
+    private readonly RequestScope _request;
     private readonly Dictionary<Guid, ItemTracker> _trackers = [];
 
-    public TrackerSet(Session session) => _session = session;
+    public TrackerSet(RequestScope request) => _request = request;
 
     public ItemTracker Of(LocalDrive drive)
     {
         if (!_trackers.TryGetValue(drive.Id, out var tracker))
-            _trackers[drive.Id] = tracker = new ItemTracker(drive, IndexStore.Load(_session.Home, drive.Id).Items);
+            _trackers[drive.Id] = tracker = new ItemTracker(drive, IndexStore.Load(_request.Home, drive.Id).Items);
         return tracker;
     }
 }

@@ -6,20 +6,20 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Reads properties of many items.</summary>
 internal static class PropertyReader
 {
-    /// <param name="session">The request.</param>
+    /// <param name="request">The request.</param>
     /// <param name="views">The items.</param>
     /// <param name="actions">For each item what its id says was done with it.</param>
     /// <param name="properties">The properties to read.</param>
     public static List<PropertyValue> Read(
-        Session session, List<ItemView> views, List<string?> actions, List<Property> properties)
+        RequestScope request, List<ItemView> views, List<string?> actions, List<Property> properties)
     {
         var ids = new Dictionary<DrivePlace, PermanentId>();
         if (properties.Any(property => property.NeedsIds))
-            FindIds(session, views, ids);
-        var trackers = new TrackerSet(session);
+            FindIds(request, views, ids);
+        var trackers = new TrackerSet(request);
         var values = new List<PropertyValue>(views.Count * properties.Count);
         foreach (var (view, action) in views.Zip(actions))
-            Read(SourceFor(view, action, ids, trackers, IndexStore.Load(session.Home, view.Drive.Id)), properties, values);
+            Read(SourceFor(view, action, ids, trackers, IndexStore.Load(request.Home, view.Drive.Id)), properties, values);
         return values;
     }
 
@@ -52,12 +52,12 @@ internal static class PropertyReader
             Action = action,
         };
 
-    private static void FindIds(Session session, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
+    private static void FindIds(RequestScope request, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
     {
         var places = views.Select(view => new DrivePlace(view.Drive, view.Path))
             .Concat(views.Where(view => !view.IsRoot).Select(ParentOf))
             .Distinct().ToList();
-        var found = PermanentIds.Of(session, places.ConvertAll(place => ItemView.At(place.Drive, place.Path)));
+        var found = PermanentIds.Of(request, places.ConvertAll(place => ItemView.At(place.Drive, place.Path)));
         for (var i = 0; i < places.Count; ++i)
         {
             if (found[i] is { } id)

@@ -10,7 +10,7 @@ public partial class TessaportService
     public bool CanAddFiles(ItemId folder, List<string> paths)
     {
         ArgumentNullException.ThrowIfNull(paths);
-        var rules = new AdditionRules(Session.Begin().PlaceOf(folder));
+        var rules = new AdditionRules(RequestScope.Begin().PlaceOf(folder));
         return new ChangeReport().Attempt(() =>
         {
             rules.RequireOpenFolder();
@@ -21,35 +21,35 @@ public partial class TessaportService
     public CommandResult AddFiles(ItemId folder, List<string> paths)
     {
         ArgumentNullException.ThrowIfNull(paths);
-        var session = Session.Begin();
-        var place = session.PlaceOf(folder);
+        var request = RequestScope.Begin();
+        var place = request.PlaceOf(folder);
         FolderListing.RequireFolder(ItemView.At(place.Drive, place.Path));
         var rules = new AdditionRules(place);
         FileAddition? addition = null;
-        return Batch.Run(session, paths, path => rules.ShownAt(path), (scope, report, path) =>
+        return Batch.Run(request, paths, path => rules.ShownAt(path), (scope, report, path) =>
             (addition ??= new FileAddition(scope.Edit(place.Drive), report, rules)).Add(path));
     }
 
     public Item GetOrCreateFolder(ItemId parent, string name)
     {
-        var session = Session.Begin();
-        return FolderCreation.GetOrCreate(session, session.PlaceOf(parent), name).ToItem();
+        var request = RequestScope.Begin();
+        return FolderCreation.GetOrCreate(request, request.PlaceOf(parent), name).ToItem();
     }
 
     public CommandResult SyncFiles(List<ItemId> ids)
     {
         ArgumentNullException.ThrowIfNull(ids);
-        var session = Session.Begin();
-        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), place => place, (scope, report, place) =>
+        var request = RequestScope.Begin();
+        return Batch.Run(request, ids.ConvertAll(request.TryPlaceOf), place => place, (scope, report, place) =>
             new ItemSync(scope.Edit(Require(place).Drive), report).SyncTree(Require(place).Path));
     }
 
     public CommandResult DeleteItems(List<ItemId> ids)
     {
         ArgumentNullException.ThrowIfNull(ids);
-        var session = Session.Begin();
+        var request = RequestScope.Begin();
         ItemDeletion? deletion = null;
-        return Batch.Run(session, ids.ConvertAll(session.TryPlaceOf), place => place, (scope, report, place) =>
+        return Batch.Run(request, ids.ConvertAll(request.TryPlaceOf), place => place, (scope, report, place) =>
             (deletion ??= new ItemDeletion(report)).Delete(scope.Edit(Require(place).Drive), Require(place).Path));
     }
 
@@ -58,11 +58,11 @@ public partial class TessaportService
         ArgumentException.ThrowIfNullOrEmpty(path);
         if (processId <= 0)
             throw new ArgumentException($"{processId} is not the number of a process.");
-        var session = Session.Begin();
-        if (session.Drives.Locate(path) is not { Drive.Offline: false } place
+        var request = RequestScope.Begin();
+        if (request.Drives.Locate(path) is not { Drive.Offline: false } place
             || place.Drive.Workspace.Find(place.Path) is not { IsFolder: false })
             return;
-        using var scope = new ChangeScope(session.Home);
+        using var scope = new ChangeScope(request.Home);
         try
         {
             new ItemSync(scope.Edit(place.Drive), new ChangeReport()).SyncFile(place.Path);

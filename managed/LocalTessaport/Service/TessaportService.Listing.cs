@@ -12,7 +12,7 @@ public partial class TessaportService
 
     private static List<Item> List(ItemId folder, Predicate<ItemView> isWanted)
     {
-        var place = Session.Begin().PlaceOf(folder);
+        var place = RequestScope.Begin().PlaceOf(folder);
         FolderListing.RequireFolder(ItemView.At(place.Drive, place.Path));
         var items = new List<Item>();
         foreach (var view in FolderListing.Read(place.Drive, place.Path))

@@ -10,7 +10,7 @@ public partial class TessaportService
     public IEnumerable<WorkspacePathToItemResult> GetItemsByWorkspacePaths(List<string> paths)
     {
         ArgumentNullException.ThrowIfNull(paths);
-        var drives = Session.Begin().Drives;
+        var drives = RequestScope.Begin().Drives;
         var finder = new ItemFinder();
         return paths.ConvertAll(path => Look(path, drives.Locate(path), finder));
     }
@@ -18,7 +18,7 @@ public partial class TessaportService
     public IEnumerable<Item> GetItemsByRelativePaths(Guid driveId, List<string> relativePaths)
     {
         ArgumentNullException.ThrowIfNull(relativePaths);
-        var drive = Session.Begin().DriveOf(driveId);
+        var drive = RequestScope.Begin().DriveOf(driveId);
         var finder = new ItemFinder();
         return relativePaths
             .Select(RelativePath.TryParse)
@@ -31,7 +31,7 @@ public partial class TessaportService
     public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths)
     {
         ArgumentNullException.ThrowIfNull(paths);
-        var drives = Session.Begin().Drives;
+        var drives = RequestScope.Begin().Drives;
         var answers = new Dictionary<string, bool>(paths.Count);
         foreach (var path in paths)
         {

@@ -10,18 +10,18 @@ public partial class TessaportService
     public IEnumerable<ItemIdToPermanentIdResult> GetPermanentIds(List<ItemId> ids)
     {
         ArgumentNullException.ThrowIfNull(ids);
-        var session = Session.Begin();
-        var places = ids.ConvertAll(session.TryPlaceOf);
+        var request = RequestScope.Begin();
+        var places = ids.ConvertAll(request.TryPlaceOf);
         var reachable = places.OfType<DrivePlace>().Where(place => !place.Drive.Offline)
             .Select(place => ItemView.At(place.Drive, place.Path)).ToList();
-        var found = new Queue<PermanentId?>(PermanentIds.Of(session, reachable));
+        var found = new Queue<PermanentId?>(PermanentIds.Of(request, reachable));
         return ids.Select((id, i) => Answer(id, places[i], found)).ToList();
     }
 
     public IEnumerable<PermanentIdToItemResult> GetItemsByPermanentIds(List<string> permanentIds)
     {
         ArgumentNullException.ThrowIfNull(permanentIds);
-        var lookup = new PermanentIdLookup(Session.Begin());
+        var lookup = new PermanentIdLookup(RequestScope.Begin());
         var results = permanentIds.ConvertAll(lookup.Find);
         lookup.RememberMoves();
         return results;

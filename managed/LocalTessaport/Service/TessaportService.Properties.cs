@@ -8,20 +8,20 @@ namespace Quorvex.Tessaport.API;
 public partial class TessaportService
 {
     public IEnumerable<PropertyDefinition> GetPropertyDefinitions(Guid driveId) =>
-        PropertyCatalog.Of(Session.Begin().DriveOf(driveId)).Select(property => property.ToDefinition()).ToList();
+        PropertyCatalog.Of(RequestScope.Begin().DriveOf(driveId)).Select(property => property.ToDefinition()).ToList();
 
     public PropertyValues GetProperties(List<ItemId> ids, List<string> propertyDefinitionIds)
     {
         ArgumentNullException.ThrowIfNull(ids);
         ArgumentNullException.ThrowIfNull(propertyDefinitionIds);
-        var session = Session.Begin();
+        var request = RequestScope.Begin();
         var items = ids
-            .Select(id => (Place: session.TryPlaceOf(id), id?.Action))
+            .Select(id => (Place: request.TryPlaceOf(id), id?.Action))
             .Where(item => item.Place is { } place && (!place.Drive.Offline || place.Path.Length == 0))
             .Select(item => (View: ItemView.At(item.Place!.Value.Drive, item.Place.Value.Path), item.Action))
             .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
         var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();
-        return new PropertyValues { Values = PropertyReader.Read(session, items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action), properties) };
+        return new PropertyValues { Values = PropertyReader.Read(request, items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action), properties) };
     }
 }

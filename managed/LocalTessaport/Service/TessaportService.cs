@@ -17,15 +17,15 @@ public partial class TessaportService
     {
     }
 
-    public void Discover() => Session.Begin();
+    public void Discover() => RequestScope.Begin();
 
     public string GetVersion()
     {
-        Session.Begin();
+        RequestScope.Begin();
         return typeof(TessaportService).Assembly.GetName().Version!.ToString(3);
     }
 
-    public IEnumerable<Drive> GetDrives() => Session.Begin().Drives.Drives.Select(Describe).ToList();
+    public IEnumerable<Drive> GetDrives() => RequestScope.Begin().Drives.Drives.Select(Describe).ToList();
 
     private static Drive Describe(LocalDrive drive) => new()
     {

@@ -8,18 +8,18 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class Upkeep
 {
     /// <summary>Does it when nothing hinders. Who holds the lock sees to it otherwise, and reading works without.</summary>
-    public static void RunIfDue(Session session)
+    public static void RunIfDue(RequestScope request)
     {
         try
         {
-            var due = session.Drives.Drives.Where(drive => IsDue(session.Home, drive)).ToList();
-            if (due.Count == 0 && !AtomicFile.HasLeavings(session.Home))
+            var due = request.Drives.Drives.Where(drive => IsDue(request.Home, drive)).ToList();
+            if (due.Count == 0 && !AtomicFile.HasLeavings(request.Home))
                 return;
-            using var held = HomeLock.TryAcquire(session.Home);
+            using var held = HomeLock.TryAcquire(request.Home);
             if (held is null)
                 return;
-            AtomicFile.RemoveLeavings(session.Home);
-            due.ForEach(drive => Run(session.Home, drive));
+            AtomicFile.RemoveLeavings(request.Home);
+            due.ForEach(drive => Run(request.Home, drive));
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {

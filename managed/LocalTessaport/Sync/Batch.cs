@@ -6,15 +6,15 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Does one step for each of many things; a failing one does not keep the others from being done.</summary>
 internal static class Batch
 {
-    /// <param name="session">The request.</param>
+    /// <param name="request">The request.</param>
     /// <param name="things">What the step is done for.</param>
     /// <param name="placeOf">The item that shows the reason when the step fails.</param>
     /// <param name="step">The step.</param>
     public static CommandResult Run<T>(
-        Session session, List<T> things, Func<T, DrivePlace?> placeOf, Action<ChangeScope, ChangeReport, T> step)
+        RequestScope request, List<T> things, Func<T, DrivePlace?> placeOf, Action<ChangeScope, ChangeReport, T> step)
     {
         var report = new ChangeReport();
-        using (var scope = new ChangeScope(session.Home))
+        using (var scope = new ChangeScope(request.Home))
         {
             foreach (var thing in things)
                 report.Attempt(() => step(scope, report, thing), reason => Note(scope, report, placeOf(thing), reason));

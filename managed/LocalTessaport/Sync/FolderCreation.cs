@@ -5,12 +5,12 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Finds a folder below another by its name or path, and makes it when there is none.</summary>
 internal static class FolderCreation
 {
-    public static ItemView GetOrCreate(Session session, DrivePlace parent, string? name)
+    public static ItemView GetOrCreate(RequestScope request, DrivePlace parent, string? name)
     {
         FolderListing.RequireFolder(ItemView.At(parent.Drive, parent.Path));
         var path = PathBelow(parent.Path, name);
         var found = new ItemFinder().Find(parent with { Path = path });
-        return found is { IsFolder: true } folder ? folder : Create(session, parent.Drive, path);
+        return found is { IsFolder: true } folder ? folder : Create(request, parent.Drive, path);
     }
 
     private static string PathBelow(string parent, string? name)
@@ -27,10 +27,10 @@ internal static class FolderCreation
         return RelativePath.Join(parent, below);
     }
 
-    private static ItemView Create(Session session, LocalDrive drive, string path)
+    private static ItemView Create(RequestScope request, LocalDrive drive, string path)
     {
         drive.RequireWritable();
-        using var scope = new ChangeScope(session.Home);
+        using var scope = new ChangeScope(request.Home);
         var edit = scope.Edit(drive);
         FolderMaker.Make(edit, path);
         scope.Save();

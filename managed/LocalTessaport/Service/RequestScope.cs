@@ -3,9 +3,9 @@ using System;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What one request works with: the home, found running, and the drives as configured now.</summary>
-internal sealed class Session
+internal sealed class RequestScope
 {
-    private Session(HomeFolder home, DriveList drives)
+    private RequestScope(HomeFolder home, DriveList drives)
     {
         Home = home;
         Drives = drives;
@@ -14,13 +14,13 @@ internal sealed class Session
     public HomeFolder Home { get; }
     public DriveList Drives { get; }
 
-    public static Session Begin()
+    public static RequestScope Begin()
     {
         var home = HomeFolder.Locate();
         ServiceState.Require(home);
-        var session = new Session(home, DriveFile.Load(home));
-        Upkeep.RunIfDue(session);
-        return session;
+        var request = new RequestScope(home, DriveFile.Load(home));
+        Upkeep.RunIfDue(request);
+        return request;
     }
 
     /// <summary>The place that an id names; ids of drives that are gone have none.</summary>
