@@ -1,6 +1,3 @@
-using System;
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API;
 
 /// <summary>The requests of the sync application, for compiling only: the assembly that is found at run time implements them.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Linq;
-using Quorvex.Tessaport.API;
 using Quorvex.Tessaport.API.Scripted;
 
 namespace Velmora.Peers;

@@ -1,7 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
-using Quorvex.Tessaport.API;
-
 namespace Velmora.Peers;
 
 /// <summary>One call for each property as a first draft has it: a GC handle for each object, a fresh native copy of each text.</summary>

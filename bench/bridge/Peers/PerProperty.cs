@@ -1,7 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
-using Quorvex.Tessaport.API;
-
 namespace Velmora.Peers;
 
 /// <summary>One call for each property, written with care: no marshalling, texts copied straight into the caller's buffer.</summary>

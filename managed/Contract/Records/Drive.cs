@@ -1,5 +1,4 @@
 #nullable disable
-using System;
 
 namespace Quorvex.Tessaport.API;
 

@@ -1,6 +1,4 @@
 #nullable disable
-using System;
-using System.Collections.Generic;
 
 namespace Quorvex.Tessaport.API;
 

@@ -1,6 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>All commands, in the order of a menu.</summary>

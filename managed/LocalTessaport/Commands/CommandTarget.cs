@@ -1,6 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The items that commands are asked for or run on.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A command: what it is called, when it is offered, and what it does.</summary>

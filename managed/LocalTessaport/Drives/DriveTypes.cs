@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The kinds of cloud storage that a drive can stand for.</summary>

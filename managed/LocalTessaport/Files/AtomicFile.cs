@@ -1,8 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using System.Threading;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Writes the files of the home so that the complete old or new version exists at every moment.</summary>

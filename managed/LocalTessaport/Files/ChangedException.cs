@@ -1,5 +1,3 @@
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A file was changed by someone else while it was worked on. Nothing was lost; the next attempt sees the change.</summary>

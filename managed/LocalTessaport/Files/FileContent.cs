@@ -1,4 +1,3 @@
-using System;
 using System.Buffers;
 using System.Security.Cryptography;
 

@@ -1,8 +1,4 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
 using System.Security.Cryptography;
-using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 

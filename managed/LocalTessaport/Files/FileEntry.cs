@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 internal enum EntryKind

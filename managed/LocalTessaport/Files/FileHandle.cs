@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Reads and sets properties of open files.</summary>

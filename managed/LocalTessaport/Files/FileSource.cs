@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A file that can be read: one on a side, or one that a user named by its full path.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A moment as a file system stores it, since 1970 in UTC; the default value means unknown.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Access to an open folder. Disposal closes the folder unless it belongs to someone else.</summary>

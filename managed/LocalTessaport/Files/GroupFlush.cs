@@ -1,7 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-using System.Threading.Tasks;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Flushes prepared files to the disk as a group, which takes a fraction of the time of one by one.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The folders of a side that a request uses repeatedly. Each is opened at its first use.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>

@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A file that is held open for reading, and its properties when it was opened.</summary>

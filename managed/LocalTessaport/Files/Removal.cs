@@ -1,5 +1,3 @@
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Takes items out of a drive.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A file in preparation in the staging folder of a side. It is deleted unless it is committed.</summary>

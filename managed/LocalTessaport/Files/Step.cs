@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Lets tests act between two steps of an operation.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Keeps other programs from writing to a file while it is replaced, as far as the system supports that.</summary>

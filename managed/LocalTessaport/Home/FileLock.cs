@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using System.Runtime.InteropServices;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The lock that Unix systems keep on an open file, and that every process sees.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The folder that holds everything the service owns, and where each thing is in it.</summary>

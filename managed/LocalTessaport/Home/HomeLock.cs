@@ -1,7 +1,4 @@
-using System;
 using System.Diagnostics;
-using System.IO;
-using System.Threading;
 
 namespace Quorvex.Tessaport.API.Local;
 

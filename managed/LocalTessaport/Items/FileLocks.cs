@@ -1,6 +1,3 @@
-using System;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Locks on files: a mark with the user's name that keeps a file from being deleted.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The items directly in a folder: both sides together, by name.</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Finds items by path, in one request.</summary>

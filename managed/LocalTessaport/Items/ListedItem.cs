@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What a result says of an item, as small as possible: a result can list a hundred thousand of them.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The string that names an item permanently. It holds the drive as well, so that the drive is known without a search.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Finds the items that permanent ids name, wherever they were moved.</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Finds the permanent ids of items, and makes those that are missing.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Trackers over the saved records, for requests that only look; one a drive.</summary>

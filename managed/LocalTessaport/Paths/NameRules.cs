@@ -1,7 +1,4 @@
-using System;
 using System.Buffers;
-using System.Collections.Generic;
-using System.IO;
 using System.Text;
 
 namespace Quorvex.Tessaport.API.Local;

@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The two ways to write a full path: back-slashes, as items carry it, and the platform's own, as files are opened.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The one spelling of a path that holds no links; hosts compare the paths of items with paths in that form.</summary>

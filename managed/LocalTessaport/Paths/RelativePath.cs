@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Paths below a drive's root: back-slashes, no slash at either end, empty for the root itself.</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The identifiers under which the cloud knows items; they are made from the permanent ids and last as long.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>One property: what it is called, which drives have it, and how its value is found (null where an item has none).</summary>

@@ -1,7 +1,3 @@
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>All properties, in the order in which they are told.</summary>

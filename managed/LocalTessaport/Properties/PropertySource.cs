@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What the properties of one item are read from.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What one request works with: the home, found running, and the drives as configured now.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using Quorvex.Tessaport.API.Local;
-
 namespace Quorvex.Tessaport.API;
 
 public partial class TessaportService

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-using Quorvex.Tessaport.API.Local;
-
 namespace Quorvex.Tessaport.API;
 
 /// <summary>A sync service whose drives are plain folders. Objects hold nothing, so any number may be used from any thread.</summary>

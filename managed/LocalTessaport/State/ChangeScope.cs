@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The part of a request that changes something: alone, across processes, and with the records saved at its end.</summary>

@@ -1,4 +1,3 @@
-using System;
 using System.Buffers.Binary;
 
 namespace Quorvex.Tessaport.API.Local;

@@ -1,6 +1,3 @@
-using System;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>One drive while a request changes it: the files, and a copy of its records that is saved at the end.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>All that is remembered of one drive.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Walks everything on one side of a drive.</summary>

@@ -1,6 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The reason why each item failed that could not be done when it was last asked for.</summary>

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What is remembered of one item, so that it is known again wherever it goes.</summary>

@@ -1,6 +1,4 @@
-using System;
 using System.Buffers;
-using System.IO;
 using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;

@@ -1,6 +1,3 @@
-using System;
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A set of paths that finds those below a folder without looking at the others.</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A record of something with a path and a file on one or both sides.</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Where each file of one side stands now. Made at the first question: few requests need to walk a drive.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What is due before a drive is used: removing what a killed process left, taking stock of a new drive.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Which files can be added to a folder, one check for asking and for doing.</summary>

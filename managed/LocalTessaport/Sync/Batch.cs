@@ -1,6 +1,3 @@
-using System;
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Does one step for each of many things; a failing one does not keep the others from being done.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Collects what a batch did. A failing item is left out of the lists and does not keep the others from being done.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Both sides of a drive, or of a part of it, as they were when they were looked at, in one tree.</summary>

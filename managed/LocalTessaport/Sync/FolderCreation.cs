@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Finds a folder below another by its name or path, and makes it when there is none.</summary>

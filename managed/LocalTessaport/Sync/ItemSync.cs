@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
 using System.Runtime.ExceptionServices;
 
 namespace Quorvex.Tessaport.API.Local;

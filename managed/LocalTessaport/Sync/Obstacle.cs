@@ -1,5 +1,3 @@
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Something in the way that the service leaves alone.</summary>

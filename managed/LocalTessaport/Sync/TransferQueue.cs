@@ -1,8 +1,4 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
 using System.Runtime.ExceptionServices;
-using System.Threading.Tasks;
 
 namespace Quorvex.Tessaport.API.Local;
 

@@ -1,5 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
 using Velmora.Bridge.Requests;
 
 namespace Velmora.Bridge.Boundary;

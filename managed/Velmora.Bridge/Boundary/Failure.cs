@@ -1,6 +1,3 @@
-using System;
-using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
 using Velmora.Bridge.Loading;
 
 namespace Velmora.Bridge.Boundary;

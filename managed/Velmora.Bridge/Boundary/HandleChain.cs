@@ -1,6 +1,3 @@
-using System;
-using System.Runtime.CompilerServices;
-
 namespace Velmora.Bridge.Boundary;
 
 /// <summary>Makes handles from slots that it takes from the table in chains. Not thread-safe.</summary>

@@ -1,5 +1,3 @@
-using System.Runtime.InteropServices;
-
 namespace Velmora.Bridge.Boundary;
 
 /// <summary>A string that the native side owns for the time of the call. Mirrors VelmoraString.</summary>

@@ -1,5 +1,3 @@
-using System.Runtime.InteropServices;
-
 namespace Velmora.Bridge.Boundary;
 
 /// <summary>What a call leaves for the native side, which gives it back through ReleaseReply. Mirrors VelmoraReply.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
-
 namespace Velmora.Bridge.Boundary;
 
 // How replies are packed; velmora/bridge/boundary/ReplyLayout.h has the same for the reading side.

@@ -1,5 +1,3 @@
-using System.Runtime.InteropServices;
-
 namespace Velmora.Bridge.Boundary;
 
 /// <summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using Quorvex.Tessaport.API;
-using Velmora.Bridge.Boundary;
-
 namespace Velmora.Bridge.Conversions;
 
 /// <summary>Arguments of the sync application's members, made from what crossed the boundary.</summary>

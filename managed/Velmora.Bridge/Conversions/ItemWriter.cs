@@ -1,8 +1,3 @@
-using System;
-using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
-using Velmora.Bridge.Boundary;
-
 namespace Velmora.Bridge.Conversions;
 
 /// <summary>Writes items and drives.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using Quorvex.Tessaport.API;
-using Velmora.Bridge.Boundary;
-
 namespace Velmora.Bridge.Conversions;
 
 /// <summary>Writes the records other than items and drives, field by field.</summary>

@@ -1,9 +1,5 @@
-using System;
-using System.IO;
 using System.Reflection;
-using System.Runtime.CompilerServices;
 using System.Runtime.Loader;
-using Quorvex.Tessaport.API;
 
 namespace Velmora.Bridge.Loading;
 

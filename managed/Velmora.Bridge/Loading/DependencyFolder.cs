@@ -1,7 +1,4 @@
-using System;
-using System.IO;
 using System.Reflection;
-using System.Runtime.InteropServices;
 using System.Runtime.Loader;
 
 namespace Velmora.Bridge.Loading;

@@ -1,5 +1,3 @@
-using System;
-
 namespace Velmora.Bridge.Loading;
 
 /// <summary>The bridge cannot start in this process. The message says what was looked for, where, and what to do.</summary>

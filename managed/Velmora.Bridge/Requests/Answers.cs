@@ -1,10 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
-using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Conversions;
-
 namespace Velmora.Bridge.Requests;
 
 /// <summary>Replies in the shapes that requests share.</summary>

@@ -1,8 +1,3 @@
-using System.Collections.Generic;
-using System.Runtime.CompilerServices;
-using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Conversions;
-
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class FileRequests

@@ -1,7 +1,3 @@
-using System.Runtime.CompilerServices;
-using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Conversions;
-
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class FolderRequests

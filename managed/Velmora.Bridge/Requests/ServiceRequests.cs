@@ -1,8 +1,3 @@
-using System.Runtime.CompilerServices;
-using Quorvex.Tessaport.API;
-using Velmora.Bridge.Boundary;
-using Velmora.Bridge.Conversions;
-
 namespace Velmora.Bridge.Requests;
 
 internal static unsafe class ServiceRequests

@@ -1,5 +1,3 @@
-using System;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>A check failed; the message says which and lists the last steps.</summary>

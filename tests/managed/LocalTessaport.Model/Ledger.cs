@@ -1,6 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>The versions that must exist somewhere: written by a user, and not overwritten or removed by one.</summary>

@@ -1,6 +1,4 @@
-using System;
 using System.ComponentModel;
-using System.IO;
 using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Model;

@@ -1,7 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>What a sync cannot bring together: a file and a folder of one name, a link in the way, a name that is reserved.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>Requests other than a sync of the drive.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>What a user does to one side without the service. Each action says what it did, or gives null when it did not apply.</summary>

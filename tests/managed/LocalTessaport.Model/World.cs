@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>A home with one drive, and a folder outside it that nothing may change.</summary>

@@ -1,4 +1,2 @@
-using Xunit;
-
 // The home is found through the environment, of which a process has one.
 [assembly: CollectionBehavior(DisableTestParallelization = true)]

@@ -1,6 +1,4 @@
-using System;
 using System.ComponentModel;
-using System.Diagnostics;
 using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Tests;

@@ -1,8 +1,3 @@
-using System;
-using System.IO;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>How the service writes its own files.</summary>

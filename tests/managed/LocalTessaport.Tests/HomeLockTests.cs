@@ -1,9 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 public sealed class HomeLockTests : IDisposable

@@ -1,10 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using System.Linq;
-using System.Threading;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>A process that changes files is killed at random moments; afterwards every file must be whole and none missing.</summary>

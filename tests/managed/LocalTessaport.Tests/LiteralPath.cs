@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Paths that the system takes as they are written, with names that it otherwise keeps for devices or shortens.</summary>

@@ -1,10 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using System.Linq;
-using System.Threading.Tasks;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 public sealed class RobustnessTests : IDisposable

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 public sealed class StateTests : IDisposable

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>A drive of a test's home: its two folders, and its items through the service.</summary>

@@ -1,6 +1,4 @@
-using System;
 using System.Runtime.CompilerServices;
-using Xunit;
 
 namespace Quorvex.Tessaport.API.Tests;
 

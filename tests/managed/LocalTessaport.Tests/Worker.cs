@@ -1,6 +1,3 @@
-using System;
-using System.IO;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>The program that works on a home as a process of its own.</summary>

@@ -1,7 +1,4 @@
-using System;
 using System.Diagnostics;
-using System.IO;
-using Quorvex.Tessaport.API.Local;
 
 /// <summary>Lets a test have a user save a file at one step of the service, and the process killed at another.</summary>
 internal static class Accidents

@@ -1,6 +1,3 @@
-using System;
-using Quorvex.Tessaport.API.Local;
-
 /// <summary>Tries to take the lock of the home.</summary>
 internal static class LockCommand
 {

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-using Quorvex.Tessaport.API;
-
 /// <summary>Asks for items and tells how many there are, or what went wrong.</summary>
 internal static class LookCommand
 {

@@ -1,9 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-using Quorvex.Tessaport.API;
-
 // Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | sync-only | delete |
 // list <path> | find <path> | lock
 // Works on the first drive of the home that TESSAPORT_HOME names; add, sync and sync-only go on until the process is ended.

@@ -1,7 +1,4 @@
 #nullable disable
-using System;
-using System.Collections.Generic;
-using System.Threading;
 using Quorvex.Tessaport.API.Scripted;
 
 namespace Quorvex.Tessaport.API;

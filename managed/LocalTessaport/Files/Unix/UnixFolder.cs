@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A folder held by a descriptor, through which everything in it is reached.</summary>

@@ -1,8 +1,5 @@
-using System;
-using System.Runtime.InteropServices;
 using System.Text;
 using System.Text.Unicode;
-using Microsoft.Win32.SafeHandles;
 
 namespace Quorvex.Tessaport.API.Local;
 

@@ -1,5 +1,3 @@
-using System.Runtime.InteropServices;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Renames so that nothing is replaced unseen, with what the kernel and the file system offer for it.</summary>

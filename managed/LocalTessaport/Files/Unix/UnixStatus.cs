@@ -1,5 +1,3 @@
-using System.Runtime.InteropServices;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The result of statx(): kind, size, times and number of a file. The layout is the kernel's, on every architecture.</summary>

@@ -1,7 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
-using Microsoft.Win32.SafeHandles;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The calls of Windows that .NET does not offer: everything relative to an open folder.</summary>

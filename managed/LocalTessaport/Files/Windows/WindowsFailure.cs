@@ -1,7 +1,3 @@
-using System;
-using System.IO;
-using System.Runtime.InteropServices;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Makes the exceptions for calls that failed.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Runtime.InteropServices;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>The properties of an open file.</summary>

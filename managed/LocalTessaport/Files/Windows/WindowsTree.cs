@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>

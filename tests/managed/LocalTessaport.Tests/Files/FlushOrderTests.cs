@@ -1,10 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Diagnostics;
-using System.IO;
-using System.Linq;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>A file is on the disk before it takes its place, as a library shows that records what a process does.</summary>

@@ -1,10 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using System.Linq;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>

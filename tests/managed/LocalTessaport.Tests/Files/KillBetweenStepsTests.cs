@@ -1,9 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using System.Linq;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Diagnostics;
-using System.IO;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>What may not be read is an error with its reason, never absent; in a process that is not privileged.</summary>

@@ -1,9 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>A program puts its own version in the place of a file while the service is about to put another one there.</summary>

@@ -1,9 +1,4 @@
-using System;
-using System.IO;
-using System.Linq;
 using System.Security.Cryptography;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
 
 namespace Quorvex.Tessaport.API.Tests;
 

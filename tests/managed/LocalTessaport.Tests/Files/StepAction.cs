@@ -1,6 +1,3 @@
-using System;
-using Quorvex.Tessaport.API.Local;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Acts once, when the service comes to a step; disposing it checks that it did.</summary>

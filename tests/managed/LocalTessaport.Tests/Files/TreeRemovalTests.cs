@@ -1,9 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Whatever is in the staging folder of a side is removed, and hinders nothing until then.</summary>

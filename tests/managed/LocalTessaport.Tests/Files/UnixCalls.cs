@@ -1,7 +1,4 @@
-using System;
-using System.Diagnostics;
 using System.Globalization;
-using System.IO;
 
 namespace Quorvex.Tessaport.API.Tests;
 

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using Quorvex.Tessaport.API.Local;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Has the service do without something that older kernels and some file systems lack.</summary>

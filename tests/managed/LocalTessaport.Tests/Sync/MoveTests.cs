@@ -1,8 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Renames and moves of one side are done on the other, all of them by one sync.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>What the service remembers of a drive: after it noted that both sides are equal, a change of one side is no conflict.</summary>

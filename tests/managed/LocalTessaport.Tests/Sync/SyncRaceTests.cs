@@ -1,8 +1,3 @@
-using System;
-using System.IO;
-using System.Linq;
-using Xunit;
-
 namespace Quorvex.Tessaport.API.Tests;
 
 /// <summary>Someone acts between two steps of a sync. No version is lost, and an edit that came too late goes with the next sync.</summary>

@@ -1,8 +1,5 @@
-using System;
-using System.IO;
 using System.Runtime.CompilerServices;
 using System.Runtime.InteropServices;
-using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 

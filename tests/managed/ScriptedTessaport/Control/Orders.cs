@@ -1,7 +1,5 @@
-using System;
 using System.Collections;
 using System.Runtime.CompilerServices;
-using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 

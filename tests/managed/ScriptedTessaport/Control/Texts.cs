@@ -1,7 +1,3 @@
-using System;
-using System.Linq;
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>Strings in JSON. One with an unpaired surrogate, which JSON strings cannot carry, is an array of its UTF-16 units.</summary>

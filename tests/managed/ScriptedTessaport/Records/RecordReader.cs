@@ -1,6 +1,3 @@
-using System;
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>Reads records from a script. JSON null is null, and a property that is not named keeps its default value.</summary>

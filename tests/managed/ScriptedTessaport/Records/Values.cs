@@ -1,6 +1,4 @@
-using System;
 using System.Globalization;
-using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Scripted;
 

@@ -1,6 +1,3 @@
-using System.Collections.Generic;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>A call and its arguments. It refers to objects by number, so that the record of a call keeps nothing alive.</summary>

@@ -1,6 +1,3 @@
-using System;
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>Exceptions by name: {"type": "TessaportNotRunningException", "message": …, "inner": exception}</summary>

@@ -1,5 +1,3 @@
-using System.Collections.Generic;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>The calls so far, in order. Off if no one can read them.</summary>

@@ -1,7 +1,3 @@
-using System.Collections.Generic;
-using System.IO;
-using System.Linq;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>The contents of local files during a call; null for a file that cannot be read.</summary>

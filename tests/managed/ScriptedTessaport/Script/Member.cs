@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>A member of the service, and what it answers.</summary>

@@ -1,8 +1,3 @@
-using System;
-using System.Collections.Generic;
-using System.Linq;
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>All members, with their answers before a script sets others: one drive, with nothing in it.</summary>

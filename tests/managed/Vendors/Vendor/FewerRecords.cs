@@ -1,6 +1,5 @@
 #nullable disable
 // Some records as they are in the variants that lack a part of them.
-using System;
 
 namespace Quorvex.Tessaport.API;
 

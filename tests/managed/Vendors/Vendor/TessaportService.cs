@@ -1,8 +1,5 @@
 #nullable disable
 #if !LACKS_SERVICE
-using System;
-using System.Collections.Generic;
-using System.Linq;
 using System.Runtime.InteropServices;
 using Vendor.Parts;
 
