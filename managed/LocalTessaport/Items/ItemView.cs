@@ -6,6 +6,8 @@ internal readonly record struct ItemView(LocalDrive Drive, string Path, FileEntr
     public static ItemView At(LocalDrive drive, string path) =>
         new(drive, path, drive.Workspace.Find(path), drive.Server.Find(path));
 
+    public static ItemView At(DrivePlace place) => At(place.Drive, place.Path);
+
     public bool Exists => Workspace is not null || Server is not null;
 
     public bool IsRoot => Path.Length == 0;

@@ -6,14 +6,15 @@ public partial class TessaportService
     {
         ArgumentNullException.ThrowIfNull(paths);
         var drives = RequestScope.Begin().Drives;
+        using var opened = new OpenedDrives();
         var finder = new ItemFinder();
-        return paths.ConvertAll(path => Look(path, drives.Locate(path), finder));
+        return paths.ConvertAll(path => Look(path, drives.Locate(path) is { } place ? opened.At(place) : null, finder));
     }
 
     public IEnumerable<Item> GetItemsByRelativePaths(Guid driveId, List<string> relativePaths)
     {
         ArgumentNullException.ThrowIfNull(relativePaths);
-        var drive = RequestScope.Begin().DriveOf(driveId);
+        using var drive = RequestScope.Begin().DriveOf(driveId).Opened();
         var finder = new ItemFinder();
         return relativePaths
             .Select(RelativePath.TryParse)
@@ -27,11 +28,12 @@ public partial class TessaportService
     {
         ArgumentNullException.ThrowIfNull(paths);
         var drives = RequestScope.Begin().Drives;
+        using var opened = new OpenedDrives();
         var answers = new Dictionary<string, bool>(paths.Count);
         foreach (var path in paths)
         {
             var key = path ?? throw new ArgumentException("A path in the list is missing.");
-            answers[key] = drives.Locate(key) is { } place && place.Drive.Workspace.Find(place.Path) is not null;
+            answers[key] = drives.Locate(key) is { } place && opened.Of(place.Drive).Workspace.Find(place.Path) is not null;
         }
         return answers;
     }

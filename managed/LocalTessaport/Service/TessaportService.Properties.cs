@@ -10,10 +10,11 @@ public partial class TessaportService
         ArgumentNullException.ThrowIfNull(ids);
         ArgumentNullException.ThrowIfNull(propertyDefinitionIds);
         var request = RequestScope.Begin();
+        using var drives = new OpenedDrives();
         var items = ids
             .Select(id => (Place: request.TryPlaceOf(id), id?.Action))
             .Where(item => item.Place is { } place && (!place.Drive.Offline || place.Path.Length == 0))
-            .Select(item => (View: ItemView.At(item.Place!.Value.Drive, item.Place.Value.Path), item.Action))
+            .Select(item => (View: ItemView.At(drives.At(item.Place!.Value)), item.Action))
             .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
         var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();

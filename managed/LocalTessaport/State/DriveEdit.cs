@@ -57,7 +57,7 @@ internal sealed class DriveEdit : IDisposable
 
     // Few drives have named items, and finding the record of one takes looking at files.
     private bool IsNamed(ItemView view) =>
-        (Index.Items.ByLocal(view.Workspace?.Identity) ?? Index.Items.ByRemote(view.Server?.Identity) ?? Index.Items.ByPath(view.Path)) is not null;
+        (Index.Items.BySide(SideName.Workspace, view) ?? Index.Items.BySide(SideName.Server, view) ?? Index.Items.ByPath(view.Path)) is not null;
 
     private ContentMark? KnownContentOf(ItemView view) =>
         Index.Synced.ByPath(view.Path) is { IsFolder: false, Hash.IsKnown: true } synced

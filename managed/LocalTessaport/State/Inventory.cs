@@ -6,8 +6,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class Inventory
 {
-    public static DriveIndex Take(LocalDrive drive)
+    public static DriveIndex Take(LocalDrive closed)
     {
+        using var drive = closed.Opened();
         var index = new DriveIndex();
         foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
         {

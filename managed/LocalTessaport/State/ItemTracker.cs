@@ -31,7 +31,7 @@ internal sealed class ItemTracker
     public ItemRecord? RecordOf(ItemView view)
     {
         ItemRecord?[] candidates =
-            [_items.ByLocal(view.Workspace?.Identity), _items.ByRemote(view.Server?.Identity), _items.ByPath(view.Path)];
+            [_items.BySide(SideName.Workspace, view), _items.BySide(SideName.Server, view), _items.ByPath(view.Path)];
         foreach (var candidate in candidates)
         {
             if (candidate is not null && candidate.IsFolder == view.IsFolder && IsAt(candidate, view.Path))
@@ -44,25 +44,25 @@ internal sealed class ItemTracker
     public string? PathOf(ItemRecord record)
     {
         var view = ItemView.At(_drive, record.Path);
-        return FollowOneSide(record.Local, view.Workspace, record.Path, Local)
-            ?? FollowOneSide(record.Remote, view.Server, record.Path, Remote)
+        return FollowOneSide(record, record.Local, view.Workspace, Local)
+            ?? FollowOneSide(record, record.Remote, view.Server, Remote)
             ?? FindByPath(record, view)
             ?? FindByContent(record);
     }
 
     private bool IsAt(ItemRecord record, string path) => RelativePath.Comparer.Equals(PathOf(record), path);
 
-    private static string? FollowOneSide(FileIdentity identity, FileEntry? inPlace, string path, SideMap side) =>
+    private static string? FollowOneSide(ItemRecord record, FileIdentity identity, FileEntry? inPlace, SideMap side) =>
         !identity.IsKnown ? null
-        : inPlace is { } entry && identity.Matches(entry.Identity) ? path
-        : side.PathOf(identity);
+        : inPlace is { } entry && entry.IsFolder == record.IsFolder && identity.Matches(entry.Identity) ? record.Path
+        : side.PathOf(identity, record.IsFolder);
 
     // A file that was saved by writing a new one and renaming it over the old one has a new number and the same path.
     private string? FindByPath(ItemRecord record, ItemView view) =>
         view.Exists && view.IsFolder == record.IsFolder && !BelongsToAnother(record, view) ? record.Path : null;
 
     private bool BelongsToAnother(ItemRecord record, ItemView view) =>
-        IsOther(_items.ByLocal(view.Workspace?.Identity), record) || IsOther(_items.ByRemote(view.Server?.Identity), record);
+        IsOther(_items.BySide(SideName.Workspace, view), record) || IsOther(_items.BySide(SideName.Server, view), record);
 
     private static bool IsOther(ItemRecord? found, ItemRecord record) => found is not null && found.Key != record.Key;
 
@@ -85,7 +85,7 @@ internal sealed class ItemTracker
     {
         var view = ItemView.At(_drive, path);
         return _items.ByPath(path) is null
-            && _items.ByLocal(view.Workspace?.Identity) is null
-            && _items.ByRemote(view.Server?.Identity) is null;
+            && _items.BySide(SideName.Workspace, view) is null
+            && _items.BySide(SideName.Server, view) is null;
     }
 }

@@ -8,63 +8,57 @@ internal interface ITrackedRecord<TKey>
     bool IsFolder { get; }
     FileIdentity Local { get; }
     FileIdentity Remote { get; }
+
+    FileIdentity IdentityOn(SideName side) => side == SideName.Workspace ? Local : Remote;
 }
 
-/// <summary>Records that can be found by each thing that tells them.</summary>
+/// <summary>
+/// Records that can be found by each thing that tells them. Only the keys are kept at all times, the rest from the first question
+/// on: most requests ask for keys alone, and a drive can have a hundred thousand records.
+/// </summary>
 internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
 {
     private readonly Dictionary<TKey, TRecord> _byKey;
-    private readonly Dictionary<string, TKey> _byPath;
-    private readonly Dictionary<FileIdentity, TKey> _byLocal;
-    private readonly Dictionary<FileIdentity, TKey> _byRemote;
-
-    // Made at the first question for what is below a folder: few requests ask.
+    private readonly Dictionary<FileIdentity, TRecord>?[] _byIdentity = new Dictionary<FileIdentity, TRecord>?[2];
+    private Dictionary<string, TRecord>? _byPath;
     private PathTree? _paths;
 
-    public RecordTable(IEqualityComparer<TKey> comparer)
-    {
-        _byKey = new(comparer);
-        _byPath = new(RelativePath.Comparer);
-        _byLocal = [];
-        _byRemote = [];
-    }
+    public RecordTable(IEqualityComparer<TKey> comparer) => _byKey = new(comparer);
 
-    private RecordTable(RecordTable<TKey, TRecord> other)
-    {
-        _byKey = new(other._byKey, other._byKey.Comparer);
-        _byPath = new(other._byPath, other._byPath.Comparer);
-        _byLocal = new(other._byLocal);
-        _byRemote = new(other._byRemote);
-    }
+    private RecordTable(Dictionary<TKey, TRecord> byKey) => _byKey = byKey;
 
     /// <summary>Whether anything was put or removed since the table was made.</summary>
     public bool IsChanged { get; private set; }
 
     public IReadOnlyCollection<TRecord> Records => _byKey.Values;
 
-    public RecordTable<TKey, TRecord> Clone() => new(this);
+    public RecordTable<TKey, TRecord> Clone() => new(new Dictionary<TKey, TRecord>(_byKey, _byKey.Comparer));
 
     /// <summary>Notes that the records are saved as they are now.</summary>
     public void AcceptChanges() => IsChanged = false;
 
     public TRecord? ByKey(TKey key) => _byKey.GetValueOrDefault(key);
 
-    public TRecord? ByPath(string path) => Follow(_byPath, path);
+    public TRecord? ByPath(string path) => path is TKey key ? ByKey(key) : (_byPath ??= Paths()).GetValueOrDefault(path);
 
-    public TRecord? ByLocal(FileIdentity? identity) => identity is { IsKnown: true } known ? Follow(_byLocal, known) : null;
+    public TRecord? ByIdentity(SideName side, FileIdentity? identity)
+    {
+        if (identity is not { IsKnown: true } known || _byKey.Count == 0)
+            return null;
+        return (_byIdentity[(int)side] ??= Identities(side)).GetValueOrDefault(known);
+    }
 
-    public TRecord? ByRemote(FileIdentity? identity) => identity is { IsKnown: true } known ? Follow(_byRemote, known) : null;
-
-    public TRecord? ByIdentity(SideName side, FileIdentity? identity) =>
-        side == SideName.Workspace ? ByLocal(identity) : ByRemote(identity);
+    /// <summary>The record of the file that is on one side of an item.</summary>
+    public TRecord? BySide(SideName side, ItemView view) => ByIdentity(side, view.On(side)?.Identity);
 
     public List<TRecord> Below(string folder)
     {
         if (_paths is null)
         {
+            _byPath ??= Paths();
             _paths = new PathTree();
-            foreach (var path in _byPath.Keys)
-                _paths.Add(path);
+            foreach (var record in _byKey.Values)
+                _paths.Add(record.Path);
         }
         var found = new List<TRecord>();
         foreach (var path in _paths.Below(folder))
@@ -81,42 +75,66 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         {
             if (earlier.Equals(record))
                 return;
-            ForgetKeys(earlier);
+            Forget(earlier);
         }
         IsChanged = true;
         _byKey[record.Key] = record;
-        _byPath[record.Path] = record.Key;
         _paths?.Add(record.Path);
-        if (record.Local.IsKnown)
-            _byLocal[record.Local] = record.Key;
-        if (record.Remote.IsKnown)
-            _byRemote[record.Remote] = record.Key;
+        if (_byPath is not null)
+            _byPath[record.Path] = record;
+        foreach (var side in SideNames.Both)
+            Add(_byIdentity[(int)side], side, record);
     }
 
     public void Remove(TRecord record)
     {
         if (!_byKey.Remove(record.Key, out var current))
             return;
-        ForgetKeys(current);
+        Forget(current);
         IsChanged = true;
     }
 
-    private TRecord? Follow<TText>(Dictionary<TText, TKey> keys, TText text) where TText : notnull =>
-        keys.TryGetValue(text, out var key) ? _byKey.GetValueOrDefault(key) : null;
-
-    private void ForgetKeys(TRecord record)
+    private static void Add(Dictionary<FileIdentity, TRecord>? records, SideName side, TRecord record)
     {
-        Forget(_byPath, record.Path, record.Key);
-        if (!_byPath.ContainsKey(record.Path))
-            _paths?.Remove(record.Path);
-        Forget(_byLocal, record.Local, record.Key);
-        Forget(_byRemote, record.Remote, record.Key);
+        if (records is not null && record.IdentityOn(side) is { IsKnown: true } identity)
+            records[identity] = record;
+    }
+
+    private Dictionary<string, TRecord> Paths()
+    {
+        var records = new Dictionary<string, TRecord>(_byKey.Count, RelativePath.Comparer);
+        foreach (var record in _byKey.Values)
+            records[record.Path] = record;
+        return records;
+    }
+
+    private Dictionary<FileIdentity, TRecord> Identities(SideName side)
+    {
+        var records = new Dictionary<FileIdentity, TRecord>(_byKey.Count);
+        foreach (var record in _byKey.Values)
+            Add(records, side, record);
+        return records;
+    }
+
+    private void Forget(TRecord record)
+    {
+        if (_byPath is not null)
+        {
+            Forget(_byPath, record.Path, record);
+            if (!_byPath.ContainsKey(record.Path))
+                _paths?.Remove(record.Path);
+        }
+        foreach (var side in SideNames.Both)
+        {
+            if (_byIdentity[(int)side] is { } records)
+                Forget(records, record.IdentityOn(side), record);
+        }
     }
 
     // What led here may lead to another record in the meantime, as when two files swap their names.
-    private void Forget<TText>(Dictionary<TText, TKey> keys, TText text, TKey key) where TText : notnull
+    private static void Forget<TName>(Dictionary<TName, TRecord> records, TName name, TRecord record) where TName : notnull
     {
-        if (keys.TryGetValue(text, out var holder) && _byKey.Comparer.Equals(holder, key))
-            keys.Remove(text);
+        if (records.TryGetValue(name, out var holder) && holder == record)
+            records.Remove(name);
     }
 }

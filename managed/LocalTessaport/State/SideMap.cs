@@ -4,15 +4,16 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class SideMap
 {
     private readonly DriveSide _side;
-    private Dictionary<FileIdentity, string>? _byIdentity;
+    private Dictionary<(FileIdentity Identity, bool IsFolder), string>? _byIdentity;
     private Dictionary<long, List<string>>? _bySize;
 
     public SideMap(DriveSide side) => _side = side;
 
-    public string? PathOf(FileIdentity identity)
+    // Some file systems give a new folder the number of a deleted file.
+    public string? PathOf(FileIdentity identity, bool isFolder)
     {
         Fill();
-        return identity.IsKnown ? _byIdentity!.GetValueOrDefault(identity) : null;
+        return identity.IsKnown ? _byIdentity!.GetValueOrDefault((identity, isFolder)) : null;
     }
 
     public IReadOnlyList<string> FilesOfSize(long size)
@@ -37,7 +38,7 @@ internal sealed class SideMap
         {
             var identity = entry.Identity.IsKnown ? entry.Identity : _side.Find(path)?.Identity ?? FileIdentity.None;
             if (identity.IsKnown)
-                _byIdentity.TryAdd(identity, path);
+                _byIdentity.TryAdd((identity, entry.IsFolder), path);
             if (entry.IsFolder)
                 continue;
             if (!_bySize.TryGetValue(entry.Size, out var paths))

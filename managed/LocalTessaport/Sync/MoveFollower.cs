@@ -46,19 +46,22 @@ internal sealed class MoveFollower
             var identity = node[side]?.Identity ?? FileIdentity.None;
             if (last is not null && last.IdentityOn(side).IsKnown && identity != last.IdentityOn(side))
                 return true;
-            if (identity.IsKnown && last?.IdentityOn(side) != identity && index.Synced.ByIdentity(side, identity) is not null)
+            if (HasArrived(index.Synced, side, identity, last))
                 return true;
         }
         return false;
     }
+
+    // The record of its own place is asked first: in a drive where nothing moved, no other is needed.
+    private static bool HasArrived(RecordTable<string, SyncedRecord> synced, SideName side, FileIdentity identity, SyncedRecord? last) =>
+        identity.IsKnown && last?.IdentityOn(side) != identity && synced.ByIdentity(side, identity) is not null;
 
     private List<SnapshotNode> Arrivals(SideName side)
     {
         var arrivals = new List<SnapshotNode>();
         foreach (var node in _snapshot.Find(RelativePath.Root)!.SelfAndBelow())
         {
-            if (node[side] is { } entry && Synced.ByIdentity(side, entry.Identity) is { } record
-                && !RelativePath.Comparer.Equals(record.Path, node.Path))
+            if (node[side] is { } entry && HasArrived(Synced, side, entry.Identity, Synced.ByPath(node.Path)))
                 arrivals.Add(node);
         }
         return arrivals;

@@ -26,10 +26,12 @@ internal sealed class SnapshotNode
     {
         get
         {
-            var names = new Stack<string>();
-            for (var node = this; node.Parent is not null; node = node.Parent)
-                names.Push(node.Name);
-            return string.Join('\\', names);
+            if (Parent is not { IsRoot: false })
+                return Name;
+            var length = Name.Length;
+            for (var node = Parent; !node.IsRoot; node = node.Parent!)
+                length += node.Name.Length + 1;
+            return string.Create(length, this, WritePath);
         }
     }
 
@@ -86,6 +88,18 @@ internal sealed class SnapshotNode
             var children = node.Children();
             for (var i = children.Count - 1; i >= 0; --i)
                 pending.Push(children[i]);
+        }
+    }
+
+    private static void WritePath(Span<char> path, SnapshotNode last)
+    {
+        var end = path.Length;
+        for (var node = last; !node.IsRoot; node = node.Parent!)
+        {
+            end -= node.Name.Length;
+            node.Name.CopyTo(path[end..]);
+            if (end > 0)
+                path[--end] = '\\';
         }
     }
 
