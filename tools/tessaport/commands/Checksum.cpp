@@ -76,7 +76,7 @@ ExitCode checksums(Context& context, const std::vector<std::string>& files)
             if (outcomes.isJson())
                 outcomes.add({{"path", file}, {"checksum", value}, {"size", fingerprint.size}});
             else
-                outcomes.line(value + "  " + file);
+                outcomes.line(std::string(value).append("  ").append(file));
         } catch (const Failure& failure) {
             outcomes.failed(file, failure.what(), failure.code);
         }
