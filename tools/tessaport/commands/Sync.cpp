@@ -141,7 +141,7 @@ void reportConflict(const Item& copy, const PropertyTexts& actions, Outcomes& ou
 
 std::string whatWasDone(const Item& item, const Items& askedFor, const PropertyTexts& actions)
 {
-    const std::string action = actions.of(item, ActionProperty);
+    std::string action = actions.of(item, ActionProperty);
     if (!action.empty())
         return action;
     return wasAskedFor(item, askedFor) ? "in sync" : "updated";
