@@ -32,7 +32,7 @@ struct Place {
 // A folder without an identifier of its own is answered with that of the folder that holds it. No two items share one.
 Urn ownUrnOf(Context& context, const Item& item)
 {
-    const Urn urn = urnOf(item, false);
+    Urn urn = urnOf(item, false);
     if (!item.isFolder || urn.urn.empty() || item.relativePath.Empty())
         return urn;
     const auto parent = findInOneCall(context, selfAndParents(absolutePath(utf8(item.workspacePath))).at(1));

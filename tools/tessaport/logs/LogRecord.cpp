@@ -28,7 +28,10 @@ std::string longestPlainPart(const std::string& text)
     std::string longest;
     std::string part;
     for (const char c : text) {
-        part = isWrittenAsItIs(c) ? part + c : "";
+        if (isWrittenAsItIs(c))
+            part += c;
+        else
+            part.clear();
         if (part.size() > longest.size())
             longest = part;
     }
@@ -43,11 +46,11 @@ void appendReadable(std::string& line, const std::string& key, const Json& value
 {
     if (value.is_object() && !value.empty()) {
         for (const auto& [name, inner] : value.items())
-            appendReadable(line, key.empty() ? name : key + '.' + name, inner);
+            appendReadable(line, key.empty() ? name : std::string(key).append(".").append(name), inner);
         return;
     }
     const std::string text = textOf(value);
-    line += (line.empty() ? "" : " ") + key + '=' + (needsQuotes(text) ? toLine(text) : text);
+    line.append(line.empty() ? "" : " ").append(key).append("=").append(needsQuotes(text) ? toLine(text) : text);
 }
 
 } // namespace

@@ -23,7 +23,7 @@ class PreparedStreams
 {
 public:
     PreparedStreams();
-    ~PreparedStreams();
+    ~PreparedStreams(); // NOLINT(performance-trivially-destructible): that of Windows is not
     PreparedStreams(const PreparedStreams&) = delete;
     PreparedStreams& operator=(const PreparedStreams&) = delete;
 };
