@@ -164,16 +164,18 @@ TEST_F(Logged, ReturnsWhatTheOperationReturns)
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+template <class Result>
+Result fail()
+{
+    throw std::runtime_error("gone");
+}
+
 TEST_F(Logged, ReportsAnExceptionByOneLineAndTheResultOfAFailure)
 {
-    const auto failing = [](auto result) {
-        return [result]() -> decltype(result) { throw std::runtime_error("gone"); };
-    };
-
-    EXPECT_FALSE(logged(L"Failed to sync ", L"D:\\x", failing(true)));
-    EXPECT_EQ(logged(L"Failed to ask", failing(Common::QVCode::Success)), Common::QVCode::Failure);
-    EXPECT_EQ(logged(L"Failed to read", failing(std::wstring(L"answer"))), L"");
-    EXPECT_FALSE(logged(L"Failed to close", [] { throw std::runtime_error("gone"); }));
+    EXPECT_FALSE(logged(L"Failed to sync ", L"D:\\x", fail<bool>));
+    EXPECT_EQ(logged(L"Failed to ask", fail<Common::QVCode>), Common::QVCode::Failure);
+    EXPECT_EQ(logged(L"Failed to read", fail<std::wstring>), L"");
+    EXPECT_FALSE(logged(L"Failed to close", fail<void>));
 
     EXPECT_THAT(log.take(), ElementsAre(L"[TP] ERROR: Failed to sync D:\\x - gone", L"[TP] ERROR: Failed to ask - gone",
                                 L"[TP] ERROR: Failed to read - gone", L"[TP] ERROR: Failed to close - gone"));

@@ -537,7 +537,7 @@ TEST_F(Urns, OfAPathWithAZeroCharacterAreThoseOfThePartBeforeIt)
 {
     useDrive(DriveType);
     answerProperties(Json::array({propertyValue(L"SourceObjectId", "urn:folder")}));
-    const std::wstring path(L"D:\\Drive\\F\0hidden", 18);
+    const std::wstring path(L"D:\\Drive\\F\0hidden", 17);
 
     EXPECT_EQ(Api::getFolderUrn(hwnd, path, false), Urn("", "urn:folder"));
     EXPECT_EQ(Api::getFileUrn(hwnd, path), Urn("", "urn:folder"));
