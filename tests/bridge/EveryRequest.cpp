@@ -1,5 +1,6 @@
 #include "tests/bridge/EveryRequest.h"
 
+#include <velmora/bridge/CommandImage.h>
 #include "tests/support/Buffers.h"
 #include "tests/support/SampleReplies.h"
 
@@ -42,6 +43,8 @@ std::vector<RequestCase> made()
         {"getStringPropertyValues", Sample::propertyValues(), true,
             [](Bridge& b, Inputs in) { (void)b.getStringPropertyValues(in.ids, in.texts); }},
         {"getCommands", SampleReplies::commands(), true, [](Bridge& b, Inputs in) { (void)b.getCommands(in.context); }},
+        {"getCommandImage", Sample::commandImage(), true,
+            [](Bridge&, Inputs in) { (void)Tessaport::getCommandImage(in.command); }},
         {"executeCommand", Sample::outcome(), true,
             [](Bridge& b, Inputs in) { (void)b.executeCommand(in.command, in.context); }},
         {"getPermanentIds", Sample::permanentIds(), true,

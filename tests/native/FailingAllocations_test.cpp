@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/api/QVLog.h>
+#include <velmora/native/CommandImage.h>
 #include <velmora/native/ItemCache.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "tests/support/Buffers.h"
@@ -88,6 +89,7 @@ void setReplies(FakeEntryPoints& table)
     table.replyTo(Request::GetPermanentIds, Sample::permanentIds());
     table.replyTo(Request::GetProperties, Sample::propertyValues());
     table.replyTo(Request::GetPropertyDefinitions, Sample::propertyDefinitions());
+    table.replyTo(Request::GetCommandImage, Sample::commandImage());
     table.replyTo(Request::GetFullPath, Sample::fullPath());
     table.replyTo(Request::GetChildFolders, Sample::items(5));
     table.replyTo(Request::GetFolderContents, Sample::items(5));
@@ -231,6 +233,7 @@ INSTANTIATE_TEST_SUITE_P(OfConnections, FailingAllocation,
         Operation{"executeCommand",
             [](Given& in, Outputs&) { (void)in.connection.executeCommand(in.command, in.context); },
             Operation::Exceptions},
+        Operation{"commandImage", [](Given& in, Outputs&) { (void)commandImage(in.command); }, Operation::Exceptions},
         Operation{"getPermanentIds", [](Given& in, Outputs&) { (void)in.connection.getPermanentIds(in.ids); },
             Operation::Exceptions},
         Operation{"getItemsByPermanentIds",

@@ -77,6 +77,9 @@ PackedReply propertyValues()
     return ReplyBuilder().string(u"rel").uuid().string(u"SourceObjectId").string(u"urn:of a certain length").build(1);
 }
 
+// Eight bytes, as two numbers.
+PackedReply commandImage() { return ReplyBuilder().number(8).number(0x04030201).number(0x08070605).build(1); }
+
 PackedReply fullPath() { return ReplyBuilder().string(u"/a/path/of/a/certain/length").build(1); }
 
 } // namespace Quorvex::Velmora::TestSupport::SampleReplies

@@ -25,5 +25,6 @@ namespace Quorvex::Velmora::TestSupport::SampleReplies
 /// One value of the property "SourceObjectId".
 [[nodiscard]] PackedReply propertyValues();
 [[nodiscard]] PackedReply fullPath();
+[[nodiscard]] PackedReply commandImage();
 
 } // namespace Quorvex::Velmora::TestSupport::SampleReplies

@@ -99,6 +99,14 @@ Json command(int number, Json image)
         {"id", "command." + std::to_string(number)}, {"image", std::move(image)}};
 }
 
+Json commandWithFailingImage(int number, int reads, Json failure)
+{
+    Json result = command(number, "AQIDBA==");
+    result["imageReads"] = reads;
+    result["imageFailure"] = std::move(failure);
+    return result;
+}
+
 Json outcome(bool isSuccess, Json created, Json deleted, Json updated)
 {
     return {{"isSuccess", isSuccess}, {"itemsCreated", std::move(created)}, {"itemsDeleted", std::move(deleted)},

@@ -51,7 +51,10 @@ using Json = nlohmann::json;
 [[nodiscard]] Json itemOfPermanentIdResult(Json item, Json permanentId, int result);
 [[nodiscard]] Json propertyValues(Json list);
 [[nodiscard]] Json propertyValue(std::wstring_view property, Json value);
+/// @param image  bytes in base 64, or the number of bytes of a long image, of which each is its index modulo 251.
 [[nodiscard]] Json command(int number, Json image = nullptr);
+/// A command whose image can be read so many times, and then fails. getCommands reads it once.
+[[nodiscard]] Json commandWithFailingImage(int number, int reads, Json failure);
 [[nodiscard]] Json outcome(bool isSuccess, Json created = nullptr, Json deleted = nullptr, Json updated = nullptr);
 
 /// The identifier of the drives and items above.

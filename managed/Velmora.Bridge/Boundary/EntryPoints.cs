@@ -48,6 +48,7 @@ internal static unsafe class EntryPoints
                 case RequestNumber.GetPermanentIds: LookupRequests.GetPermanentIds(service, arguments, reply); break;
                 case RequestNumber.GetItemsByPermanentIds: LookupRequests.GetItemsByPermanentIds(service, arguments, reply); break;
                 case RequestNumber.GetFullPath: PathRequests.GetFullPath(arguments, reply); break;
+                case RequestNumber.GetCommandImage: CommandRequests.GetCommandImage(arguments, reply); break;
                 default: throw new NotSupportedException($"The managed half of the bridge has no request {(uint)number}. Install the library and its bridge folder from one release.");
             }
             return 0;

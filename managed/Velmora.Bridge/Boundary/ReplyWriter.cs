@@ -55,6 +55,13 @@ internal sealed unsafe class ReplyWriter : IDisposable
         characters.CopyTo(new Span<char>(target + sizeof(uint), characters.Length));
     }
 
+    /// <summary>Null is written as no bytes.</summary>
+    public void WriteBytes(ReadOnlySpan<byte> bytes)
+    {
+        WriteUInt32((uint)bytes.Length);
+        bytes.CopyTo(new Span<byte>(Append((nuint)bytes.Length), bytes.Length));
+    }
+
     /// <summary>Writes a string that the record must have: null fails as any use of it does.</summary>
     public void WriteRequiredString(string value) => WriteString(value.ToString());
 

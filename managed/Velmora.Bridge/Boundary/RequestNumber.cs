@@ -29,6 +29,7 @@ internal enum RequestNumber : uint
     GetPermanentIds,
     GetItemsByPermanentIds,
     GetFullPath,
+    GetCommandImage,
 
     /// <summary>How many requests there are.</summary>
     Count,

@@ -10,4 +10,8 @@ internal static unsafe class CommandRequests
     public static void ExecuteCommand(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
         Arguments.Service(service).ExecuteCommand(Arguments.Command(arguments), Arguments.Context(arguments)),
         RecordWriter.Write, reply);
+
+    [MethodImpl(MethodImplOptions.NoInlining)]
+    public static void GetCommandImage(RequestArguments* arguments, Reply* reply) => Answers.One(
+        Arguments.Command(arguments).Image, static (writer, image) => writer.WriteBytes(image), reply);
 }

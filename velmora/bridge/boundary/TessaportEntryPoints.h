@@ -40,6 +40,7 @@ enum class VelmoraRequest : std::uint32_t {
     GetPermanentIds,
     GetItemsByPermanentIds,
     GetFullPath,
+    GetCommandImage,
     /// How many requests there are.
     Count,
 };
@@ -103,7 +104,7 @@ struct TessaportEntryPoints {
     std::uint32_t argumentsSize;
     std::uint32_t requestCount;
 
-    /// Makes a request of a service. The two that create one, and GetFullPath, have none (0).
+    /// Makes a request of a service. The two that create one, GetFullPath and GetCommandImage have none (0).
     ///
     /// @return 0, with the result in the reply; or the number (1 to 6) of the row of the exception table that fits the
     /// managed exception, whose message is then the reply's only string.

@@ -11,12 +11,3 @@ public partial class ItemId
 
     internal static ItemId Numbered(int number) => Known.Get(number, () => new ItemId { Number = number });
 }
-
-public partial class Command
-{
-    internal static readonly Identities<Command> Known = new();
-
-    internal int Number { get; init; }
-
-    internal static Command Numbered(int number) => Known.Get(number, () => new Command { Number = number });
-}

@@ -47,7 +47,9 @@ internal static class RecordReader
         command.IsChecked = Get(json, "isChecked", Bool);
         command.IsBeginningOfGroup = Get(json, "isBeginningOfGroup", Bool);
         command.IsDefaultCommand = Get(json, "isDefaultCommand", Bool);
-        command.Image = Get(json, "image", Bytes);
+        command.Image = Get(json, "image", Image);
+        command.ImageReads = json.TryGetProperty("imageReads", out JsonElement reads) ? reads.GetInt64() : long.MaxValue;
+        command.ImageFailure = Get(json, "imageFailure", Failures.Read);
         return command;
     }
 
@@ -110,7 +112,18 @@ internal static class RecordReader
 
     private static int Int32(JsonElement json) => json.GetInt32();
 
-    private static byte[]? Bytes(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : json.GetBytesFromBase64();
+    /// <summary>Bytes in base 64, or the number of bytes of a long image, of which each is its index modulo 251.</summary>
+    private static byte[]? Image(JsonElement json)
+    {
+        if (json.ValueKind == JsonValueKind.Null)
+            return null;
+        if (json.ValueKind == JsonValueKind.String)
+            return json.GetBytesFromBase64();
+        byte[] image = new byte[json.GetInt32()];
+        for (int i = 0; i < image.Length; ++i)
+            image[i] = (byte)(i % 251);
+        return image;
+    }
 
     private static T? Get<T>(JsonElement json, string name, Func<JsonElement, T?> read) =>
         json.TryGetProperty(name, out JsonElement value) ? read(value) : default;
