@@ -1,8 +1,23 @@
+#include <fstream>
 #include <iostream>
+#include <string>
 
+#include <velmora/api/Interop.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 
 using namespace Quorvex::Velmora::TessaportAPI;
+
+void print(const Item& item)
+{
+    std::cout << "  " << item.name << (item.isFolder ? "/" : "");
+    if (!item.isFolder && item.isInWorkspace) {
+        std::ifstream file(localPath(item));
+        std::string firstLine;
+        std::getline(file, firstLine);
+        std::cout << ": " << firstLine;
+    }
+    std::cout << '\n';
+}
 
 int main(int argc, char** argv)
 try {
@@ -10,9 +25,9 @@ try {
         setRuntimeOptions({argv[1], {}});
     QvNativeTessaportAPI tessaport;
     for (const Drive& drive : tessaport.getDrives()) {
-        std::cout << drive.name.c_str() << ":\n";
+        std::cout << drive.name << ":\n";
         for (const Item& item : tessaport.getFolderContents(drive.root))
-            std::cout << "  " << item.name.c_str() << (item.isFolder ? "/\n" : "\n");
+            print(item);
     }
 } catch (const ApiException& error) {
     std::cerr << error.what() << '\n';

@@ -72,7 +72,9 @@ function(make_home home)
             "server": "server"
         }]
     ]=])
-    file(WRITE "${home}/workspace/Plan.txt" "plan")
+    file(WRITE "${home}/workspace/Plan.txt" "Quay wall\nsecond line\n")
+    file(WRITE "${home}/workspace/Übersicht.txt" "Lageplan für alle\n")
+    file(WRITE "${home}/server/Remote.txt" "not here\n")
     file(MAKE_DIRECTORY "${home}/server/Drawings")
 endfunction()
 
@@ -92,7 +94,8 @@ function(check_host_lists_the_drives)
     make_home("${WORK_DIR}/home")
     run_host("${WORK_DIR}/home" code out err)
     expect_equal("${err}" "" "the host's messages")
-    expect_equal("${out}" "Harbour Project:\n  Drawings/\n  Plan.txt\n" "the host's listing")
+    expect_equal("${out}" "Harbour Project:\n  Drawings/\n  Plan.txt: Quay wall\n  Remote.txt\n  Übersicht.txt: Lageplan für alle\n"
+        "the host's listing")
     expect_equal("${code}" 0 "the host's exit code")
 endfunction()
 
