@@ -16,7 +16,8 @@ namespace
 
 using ItemMap = std::map<std::wstring, Item>;
 
-ItemMap sFullWorkspacePathToItemMap;
+// Leaked on purpose: another thread may be in a request while the process ends.
+ItemMap& sFullWorkspacePathToItemMap = *new ItemMap;
 
 // The items that one request reported, on their way into the cache: all of them get there, or none if memory runs out.
 // First writer wins: a host that needs fresh data removes the item first.
