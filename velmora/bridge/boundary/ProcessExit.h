@@ -1,5 +1,6 @@
 /// @file
-/// The end of the process and the unloading of this library, under a runtime that cannot be stopped.
+/// The end of the process and the unloading of this library, under a runtime and a request thread that cannot be
+/// stopped.
 #pragma once
 
 namespace Quorvex::Velmora::Tessaport
@@ -9,7 +10,8 @@ namespace Quorvex::Velmora::Tessaport
 /// process runs its exit handlers.
 ///
 /// Call it right after the runtime has started: objects that are destroyed before this handler runs still reach the
-/// runtime, those that are destroyed later must not.
+/// runtime, those that are destroyed later must not. Calling it again, on any thread, moves that moment forward to the
+/// first handler that runs.
 ///
 /// @throws std::bad_alloc if no handler can be registered.
 void prepareForProcessExit();

@@ -1,6 +1,7 @@
 #nullable disable
 #if !LACKS_SERVICE
 using System.Runtime.InteropServices;
+using System.Threading;
 using Vendor.Parts;
 
 namespace Quorvex.Tessaport.API;
@@ -43,7 +44,14 @@ public class TessaportService
     public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths) =>
         paths.ToDictionary(path => path, _ => VendorAnswer() == 42);
 
-    public CommandResult SyncFiles(List<ItemId> ids) => Done();
+
+    /// <summary>Takes half a minute, for tests that do not wait for it.</summary>
+    public CommandResult SyncFiles(List<ItemId> ids)
+    {
+        Thread.Sleep(TimeSpan.FromSeconds(30));
+        return Done();
+    }
+
     public CommandResult DeleteItems(List<ItemId> ids) => Done();
 
     public IEnumerable<WorkspacePathToItemResult> GetItemsByWorkspacePaths(List<string> paths) => paths.Select(
