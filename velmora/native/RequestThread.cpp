@@ -57,7 +57,7 @@ RequestThread& RequestThread::ofProcess()
 void RequestThread::add(RequestConnection& connection, std::unique_ptr<RequestEntry>& entry)
 {
     Jobs made(1);
-    const std::lock_guard lock(mutex);
+    const std::unique_lock lock = lockSoon();
     start();
     made.front().entry = std::move(entry);
     made.front().number = ++lastNumber;
@@ -70,7 +70,7 @@ void RequestThread::add(RequestConnection& connection, std::unique_ptr<RequestEn
 
 void RequestThread::doFirst(RequestConnection& connection, Jobs& jobs) noexcept
 {
-    const std::lock_guard lock(mutex);
+    const std::unique_lock lock = lockSoon();
     // Without a thread no request was ever asked for.
     if (!isStarted)
         return;
@@ -91,7 +91,7 @@ RequestThread::Jobs RequestThread::dropWaiting(RequestConnection& connection) no
 RequestThread::Jobs RequestThread::takeWaiting(RequestConnection& connection) noexcept
 {
     Jobs taken;
-    const std::lock_guard lock(mutex);
+    const std::unique_lock lock = lockSoon();
     if (!connection.waiting.empty()) {
         connection.turn = turns.extract(connection.waiting.front().number);
         taken.swap(connection.waiting);
@@ -101,8 +101,20 @@ RequestThread::Jobs RequestThread::takeWaiting(RequestConnection& connection) no
 
 std::size_t RequestThread::countWaiting(const RequestConnection& connection)
 {
-    const std::lock_guard lock(mutex);
+    const std::unique_lock lock = lockSoon();
     return connection.waiting.size();
+}
+
+// The mutex is held for a fraction of the time that it takes to wait for it.
+std::unique_lock<std::mutex> RequestThread::lockSoon()
+{
+    constexpr int Attempts = 100;
+    std::unique_lock lock(mutex, std::try_to_lock);
+    for (int i = 0; i < Attempts && !lock.owns_lock(); ++i)
+        (void)lock.try_lock();
+    if (!lock.owns_lock())
+        lock.lock();
+    return lock;
 }
 
 void RequestThread::start()
@@ -114,17 +126,31 @@ void RequestThread::start()
     isStarted = true;
 }
 
-// Waking the thread costs more than all the rest, so it is done once for many requests.
 void RequestThread::wake() noexcept
 {
+    hasNews.store(true, std::memory_order_release);
     if (std::exchange(isIdle, false))
         added.notify_one();
+}
+
+// Putting a thread to sleep and waking it costs more than most requests, so it looks a little longer first.
+void RequestThread::awaitNews(std::unique_lock<std::mutex>& lock)
+{
+    constexpr int Looks = 50;
+    if (!chores.empty() || !turns.empty())
+        return;
+    hasNews.store(false, std::memory_order_relaxed);
+    lock.unlock();
+    for (int i = 0; i < Looks && !hasNews.load(std::memory_order_acquire); ++i)
+        std::this_thread::yield();
+    lock.lock();
 }
 
 void RequestThread::work()
 {
     for (;;) {
-        std::unique_lock lock(mutex);
+        std::unique_lock lock = lockSoon();
+        awaitNews(lock);
         added.wait(lock, [this] {
             isIdle = (chores.empty() && turns.empty()) || Tessaport::isProcessExiting();
             return !isIdle;

@@ -58,9 +58,11 @@ public:
     [[nodiscard]] std::size_t countWaiting(const RequestConnection& connection);
 
 private:
+    [[nodiscard]] std::unique_lock<std::mutex> lockSoon();
     void start();
     [[noreturn]] void work();
     void wake() noexcept;
+    void awaitNews(std::unique_lock<std::mutex>& lock);
     [[nodiscard]] Jobs takeWaiting(RequestConnection& connection) noexcept;
     [[nodiscard]] Jobs takeRequest() noexcept;
     void giveTurn(RequestConnection& connection) noexcept;
@@ -76,6 +78,8 @@ private:
     bool isStarted = false;
     /// True while the thread waits and no one has woken it.
     bool isIdle = false;
+    /// Something to do was added since the thread found nothing.
+    std::atomic<bool> hasNews{false};
 };
 
 /// What the requests of one queue share. Outlives the queue until its last request has ended.
