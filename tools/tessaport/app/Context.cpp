@@ -26,7 +26,7 @@ void Context::prepare()
     runtime.apiFolder = apiFolder();
     runtime.dotnetRoot = toPath(options.dotnetRoot);
     TessaportAPI::setRuntimeOptions(runtime);
-    Common::QVLog::setSink([this](const Common::QVString& line, bool) { takeLogLine(utf8(line)); });
+    Common::QVLog::setSink([this](const Common::QVString& line, bool) { takeLogLine(toUtf8(line)); });
 }
 
 TessaportAPI::QvNativeTessaportAPI& Context::connection()

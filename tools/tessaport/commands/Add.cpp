@@ -32,7 +32,7 @@ QVBuffer<QVString> pathsOf(const std::vector<SourceFile>& files)
 {
     QVBuffer<QVString> paths;
     for (const SourceFile& file : files)
-        paths.Append(libraryText(file.path));
+        paths.Append(toQVString(file.path));
     return paths;
 }
 
@@ -45,9 +45,9 @@ bool canAdd(Context& context, const Item& folder, const std::vector<SourceFile>&
 /// The item, if there is one, that a file would replace.
 std::optional<Item> targetOf(Context& context, const Item& folder, const SourceFile& file)
 {
-    const std::string inFolder = folder.relativePath.Empty() ? "" : utf8(folder.relativePath) + '\\';
+    const std::string inFolder = folder.relativePath.Empty() ? "" : toUtf8(folder.relativePath) + '\\';
     QVBuffer<QVString> paths;
-    paths.Append(libraryText(inFolder + fileName(file.path)));
+    paths.Append(toQVString(inFolder + fileName(file.path)));
     const auto found = context.connection().getItemsByRelativePaths(folder.driveId, paths);
     return found.GetSize() == 0 ? std::nullopt : std::optional(*found[0]);
 }
@@ -91,9 +91,9 @@ std::map<std::string, std::string> outcomesByName(const CommandResult& result)
 {
     std::map<std::string, std::string> byName;
     for (const Item& item : result.itemsUpdated)
-        byName[utf8(item.name)] = "updated";
+        byName[toUtf8(item.name)] = "updated";
     for (const Item& item : result.itemsCreated)
-        byName[utf8(item.name)] = "added";
+        byName[toUtf8(item.name)] = "added";
     return byName;
 }
 

@@ -18,7 +18,7 @@ struct ClosedOptions {
 
 ExitCode reportClosed(Context& context, const ClosedOptions& options)
 {
-    context.connection().fileClosedWithinRunningProcess(options.process, libraryText(absolutePath(options.path)));
+    context.connection().fileClosedWithinRunningProcess(options.process, toQVString(absolutePath(options.path)));
     Outcomes outcomes(context);
     outcomes.done(options.path, "reported");
     return outcomes.finish();

@@ -13,7 +13,7 @@ namespace
 
 void showAsJson(Context& context, const Home& home)
 {
-    const std::string version = utf8(context.connection().getVersion());
+    const std::string version = toUtf8(context.connection().getVersion());
     context.output.line(toLine({{"home", toText(home.folder())}, {"tessaport", version},
         {"drives", context.connection().getDrives().GetSize()}}));
 }
@@ -23,7 +23,7 @@ std::string examplePath(Context& context)
     for (const auto& drive : context.connection().getDrives()) {
         for (const auto& item : context.connection().getFolderContents(drive.root)) {
             if (!item.isFolder)
-                return localPath(item);
+                return localText(item);
         }
     }
     return "PATH";
@@ -32,12 +32,12 @@ std::string examplePath(Context& context)
 void show(Context& context, const Home& home)
 {
     context.output.line("Home: " + toText(home.folder()));
-    context.output.line("Tessaport " + utf8(context.connection().getVersion()));
+    context.output.line("Tessaport " + toUtf8(context.connection().getVersion()));
     context.output.line("");
     showDrives(context);
     for (const auto& drive : context.connection().getDrives()) {
         context.output.line("");
-        showTree(context, drive.root, utf8(drive.name), {});
+        showTree(context, drive.root, toUtf8(drive.name), {});
     }
     context.output.line("");
     context.output.line("To go on, for example:");

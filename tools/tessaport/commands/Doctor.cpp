@@ -145,7 +145,7 @@ Finding startRuntime(Context& context)
 Finding askService(Context& context)
 {
     context.connection().discover();
-    return good("Service", utf8(context.connection().getVersion()), "answers requests");
+    return good("Service", toUtf8(context.connection().getVersion()), "answers requests");
 }
 
 class Examination

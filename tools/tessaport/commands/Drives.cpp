@@ -1,7 +1,6 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
 #include "tools/tessaport/output/Items.h"
-#include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -31,8 +30,8 @@ void showDrives(Context& context)
         return printDrivesAsJson(context);
     Table table({"NAME", "TYPE", "LOCKS", "WORKSPACE"});
     for (const auto& drive : context.connection().getDrives())
-        table.row({utf8(drive.name), utf8(drive.driveType), drive.locking ? "yes" : "no",
-            Platform::nativeSlashes(utf8(drive.workspaceLocation))});
+        table.row({toUtf8(drive.name), toUtf8(drive.driveType), drive.locking ? "yes" : "no",
+            localText(drive.workspaceLocation)});
     table.print(context.output);
 }
 

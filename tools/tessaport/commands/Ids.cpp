@@ -34,9 +34,9 @@ ExitCode showIds(Context& context, const std::vector<std::string>& paths)
         if (result.result != Result::Success)
             outcomes.failed(lookup.given, whyNot(result.result), codeFor(result.result));
         else if (outcomes.isJson())
-            outcomes.add({{"path", lookup.given}, {"permanentId", utf8(result.permanentId)}});
+            outcomes.add({{"path", lookup.given}, {"permanentId", toUtf8(result.permanentId)}});
         else
-            table.row({utf8(result.permanentId), lookup.given});
+            table.row({toUtf8(result.permanentId), lookup.given});
     }
     table.print(context.output);
     return outcomes.finish();
@@ -46,7 +46,7 @@ ExitCode resolveIds(Context& context, const std::vector<std::string>& ids)
 {
     QVBuffer<QVString> permanentIds;
     for (const std::string& id : ids)
-        permanentIds.Append(libraryText(id));
+        permanentIds.Append(toQVString(id));
     const auto results = context.connection().getItemsByPermanentIds(permanentIds);
     Outcomes outcomes(context);
     for (std::uint32_t i = 0; i < results.GetSize() && i < ids.size(); ++i) {
@@ -58,7 +58,7 @@ ExitCode resolveIds(Context& context, const std::vector<std::string>& ids)
             json.update(toJson(result.item));
             outcomes.add(json);
         } else {
-            outcomes.line(localPath(result.item));
+            outcomes.line(localText(result.item));
         }
     }
     return outcomes.finish();

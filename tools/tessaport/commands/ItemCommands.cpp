@@ -34,8 +34,8 @@ CommandContext contextFor(const std::vector<Lookup>& lookups)
 Json toJson(const Command& command)
 {
     Json json;
-    json["id"] = utf8(command.id);
-    json["name"] = utf8(command.name);
+    json["id"] = toUtf8(command.id);
+    json["name"] = toUtf8(command.name);
     json["isEnabled"] = command.isEnabled;
     json["isChecked"] = command.isChecked;
     json["isBeginningOfGroup"] = command.isBeginningOfGroup;
@@ -62,7 +62,7 @@ ExitCode showCommands(Context& context, const std::vector<std::string>& paths)
         state += command.isChecked ? ", checked" : "";
         state += command.isDefaultCommand ? ", default" : "";
         state += command.isBeginningOfGroup ? ", begins a group" : "";
-        table.row({utf8(command.id), utf8(command.name), state});
+        table.row({toUtf8(command.id), toUtf8(command.name), state});
     }
     table.print(context.output);
     return ExitCode::Ok;
@@ -72,9 +72,9 @@ const Command& commandNamed(const std::string& name, const QVBuffer<Command>& co
 {
     std::string known;
     for (const Command& command : commands) {
-        if (utf8(command.id) == name || asciiLower(utf8(command.name)) == asciiLower(name))
+        if (toUtf8(command.id) == name || asciiLower(toUtf8(command.name)) == asciiLower(name))
             return command;
-        known += (known.empty() ? "" : ", ") + utf8(command.id);
+        known += (known.empty() ? "" : ", ") + toUtf8(command.id);
     }
     throw Failure(ExitCode::NotFound, "there is no command '" + name + "' here; there are: " + known);
 }
@@ -82,11 +82,11 @@ const Command& commandNamed(const std::string& name, const QVBuffer<Command>& co
 void reportChanges(const CommandResult& result, Outcomes& outcomes)
 {
     for (const Item& item : result.itemsCreated)
-        outcomes.done(localPath(item), "created");
+        outcomes.done(localText(item), "created");
     for (const Item& item : result.itemsUpdated)
-        outcomes.done(localPath(item), "updated");
+        outcomes.done(localText(item), "updated");
     for (const Item& item : result.itemsDeleted)
-        outcomes.done(localPath(item), "deleted");
+        outcomes.done(localText(item), "deleted");
 }
 
 ExitCode run(Context& context, const RunOptions& options)
@@ -99,7 +99,7 @@ ExitCode run(Context& context, const RunOptions& options)
     const CommandContext commandContext = contextFor(found);
     const auto commands = context.connection().getCommands(commandContext);
     const Command& command = commandNamed(options.command, commands);
-    const std::string name = utf8(command.name);
+    const std::string name = toUtf8(command.name);
     if (!command.isEnabled)
         throw Failure(ExitCode::Failure, "the command '" + name + "' is disabled for these items");
     if (options.dryRun) {

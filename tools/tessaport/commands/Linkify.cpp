@@ -27,8 +27,9 @@ std::string standardInput()
 
 ExitCode linkifyText(Context& context, const LinkifyOptions& options)
 {
-    const std::wstring given = wide(options.text.empty() ? standardInput() : options.text);
-    const std::string html = utf8(TessaportAPI::linkify(options.isHtml ? given : TessaportAPI::toHtml(given)));
+    const std::wstring given = toWide(toQVString(options.text.empty() ? standardInput() : options.text));
+    const std::string html =
+        toUtf8(toQVString(TessaportAPI::linkify(options.isHtml ? given : TessaportAPI::toHtml(given))));
     context.output.write((context.options.json ? toLine({{"html", html}}) : html) + '\n');
     return ExitCode::Ok;
 }

@@ -3,7 +3,6 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
-#include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
 #include "tools/tessaport/text/Wildcard.h"
 
@@ -34,7 +33,7 @@ public:
 
     void add(const Item& item)
     {
-        if (!options.filter.empty() && !matchesWildcard(options.filter, utf8(item.name)))
+        if (!options.filter.empty() && !matchesWildcard(options.filter, toUtf8(item.name)))
             return;
         if (json != nullptr)
             json->add(toJson(item));
@@ -55,7 +54,7 @@ private:
     // In a recursive listing, only the path tells two items with the same name apart.
     [[nodiscard]] std::string shownName(const Item& item) const
     {
-        return options.recursive ? Platform::nativeSlashes(utf8(item.relativePath)) : utf8(item.name);
+        return options.recursive ? localText(item.relativePath) : toUtf8(item.name);
     }
 
     [[nodiscard]] Cell cellFor(const Item& item) const

@@ -58,13 +58,13 @@ void makeFolder(Context& context, const Request& request, bool dryRun, Outcomes&
     if (!request.nearest)
         return outcomes.failed(request.given, "it is on no drive", ExitCode::NotFound);
     if (!request.nearest->isFolder)
-        return outcomes.failed(request.given, "'" + localPath(*request.nearest) + "' is a file");
+        return outcomes.failed(request.given, "'" + localText(*request.nearest) + "' is a file");
     if (request.missing.empty())
         return outcomes.done(request.given, "exists");
     if (dryRun)
         return outcomes.done(request.given, "would be created");
     try {
-        context.connection().getOrCreateFolder(*request.nearest, libraryText(request.missing));
+        context.connection().getOrCreateFolder(*request.nearest, toQVString(request.missing));
         outcomes.done(request.given, "created");
     } catch (...) {
         const Explanation explanation = explainCurrentException();

@@ -30,7 +30,7 @@ ExitCode showDefinitions(Context& context, const std::string& driveName)
     if (context.options.json) {
         JsonList list(context.output);
         for (const PropertyDefinition& definition : definitions)
-            list.add({{"id", utf8(definition.id)}, {"displayName", utf8(definition.displayName)},
+            list.add({{"id", toUtf8(definition.id)}, {"displayName", toUtf8(definition.displayName)},
                 {"displayDataType", static_cast<int>(definition.displayDataType)},
                 {"valueDataType", static_cast<int>(definition.valueDataType)}});
         list.close();
@@ -38,7 +38,7 @@ ExitCode showDefinitions(Context& context, const std::string& driveName)
     }
     Table table({"ID", "NAME", "SHOWN AS", "TYPE"});
     for (const PropertyDefinition& definition : definitions)
-        table.row({utf8(definition.id), utf8(definition.displayName),
+        table.row({toUtf8(definition.id), toUtf8(definition.displayName),
             std::to_string(static_cast<int>(definition.displayDataType)),
             std::to_string(static_cast<int>(definition.valueDataType))});
     table.print(context.output);
@@ -67,7 +67,7 @@ Definitions definitionsOf(Context& context, const QVUUID& drive)
 {
     Definitions definitions;
     for (const PropertyDefinition& definition : context.connection().getPropertyDefinitions(drive))
-        definitions[utf8(definition.id)] = definition;
+        definitions[toUtf8(definition.id)] = definition;
     return definitions;
 }
 
@@ -75,7 +75,7 @@ QVBuffer<QVString> idsToAskFor(const Definitions& definitions, const std::vector
 {
     QVBuffer<QVString> ids;
     for (const std::string& id : wantedIds)
-        ids.Append(libraryText(id));
+        ids.Append(toQVString(id));
     for (const auto& [id, definition] : definitions) {
         if (wantedIds.empty())
             ids.Append(definition.id);
@@ -85,11 +85,11 @@ QVBuffer<QVString> idsToAskFor(const Definitions& definitions, const std::vector
 
 Value toValue(const StringPropertyValue& value, const Definitions& definitions)
 {
-    const std::string id = utf8(value.propertyDefinitionId);
+    const std::string id = toUtf8(value.propertyDefinitionId);
     const auto definition = definitions.find(id);
     if (definition == definitions.end())
-        return {id, id, {}, utf8(value.value)};
-    return {id, utf8(definition->second.displayName), definition->second.valueDataType, utf8(value.value)};
+        return {id, id, {}, toUtf8(value.value)};
+    return {id, toUtf8(definition->second.displayName), definition->second.valueDataType, toUtf8(value.value)};
 }
 
 DriveValues valuesOnDrive(Context& context, const std::vector<Item>& items, const std::vector<std::string>& wantedIds)
@@ -100,7 +100,7 @@ DriveValues valuesOnDrive(Context& context, const std::vector<Item>& items, cons
         itemIds.Append(item.id);
     const auto propertyIds = idsToAskFor(values.definitions, wantedIds);
     for (const StringPropertyValue& value : context.connection().getStringPropertyValues(itemIds, propertyIds))
-        values.byRelativePath[utf8(value.relativePath)].push_back(toValue(value, values.definitions));
+        values.byRelativePath[toUtf8(value.relativePath)].push_back(toValue(value, values.definitions));
     return values;
 }
 
@@ -110,7 +110,7 @@ ValuesByDrive valuesByDrive(
     std::map<std::string, std::vector<Item>> itemsByDrive;
     for (const Lookup& lookup : lookups) {
         if (lookup.item)
-            itemsByDrive[utf8(lookup.item->driveId)].push_back(*lookup.item);
+            itemsByDrive[toUtf8(lookup.item->driveId)].push_back(*lookup.item);
     }
     ValuesByDrive byDrive;
     for (const auto& [drive, items] : itemsByDrive)
@@ -198,7 +198,7 @@ ExitCode showProperties(Context& context, const PropertyOptions& options)
             outcomes.notFound(lookup);
             continue;
         }
-        const auto& ofItem = values[utf8(lookup.item->driveId)].byRelativePath[utf8(lookup.item->relativePath)];
+        const auto& ofItem = values[toUtf8(lookup.item->driveId)].byRelativePath[toUtf8(lookup.item->relativePath)];
         if (outcomes.isJson())
             printAsJson(lookup, ofItem, outcomes);
         else

@@ -26,7 +26,7 @@ ExitCode codeForAnswer(bool yes, ExitCode no = ExitCode::Failure) { return yes ?
 
 ExitCode canAddFile(Context& context, const std::string& folder)
 {
-    const bool can = QvNativeTessaportAPI::canAddFile(nullptr, libraryText(absolutePath(folder)));
+    const bool can = QvNativeTessaportAPI::canAddFile(nullptr, toQVString(absolutePath(folder)));
     if (!can) {
         // A folder that does not exist gets another answer than one that takes no files.
         const std::string reason = context.lastLoggedError();
@@ -51,7 +51,7 @@ ExitCode areInWorkspace(Context& context, const std::vector<std::string>& paths)
     const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
     for (const std::string& path : paths) {
         bool inWorkspace = false;
-        const QVString absolute = libraryText(absolutePath(path));
+        const QVString absolute = toQVString(absolutePath(path));
         if (QvNativeTessaportAPI::isFileInWorkspace(nullptr, absolute, inWorkspace) != QVCode::Success)
             return context.reportStaticFailure("'" + path + "'");
         if (list != nullptr)
@@ -73,7 +73,7 @@ ExitCode exists(Context& context, const std::string& path)
 
 ExitCode showFullPath(Context& context, const std::string& path)
 {
-    const std::string full = utf8(QvNativeTessaportAPI::toTrueFullPath(wide(path)));
+    const std::string full = toUtf8(toQVString(QvNativeTessaportAPI::toTrueFullPath(toWide(toQVString(path)))));
     context.output.line(context.options.json ? toLine({{"path", path}, {"fullPath", full}}) : full);
     return ExitCode::Ok;
 }

@@ -40,7 +40,7 @@ bool userAgrees(Context& context, const std::vector<Lookup>& items)
         inside += count;
         if (i < listedAtMost)
             context.output.note(
-                "  " + localPath(item) + (item.isFolder ? "/  (" + counted(count, "item") + " in it)" : ""));
+                "  " + localText(item) + (item.isFolder ? "/  (" + counted(count, "item") + " in it)" : ""));
     }
     if (items.size() > listedAtMost)
         context.output.note("  and " + std::to_string(items.size() - listedAtMost) + " more");

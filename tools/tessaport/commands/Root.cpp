@@ -21,7 +21,7 @@ void print(Context& context, const Item& item)
     if (context.options.json)
         context.output.line(toLine(toJson(item)));
     else
-        context.output.line(localPath(item));
+        context.output.line(localText(item));
 }
 
 ExitCode showFirstRoot(Context& context)
@@ -39,7 +39,7 @@ ExitCode showWritableFolder(Context& context, const std::string& driveType)
 {
     Item item;
     QVString path;
-    if (QvNativeTessaportAPI::getRootFolderLocalPath(nullptr, libraryText(driveType), path, item) == QVCode::Success) {
+    if (QvNativeTessaportAPI::getRootFolderLocalPath(nullptr, toQVString(driveType), path, item) == QVCode::Success) {
         print(context, item);
         return ExitCode::Ok;
     }

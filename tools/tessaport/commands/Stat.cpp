@@ -5,7 +5,6 @@
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
-#include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -28,9 +27,9 @@ void printAsText(Context& context, const Item& item)
     table.row({{"Kind", Colour::Heading}, item.isFolder ? "folder" : "file"});
     table.row({{"Where", Colour::Heading}, whereItStands(item)});
     table.row({{"Modified", Colour::Heading}, modifiedText(item)});
-    table.row({{"Drive", Colour::Heading}, utf8(item.driveId)});
-    table.row({{"Relative path", Colour::Heading}, Platform::nativeSlashes(utf8(item.relativePath))});
-    table.row({{"Local path", Colour::Heading}, localPath(item)});
+    table.row({{"Drive", Colour::Heading}, toUtf8(item.driveId)});
+    table.row({{"Relative path", Colour::Heading}, localText(item.relativePath)});
+    table.row({{"Local path", Colour::Heading}, localText(item)});
     table.print(context.output);
 }
 
@@ -73,19 +72,19 @@ ExitCode statOnDrive(Context& context, const StatOptions& options)
     std::vector<std::string> wanted;
     for (const std::string& path : options.paths) {
         wanted.push_back(normalisedRelative(path));
-        relativePaths.Append(libraryText(wanted.back()));
+        relativePaths.Append(toQVString(wanted.back()));
     }
     const auto found = context.connection().getItemsByRelativePaths(drive.id, relativePaths);
     Outcomes outcomes(context);
     Printer printer(context, outcomes);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         const auto item = std::find_if(found.begin(), found.end(),
-            [&](const Item& candidate) { return asciiLower(utf8(candidate.relativePath)) == asciiLower(wanted[i]); });
+            [&](const Item& candidate) { return asciiLower(toUtf8(candidate.relativePath)) == asciiLower(wanted[i]); });
         if (item != found.end())
             printer.print(*item);
         else
             outcomes.failed(
-                options.paths[i], "no such item on the drive '" + utf8(drive.name) + "'", ExitCode::NotFound);
+                options.paths[i], "no such item on the drive '" + toUtf8(drive.name) + "'", ExitCode::NotFound);
     }
     return outcomes.finish();
 }

@@ -73,7 +73,7 @@ bool reportFailedInside(Context& context, const Item& folder, Outcomes& outcomes
     bool found = false;
     for (const Item& item : items) {
         if (reasons.hasFailed(item)) {
-            outcomes.failed(localPath(item), whyNotSynced(reasons, item));
+            outcomes.failed(localText(item), whyNotSynced(reasons, item));
             found = true;
         }
         if (item.isFolder)
@@ -87,7 +87,7 @@ bool reportOneSidedInside(Context& context, const Item& folder, Outcomes& outcom
 {
     bool found = false;
     forEachOneSided(context, folder, [&](const Item& waiting) {
-        outcomes.failed(localPath(waiting), whyNotSynced(Reasons(context, {waiting}), waiting));
+        outcomes.failed(localText(waiting), whyNotSynced(Reasons(context, {waiting}), waiting));
         found = true;
     });
     return found;
@@ -97,7 +97,7 @@ void reportFailed(Context& context, const Item& item, Outcomes& outcomes)
 {
     if (item.isFolder && (reportFailedInside(context, item, outcomes) || reportOneSidedInside(context, item, outcomes)))
         return;
-    outcomes.failed(localPath(item), whyNotSynced(Reasons(context, {item}), item));
+    outcomes.failed(localText(item), whyNotSynced(Reasons(context, {item}), item));
 }
 
 bool wasAskedFor(const Item& item, const Items& items)
@@ -116,7 +116,7 @@ std::string originalOf(const std::string& copy)
 /// Which version kept the name: "here" if it was uploaded, "server" if it was downloaded.
 std::string sideThatKeptTheName(const Item& copy, const PropertyTexts& actions)
 {
-    const QVString original = libraryText(originalOf(utf8(copy.relativePath)));
+    const QVString original = toQVString(originalOf(toUtf8(copy.relativePath)));
     const std::string action = actions.of(copy.driveId, original, ActionProperty);
     return action == "uploaded" ? "here" : action == "downloaded" ? "server" : "";
 }
@@ -133,9 +133,9 @@ std::string explanationOf(const std::string& original, const std::string& sideTh
 void reportConflict(const Item& copy, const PropertyTexts& actions, Outcomes& outcomes)
 {
     const std::string side = sideThatKeptTheName(copy, actions);
-    const std::string original = originalOf(localPath(copy));
+    const std::string original = originalOf(localText(copy));
     outcomes.done(
-        localPath(copy), "kept twice", explanationOf(original, side), {{"of", original}, {"nameKeptBy", side}});
+        localText(copy), "kept twice", explanationOf(original, side), {{"of", original}, {"nameKeptBy", side}});
     outcomes.endWith(ExitCode::Conflict);
 }
 
@@ -154,7 +154,7 @@ void reportListed(Context& context, const Items& items, const CommandResult& res
     for (const Item& item : result.itemsCreated)
         reportConflict(item, actions, outcomes);
     for (const Item& item : result.itemsUpdated)
-        outcomes.done(localPath(item), whatWasDone(item, items, actions));
+        outcomes.done(localText(item), whatWasDone(item, items, actions));
 }
 
 // An item that is in no list has failed or has been renamed. Syncing it alone shows which.
@@ -168,7 +168,7 @@ bool reportUnlisted(Context& context, const Items& items, const CommandResult& r
         if (items.size() == 1 || !syncTogether(context, {item}).isSuccess)
             reportFailed(context, item, outcomes);
         else
-            outcomes.done(localPath(item), "in sync");
+            outcomes.done(localText(item), "in sync");
     }
     return found;
 }
@@ -183,7 +183,7 @@ void syncBatch(Context& context, const Items& items, Outcomes& outcomes)
     } catch (const ApiException&) {
         const Explanation explanation = explainCurrentException();
         for (const Item& item : items)
-            outcomes.failed(localPath(item), explanation.text, explanation.code);
+            outcomes.failed(localText(item), explanation.text, explanation.code);
     }
 }
 
@@ -216,7 +216,7 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
     for (const Item& item : items) {
         const std::string what = whatWouldBeDone(item, states.of(item, "SyncState"));
         if (!what.empty())
-            outcomes.done(localPath(item), what);
+            outcomes.done(localText(item), what);
         if (item.isFolder)
             showWhatWouldBeDone(context, contentsOf(context, item), outcomes);
     }
@@ -245,7 +245,7 @@ ExitCode syncMany(Context& context, const SyncOptions& options)
 ExitCode syncOne(Context& context, const std::string& path)
 {
     Item item;
-    if (!QvNativeTessaportAPI::getItemByWorkspacePath(nullptr, libraryText(absolutePath(path)), item)) {
+    if (!QvNativeTessaportAPI::getItemByWorkspacePath(nullptr, toQVString(absolutePath(path)), item)) {
         context.connection().discover();
         throw Failure(ExitCode::NotFound, "'" + path + "': no such item on any drive");
     }

@@ -70,10 +70,10 @@ std::vector<Root> rootsFor(Context& context, const TreeOptions& options)
     std::vector<Root> roots;
     if (options.path.empty()) {
         for (const Drive& drive : context.connection().getDrives())
-            roots.push_back({drive.root, utf8(drive.name)});
+            roots.push_back({drive.root, toUtf8(drive.name)});
     } else {
         const Item item = findItem(context, options.path);
-        roots.push_back({item, localPath(item)});
+        roots.push_back({item, localText(item)});
     }
     return roots;
 }

@@ -9,7 +9,7 @@ namespace
 
 ExitCode showVersions(Context& context)
 {
-    const std::string version = utf8(context.connection().getVersion());
+    const std::string version = toUtf8(context.connection().getVersion());
     if (context.options.json)
         context.output.line(toLine({{"tool", VELMORA_TOOL_VERSION}, {"tessaport", version}}));
     else

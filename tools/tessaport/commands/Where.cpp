@@ -35,7 +35,7 @@ Urn ownUrnOf(Context& context, const Item& item)
     Urn urn = urnOf(item, false);
     if (!item.isFolder || urn.urn.empty() || item.relativePath.Empty())
         return urn;
-    const auto parent = findInOneCall(context, selfAndParents(absolutePath(utf8(item.workspacePath))).at(1));
+    const auto parent = findInOneCall(context, selfAndParents(absolutePath(toUtf8(item.workspacePath))).at(1));
     return parent && urnOf(*parent, false).urn == urn.urn ? Urn{} : urn;
 }
 
@@ -43,7 +43,7 @@ std::string permanentIdOf(const Item& item)
 {
     QVString permanentId;
     Result result{};
-    return QvNativeTessaportAPI::getPermanentIdByItem(nullptr, item, permanentId, result) ? utf8(permanentId) : "";
+    return QvNativeTessaportAPI::getPermanentIdByItem(nullptr, item, permanentId, result) ? toUtf8(permanentId) : "";
 }
 
 Place placeByPath(Context& context, const std::string& path)
@@ -51,8 +51,8 @@ Place placeByPath(Context& context, const std::string& path)
     const Item item = requireInOneCall(context, path);
     QVString permanentId;
     if (!QvNativeTessaportAPI::getPermanentIdByFullWorkspacePath(nullptr, item.workspacePath, permanentId))
-        permanentId = libraryText(permanentIdOf(item));
-    return {findDrive(context, utf8(item.driveId)), utf8(item.relativePath), localPath(item), utf8(permanentId),
+        permanentId = toQVString(permanentIdOf(item));
+    return {findDrive(context, toUtf8(item.driveId)), toUtf8(item.relativePath), localText(item), toUtf8(permanentId),
         ownUrnOf(context, item)};
 }
 
@@ -61,7 +61,7 @@ Place placeById(Context& context, const std::string& id)
     Item item;
     QVUUID driveId;
     QVString path;
-    const QVString permanentId = libraryText(id);
+    const QVString permanentId = toQVString(id);
     if (!QvNativeTessaportAPI::getItemByPermanentId(nullptr, permanentId, item) ||
         !QvNativeTessaportAPI::getDriveUUIDByPermanentId(nullptr, permanentId, driveId) ||
         !QvNativeTessaportAPI::getFullWorkspacePathByPermanentId(nullptr, permanentId, path)) {
@@ -69,13 +69,14 @@ Place placeById(Context& context, const std::string& id)
         throw Failure(ExitCode::NotFound, "'" + id + "': no item has this permanent id, or its drive is offline");
     }
     item.workspacePath = path;
-    return {findDrive(context, utf8(driveId)), utf8(item.relativePath), localPath(item), id, ownUrnOf(context, item)};
+    return {
+        findDrive(context, toUtf8(driveId)), toUtf8(item.relativePath), localText(item), id, ownUrnOf(context, item)};
 }
 
 void printAsJson(Output& output, const Place& place)
 {
-    output.line(toLine({{"drive", utf8(place.drive.name)}, {"driveId", utf8(place.drive.id)},
-        {"driveType", utf8(place.drive.driveType)}, {"relativePath", place.relativePath},
+    output.line(toLine({{"drive", toUtf8(place.drive.name)}, {"driveId", toUtf8(place.drive.id)},
+        {"driveType", toUtf8(place.drive.driveType)}, {"relativePath", place.relativePath},
         {"localPath", place.localPath}, {"permanentId", place.permanentId}, {"projectId", place.urn.projectId},
         {"urn", place.urn.urn}}));
 }
@@ -86,9 +87,9 @@ void printAsText(Output& output, const Place& place)
     const auto add = [&table](const char* name, const std::string& value) {
         table.row({Cell(name, Colour::Heading), value.empty() ? "-" : value});
     };
-    add("Drive", utf8(place.drive.name));
-    add("Drive id", utf8(place.drive.id));
-    add("Type", utf8(place.drive.driveType));
+    add("Drive", toUtf8(place.drive.name));
+    add("Drive id", toUtf8(place.drive.id));
+    add("Type", toUtf8(place.drive.driveType));
     add("Relative path", Platform::nativeSlashes(place.relativePath));
     add("Local path", place.localPath);
     add("Permanent id", place.permanentId);

@@ -58,7 +58,7 @@ Candidates drives(Context& context)
 {
     Candidates candidates;
     for (const Drive& drive : context.connection().getDrives())
-        candidates.push_back({utf8(drive.name), utf8(drive.driveType)});
+        candidates.push_back({toUtf8(drive.name), toUtf8(drive.driveType)});
     return candidates;
 }
 
@@ -66,7 +66,7 @@ Candidates driveTypes(Context& context)
 {
     std::set<std::string> types;
     for (const Drive& drive : context.connection().getDrives())
-        types.insert(utf8(drive.driveType));
+        types.insert(toUtf8(drive.driveType));
     Candidates candidates;
     for (const std::string& type : types)
         candidates.push_back({type, ""});
@@ -78,7 +78,7 @@ Candidates properties(Context& context)
     std::map<std::string, std::string> names;
     for (const Drive& drive : context.connection().getDrives()) {
         for (const PropertyDefinition& definition : context.connection().getPropertyDefinitions(drive.id))
-            names[utf8(definition.id)] = utf8(definition.displayName);
+            names[toUtf8(definition.id)] = toUtf8(definition.displayName);
     }
     Candidates candidates;
     for (const auto& [id, name] : names)
@@ -98,7 +98,7 @@ Candidates commandsOfItems(Context& context)
                 items.itemId = item.id;
         }
         for (const Command& command : context.connection().getCommands(items))
-            names[utf8(command.id)] = utf8(command.name);
+            names[toUtf8(command.id)] = toUtf8(command.name);
     }
     Candidates candidates;
     for (const auto& [id, name] : names)

@@ -22,7 +22,7 @@ void askForPaths(Context& context, const Lookups& lookups)
         return;
     QVBuffer<QVString> paths;
     for (const Lookup* lookup : lookups)
-        paths.Append(libraryText(lookup->path));
+        paths.Append(toQVString(lookup->path));
     const auto results = context.connection().getItemsByWorkspacePaths(paths);
     for (std::uint32_t i = 0; i < results.GetSize() && i < lookups.size(); ++i) {
         const WorkspacePathToItemResult& result = *results[i];
@@ -58,7 +58,7 @@ void askAgainWithoutLinks(Context& context, std::vector<Lookup>& all)
 
 std::optional<std::string> relativeTo(const Drive& drive, const std::string& path)
 {
-    const std::string root = utf8(drive.root.workspacePath);
+    const std::string root = toUtf8(drive.root.workspacePath);
     const std::string full = withBackslashes(path);
     if (full == root)
         return "";
@@ -76,12 +76,12 @@ void askDrive(Context& context, const Drive& drive, const Lookups& lookups)
         if (!relative)
             continue;
         byRelativePath[*relative].push_back(lookup);
-        relativePaths.Append(libraryText(*relative));
+        relativePaths.Append(toQVString(*relative));
     }
     if (byRelativePath.empty())
         return;
     for (const Item& item : context.connection().getItemsByRelativePaths(drive.id, relativePaths)) {
-        for (Lookup* lookup : byRelativePath[utf8(item.relativePath)])
+        for (Lookup* lookup : byRelativePath[toUtf8(item.relativePath)])
             lookup->item = item;
     }
 }
@@ -142,8 +142,8 @@ Drive findDrive(Context& context, const std::string& nameOrId)
 {
     std::string names;
     for (const Drive& drive : context.connection().getDrives()) {
-        const std::string name = utf8(drive.name);
-        if (name == nameOrId || utf8(drive.id) == asciiLower(nameOrId))
+        const std::string name = toUtf8(drive.name);
+        if (name == nameOrId || toUtf8(drive.id) == asciiLower(nameOrId))
             return drive;
         names += (names.empty() ? "'" : ", '") + name + "'";
     }

@@ -11,7 +11,7 @@ using namespace TessaportAPI;
 std::optional<Item> findInOneCall(Context& context, const std::string& path)
 {
     Item item;
-    if (QvNativeTessaportAPI::checkExistence(nullptr, libraryText(absolutePath(path)), item))
+    if (QvNativeTessaportAPI::checkExistence(nullptr, toQVString(absolutePath(path)), item))
         return item;
     context.connection().discover();
     return std::nullopt;

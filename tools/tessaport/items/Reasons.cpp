@@ -14,7 +14,7 @@ constexpr const char* ErrorProperty = "SyncError";
 
 std::string keyOf(const Common::QVUUID& drive, const QVString& relativePath, const std::string& property)
 {
-    return utf8(drive) + '\n' + utf8(relativePath) + '\n' + property;
+    return toUtf8(drive) + '\n' + toUtf8(relativePath) + '\n' + property;
 }
 
 bool isTrue(const std::string& text) { return asciiLower(text) == "true"; }
@@ -38,10 +38,10 @@ PropertyTexts::PropertyTexts(
         ids.Append(item.id);
     QVBuffer<QVString> names;
     for (const std::string& id : propertyIds)
-        names.Append(libraryText(id));
+        names.Append(toQVString(id));
     try {
         for (const StringPropertyValue& value : context.connection().getStringPropertyValues(ids, names))
-            texts[keyOf(value.driveId, value.relativePath, utf8(value.propertyDefinitionId))] = utf8(value.value);
+            texts[keyOf(value.driveId, value.relativePath, toUtf8(value.propertyDefinitionId))] = toUtf8(value.value);
     } catch (const ApiException&) {
         // A sync application may refuse properties that it does not define; what is asked here is never the main thing.
     }

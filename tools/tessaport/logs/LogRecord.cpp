@@ -89,8 +89,8 @@ RecordFilter::RecordFilter(const std::string& condition)
     const std::size_t equals = condition.find('=');
     if (equals == 0 || equals == std::string::npos)
         throw Failure(ExitCode::Usage, "'" + condition + "' is not of the form KEY=VALUE");
-    key = wide(condition.substr(0, equals));
-    value = wide(condition.substr(equals + 1));
+    key = toWide(toQVString(condition.substr(0, equals)));
+    value = toWide(toQVString(condition.substr(equals + 1)));
     plainPart = longestPlainPart(condition.substr(equals + 1));
 }
 
@@ -102,7 +102,7 @@ bool RecordFilter::mayMatch(std::string_view line) const
 
 bool RecordFilter::matches(std::string_view line) const
 {
-    std::wistringstream stream(wide(std::string(line)));
+    std::wistringstream stream(toWide(toQVString(line)));
     std::wstring found;
     return Logging::QVJsonParser(stream).getString(key, found) && found == value;
 }

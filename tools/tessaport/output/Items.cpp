@@ -1,7 +1,6 @@
 #include "tools/tessaport/output/Items.h"
 
 #include "tools/tessaport/output/Time.h"
-#include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -10,13 +9,13 @@ namespace Quorvex::Velmora::Tool
 Json toJson(const TessaportAPI::Item& item)
 {
     Json json;
-    json["driveId"] = utf8(item.driveId);
+    json["driveId"] = toUtf8(item.driveId);
     json["isFolder"] = item.isFolder;
     json["isInWorkspace"] = item.isInWorkspace;
     json["isOnServer"] = item.isOnServer;
-    json["name"] = utf8(item.name);
-    json["relativePath"] = utf8(item.relativePath);
-    json["workspacePath"] = utf8(item.workspacePath);
+    json["name"] = toUtf8(item.name);
+    json["relativePath"] = toUtf8(item.relativePath);
+    json["workspacePath"] = toUtf8(item.workspacePath);
     const auto modified = toRfc3339(item.lastModifiedDate);
     json["lastModifiedDate"] = modified ? Json(*modified) : Json();
     return json;
@@ -25,16 +24,19 @@ Json toJson(const TessaportAPI::Item& item)
 Json toJson(const TessaportAPI::Drive& drive)
 {
     Json json;
-    json["id"] = utf8(drive.id);
-    json["name"] = utf8(drive.name);
-    json["driveType"] = utf8(drive.driveType);
+    json["id"] = toUtf8(drive.id);
+    json["name"] = toUtf8(drive.name);
+    json["driveType"] = toUtf8(drive.driveType);
     json["locking"] = drive.locking;
-    json["workspaceLocation"] = utf8(drive.workspaceLocation);
+    json["workspaceLocation"] = toUtf8(drive.workspaceLocation);
     json["root"] = toJson(drive.root);
     return json;
 }
 
-std::string localPath(const TessaportAPI::Item& item) { return Platform::nativeSlashes(utf8(item.workspacePath)); }
+// Not by path::u8string, which throws on Windows if there is an unpaired surrogate.
+std::string localText(const Common::QVString& path) { return toUtf8(toQVString(TessaportAPI::localPath(path))); }
+
+std::string localText(const TessaportAPI::Item& item) { return localText(item.workspacePath); }
 
 std::string whereItStands(const TessaportAPI::Item& item)
 {
@@ -47,7 +49,7 @@ std::string modifiedText(const TessaportAPI::Item& item) { return toRfc3339(item
 
 Cell nameCell(const TessaportAPI::Item& item)
 {
-    const std::string name = utf8(item.name);
+    const std::string name = toUtf8(item.name);
     return item.isFolder ? Cell(name + '/', Colour::Folder) : Cell(name);
 }
 

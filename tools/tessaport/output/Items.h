@@ -16,8 +16,11 @@ Json toJson(const TessaportAPI::Item& item);
 
 Json toJson(const TessaportAPI::Drive& drive);
 
-/// The local path with this platform's slashes, ready to be copied.
-std::string localPath(const TessaportAPI::Item& item);
+/// A path of the sync application with this platform's slashes, ready to be copied.
+std::string localText(const Common::QVString& path);
+
+/// The local path of an item.
+std::string localText(const TessaportAPI::Item& item);
 
 /// Where the item exists: "both", "local", "server" or "nowhere".
 std::string whereItStands(const TessaportAPI::Item& item);

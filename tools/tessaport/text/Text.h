@@ -5,21 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include <velmora/api/QVString.h>
+#include <velmora/api/Interop.h>
 #include <velmora/api/QVUUID.h>
 
 namespace Quorvex::Velmora::Tool
 {
 
-inline std::string utf8(const Common::QVString& text) { return text.c_str(); }
+using TessaportAPI::toQVString;
+using TessaportAPI::toUtf8;
+using TessaportAPI::toWide;
 
-inline std::string utf8(const std::wstring& text) { return Common::QVString(text.c_str()).c_str(); }
-
-inline std::string utf8(const Common::QVUUID& id) { return id.getString().c_str(); }
-
-inline std::wstring wide(const std::string& text) { return Common::QVString(text.c_str()).w_str(); }
-
-inline Common::QVString libraryText(const std::string& text) { return text.c_str(); }
+inline std::string toUtf8(const Common::QVUUID& id) { return toUtf8(id.getString()); }
 
 /// Makes the letters A to Z lower case; other characters stay.
 std::string asciiLower(std::string_view text);
