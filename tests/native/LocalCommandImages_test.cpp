@@ -1,4 +1,4 @@
-// The images of the local service's own commands, read through the shared library as a host does.
+// The images of the local service's own commands.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/api/Interop.h>
+#include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/native/CommandImage.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include "tests/support/EnvironmentVariable.h"
@@ -44,6 +45,7 @@ TEST(LocalCommandImages, AreTheServicesPictures)
 {
     const TemporaryFolder temporary;
     const EnvironmentVariable variable("TESSAPORT_HOME", makeHome(temporary.path() / "home").u8string());
+    Tessaport::ClrRuntime::ofProcess().setBridgeFolder(fs::u8path(VELMORA_BRIDGE_FOLDER));
     setRuntimeOptions({fs::u8path(VELMORA_LOCAL_SERVICE_FOLDER), {}});
     QvNativeTessaportAPI tessaport;
     const QVBuffer<Item> items = tessaport.getFolderContents(tessaport.getDrives()[0]->root);
