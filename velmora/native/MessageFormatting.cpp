@@ -78,9 +78,11 @@ std::size_t sizeWithLinks(std::wstring_view text, const std::vector<Range>& addr
     return size;
 }
 
-bool isBeyondUnicode([[maybe_unused]] wchar_t c) noexcept
+// A template, so that compilers do not warn about a comparison with 16 bits that is always false.
+template <class Char>
+bool isBeyondUnicode([[maybe_unused]] Char c) noexcept
 {
-    if constexpr (sizeof(wchar_t) > sizeof(char16_t))
+    if constexpr (sizeof(Char) > sizeof(char16_t))
         return static_cast<std::uint32_t>(c) > 0x10FFFF;
     else
         return false;
