@@ -1,8 +1,14 @@
 /// @file
-/// A library to preload into a program: it records in which order files are flushed and renamed.
+/// A library to preload into a program: it records in which order files are created, flushed and renamed.
 ///
-/// Each call is a line in the file that VELMORA_RECORDED_CALLS names: "flush PATH" or "rename FROM TO". Nothing is
-/// recorded without the variable, and calls that fail are not recorded.
+/// Each call is a line in the file that VELMORA_RECORDED_CALLS names: "create PATH", "flush PATH", "flush-all" for an
+/// entire file system, or "rename FROM TO" with the names as the program gave them. Nothing is recorded without the
+/// variable, and calls that fail are not recorded.
+#ifndef _GNU_SOURCE
+#define _GNU_SOURCE 1
+#endif
+
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -46,6 +52,13 @@ int recordFlush(int descriptor, int result)
     return result;
 }
 
+int recordCreation(int flags, int result)
+{
+    if (result >= 0 && (flags & O_CREAT) != 0)
+        record("create " + pathOf(result) + '\n');
+    return result;
+}
+
 int recordRename(const char* from, const char* to, int result)
 {
     if (result == 0)
@@ -60,6 +73,23 @@ extern "C" {
 int fsync(int descriptor) { return recordFlush(descriptor, next<int(int)>("fsync")(descriptor)); }
 
 int fdatasync(int descriptor) { return recordFlush(descriptor, next<int(int)>("fdatasync")(descriptor)); }
+
+int syncfs(int descriptor) noexcept
+{
+    const int result = next<int(int)>("syncfs")(descriptor);
+    if (result == 0)
+        record("flush-all\n");
+    return result;
+}
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return recordCreation(flags, next<int(int, const char*, int, ...)>("openat")(folder, path, flags, mode));
+}
 
 int rename(const char* from, const char* to) noexcept
 {

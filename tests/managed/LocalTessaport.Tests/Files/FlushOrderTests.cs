@@ -38,13 +38,13 @@ public sealed class FlushOrderTests : IDisposable
             Assert.Single(renames, words => words[2] == name);
     }
 
-    /// <summary>The renames of what the process created, as words.</summary>
+    /// <summary>The renames that the process made, as words.</summary>
     private static List<string[]> RequireFlushedBeforeRenamed(string[] calls)
     {
         var created = new HashSet<string>();
         var flushed = new HashSet<string>();
         var renames = new List<string[]>();
-        foreach (var words in calls.Select(line => line.Split(' ')))
+        foreach (var words in calls.Select(line => line.Split(' ').Select(word => Path.GetFileName(word)).ToArray()))
         {
             if (words[0] == "create")
                 created.Add(words[1]);
@@ -62,13 +62,14 @@ public sealed class FlushOrderTests : IDisposable
 
     private string[] Record(params string[] arguments)
     {
-        var recorder = Environment.GetEnvironmentVariable("VELMORA_ORDER_RECORDER")
-            ?? throw new InvalidOperationException("VELMORA_ORDER_RECORDER must name the library that records the order of calls.");
+        const string Library = "VELMORA_RECORDED_CALLS_LIBRARY";
+        var recorder = Environment.GetEnvironmentVariable(Library)
+            ?? throw new InvalidOperationException($"{Library} must name the library that records the order of calls.");
         var log = Path.Combine(_home.Root, "calls");
         var start = new ProcessStartInfo(Worker.Executable, arguments);
         start.Environment["TESSAPORT_HOME"] = _home.Root;
         start.Environment["LD_PRELOAD"] = recorder;
-        start.Environment["VELMORA_RECORD_ORDER"] = log;
+        start.Environment["VELMORA_RECORDED_CALLS"] = log;
         using var process = Process.Start(start)!;
         process.WaitForExit();
         Assert.Equal(0, process.ExitCode);
