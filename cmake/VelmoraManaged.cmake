@@ -28,7 +28,7 @@ function(velmora_add_managed target)
             "-p:VelmoraVersion=${PROJECT_VERSION}" "-p:VelmoraOutputOf=${project_name}" "-p:VelmoraOutputDir=${ARG_OUTPUT}"
             "-p:ArtifactsPath=${VELMORA_MANAGED_DIR}/artifacts/${target}" ${properties}
         COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
-        DEPENDS ${sources} "${ARG_PROJECT}" "${PROJECT_SOURCE_DIR}/managed/Directory.Build.props"
+        DEPENDS ${sources} "${ARG_PROJECT}" "${PROJECT_SOURCE_DIR}/managed/Directory.Build.props" "${PROJECT_SOURCE_DIR}/.editorconfig"
         COMMENT "Building managed ${target}"
         JOB_POOL velmora_dotnet
         VERBATIM)

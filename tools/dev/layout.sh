@@ -81,6 +81,19 @@ check_headers() {
     lines_with '\bm_[a-z]' -- '*.h' '*.cpp' | forbid 'Members have no prefix:'
 }
 
+# The formatter of .NET leaves the order of using directives alone.
+check_using_directives() {
+    # shellcheck disable=SC2016 # awk expands it.
+    tracked '*.cs' | LC_ALL=C xargs awk '
+        FNR == 1 { last = "" }
+        /^using [A-Z][A-Za-z.]*;$/ {
+            name = substr($2, 1, length($2) - 1)
+            key = (name ~ /^System(\.|$)/ ? 0 : 1) name
+            if (key < last) print FILENAME ":" FNR ": " $0
+            last = key
+        }' | forbid 'Using directives are sorted, those of System first:'
+}
+
 check_lengths() {
     longer_than "$longest_source" 'velmora/*' 'managed/*' 'tools/*' 'cmake/*' '*CMakeLists.txt' dev |
         forbid "A source file has at most $longest_source lines:"
@@ -120,6 +133,7 @@ check_scripts() {
 
 check_includes
 check_headers
+check_using_directives
 check_lengths
 check_texts
 check_scripts

@@ -11,7 +11,7 @@ internal static class FileLimit
     // What failed has closed its own files by now, and left the process with that many.
     private const int Few = 8;
 
-    private static bool wasReached;
+    private static bool _wasReached;
 
     /// <summary>The message for such a failure; null for any other.</summary>
     public static string? Explain(Exception e)
@@ -21,11 +21,11 @@ internal static class FileLimit
             return null;
         if (IsReached())
         {
-            wasReached = true;
+            _wasReached = true;
             return cause.Message.TrimEnd() + " This process has no file descriptors left, which can be the cause: close files or raise "
                 + "the limit (ulimit -n), and restart the process if that does not help.";
         }
-        return wasReached && IsOfLoading(cause)
+        return _wasReached && IsOfLoading(cause)
             ? cause.Message.TrimEnd() + " This process had no file descriptors left when it was loaded first, and .NET does not try "
                 + "again: restart the process with a higher limit (ulimit -n)."
             : null;
