@@ -37,6 +37,7 @@ internal static unsafe partial class Libc
     public const int UrgentSignal = 23;
 
     public const int LockShared = 1;
+    public const int LockExclusive = 2;
     public const int LockNonBlocking = 4;
     public const int Unlock = 8;
 
