@@ -17,7 +17,7 @@ using Socket = std::uintptr_t;
 [[nodiscard]] Socket connectToNewPeer(const std::string& option);
 
 /// The other end, for the program that was started with the address.
-/// @throws std::runtime_error when nobody listens there.
+/// @throws std::runtime_error if no one listens there.
 [[nodiscard]] Socket connectToStarter(const std::string& address);
 
 /// How many bytes were sent or received; not above 0 when the other end is closed.

@@ -28,7 +28,7 @@ SOCKET newSocket()
     return socket;
 }
 
-// Port 0 stands for any that is free.
+// Port 0 selects a free port.
 sockaddr_in ownMachine(std::uint16_t port)
 {
     sockaddr_in address{};

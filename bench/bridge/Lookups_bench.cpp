@@ -1,5 +1,5 @@
 // 10,000 keys in one request, beside plain C++ that looks at every key and builds the same results: a service that
-// answers without a look at what it was asked for is none.
+// answers without looking at the keys would not be one.
 #include <string>
 #include <vector>
 

@@ -47,7 +47,7 @@ void letRuntimeSettle(TestSupport::ScriptedService& scripted)
     }
 }
 
-// Memory is none of the times that only Linux has goals for.
+// Memory has its goal on every platform, unlike the times, which have goals on Linux only.
 bool reportGrowth(const char* what, std::int64_t value, std::int64_t base)
 {
     constexpr double Most = 1.05;

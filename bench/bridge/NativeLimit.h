@@ -10,19 +10,19 @@ namespace Quorvex::Velmora::Bench
 {
 
 struct SourceItem {
-    TessaportAPI::Item record; ///< Everything but the texts and the id.
+    TessaportAPI::Item record; ///< Everything but the strings and the id.
     std::wstring name;
     std::wstring relativePath;
     std::wstring workspacePath;
 };
 
-/// What a native service would hold: plain texts.
+/// What a native service would hold: plain strings.
 [[nodiscard]] std::vector<SourceItem> sourceOf(const Common::QVBuffer<TessaportAPI::Item>& items);
 
 /// Whether the items get ids of their own, as the bridge's do, or empty ones.
 enum class Ids { Own, None };
 
-/// Fills a record with deep-copied texts.
+/// Fills a record with deep-copied strings.
 void fill(TessaportAPI::Item& item, const SourceItem& source, Ids ids);
 
 /// A listing, reserved for the count.

@@ -66,7 +66,7 @@ QVString readText(TextOfIndex read, std::int32_t index)
 
 QVString takeText(PointerOfHandle read, std::intptr_t item)
 {
-    static const auto free = peer<Release>("Naive", "FreeText");
+    static const auto free = peer<Release>("Naive", "FreeString");
     const std::intptr_t address = read(item);
     const std::u16string_view units = reinterpret_cast<const char16_t*>(address);
     QVString text;

@@ -5,7 +5,7 @@ namespace Quorvex::Velmora::Bench
 {
 
 /// The entry point of that name, for example "Naive.Item".
-/// @throws std::runtime_error when there is none.
+/// @throws std::runtime_error if it cannot be found.
 [[nodiscard]] void* peerFunction(const char* type, const char* method);
 
 template <class Function>

@@ -33,19 +33,19 @@ struct PackedItem {
     std::u16string name, relativePath, workspacePath;
 };
 
-// As ReplyWriter does it; the other process holds its texts ready in UTF-16, like .NET.
+// As ReplyWriter does it; the other process keeps its strings in UTF-16, like .NET.
 std::string packed(const std::vector<PackedItem>& items)
 {
     std::string reply(16, '\0');
     for (const PackedItem& item : items) {
         append(reply, Common::UuidAccess::bytes(item.record.driveId), 16);
         appendNumber(reply, item.record.lastModifiedDate);
-        for (const auto* text : {&item.name, &item.relativePath, &item.workspacePath})
-            appendNumber(reply, static_cast<std::uint32_t>(text->size()));
+        for (const auto* string : {&item.name, &item.relativePath, &item.workspacePath})
+            appendNumber(reply, static_cast<std::uint32_t>(string->size()));
         appendNumber(
             reply, std::uint32_t{item.record.isFolder} + 2U * item.record.isInWorkspace + 4U * item.record.isOnServer);
-        for (const auto* text : {&item.name, &item.relativePath, &item.workspacePath})
-            append(reply, text->data(), text->size() * sizeof(char16_t));
+        for (const auto* string : {&item.name, &item.relativePath, &item.workspacePath})
+            append(reply, string->data(), string->size() * sizeof(char16_t));
         pad(reply);
     }
     const std::uint64_t offset = reply.size();

@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API;
 
-/// <summary>The requests of the sync application, for compiling only: the assembly that is found at run time implements them.</summary>
+/// <summary>
+/// The requests of the sync application, for compiling only: the assembly that is found at run time implements them.
+/// </summary>
 public class TessaportService
 {
     public TessaportService() => throw null;

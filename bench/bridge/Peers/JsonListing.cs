@@ -2,7 +2,7 @@ using System.Text.Json;
 
 namespace Velmora.Peers;
 
-/// <summary>The whole list as one JSON document.</summary>
+/// <summary>The entire list as one JSON document.</summary>
 public static unsafe class JsonListing
 {
     [UnmanagedCallersOnly]

@@ -1,6 +1,8 @@
 namespace Velmora.Peers;
 
-/// <summary>One call for each property as a first draft has it: a GC handle for each object, a fresh native copy of each text.</summary>
+/// <summary>
+/// One call for each property, as in a first draft: a GC handle for each object, a new native copy of each string.
+/// </summary>
 public static class Naive
 {
     [UnmanagedCallersOnly]
@@ -38,7 +40,7 @@ public static class Naive
     public static nint WorkspacePath(nint item) => Marshal.StringToCoTaskMemUni(Of(item).WorkspacePath);
 
     [UnmanagedCallersOnly]
-    public static void FreeText(nint text) => Marshal.FreeCoTaskMem(text);
+    public static void FreeString(nint value) => Marshal.FreeCoTaskMem(value);
 
     private static Item Of(nint handle) => (Item)GCHandle.FromIntPtr(handle).Target!;
 }

@@ -1,6 +1,8 @@
 namespace Velmora.Peers;
 
-/// <summary>One call for each property, written with care: no marshalling, texts copied straight into the caller's buffer.</summary>
+/// <summary>
+/// One call for each property, written with care: no marshalling, strings copied directly into the caller's buffer.
+/// </summary>
 public static unsafe class PerProperty
 {
     private static readonly DateTime Epoch = new(1970, 1, 1);

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The items that commands are asked for or run on.</summary>
+/// <summary>The items for which commands are listed or run.</summary>
 internal sealed class CommandTarget
 {
     private CommandTarget(RequestScope request, List<ItemView> views)

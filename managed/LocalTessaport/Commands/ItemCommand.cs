@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>A command: what it is called, when it is offered, and what it does.</summary>
+/// <summary>A command: its name, when it is offered, and what it does.</summary>
 internal sealed record ItemCommand(string Id, string Name, Func<CommandTarget, CommandResult> Run)
 {
     public Predicate<CommandTarget> IsOffered { get; init; } = _ => true;

@@ -8,7 +8,7 @@ internal static class DriveFile
 {
     private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveList Drives)> Read = new();
 
-    /// <summary>The drives as configured now. The file is parsed again only when it changed.</summary>
+    /// <summary>The drives as configured now. The file is parsed again only if it has changed.</summary>
     public static DriveList Load(HomeFolder home)
     {
         if (FileProbe.FindFollowingLinks(home.DrivesFile) is not { } stamp)
@@ -49,15 +49,15 @@ internal static class DriveFile
     {
         if (element.ValueKind != JsonValueKind.Object)
             throw new InvalidDataException("a drive is not an object");
-        if (!Guid.TryParse(Text(element, "id"), out var id))
-            throw new InvalidDataException($"the 'id' '{Text(element, "id")}' of a drive is not a GUID");
-        var type = Text(element, "type");
+        if (!Guid.TryParse(RequireString(element, "id"), out var id))
+            throw new InvalidDataException($"the 'id' '{RequireString(element, "id")}' of a drive is not a GUID");
+        var type = RequireString(element, "type");
         if (!DriveTypes.IsKnown(type))
             throw new InvalidDataException($"the 'type' '{type}' of a drive is not one of {string.Join(", ", DriveTypes.All)}");
         return new LocalDrive
         {
             Id = id,
-            Name = Text(element, "name"),
+            Name = RequireString(element, "name"),
             Type = type,
             Workspace = new DriveSide(paths.Resolve(SidePath(element, "workspace", id, home))),
             Server = new DriveSide(paths.Resolve(SidePath(element, "server", id, home))),
@@ -69,16 +69,16 @@ internal static class DriveFile
 
     private static string SidePath(JsonElement element, string member, Guid id, HomeFolder home)
     {
-        var folder = element.TryGetProperty(member, out _) ? Text(element, member) : $"drives/{id:D}/{member}";
+        var folder = element.TryGetProperty(member, out _) ? RequireString(element, member) : $"drives/{id:D}/{member}";
         return PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)))
             ?? throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path");
     }
 
-    private static string Text(JsonElement element, string member) =>
+    private static string RequireString(JsonElement element, string member) =>
         element.TryGetProperty(member, out var value) && value.ValueKind == JsonValueKind.String
         && value.GetString() is { Length: > 0 } text
             ? text
-            : throw new InvalidDataException($"the text '{member}' of a drive is missing");
+            : throw new InvalidDataException($"the string '{member}' of a drive is missing");
 
     private static bool Flag(JsonElement element, string member, bool otherwise)
     {

@@ -25,7 +25,9 @@ internal sealed class DriveList
 
     public LocalDrive? Find(Guid id) => _byId.GetValueOrDefault(id);
 
-    /// <summary>The drive whose workspace holds a full path with either slash, and the path below its root; null for other places.</summary>
+    /// <summary>
+    /// The drive whose workspace holds a full path with either slash, and the path below its root; null for other places.
+    /// </summary>
     public DrivePlace? Locate(string? path)
     {
         if (PathForm.TryNormalise(path) is not { } full)
@@ -44,5 +46,5 @@ internal sealed class DriveList
     }
 }
 
-/// <summary>A place on a drive, whether or not something stands there.</summary>
+/// <summary>A place on a drive, whether or not an item exists there.</summary>
 internal readonly record struct DrivePlace(LocalDrive Drive, string Path);

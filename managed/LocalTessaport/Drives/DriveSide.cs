@@ -2,7 +2,7 @@ namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
 /// One of the two folders of a drive. All access to the files in it goes through this class, relative to the open root, and
-/// follows no link. Paths are relative ones. Several threads may use it at once.
+/// follows no link. Paths are relative to the root. Several threads may use it at once.
 /// </summary>
 internal sealed class DriveSide : IDisposable
 {
@@ -26,7 +26,7 @@ internal sealed class DriveSide : IDisposable
     /// <summary>In the platform's form.</summary>
     public string Root { get; }
 
-    /// <summary>What the path of everything in it begins with.</summary>
+    /// <summary>The common beginning of the paths of everything in it.</summary>
     public string Prefix { get; }
 
     /// <summary>The same side, with its root kept open until it is disposed, for requests with many accesses.</summary>
@@ -35,10 +35,10 @@ internal sealed class DriveSide : IDisposable
     /// <summary>The full path in the platform's form, for messages and records; files are never opened by it.</summary>
     public string PathOf(string relative) => relative.Length == 0 ? Root : Prefix + PathForm.ToPlatform(relative);
 
-    /// <summary>The file or folder at a path; null only when there is none, or a link or device instead.</summary>
+    /// <summary>The file or folder at a path; null only if nothing is there, or a link or a device.</summary>
     public FileEntry? Find(string path) => FindAny(path) is { Kind: not EntryKind.Other } entry ? entry : null;
 
-    /// <summary>What is at a path, links and devices included; null if nothing is, also where a link is in the way.</summary>
+    /// <summary>The item at a path, links and devices included; null if nothing is there, or if a link is in the way.</summary>
     public FileEntry? FindAny(string path)
     {
         if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
@@ -47,7 +47,9 @@ internal sealed class DriveSide : IDisposable
             return parent.Folder.Find(RelativePath.NameOf(path));
     }
 
-    /// <summary>The files and folders directly in a folder, by name, in no order; none when there is no such folder.</summary>
+    /// <summary>
+    /// The files and folders directly in a folder, by name, in no particular order; empty if the folder does not exist.
+    /// </summary>
     public List<KeyValuePair<string, FileEntry>> Read(string folder)
     {
         if (TryOpenFolder(folder) is not { } found)
@@ -81,7 +83,9 @@ internal sealed class DriveSide : IDisposable
         return parent.Folder.SpellingOf(RelativePath.NameOf(path));
     }
 
-    /// <summary>Creates a folder in an existing one, with at most the rights of another folder; false if it exists already.</summary>
+    /// <summary>
+    /// Creates a folder in an existing one, with at most the rights of another folder; false if it exists already.
+    /// </summary>
     public bool MakeFolder(string path, FileEntry? like = null)
     {
         using var parent = OpenFolder(RelativePath.FolderOf(path));
@@ -98,8 +102,8 @@ internal sealed class DriveSide : IDisposable
     }
 
     /// <summary>
-    /// Exchanges two items. Where the file system cannot do that in one step, the first one has another name beside its own for
-    /// a moment, which it keeps after a kill.
+    /// Exchanges two items. Where the file system cannot do that in one step, the first one has another name for a moment,
+    /// which it keeps if the process is killed then.
     /// </summary>
     /// <exception cref="ChangedException">Something else came to one of the places; nothing is lost.</exception>
     public void Exchange(string one, string other)
@@ -154,7 +158,7 @@ internal sealed class DriveSide : IDisposable
         Removal.MoveAside(parent.Folder, path, staging.Folder, expected);
     }
 
-    /// <summary>The staging folder, made when it is missing.</summary>
+    /// <summary>The staging folder, created if it is missing.</summary>
     public FolderLease OpenStaging()
     {
         if (_held is not null)
@@ -171,7 +175,10 @@ internal sealed class DriveSide : IDisposable
             return Staging.Exists(root.Folder);
     }
 
-    /// <summary>Deletes what was being prepared and what was moved aside. What cannot be deleted now is harmless and goes later.</summary>
+    /// <summary>
+    /// Deletes what was being prepared and what was moved aside. Items that cannot be deleted now are harmless and are
+    /// deleted later.
+    /// </summary>
     public void ClearStaging()
     {
         _held?.CloseStaging();
@@ -181,11 +188,11 @@ internal sealed class DriveSide : IDisposable
             Staging.Clear(root.Folder);
     }
 
-    /// <summary>Opens a folder of this side; fails when there is none, or a link in the way.</summary>
+    /// <summary>Opens a folder of this side; fails if it does not exist or a link is in the way.</summary>
     public FolderLease OpenFolder(string path) => TryOpenFolder(path) ?? throw new DirectoryNotFoundException(
         $"'{PathOf(path)}' is no longer a folder of this drive, or a link leads to it. List its parent folder and try again.");
 
-    /// <summary>The path below the root of what a normalised full path names, or null when that lies elsewhere.</summary>
+    /// <summary>The path below the root for a normalised full path, or null if that is outside the root.</summary>
     public string? TryGetRelative(string fullPath)
     {
         if (fullPath.StartsWith(Prefix, RelativePath.Comparison))

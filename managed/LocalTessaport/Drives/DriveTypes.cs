@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The kinds of cloud storage that a drive can stand for.</summary>
+/// <summary>The kinds of cloud storage that a drive can represent.</summary>
 internal static class DriveTypes
 {
     public const string Quorvex = "Quorvex.DataSourceType.Drive";

@@ -37,7 +37,9 @@ internal sealed class LocalDrive : IDisposable
             throw new UnauthorizedAccessException($"The drive '{Name}' is read-only.");
     }
 
-    /// <summary>The same drive, with the roots of both sides kept open until it is disposed, for requests with many accesses.</summary>
+    /// <summary>
+    /// The same drive, with the roots of both sides kept open until it is disposed, for requests with many accesses.
+    /// </summary>
     public LocalDrive Opened() => new()
     {
         Id = Id,

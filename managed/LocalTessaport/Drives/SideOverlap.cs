@@ -20,7 +20,7 @@ internal static class SideOverlap
         RequireNoneInOrder(places);
     }
 
-    // In this order, what lies in a folder follows it directly.
+    // In this order, the contents of a folder follow it directly.
     private static void RequireNoneInOrder(List<Place> places)
     {
         var around = new Stack<Place>();
@@ -41,7 +41,7 @@ internal static class SideOverlap
     {
         if (outer.Drive is { } one && inner.Drive is { } other)
             return new InvalidDataException(
-                $"the folder '{inner.Path}' of the drive '{other.Name}' and '{outer.Path}' of the drive '{one.Name}' lie inside each other");
+                $"the folder '{inner.Path}' of the drive '{other.Name}' and '{outer.Path}' of the drive '{one.Name}' overlap");
         var (side, own) = outer.Drive is null ? (inner, outer) : (outer, inner);
         return new InvalidDataException(
             $"the folder '{side.Path}' of the drive '{side.Drive!.Name}' overlaps '{own.Path}', which the service keeps for itself");

@@ -64,7 +64,7 @@ internal static class AtomicFile
             catch (Exception e) when (OperatingSystem.IsWindows() && attempt < Attempts
                 && e is IOException or UnauthorizedAccessException && File.Exists(prepared) && !Directory.Exists(target))
             {
-                // A scanner or a reader has the target open for a moment; elsewhere that hinders no one.
+                // A scanner or a reader may have the target open for a moment; only Windows then refuses to replace it.
                 Thread.Sleep(10);
             }
         }

@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>A file was changed by someone else while it was worked on. Nothing was lost; the next attempt sees the change.</summary>
+/// <summary>
+/// Another program changed a file while the service worked on it. Nothing was lost; the next attempt sees the change.
+/// </summary>
 internal sealed class ChangedException : IOException
 {
     public ChangedException(string path)

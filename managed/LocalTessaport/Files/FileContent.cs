@@ -8,7 +8,7 @@ internal static class FileContent
 {
     private const int BlockSize = 128 * 1024;
 
-    /// <summary>The SHA-256 of a file as hexadecimal text.</summary>
+    /// <summary>The SHA-256 of a file in hexadecimal.</summary>
     /// <exception cref="ChangedException">The file changed while it was read.</exception>
     public static string Hash(FileSource source) => Hash(source, out _);
 

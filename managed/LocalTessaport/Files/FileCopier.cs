@@ -67,7 +67,7 @@ internal sealed class FileCopier
         while (start < end)
         {
             var count = _input.Read(block[..(int)Math.Min(block.Length, end - start)], start);
-            // The file is shorter by now, which is found when it is compared with what it was.
+            // The file is shorter by now; the later comparison with its first properties detects that.
             if (count == 0)
                 return;
             _hash.AppendData(block[..count]);

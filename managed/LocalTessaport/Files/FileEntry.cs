@@ -20,7 +20,9 @@ internal readonly record struct FileEntry
     /// <summary>The last write, which programs can set.</summary>
     public FileTime ModifiedTime { get; init; }
 
-    /// <summary>The last change of content, attributes or name, which programs cannot set; unknown on some file systems.</summary>
+    /// <summary>
+    /// The last change of content, attributes or name, which programs cannot set; unknown on some file systems.
+    /// </summary>
     public FileTime ChangeTime { get; init; }
 
     public FileIdentity Identity { get; init; }
@@ -36,13 +38,13 @@ internal readonly record struct FileEntry
     public DateTime Modified => ModifiedTime.ToDateTime();
 
     /// <summary>
-    /// Whether this is what `earlier` was, apart from its name and permissions. The file system counts a rename as a change, so the
-    /// change time cannot be compared after one.
+    /// Whether this is the version that `earlier` was, apart from its name and permissions. The file system counts a rename as a
+    /// change, so the change time cannot be compared after one.
     /// </summary>
     public bool IsSameVersion(FileEntry earlier) =>
         Kind == earlier.Kind && Size == earlier.Size && ModifiedTime == earlier.ModifiedTime && Identity == earlier.Identity;
 
-    /// <summary>Whether nothing happened to the file since it was `earlier`, as far as the file system tells.</summary>
+    /// <summary>Whether nothing happened to the file since it was `earlier`, as far as the file system shows.</summary>
     public bool IsUnchangedSince(FileEntry earlier) =>
         IsSameVersion(earlier) && (ChangeTime == earlier.ChangeTime || !ChangeTime.IsKnown || !earlier.ChangeTime.IsKnown);
 }

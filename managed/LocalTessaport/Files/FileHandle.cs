@@ -9,7 +9,9 @@ internal static class FileHandle
     public static FileEntry EntryOf(SafeFileHandle handle, string path) =>
         OperatingSystem.IsWindows() ? WindowsFile.EntryOf(handle, path) : UnixFile.EntryOf(handle, path);
 
-    /// <summary>Gives a finished copy the time and, as far as they are meant to travel, the permissions of its source.</summary>
+    /// <summary>
+    /// Gives a finished copy the time and, as far as they are meant to be copied, the permissions of its source.
+    /// </summary>
     public static void Finish(SafeFileHandle handle, string path, FileEntry source)
     {
         if (OperatingSystem.IsWindows())
@@ -18,7 +20,9 @@ internal static class FileHandle
             UnixFile.Finish(handle, path, source);
     }
 
-    /// <summary>The next range of a file, from an offset on, that is not a hole; an empty range at the end if only a hole follows.</summary>
+    /// <summary>
+    /// The next range of a file at or after an offset that is not a hole; an empty range at the end if only a hole follows.
+    /// </summary>
     public static (long Start, long End) NextData(OpenedFile file, long from) =>
         OperatingSystem.IsWindows() || file.Entry.Size < SmallestWithHoles ? (from, file.Entry.Size) : UnixFile.NextData(file, from);
 

@@ -1,14 +1,14 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Asks the file system about a full path outside the sides. Links that lead nowhere, pipes, sockets and devices count as absent.
+/// Looks up a full path outside the sides. Links that lead nowhere, pipes, sockets and devices count as absent.
 /// </summary>
 internal static class FileProbe
 {
     /// <summary>The file or folder at the path itself.</summary>
     public static FileEntry? Find(string path) => FileOrFolder(Examine(path, followLinks: false));
 
-    /// <summary>The file or folder at the path, or where the link there leads.</summary>
+    /// <summary>The file or folder at the path, or at the target of the link there.</summary>
     public static FileEntry? FindFollowingLinks(string path) => FileOrFolder(Examine(path, followLinks: true));
 
     private static FileEntry? Examine(string path, bool followLinks) =>

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Access to an open folder. Disposal closes the folder unless it belongs to someone else.</summary>
+/// <summary>Access to an open folder. Disposal closes the folder unless another object owns it.</summary>
 internal readonly struct FolderLease : IDisposable
 {
     private readonly bool _isOwned;

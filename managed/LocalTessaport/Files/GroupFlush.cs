@@ -1,11 +1,11 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Flushes prepared files to the disk as a group, which takes a fraction of the time of one by one.</summary>
+/// <summary>Flushes prepared files to the disk as a group, in a fraction of the time that flushing each alone takes.</summary>
 internal static class GroupFlush
 {
     private const int FlushedAtOnce = 8;
 
-    // Below it, flushing the files costs less than what other programs may have written meanwhile.
+    // For fewer files, flushing each costs less than flushing the file system with the data of other programs.
     private const int SmallestForFileSystem = 32;
 
     public static void Run(IReadOnlyCollection<StagedFile> files)

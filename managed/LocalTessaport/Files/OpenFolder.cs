@@ -1,8 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// A folder that is held open. Everything asked of it concerns one name in it, so it happens in this folder even if its path
-/// leads elsewhere by now. Links are never followed. Several threads may use it at once.
+/// A folder that is held open. Each operation concerns one name in it, and so happens in this folder even if its path leads
+/// elsewhere by now. Links are never followed. Several threads may use it at once.
 /// </summary>
 internal abstract class OpenFolder : IDisposable
 {
@@ -11,17 +11,17 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Where it was opened, for messages.</summary>
     public string Path { get; }
 
-    /// <summary>Opens a folder by its full path; null if there is none.</summary>
+    /// <summary>Opens a folder by its full path; null if it does not exist.</summary>
     public static OpenFolder? TryOpenRoot(string path) =>
         OperatingSystem.IsWindows() ? WindowsFolder.TryOpenRoot(path) : UnixFolder.TryOpenRoot(path);
 
-    /// <summary>Opens a folder below this one by its relative path; null if there is none, or a link or file instead.</summary>
+    /// <summary>Opens a folder below this one by its relative path; null if it does not exist or is a link or a file.</summary>
     public abstract OpenFolder? TryOpen(string relative);
 
     /// <summary>The entry with this name, links and devices included; null only if nothing has the name.</summary>
     public abstract FileEntry? Find(string name);
 
-    /// <summary>The files and folders with names that can be listed, in no order.</summary>
+    /// <summary>The files and folders with names that can be listed, in no particular order.</summary>
     public abstract List<KeyValuePair<string, FileEntry>> Read();
 
     /// <summary>The name as it is spelled on the disk, where case does not matter.</summary>
@@ -30,7 +30,7 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>The creation time of an item; null if it does not exist.</summary>
     public abstract DateTime? CreationTimeOf(string name);
 
-    /// <summary>Opens a file for reading without hindering others.</summary>
+    /// <summary>Opens a file for reading without blocking other programs.</summary>
     public abstract OpenedFile OpenFile(string name);
 
     /// <summary>Creates a file that only its owner can read; fails if anything has the name.</summary>
@@ -42,22 +42,24 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Creates a folder with at most the rights of another one; false if there is a folder already.</summary>
     public abstract bool MakeFolder(string name, FileEntry? like);
 
-    /// <summary>Renames without ever replacing anything.</summary>
+    /// <summary>Renames an item; never replaces anything.</summary>
     /// <exception cref="ChangedException">Something has the new name.</exception>
     public abstract void Move(string name, OpenFolder to, string newName);
 
     /// <summary>Exchanges two files in one step; false if the file system cannot.</summary>
     public abstract bool TryExchange(string name, OpenFolder other, string otherName);
 
-    /// <summary>Keeps other programs from writing to a file that is the expected one, for as long as the result is held.</summary>
+    /// <summary>
+    /// Keeps other programs from writing to a file that is the expected one, for as long as the result is held.
+    /// </summary>
     /// <exception cref="ChangedException">It is another version, or is being written.</exception>
     public abstract WriteGuard Guard(string name, FileEntry expected);
 
-    /// <summary>Deletes everything in this folder, whatever it is and however deep; what cannot be deleted stays.</summary>
+    /// <summary>Deletes everything in this folder, of any kind and depth; items that cannot be deleted stay.</summary>
     /// <returns>Whether the folder is empty now.</returns>
     public abstract bool Empty();
 
-    /// <summary>Deletes a file if there is one; a failure leaves it to the next clearing of the folder.</summary>
+    /// <summary>Deletes a file if it exists; after a failure, the next clearing of the folder deletes it.</summary>
     public abstract void TryDelete(string name);
 
     /// <summary>Deletes an empty folder.</summary>

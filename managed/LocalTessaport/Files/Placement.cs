@@ -1,8 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Renames a prepared file to its place and never replaces anything that was not expected there. Whatever else is there
-/// stays, or is kept beside it if several programs put something there at once.
+/// Renames a prepared file to its place and never replaces anything that was not expected there. Anything else that is
+/// there stays, or is kept beside it if several programs put something there at once.
 /// </summary>
 internal sealed class Placement
 {
@@ -17,11 +17,11 @@ internal sealed class Placement
     private readonly string _relativePath;
     private readonly string _place;
 
-    /// <param name="staging">Where the file was prepared.</param>
+    /// <param name="staging">The folder in which the file was prepared.</param>
     /// <param name="prepared">Its name there.</param>
-    /// <param name="preparedEntry">What it is.</param>
-    /// <param name="folder">Where it goes.</param>
-    /// <param name="relativePath">Its path below the root of the side then.</param>
+    /// <param name="preparedEntry">Its properties.</param>
+    /// <param name="folder">The folder that it is moved to.</param>
+    /// <param name="relativePath">Its new path below the root of the side.</param>
     public Placement(OpenFolder staging, string prepared, FileEntry preparedEntry, OpenFolder folder, string relativePath)
     {
         _staging = staging;
@@ -45,7 +45,7 @@ internal sealed class Placement
         else
             _staging.Move(_prepared, _folder, _name);
         Step.Reached("Commit.Placed", _place);
-        // A program that wrote to it in this moment wrote another version.
+        // If another program wrote to the file in this moment, it is another version.
         return _folder.Find(_name) is { } placed && placed.IsSameVersion(_preparedEntry)
             ? placed
             : _preparedEntry with { ChangeTime = default };
@@ -100,7 +100,7 @@ internal sealed class Placement
         KeepBeside(_prepared);
     }
 
-    // Whatever came out of the place goes back there; if something newer came there meanwhile, that is kept beside it.
+    // What was taken out of the place goes back there; anything that was put there meanwhile is kept beside it.
     private bool TryPutBack()
     {
         try

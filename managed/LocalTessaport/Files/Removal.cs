@@ -3,7 +3,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Takes items out of a drive.</summary>
 internal static class Removal
 {
-    /// <summary>Moves an item into the staging folder. An item that is not the expected one stays, or goes back.</summary>
+    /// <summary>Moves an item into the staging folder. An item other than the expected one stays, or is put back.</summary>
     public static void MoveAside(OpenFolder folder, string path, OpenFolder staging, FileEntry expected)
     {
         var name = RelativePath.NameOf(path);
@@ -33,7 +33,7 @@ internal static class Removal
         throw new ChangedException(place);
     }
 
-    // A folder goes with everything in it, so only its number tells it from another.
+    // A folder is moved with everything in it, so it is compared by its number only.
     public static bool IsExpected(FileEntry found, FileEntry expected) => expected.IsFolder
         ? found.IsFolder && found.Identity.Number == expected.Identity.Number
         : found.IsUnchangedSince(expected);

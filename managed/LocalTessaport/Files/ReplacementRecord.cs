@@ -4,8 +4,8 @@ using System.Text;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Tells the next request, after a kill, what was being replaced or removed: a file beside the staged one, from before the
-/// step that brings something unseen into the staging folder until that was looked at.
+/// Tells the next request, after a kill, what was being replaced or removed. It is a file beside the staged one that exists
+/// from before an unchecked item comes into the staging folder until that item was checked.
 /// </summary>
 internal sealed class ReplacementRecord
 {
@@ -25,8 +25,8 @@ internal sealed class ReplacementRecord
 
     /// <summary>Writes the record for a staged name.</summary>
     /// <param name="place">The relative path that is being replaced or removed.</param>
-    /// <param name="expected">What is to come out of it.</param>
-    /// <param name="prepared">What is put there; unknown when nothing is.</param>
+    /// <param name="expected">What is expected to be there.</param>
+    /// <param name="prepared">The file that is put there; unknown for a removal.</param>
     public static ReplacementRecord Write(OpenFolder staging, string staged, string place, FileEntry expected, FileIdentity prepared)
     {
         var time = expected.ModifiedTime;
@@ -37,10 +37,10 @@ internal sealed class ReplacementRecord
         return new ReplacementRecord(staging, staged + Suffix);
     }
 
-    /// <summary>Removes the record once everything in the staging folder has been looked at.</summary>
+    /// <summary>Removes the record, once everything in the staging folder has been checked.</summary>
     public void Settle() => _staging.TryDelete(_name);
 
-    /// <summary>Puts back items that a killed process took out of their places without looking at them.</summary>
+    /// <summary>Puts back items that a killed process took out of their places before it had checked them.</summary>
     public static void Recover(OpenFolder root, OpenFolder staging)
     {
         foreach (var (name, entry) in staging.Read())

@@ -1,7 +1,7 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// A file copied completely to one or both sides of a drive, with its time and permissions, not yet at its place. Copies can
+/// A file copied completely to one or both sides of a drive, with its time and permissions, but not yet at its place. Copies can
 /// be prepared by several threads at once.
 /// </summary>
 internal sealed class StagedCopy : IDisposable
@@ -13,10 +13,10 @@ internal sealed class StagedCopy : IDisposable
 
     private StagedCopy(FileSource source) => _source = source;
 
-    /// <summary>The version that was copied: it was there before the copy, and still after it.</summary>
+    /// <summary>The version that was copied: it was at its path before the copy and is still there after it.</summary>
     public FileEntry Source { get; private set; }
 
-    /// <summary>The SHA-256 of what was copied, as hexadecimal text.</summary>
+    /// <summary>The SHA-256 of what was copied, in hexadecimal.</summary>
     public string Hash { get; private set; } = "";
 
     /// <summary>Copies a file and flushes the copy.</summary>

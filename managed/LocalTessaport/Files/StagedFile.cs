@@ -29,7 +29,9 @@ internal sealed class StagedFile : IDisposable
 
     public SafeFileHandle Handle { get; }
 
-    /// <summary>Gives the copy the time and permissions of its source and closes it, so that large groups hold no descriptors.</summary>
+    /// <summary>
+    /// Gives the copy the time and permissions of its source and closes it, so that large groups hold no descriptors.
+    /// </summary>
     public void Finish(FileEntry source)
     {
         FileHandle.Finish(Handle, _path, source);

@@ -2,7 +2,7 @@ namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
 /// The folder at the root of a side in which files are prepared before they are renamed to their place, and to which removed
-/// items go before they are deleted. It is in the side so that the rename stays within one file system. Whatever is found
+/// items go before they are deleted. It is in the side so that the rename stays within one file system. Anything
 /// in it while no one holds the lock was left by a killed process.
 /// </summary>
 internal static class Staging
@@ -25,7 +25,7 @@ internal static class Staging
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
-    /// <summary>Puts back items that a killed process took out unseen, and removes the rest.</summary>
+    /// <summary>Puts back items that a killed process took out before it had checked them, and removes the rest.</summary>
     /// <remarks>Leftovers that cannot be removed now are harmless and are removed later.</remarks>
     public static void Clear(OpenFolder root)
     {

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The folder that holds everything the service owns, and where each thing is in it.</summary>
+/// <summary>The folder with all files of the service, and their paths in it.</summary>
 internal sealed class HomeFolder
 {
     private const string Variable = "TESSAPORT_HOME";

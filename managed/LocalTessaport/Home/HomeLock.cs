@@ -2,7 +2,9 @@ using System.Diagnostics;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Held while something in the home or its drives is changed. The operating system releases it when the process ends.</summary>
+/// <summary>
+/// Held while something in the home or its drives is changed. The operating system releases it when the process ends.
+/// </summary>
 internal sealed class HomeLock : IDisposable
 {
     private static readonly TimeSpan LongestWait = TimeSpan.FromMinutes(2);
@@ -13,7 +15,7 @@ internal sealed class HomeLock : IDisposable
 
     public void Dispose()
     {
-        // A child process that has not started its program yet has a copy of the descriptor, which would keep the lock.
+        // A child process that has not started its program yet has a copy of the descriptor, which would hold the lock.
         if (!OperatingSystem.IsWindows())
             FileLock.Release(_file.SafeFileHandle);
         _file.Dispose();
@@ -34,7 +36,7 @@ internal sealed class HomeLock : IDisposable
         }
     }
 
-    /// <summary>Takes the lock when no one has it, else returns null at once.</summary>
+    /// <summary>Takes the lock if no one holds it; otherwise returns null at once.</summary>
     public static HomeLock? TryAcquire(HomeFolder home)
     {
         if (TryOpen(home.LockFile) is not { } file)

@@ -7,7 +7,7 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class JsonFile
 {
     /// <summary>Reads an existing file.</summary>
-    /// <exception cref="InvalidDataException">The content is not what it should be; the message is the reason, without the file's name.</exception>
+    /// <exception cref="InvalidDataException">The content is invalid; the message is the reason, without the file's name.</exception>
     public static T Read<T>(string path, Func<JsonElement, T> parse)
     {
         var text = ReadUtf8(path);

@@ -2,10 +2,10 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Whether the service can be asked for anything now, as its state file says.</summary>
+/// <summary>Whether the service accepts requests now, according to its state file.</summary>
 internal static class ServiceState
 {
-    /// <summary>Returns when the service is running; otherwise throws what fits the state.</summary>
+    /// <summary>Returns if the service is running; otherwise throws the exception for its state.</summary>
     public static void Require(HomeFolder home)
     {
         var state = Read(home);
@@ -15,7 +15,7 @@ internal static class ServiceState
 
     private static string Read(HomeFolder home)
     {
-        // Looked for first: a FileNotFoundException can also mean an assembly that cannot be loaded.
+        // Checked first: a FileNotFoundException can also mean an assembly that cannot be loaded.
         if (FileProbe.FindFollowingLinks(home.ServiceFile) is null)
             throw new TessaportNotInstalledException(
                 $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport demo', or set "

@@ -5,7 +5,7 @@ internal sealed class ItemFinder
 {
     private readonly Dictionary<(string, string), string> _properPaths = [];
 
-    /// <summary>The item at a place, named as it is spelled on the disk; null when there is none.</summary>
+    /// <summary>The item at a place, named as it is spelled on the disk; null if it does not exist.</summary>
     public ItemView? Find(DrivePlace place)
     {
         var view = ItemView.At(place.Drive, place.Path);

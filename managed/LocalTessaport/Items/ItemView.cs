@@ -14,7 +14,7 @@ internal readonly record struct ItemView(LocalDrive Drive, string Path, FileEntr
 
     public bool IsFolder => IsRoot || (Workspace ?? Server) is { IsFolder: true };
 
-    /// <summary>A file here and a folder there under one name.</summary>
+    /// <summary>Whether one side has a file and the other a folder of that name.</summary>
     public bool SidesDiffer => Workspace is { } local && Server is { } remote && local.IsFolder != remote.IsFolder;
 
     public DateTime Modified => (Workspace ?? Server)?.Modified ?? DateTime.UnixEpoch;

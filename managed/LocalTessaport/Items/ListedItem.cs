@@ -1,13 +1,13 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What a result says of an item, as small as possible: a result can list a hundred thousand of them.</summary>
+/// <summary>What a result says about an item, kept small because a result can list a hundred thousand items.</summary>
 internal readonly record struct ListedItem(
     LocalDrive Drive, string Path, bool IsFolder, bool IsInWorkspace, bool IsOnServer, DateTime Modified)
 {
     public static ListedItem Of(ItemView view) =>
         new(view.Drive, view.Path, view.IsFolder, view.Workspace is not null, view.Server is not null, view.Modified);
 
-    /// <summary>What the request did with the item; null if it did nothing with it.</summary>
+    /// <summary>What the request did with the item; null for nothing.</summary>
     public string? Action { get; init; }
 
     public Item ToItem() => new()

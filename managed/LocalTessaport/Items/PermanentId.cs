@@ -1,12 +1,14 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The string that names an item permanently. It holds the drive as well, so that the drive is known without a search.</summary>
+/// <summary>
+/// The string that names an item permanently. It holds the drive as well, so that the drive is known without a search.
+/// </summary>
 internal readonly record struct PermanentId(Guid Drive, Guid Token)
 {
     private const string Prefix = "tp.";
     private const int Digits = 32;
 
-    /// <summary>The root is as lasting as its drive.</summary>
+    /// <summary>The root exists as long as its drive.</summary>
     public static PermanentId OfRoot(Guid drive) => new(drive, drive);
 
     public bool IsRoot => Token == Drive;

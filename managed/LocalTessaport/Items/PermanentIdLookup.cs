@@ -28,8 +28,8 @@ internal sealed class PermanentIdLookup
     }
 
     /// <summary>
-    /// Remembers the new places of what was found moved, so that the next change of a file there does not lose its trail.
-    /// Looking things up does not depend on it.
+    /// Saves the new paths of items that were found moved, so that they are still found after the next change of the file.
+    /// The lookup itself does not depend on it.
     /// </summary>
     public void RememberMoves()
     {

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Finds the permanent ids of items, and makes those that are missing.</summary>
+/// <summary>Finds the permanent ids of items and creates missing ones.</summary>
 internal static class PermanentIds
 {
     /// <summary>The permanent id of each item that exists, in the given order; null for the others.</summary>
@@ -33,7 +33,7 @@ internal static class PermanentIds
             var view = views[i];
             found[i] = new PermanentId(view.Drive.Id, scope.Edit(view.Drive).Record(view).Key);
         }
-        // An id is of use only when it is still known after a restart.
+        // An id is only useful if it is still known after a restart.
         scope.Save();
     }
 }

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The outcomes of one key of a batch.</summary>
+/// <summary>The outcomes for one key of a batch.</summary>
 internal static class Results
 {
     public const Result Success = Result.Success;

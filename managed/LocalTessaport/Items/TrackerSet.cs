@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Trackers over the saved records, for requests that only look; one a drive.</summary>
+/// <summary>Trackers over the saved records, one per drive, for requests that only read.</summary>
 internal sealed class TrackerSet
 {
     private readonly RequestScope _request;

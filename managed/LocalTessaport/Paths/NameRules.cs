@@ -3,7 +3,9 @@ using System.Text;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The names that items can have. A drive is shared between platforms, so the strictest rules apply to what is added.</summary>
+/// <summary>
+/// The names that items can have. A drive is shared between platforms, so the strictest rules apply to what is added.
+/// </summary>
 internal static class NameRules
 {
     private const int LongestName = 255;
@@ -17,7 +19,7 @@ internal static class NameRules
         "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9", "LPT¹", "LPT²", "LPT³",
     };
 
-    /// <summary>Whether the name of something in a folder can be reported and found again by the reported text.</summary>
+    /// <summary>Whether the name of something in a folder can be reported and found again by the reported name.</summary>
     public static bool CanBeListed(ReadOnlySpan<char> name) =>
         !name.ContainsAny('\\', '\0', '\uFFFD')
         && !name.Equals(Staging.FolderName, RelativePath.Comparison)
@@ -33,7 +35,9 @@ internal static class NameRules
         && !DeviceNames.Contains(WithoutExtensions(name))
         && CanBeListed(name);
 
-    /// <summary>A name with a note before its extension, shortened by entire characters to what every platform accepts.</summary>
+    /// <summary>
+    /// A name with a note before its extension, shortened by complete characters to what every platform accepts.
+    /// </summary>
     public static string WithNote(string name, string note)
     {
         var extension = Path.GetExtension(name);
@@ -50,7 +54,7 @@ internal static class NameRules
             throw new IOException($"'{name}' is not a name that every platform accepts; rename it.");
     }
 
-    /// <summary>Whether every surrogate has its partner; other text does not survive becoming a file name.</summary>
+    /// <summary>Whether every surrogate has its partner; other strings are changed when they become a file name.</summary>
     public static bool IsWellFormed(ReadOnlySpan<char> text)
     {
         for (var i = 0; i < text.Length; ++i)

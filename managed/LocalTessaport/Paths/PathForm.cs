@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The two ways to write a full path: back-slashes, as items carry it, and the platform's own, as files are opened.</summary>
+/// <summary>
+/// The two ways to write a full path: back-slashes, as items carry it, and the platform's own, as files are opened.
+/// </summary>
 internal static class PathForm
 {
     public static string ToBackslashes(string path) => path.Replace('/', '\\');
@@ -8,13 +10,17 @@ internal static class PathForm
     public static string ToPlatform(string path) =>
         Path.DirectorySeparatorChar == '\\' ? path.Replace('/', '\\') : path.Replace('\\', '/');
 
-    /// <summary>A normalised full path so that the platform takes it as it is, without keeping some names for devices.</summary>
+    /// <summary>
+    /// A normalised full path in the form that the platform takes literally, without reserving names for devices.
+    /// </summary>
     public static string ToLiteral(string path) =>
         Path.DirectorySeparatorChar != '\\' || path.StartsWith(@"\\?\", StringComparison.Ordinal) ? path
         : path.StartsWith(@"\\", StringComparison.Ordinal) ? @"\\?\UNC" + path[1..]
         : @"\\?\" + path;
 
-    /// <summary>The platform's normalised form of a full path with either slash, or null when the text names no place on this machine.</summary>
+    /// <summary>
+    /// The platform's normalised form of a full path with either slash, or null if the string names no place on this machine.
+    /// </summary>
     public static string? TryNormalise(string? path)
     {
         if (string.IsNullOrEmpty(path) || path.Contains('\0') || !NameRules.IsWellFormed(path))

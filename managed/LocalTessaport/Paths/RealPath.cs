@@ -10,7 +10,7 @@ internal sealed class RealPath
     /// <summary>Follows every link in a normalised full path as far as it exists; the rest stays as it is.</summary>
     public static string Of(string path) => new RealPath().Resolve(path);
 
-    /// <summary>The same, for many paths at one moment: each folder is looked at once.</summary>
+    /// <summary>The same for many paths at one moment; each folder is examined once.</summary>
     public string Resolve(string path) => Resolve(path, MostLinks);
 
     private string Resolve(string path, int linksLeft)

@@ -23,7 +23,7 @@ internal static class RelativePath
         path.Length > folder.Length
         && (folder.Length == 0 || (path[folder.Length] == '\\' && path.StartsWith(folder, Comparison)));
 
-    /// <summary>Brings a path with either slash into this form, or gives null when a part of it cannot name an item.</summary>
+    /// <summary>Brings a path with either slash into this form, or returns null if a part of it cannot name an item.</summary>
     public static string? TryParse(string? text)
     {
         if (text is null)

@@ -1,14 +1,14 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The identifiers under which the cloud knows items; they are made from the permanent ids and last as long.</summary>
+/// <summary>The identifiers of items in the cloud; derived from the permanent ids, and as permanent.</summary>
 internal static class CloudIdentifiers
 {
     public static readonly IReadOnlyList<Property> Properties =
     [
-        new("SourceObjectId", "Source object id", PropertyTypes.Text, OfItem) { AppliesTo = HasSourceObjects, NeedsIds = true },
-        new("KeldaProjectId", "Project id", PropertyTypes.Text, OfProject) { AppliesTo = HasProjects },
-        new("KeldaItemId", "Item id", PropertyTypes.Text, OfItem) { AppliesTo = HasProjects, NeedsIds = true },
-        new("KeldaParentId", "Parent folder id", PropertyTypes.Text, OfParent) { AppliesTo = HasProjects, NeedsIds = true },
+        new("SourceObjectId", "Source object id", PropertyTypes.String, OfItem) { AppliesTo = HasSourceObjects, NeedsIds = true },
+        new("KeldaProjectId", "Project id", PropertyTypes.String, OfProject) { AppliesTo = HasProjects },
+        new("KeldaItemId", "Item id", PropertyTypes.String, OfItem) { AppliesTo = HasProjects, NeedsIds = true },
+        new("KeldaParentId", "Parent folder id", PropertyTypes.String, OfParent) { AppliesTo = HasProjects, NeedsIds = true },
     ];
 
     private static bool HasProjects(LocalDrive drive) => drive.Type is DriveTypes.TrelisDocs or DriveTypes.TrelisTeam;
@@ -17,7 +17,7 @@ internal static class CloudIdentifiers
 
     private static string OfProject(PropertySource source) => "project." + source.Drive.Id.ToString("N");
 
-    // What is not on the server yet has no name there.
+    // An item that is not on the server yet has no identifier there.
     private static string? OfItem(PropertySource source) =>
         source.View.Server is not null && source.Id is { } id ? Urn(source.Drive, source.View.IsFolder, id) : null;
 

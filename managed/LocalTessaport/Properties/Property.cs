@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>One property: what it is called, which drives have it, and how its value is found (null where an item has none).</summary>
+/// <summary>One property: its names, the drives that have it, and how its value is found (null if an item has none).</summary>
 internal sealed record Property(string Id, string DisplayName, PropertyDataType Type, Func<PropertySource, object?> Read)
 {
     public Predicate<LocalDrive> AppliesTo { get; init; } = _ => true;

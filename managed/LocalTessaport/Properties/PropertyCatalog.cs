@@ -1,25 +1,25 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>All properties, in the order in which they are told.</summary>
+/// <summary>All properties, in the order in which they are reported.</summary>
 internal static class PropertyCatalog
 {
     private static readonly Property[] General =
     [
-        new("Name", "Name", PropertyTypes.Text, s => s.View.IsRoot ? s.Drive.Name : RelativePath.NameOf(s.View.Path)),
-        new("Extension", "Extension", PropertyTypes.Text, s => s.IsFile ? Path.GetExtension(s.View.Path) : null),
+        new("Name", "Name", PropertyTypes.String, s => s.View.IsRoot ? s.Drive.Name : RelativePath.NameOf(s.View.Path)),
+        new("Extension", "Extension", PropertyTypes.String, s => s.IsFile ? Path.GetExtension(s.View.Path) : null),
         new("Size", "Size", PropertyTypes.WholeNumber, s => s.IsFile ? (s.View.Workspace ?? s.View.Server)?.Size : null),
         new("Modified", "Modified", PropertyTypes.Date, s => new UtcTime(s.View.Modified)),
         new("Created", "Created", PropertyTypes.Date, s => s.Created is { } created ? new UtcTime(created) : null),
         new("IsFolder", "Is a folder", PropertyTypes.Boolean, s => s.View.IsFolder),
         new("IsInWorkspace", "Is in the workspace", PropertyTypes.Boolean, s => s.View.Workspace is not null),
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
-        new("SyncState", "Sync state", PropertyTypes.Text, SyncStates.Of),
-        new("SyncError", "Reason of the last failure", PropertyTypes.Text, s => s.Failure),
-        new("SyncAction", "What the sync did", PropertyTypes.Text, s => s.Action),
-        new("ContentHash", "SHA-256", PropertyTypes.Text, s => s.IsFile ? s.TryHash() : null),
+        new("SyncState", "Sync state", PropertyTypes.String, SyncStates.Of),
+        new("SyncError", "Reason of the last failure", PropertyTypes.String, s => s.Failure),
+        new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action),
+        new("ContentHash", "SHA-256", PropertyTypes.String, s => s.IsFile ? s.TryHash() : null),
     ];
 
-    // These say why the rest of a drive cannot be read or changed now.
+    // These explain why the other items of the drive cannot be read or changed now.
     private static readonly Property[] OfDrives =
     [
         new("Offline", "Is offline", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Offline : null) { IsKnownOffline = true },
@@ -32,7 +32,7 @@ internal static class PropertyCatalog
         {
             AppliesTo = drive => drive.Locking,
         },
-        new("LockedBy", "Locked by", PropertyTypes.Text, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
+        new("LockedBy", "Locked by", PropertyTypes.String, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
     ];
 
     private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];

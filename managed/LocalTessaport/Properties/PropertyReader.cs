@@ -5,7 +5,7 @@ internal static class PropertyReader
 {
     /// <param name="request">The request.</param>
     /// <param name="views">The items.</param>
-    /// <param name="actions">For each item what its id says was done with it.</param>
+    /// <param name="actions">For each item, what was done with it according to its id.</param>
     /// <param name="properties">The properties to read.</param>
     public static List<PropertyValue> Read(
         RequestScope request, List<ItemView> views, List<string?> actions, List<Property> properties)

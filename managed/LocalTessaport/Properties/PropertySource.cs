@@ -11,10 +11,10 @@ internal sealed class PropertySource
     /// <summary>What was last synced at the item's path, if anything was.</summary>
     public required SyncedRecord? Synced { get; init; }
 
-    /// <summary>Why the item could not be done when it was last asked for; null when it could.</summary>
+    /// <summary>The reason of the item's last failure; null if its last request succeeded.</summary>
     public required string? Failure { get; init; }
 
-    /// <summary>What the request did in whose result the item was listed; null outside of results.</summary>
+    /// <summary>What the request that listed the item did with it; null outside of results.</summary>
     public required string? Action { get; init; }
 
     public LocalDrive Drive => View.Drive;
@@ -23,7 +23,7 @@ internal sealed class PropertySource
 
     public DateTime? Created => Side.CreationTimeOf(View.Path);
 
-    /// <summary>Null when the file cannot be read now.</summary>
+    /// <summary>Null if the file cannot be read now.</summary>
     public string? TryHash()
     {
         try

@@ -1,9 +1,9 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The numbers that data types have.</summary>
+/// <summary>The numbers of the data types.</summary>
 internal static class PropertyTypes
 {
-    public const PropertyDataType Text = (PropertyDataType)1;
+    public const PropertyDataType String = (PropertyDataType)1;
     public const PropertyDataType WholeNumber = (PropertyDataType)2;
     public const PropertyDataType Date = (PropertyDataType)3;
     public const PropertyDataType Boolean = (PropertyDataType)4;

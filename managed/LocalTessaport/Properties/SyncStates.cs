@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>How an item's two sides compare, as one word that programs can read.</summary>
+/// <summary>How the two sides of an item compare, as one machine-readable word.</summary>
 internal static class SyncStates
 {
     public const string InSync = "in-sync";

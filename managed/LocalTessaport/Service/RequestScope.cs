@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What one request works with: the home, found running, and the drives as configured now.</summary>
+/// <summary>What one request works with: the home of a running service, and the drives as configured now.</summary>
 internal sealed class RequestScope
 {
     private RequestScope(HomeFolder home, DriveList drives)
@@ -21,7 +21,7 @@ internal sealed class RequestScope
         return request;
     }
 
-    /// <summary>The place that an id names; ids of drives that are gone have none.</summary>
+    /// <summary>The place that an id names; null if the drive no longer exists.</summary>
     public DrivePlace? TryPlaceOf(ItemId? id)
     {
         if (id?.Path is null)
@@ -35,5 +35,5 @@ internal sealed class RequestScope
         ?? throw new ArgumentException($"There is no drive '{id!.Drive}' any more; list the drives again.");
 
     public LocalDrive DriveOf(Guid id) => Drives.Find(id)
-        ?? throw new ArgumentException($"There is no drive with the id '{id}'; list the drives to see those there are.");
+        ?? throw new ArgumentException($"There is no drive with the id '{id}'; list the drives to see which exist.");
 }

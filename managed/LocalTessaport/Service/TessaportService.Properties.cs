@@ -18,6 +18,7 @@ public partial class TessaportService
             .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
         var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();
-        return new PropertyValues { Values = PropertyReader.Read(request, items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action), properties) };
+        var (views, actions) = (items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action));
+        return new PropertyValues { Values = PropertyReader.Read(request, views, actions, properties) };
     }
 }

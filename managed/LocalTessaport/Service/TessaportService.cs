@@ -1,13 +1,15 @@
 namespace Quorvex.Tessaport.API;
 
-/// <summary>A sync service whose drives are plain folders. Objects hold nothing, so any number may be used from any thread.</summary>
+/// <summary>
+/// A sync service whose drives are plain folders. Objects have no state, so any number of them may be used from any thread.
+/// </summary>
 public partial class TessaportService
 {
     public TessaportService()
     {
     }
 
-    /// <summary>The window would own the service's dialogs; it shows none.</summary>
+    /// <summary>The window is ignored: this service shows no dialogs.</summary>
     public TessaportService(IntPtr windowHandle)
     {
     }

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The part of a request that changes something: alone, across processes, and with the records saved at its end.</summary>
+/// <summary>The part of a request that makes changes. It excludes other processes, and saves the records at its end.</summary>
 internal sealed class ChangeScope : IDisposable
 {
     private readonly HomeFolder _home;
@@ -23,7 +23,7 @@ internal sealed class ChangeScope : IDisposable
 
     public void Save()
     {
-        // What was deleted makes room first: deleting is what one does when a disk is full.
+        // Deleted items are removed first, because users delete files when a disk is full.
         ClearStaging();
         foreach (var edit in _edits.Values.Where(edit => edit.Index.IsChanged))
             IndexStore.Save(_home, edit.Drive.Id, edit.Index);

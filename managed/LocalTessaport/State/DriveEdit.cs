@@ -23,14 +23,14 @@ internal sealed class DriveEdit : IDisposable
     public ItemView ViewOf(SnapshotNode node, string path) => new(Drive, path, node[SideName.Workspace], node[SideName.Server]);
 
     /// <summary>
-    /// Both sides as they were when this request first asked. Who acts on it checks what is there now; when that is something
-    /// else, the snapshot is forgotten.
+    /// Both sides as they were when this request first asked. Code that acts on it checks what is there now, and drops the
+    /// snapshot if that differs.
     /// </summary>
     public DriveSnapshot WholeSnapshot() => _snapshot ??= DriveSnapshot.Take(Drive, RelativePath.Root);
 
     public void ForgetSnapshot() => _snapshot = null;
 
-    /// <summary>The record of an item that exists, made when there is none, brought up to what the view shows.</summary>
+    /// <summary>The record of an existing item, updated to what the view shows; a new one if the item has none.</summary>
     public ItemRecord Record(ItemView view)
     {
         var record = (Tracker.RecordOf(view) ?? ItemRecord.For(view) with { Content = KnownContentOf(view) }).SeenIn(view);
@@ -47,15 +47,15 @@ internal sealed class DriveEdit : IDisposable
     }
 
     /// <summary>Drops the sync records of what is on neither side any more.</summary>
-    public void ForgetWhatIsGone(DriveSnapshot whole)
+    public void ForgetWhatIsGone(DriveSnapshot drive)
     {
-        foreach (var record in Index.Synced.Records.Where(record => !Exists(whole.Find(record.Path))).ToList())
+        foreach (var record in Index.Synced.Records.Where(record => !Exists(drive.Find(record.Path))).ToList())
             Index.Synced.Remove(record);
     }
 
     private static bool Exists(SnapshotNode? node) => node is not null && (node[SideName.Workspace] ?? node[SideName.Server]) is not null;
 
-    // Few drives have named items, and finding the record of one takes looking at files.
+    // Few drives have named items, and finding the record of one means reading file properties.
     private bool IsNamed(ItemView view) =>
         (Index.Items.BySide(SideName.Workspace, view) ?? Index.Items.BySide(SideName.Server, view) ?? Index.Items.ByPath(view.Path)) is not null;
 

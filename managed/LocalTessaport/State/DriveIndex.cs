@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>All that is remembered of one drive.</summary>
+/// <summary>Everything that the service remembers of one drive.</summary>
 internal sealed class DriveIndex
 {
     public DriveIndex()
@@ -21,15 +21,15 @@ internal sealed class DriveIndex
     /// <summary>What was equal on both sides when it was last synced, by path.</summary>
     public RecordTable<string, SyncedRecord> Synced { get; }
 
-    /// <summary>Why items could not be done when they were last asked for.</summary>
+    /// <summary>The reasons of the last failures.</summary>
     public FailureTable Failures { get; }
 
     public bool IsChanged => Items.IsChanged || Synced.IsChanged || Failures.IsChanged;
 
-    /// <summary>A copy to be changed while this one is read.</summary>
+    /// <summary>A copy that can be changed while this one is read.</summary>
     public DriveIndex Clone() => new(Items.Clone(), Synced.Clone(), Failures.Clone());
 
-    /// <summary>Notes that everything is saved as it is now.</summary>
+    /// <summary>Marks everything as saved.</summary>
     public void AcceptChanges()
     {
         Items.AcceptChanges();
@@ -37,7 +37,7 @@ internal sealed class DriveIndex
         Failures.AcceptChanges();
     }
 
-    /// <summary>Notes that items, with everything in them, have other paths now; all at once, so that they can change places.</summary>
+    /// <summary>Records the new paths of items and of everything in them; all at once, so that items can swap places.</summary>
     public void Move(params (string From, string To)[] moves)
     {
         MoveIn(Items, moves, (record, path) => record with { Path = path });
@@ -46,7 +46,7 @@ internal sealed class DriveIndex
             Failures.RemoveWithin(from);
     }
 
-    /// <summary>Notes that an item, with everything in it, is gone.</summary>
+    /// <summary>Records that an item, with everything in it, no longer exists.</summary>
     public void Remove(string path)
     {
         Within(Items, path).ForEach(Items.Remove);

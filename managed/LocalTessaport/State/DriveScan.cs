@@ -3,7 +3,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Walks everything on one side of a drive.</summary>
 internal static class DriveScan
 {
-    /// <summary>Every file and folder below the root, folders before what they hold. Folders that may not be read are left out.</summary>
+    /// <summary>
+    /// Every file and folder below the root, folders before their contents. Folders without read permission are left out.
+    /// </summary>
     public static IEnumerable<(string Path, FileEntry Entry)> Walk(DriveSide side)
     {
         var folders = new Stack<string>();

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The reason why each item failed that could not be done when it was last asked for.</summary>
+/// <summary>The reason of the last failure for each item whose last request failed.</summary>
 internal sealed class FailureTable
 {
     private readonly Dictionary<string, string> _reasons;

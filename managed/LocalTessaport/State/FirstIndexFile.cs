@@ -3,8 +3,8 @@ using System.Text.Json;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Reads what the first version of the service wrote: one JSON document, whose stamps lack the time of the last change. They are
-/// taken over as not settled, so that the next sync compares contents once.
+/// Reads the format of the first version of the service: one JSON document, whose stamps lack the time of the last change. They
+/// count as not settled, so that the next sync compares contents once.
 /// </summary>
 internal static class FirstIndexFile
 {
@@ -26,10 +26,10 @@ internal static class FirstIndexFile
         IsFolder = element.TryGetProperty("folder", out _),
         Local = Identity(element, "local"),
         Remote = Identity(element, "remote"),
-        Content = Text(element, "hash") is { } hash
+        Content = StringOf(element, "hash") is { } hash
             ? new ContentMark(element.GetProperty("size").GetInt64(), ContentHash.Parse(hash))
             : null,
-        LockedBy = Text(element, "lockedBy"),
+        LockedBy = StringOf(element, "lockedBy"),
     };
 
     private static SyncedRecord ParseSynced(JsonElement element)
@@ -48,8 +48,8 @@ internal static class FirstIndexFile
         new(size.GetInt64(), FileTime.Of(new DateTime(time.GetInt64(), DateTimeKind.Utc)), default, IsSettled: false);
 
     private static FileIdentity Identity(JsonElement element, string member) =>
-        Text(element, member) is { } text ? FileIdentity.Parse(text) : FileIdentity.None;
+        StringOf(element, member) is { } identity ? FileIdentity.Parse(identity) : FileIdentity.None;
 
-    private static string? Text(JsonElement element, string member) =>
+    private static string? StringOf(JsonElement element, string member) =>
         element.TryGetProperty(member, out var value) ? value.GetString() : null;
 }

@@ -3,8 +3,8 @@ using System.Text.Json;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// The form in which the records of a drive are stored: one JSON object a line, the first with the version of the form, so that
-/// neither reading nor writing needs more memory than the records themselves.
+/// The file format of a drive's records: one JSON object per line, the first with the version of the format. Reading and
+/// writing need no more memory than the records themselves.
 /// </summary>
 internal static class IndexFile
 {

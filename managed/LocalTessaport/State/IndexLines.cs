@@ -2,7 +2,9 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>One line of a drive's records: an item that was named (it has an id), what was synced, or a failure (it has a reason).</summary>
+/// <summary>
+/// One line of a drive's records: an item that was named (it has an id), what was synced, or a failure (it has a reason).
+/// </summary>
 internal static class IndexLines
 {
     private const int StampParts = 6;
@@ -91,7 +93,7 @@ internal static class IndexLines
         json.WriteEndArray();
     }
 
-    /// <summary>The members of one line; those it does not know are passed over.</summary>
+    /// <summary>The members of one line; unknown ones are skipped.</summary>
     private readonly ref struct Fields
     {
         public Fields(ReadOnlySpan<byte> line)
@@ -101,17 +103,17 @@ internal static class IndexLines
             while (reader.Read() && reader.TokenType == JsonTokenType.PropertyName)
             {
                 if (reader.ValueTextEquals("path"))
-                    Path = Text(ref reader);
+                    Path = RequireString(ref reader);
                 else if (reader.ValueTextEquals("local"))
-                    Local = FileIdentity.Parse(Text(ref reader));
+                    Local = FileIdentity.Parse(RequireString(ref reader));
                 else if (reader.ValueTextEquals("remote"))
-                    Remote = FileIdentity.Parse(Text(ref reader));
+                    Remote = FileIdentity.Parse(RequireString(ref reader));
                 else if (reader.ValueTextEquals("localStamp"))
                     LocalStamp = Stamp(ref reader);
                 else if (reader.ValueTextEquals("remoteStamp"))
                     RemoteStamp = Stamp(ref reader);
                 else if (reader.ValueTextEquals("hash"))
-                    Hash = ContentHash.Parse(Text(ref reader));
+                    Hash = ContentHash.Parse(RequireString(ref reader));
                 else if (reader.ValueTextEquals("folder"))
                     IsFolder = reader.Read() && reader.GetBoolean();
                 else if (reader.ValueTextEquals("id"))
@@ -119,9 +121,9 @@ internal static class IndexLines
                 else if (reader.ValueTextEquals("size"))
                     Size = reader.Read() ? reader.GetInt64() : 0;
                 else if (reader.ValueTextEquals("lockedBy"))
-                    LockedBy = Text(ref reader);
+                    LockedBy = RequireString(ref reader);
                 else if (reader.ValueTextEquals("reason"))
-                    Reason = Text(ref reader);
+                    Reason = RequireString(ref reader);
                 else
                     reader.Skip();
             }
@@ -141,8 +143,8 @@ internal static class IndexLines
 
         public string RequirePath() => Path ?? throw new FormatException("a record has no path");
 
-        private static string Text(ref Utf8JsonReader reader) =>
-            reader.Read() && reader.GetString() is { } text ? text : throw new FormatException("a text is missing");
+        private static string RequireString(ref Utf8JsonReader reader) =>
+            reader.Read() && reader.GetString() is { } value ? value : throw new FormatException("a string is missing");
 
         private static VersionStamp Stamp(ref Utf8JsonReader reader)
         {

@@ -3,8 +3,8 @@ using System.Collections.Concurrent;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// The records of each drive as last written by any process. What is handed out for reading never changes; who changes
-/// something holds the home's lock, works on a copy and saves that.
+/// The records of each drive as last written by any process. Records that were handed out for reading never change; a writer
+/// holds the home's lock, changes a copy and saves it.
 /// </summary>
 internal static class IndexStore
 {
@@ -24,7 +24,7 @@ internal static class IndexStore
         return index;
     }
 
-    /// <summary>Saves the records and takes them over: from now on they are handed out for reading.</summary>
+    /// <summary>Saves the records and takes ownership of them: from now on they are handed out for reading.</summary>
     public static void Save(HomeFolder home, Guid drive, DriveIndex index)
     {
         var path = home.StateFileOf(drive);

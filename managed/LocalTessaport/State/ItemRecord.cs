@@ -1,12 +1,12 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What is remembered of one item, so that it is known again wherever it goes.</summary>
+/// <summary>What is remembered of one item, so that it is recognized after it was renamed or moved.</summary>
 internal sealed record ItemRecord : ITrackedRecord<Guid>
 {
-    /// <summary>The lasting part of the permanent id.</summary>
+    /// <summary>The part of the permanent id that identifies the item within its drive.</summary>
     public required Guid Key { get; init; }
 
-    /// <summary>Where the item stood when it was last looked at.</summary>
+    /// <summary>The path of the item when it was last looked at.</summary>
     public required string Path { get; init; }
 
     public required bool IsFolder { get; init; }

@@ -1,8 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Tells which record belongs to which item although files are renamed, moved, replaced and copied back behind the service's
-/// back, on one drive in one request.
+/// Finds the record of each item of a drive during a request, although other programs rename, move, replace and copy back
+/// files without the service.
 /// </summary>
 internal sealed class ItemTracker
 {
@@ -20,7 +20,7 @@ internal sealed class ItemTracker
     public SideMap Local { get; }
     public SideMap Remote { get; }
 
-    /// <summary>Forgets what was seen on the drive, after something was moved there.</summary>
+    /// <summary>Forgets what was seen on the drive, after an item was moved.</summary>
     public void Reset()
     {
         Local.Reset();
@@ -40,7 +40,7 @@ internal sealed class ItemTracker
         return null;
     }
 
-    /// <summary>Where the item of a record stands now, or null when it is gone.</summary>
+    /// <summary>The current path of the item of a record, or null if it no longer exists.</summary>
     public string? PathOf(ItemRecord record)
     {
         var view = ItemView.At(_drive, record.Path);

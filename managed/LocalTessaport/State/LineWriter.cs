@@ -3,7 +3,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Writes JSON objects to a stream, one a line.</summary>
+/// <summary>Writes JSON objects to a stream, one per line.</summary>
 internal sealed class LineWriter
 {
     private const int BlockSize = 64 * 1024;

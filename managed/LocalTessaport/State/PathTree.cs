@@ -37,7 +37,7 @@ internal sealed class PathTree
         }
     }
 
-    /// <summary>The paths below a folder, without its own.</summary>
+    /// <summary>The paths below a folder, not including its own.</summary>
     public List<string> Below(string folder)
     {
         var found = new List<string>();

@@ -13,8 +13,8 @@ internal interface ITrackedRecord<TKey>
 }
 
 /// <summary>
-/// Records that can be found by each thing that tells them. Only the keys are kept at all times, the rest from the first question
-/// on: most requests ask for keys alone, and a drive can have a hundred thousand records.
+/// Records that can be found by key, by path and by the file on either side. Only the keys are always stored; the others are
+/// built on first use, because most requests need only keys and a drive can have a hundred thousand records.
 /// </summary>
 internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
 {
@@ -34,7 +34,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public RecordTable<TKey, TRecord> Clone() => new(new Dictionary<TKey, TRecord>(_byKey, _byKey.Comparer));
 
-    /// <summary>Notes that the records are saved as they are now.</summary>
+    /// <summary>Marks the records as saved.</summary>
     public void AcceptChanges() => IsChanged = false;
 
     public TRecord? ByKey(TKey key) => _byKey.GetValueOrDefault(key);
@@ -131,7 +131,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         }
     }
 
-    // What led here may lead to another record in the meantime, as when two files swap their names.
+    // The entry may refer to another record by now, for example after two files swapped their names.
     private static void Forget<TName>(Dictionary<TName, TRecord> records, TName name, TRecord record) where TName : notnull
     {
         if (records.TryGetValue(name, out var holder) && holder == record)

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Where each file of one side stands now. Made at the first question: few requests need to walk a drive.</summary>
+/// <summary>Maps the files of one side to their current paths. Built on first use: few requests need to walk a drive.</summary>
 internal sealed class SideMap
 {
     private readonly DriveSide _side;

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Names one of the two sides of a drive where code does the same for either.</summary>
+/// <summary>Names one of the two sides of a drive, for code that does the same on both.</summary>
 internal enum SideName
 {
     Workspace,

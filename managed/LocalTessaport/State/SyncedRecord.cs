@@ -29,8 +29,8 @@ internal sealed record SyncedRecord(string Path, bool IsFolder) : ITrackedRecord
     };
 
     /// <summary>
-    /// For files that were found equal. The content of files that were changed a moment ago is kept in mind, since another change
-    /// may not show in their times.
+    /// For files that were found equal. Files that were changed a moment ago are hashed, because another change may not show in
+    /// their times.
     /// </summary>
     public static SyncedRecord ForEqual(string path, SeenVersion local, SeenVersion remote, FileSource content)
     {

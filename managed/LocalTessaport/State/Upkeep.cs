@@ -1,9 +1,14 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>What is due before a drive is used: removing what a killed process left, taking stock of a new drive.</summary>
+/// <summary>
+/// Work that is due before a drive is used: removing leftovers of a killed process, taking stock of a new drive.
+/// </summary>
 internal static class Upkeep
 {
-    /// <summary>Does it when nothing hinders. Who holds the lock sees to it otherwise, and reading works without.</summary>
+    /// <summary>
+    /// Does the work that is due, if it can. If another process holds the lock, that process does it; reading works without
+    /// it.
+    /// </summary>
     public static void RunIfDue(RequestScope request)
     {
         try
@@ -22,7 +27,7 @@ internal static class Upkeep
         }
     }
 
-    /// <summary>Does it; the caller holds the lock.</summary>
+    /// <summary>Does the work for one drive; the caller holds the lock.</summary>
     public static void Run(HomeFolder home, LocalDrive drive)
     {
         drive.MakeFolders();

@@ -13,7 +13,7 @@ internal enum VersionState
 /// <summary>Compares versions with records.</summary>
 internal static class VersionCheck
 {
-    /// <summary>Tells without reading the file.</summary>
+    /// <summary>Compares without reading the file.</summary>
     public static VersionState Compare(FileEntry entry, SyncedRecord? last, SideName side)
     {
         if (last is null || last.IsFolder != entry.IsFolder)

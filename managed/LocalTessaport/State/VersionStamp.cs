@@ -10,7 +10,7 @@ internal readonly record struct VersionStamp(long Size, FileTime Modified, FileT
 /// <summary>A version of a file, and the moment at which it was seen.</summary>
 internal readonly record struct SeenVersion(FileEntry Entry, bool IsSettled)
 {
-    // File systems take the time of a change from a clock that moves in steps of up to ten milliseconds, some in steps of two seconds.
+    // The clock that file systems use advances in steps of up to ten milliseconds, on some of them two seconds.
     private static readonly TimeSpan FineStep = TimeSpan.FromMilliseconds(20);
     private static readonly TimeSpan CoarseStep = TimeSpan.FromSeconds(2.5);
 

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Which files can be added to a folder, one check for asking and for doing.</summary>
+/// <summary>Decides which files can be added to a folder, both for the question and for the addition.</summary>
 internal sealed class AdditionRules
 {
     private readonly LocalDrive _drive;
@@ -16,19 +16,19 @@ internal sealed class AdditionRules
     /// <summary>The folder to which files are added.</summary>
     public string Folder => _folder;
 
-    /// <summary>Throws what is in the way of adding any file.</summary>
+    /// <summary>Throws if no file can be added.</summary>
     public void RequireOpenFolder()
     {
         FolderListing.RequireFolder(ItemView.At(_drive, _folder));
         _drive.RequireWritable();
     }
 
-    /// <summary>Where a source goes and from where; throws what is in the way of it.</summary>
+    /// <summary>The full path of a source and its target; throws if it cannot be added.</summary>
     public (string Source, ItemView Target) RequireSource(string? path)
     {
         var source = PathForm.TryNormalise(path) ?? throw new ArgumentException($"'{path}' is not a full path of a file.");
         if (FileProbe.FindFollowingLinks(source) is not { IsFolder: false })
-            throw new FileNotFoundException($"'{source}' is not there or is no file.");
+            throw new FileNotFoundException($"'{source}' does not exist or is not a file.");
         FileSource.Outside(source).Open().Dispose();
         return (source, RequireTarget(Path.GetFileName(source)));
     }

@@ -1,20 +1,20 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Does one step for each of many things; a failing one does not keep the others from being done.</summary>
+/// <summary>Processes a list step by step; a step that fails does not prevent the others.</summary>
 internal static class Batch
 {
     /// <param name="request">The request.</param>
-    /// <param name="things">What the step is done for.</param>
-    /// <param name="placeOf">The item that shows the reason when the step fails.</param>
-    /// <param name="step">The step.</param>
+    /// <param name="elements">The list.</param>
+    /// <param name="placeOf">The item that shows the reason of a failure.</param>
+    /// <param name="step">What is done for each element.</param>
     public static CommandResult Run<T>(
-        RequestScope request, List<T> things, Func<T, DrivePlace?> placeOf, Action<ChangeScope, ChangeReport, T> step)
+        RequestScope request, List<T> elements, Func<T, DrivePlace?> placeOf, Action<ChangeScope, ChangeReport, T> step)
     {
         var report = new ChangeReport();
         using (var scope = new ChangeScope(request.Home))
         {
-            foreach (var thing in things)
-                report.Attempt(() => step(scope, report, thing), reason => Note(scope, report, placeOf(thing), reason));
+            foreach (var element in elements)
+                report.Attempt(() => step(scope, report, element), reason => Note(scope, report, placeOf(element), reason));
             report.Attempt(scope.Save);
         }
         return report.ToResult();

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Collects what a batch did. A failing item is left out of the lists and does not keep the others from being done.</summary>
+/// <summary>Collects what a batch did. An item that fails is left out of the lists and does not prevent the others.</summary>
 internal sealed class ChangeReport
 {
     private readonly List<ListedItem> _created = [];
@@ -10,7 +10,7 @@ internal sealed class ChangeReport
 
     public int Failures { get; private set; }
 
-    /// <summary>Whether an exception means that one item could not be done, and not that the service is broken.</summary>
+    /// <summary>Whether an exception concerns one item only, and does not mean that the service is broken.</summary>
     public static bool IsFailure(Exception e) =>
         e is IOException or UnauthorizedAccessException or ArgumentException or NotSupportedException;
 
@@ -18,16 +18,16 @@ internal sealed class ChangeReport
 
     /// <summary>Lists an item that is in sync now.</summary>
     /// <param name="view">The item.</param>
-    /// <param name="action">What was done with it, one of <see cref="SyncActions"/>; null if that was nothing or is known already.</param>
+    /// <param name="action">What was done with it, one of <see cref="SyncActions"/>; null for nothing, or if it is known already.</param>
     public void Updated(ItemView view, string? action = null) => List(_updated, ListedItem.Of(view) with { Action = action });
 
     /// <summary>Lists an item that was seen before it was deleted; it is on neither side now.</summary>
     public void Deleted(ItemView before) => _deleted.Add(ListedItem.Of(before) with { IsInWorkspace = false, IsOnServer = false });
 
-    /// <summary>Runs one step of the batch; false when it failed.</summary>
+    /// <summary>Runs one step of the batch; false if it failed.</summary>
     public bool Attempt(Action step) => Attempt(step, _ => { });
 
-    /// <summary>The same, and hands over the reason of a failure.</summary>
+    /// <summary>Runs one step of the batch and passes on the reason of a failure.</summary>
     public bool Attempt(Action step, Action<Exception> onFailure)
     {
         try
@@ -50,7 +50,7 @@ internal sealed class ChangeReport
         index.Failures.Put(path, reason.Message);
     }
 
-    // Items are made when they are read: a hundred thousand of them at once would take more memory than all the rest.
+    // Items are created when they are read: a hundred thousand at once would take more memory than everything else.
     public CommandResult ToResult() => new()
     {
         IsSuccess = Failures == 0,

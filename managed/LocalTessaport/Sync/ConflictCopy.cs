@@ -2,10 +2,10 @@ using System.Globalization;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Keeps the older of two versions that were made independently, beside the newer.</summary>
+/// <summary>Keeps the older of two independent versions beside the newer one.</summary>
 internal static class ConflictCopy
 {
-    /// <summary>Copies the version of one side beside the file, on both sides, and gives the copy's path.</summary>
+    /// <summary>Copies the version of one side beside the file, on both sides, and returns the copy's path.</summary>
     public static string Keep(DriveEdit edit, string path, DriveSide side, DateTime modified)
     {
         var source = side.At(path);
@@ -14,7 +14,7 @@ internal static class ConflictCopy
         return copy;
     }
 
-    // A copy that was kept before a kill, and not used any further, is taken again rather than made twice.
+    // A copy that was made before a kill is reused instead of made again.
     private static string ChoosePath(DriveEdit edit, string path, DateTime modified, FileSource source)
     {
         for (var number = 1; ; ++number)

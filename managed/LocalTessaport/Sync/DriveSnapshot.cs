@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Both sides of a drive, or of a part of it, as they were when they were looked at, in one tree.</summary>
+/// <summary>Both sides of a drive, or of a part of it, at one moment, in one tree.</summary>
 internal sealed class DriveSnapshot
 {
     private readonly LocalDrive _drive;
@@ -12,7 +12,7 @@ internal sealed class DriveSnapshot
     /// <summary>The item that was asked for.</summary>
     public SnapshotNode Top { get; private set; } = null!;
 
-    public bool IsWhole => Top.IsRoot;
+    public bool IsEntireDrive => Top.IsRoot;
 
     /// <summary>Looks at an item, the folders above it and everything in it.</summary>
     public static DriveSnapshot Take(LocalDrive drive, string path)
@@ -44,7 +44,7 @@ internal sealed class DriveSnapshot
         return folders;
     }
 
-    /// <summary>Where a file or folder is on one side; null when it is not in this part of the drive.</summary>
+    /// <summary>The place of a file or folder on one side; null if it is not in this part of the drive.</summary>
     public SnapshotNode? Find(SideName side, FileIdentity identity)
     {
         if (!identity.IsKnown)
@@ -53,7 +53,7 @@ internal sealed class DriveSnapshot
         return nodes.TryGetValue(identity, out var node) && node[side]?.Identity == identity ? node : null;
     }
 
-    /// <summary>Notes that what was at one place of a side, with everything in it, is at another.</summary>
+    /// <summary>Records that an item of a side, with everything in it, has moved.</summary>
     public void Move(SideName side, SnapshotNode from, SnapshotNode to)
     {
         var pending = new Stack<(SnapshotNode From, SnapshotNode To)>();
@@ -71,7 +71,7 @@ internal sealed class DriveSnapshot
         }
     }
 
-    /// <summary>Notes that what was at two places of a side changed places.</summary>
+    /// <summary>Records that two items of a side have swapped places.</summary>
     public void Exchange(SideName side, SnapshotNode one, SnapshotNode other)
     {
         var aside = SnapshotNode.MakeRoot();
@@ -80,7 +80,7 @@ internal sealed class DriveSnapshot
         Move(side, aside, other);
     }
 
-    /// <summary>Notes what is at a place now.</summary>
+    /// <summary>Records what is at a place now.</summary>
     public void Put(SideName side, SnapshotNode node, FileEntry? entry)
     {
         node[side] = entry;

@@ -34,7 +34,7 @@ internal sealed class FileAddition
 
     private void AddVersion(string source, string path)
     {
-        // Brings changes that were made on either side together first, so that the new version replaces nothing unseen.
+        // Syncs the file first, so that the new version replaces nothing unseen.
         new ItemSync(_edit, _report).SyncFile(path);
         Step.Reached("Add.Synced", path);
         if (!source.Equals(_edit.Drive.Workspace.PathOf(path), RelativePath.Comparison))
@@ -49,7 +49,7 @@ internal sealed class FileAddition
         var last = _edit.Index.Synced.ByPath(path);
         foreach (var side in SideNames.Both)
         {
-            // A version that is too young for its times to be trusted is replaced only if nothing happens to it from here on.
+            // A version that is too recent for its times to be reliable is replaced only if nothing changes it from here on.
             if (view.On(side) is { } entry && VersionCheck.Compare(entry, last, side) == VersionState.Changed)
                 throw new ChangedException(_edit.Drive.Side(side).PathOf(path));
         }

@@ -1,12 +1,12 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Brings a file from anywhere to both sides.</summary>
+/// <summary>Copies a file from anywhere to both sides.</summary>
 internal static class FileTransfer
 {
     /// <summary>Puts a file on both sides. Both copies are complete before the first one appears.</summary>
     /// <param name="edit">The drive.</param>
     /// <param name="source">The file to be copied.</param>
-    /// <param name="target">The place with what may be replaced there.</param>
+    /// <param name="target">The item that may be replaced.</param>
     public static void PutOnBothSides(DriveEdit edit, FileSource source, ItemView target)
     {
         edit.Drive.RequireWritable();

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Finds a folder below another by its name or path, and makes it when there is none.</summary>
+/// <summary>Finds a folder below another one by its name or path, and creates it if it does not exist.</summary>
 internal static class FolderCreation
 {
     public static ItemView GetOrCreate(RequestScope request, DrivePlace parent, string? name)

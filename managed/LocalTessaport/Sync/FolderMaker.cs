@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Makes folders on both sides, with those above them.</summary>
+/// <summary>Creates folders on both sides, with the folders above them.</summary>
 internal static class FolderMaker
 {
     public static void Make(DriveEdit edit, string path)
@@ -13,7 +13,7 @@ internal static class FolderMaker
         }
     }
 
-    /// <summary>Makes a folder of a snapshot on the side where it is missing.</summary>
+    /// <summary>Creates a folder of a snapshot on the side on which it is missing.</summary>
     public static void MakeMissing(DriveEdit edit, SnapshotNode folder, SideName side)
     {
         var path = folder.Path;

@@ -17,7 +17,7 @@ internal sealed class ItemDeletion
             return;
         }
         RequireDeletable(edit, view);
-        // The server first: what then is left by a kill is the user's own copy.
+        // The server first, so that a kill leaves the user's own copy.
         MoveAside(edit.Drive.Server, view.Server, path);
         MoveAside(edit.Drive.Workspace, view.Workspace, path);
         edit.Index.Remove(path);

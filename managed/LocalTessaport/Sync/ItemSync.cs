@@ -2,10 +2,10 @@ using System.Runtime.ExceptionServices;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Makes both sides of items equal, folders with everything in them. Nothing is ever deleted by it.</summary>
+/// <summary>Makes both sides of items equal, folders with everything in them. Never deletes anything.</summary>
 internal sealed class ItemSync
 {
-    // A pass that finds nothing more to do proves that the one before it was complete. Others are needed where files change
+    // A pass that finds nothing more to do proves that the one before it was complete. More are needed if files change
     // meanwhile, and after combinations of moves.
     private const int MostPasses = 6;
 
@@ -18,7 +18,7 @@ internal sealed class ItemSync
         _report = report;
     }
 
-    /// <summary>Syncs what was asked for, and lists it when all of it could be done.</summary>
+    /// <summary>Syncs the requested item, and lists it if all of it could be synced.</summary>
     public void SyncTree(string path)
     {
         RequireReachable(path);
@@ -71,26 +71,26 @@ internal sealed class ItemSync
         }
     }
 
-    // What was asked for may be elsewhere by now, and something else at its path.
+    // The requested item may have moved by now, and another item may be at its path.
     private void RunPass(string path, string place, SyncProgress progress)
     {
         var part = DriveSnapshot.Take(_edit.Drive, path);
-        if (part.IsWhole)
+        if (part.IsEntireDrive)
             FollowMoves(part, progress, _ => true);
         else if (MoveFollower.IsDue(_edit.Index, part))
             FollowMoves(_edit.WholeSnapshot(), progress, candidate => IsAskedFor(candidate, path));
-        if (!part.IsWhole && progress.Moves.Count > 0)
+        if (!part.IsEntireDrive && progress.Moves.Count > 0)
             part = DriveSnapshot.Take(_edit.Drive, path);
         new SyncPass(_edit, part, progress, _report).Run();
         if (progress.PlaceOf(place) is var now && now != path)
             new SyncPass(_edit, DriveSnapshot.Take(_edit.Drive, now), progress, _report).Run();
-        if (part.IsWhole && progress is { DidWork: false, Failures.Count: 0 })
+        if (part.IsEntireDrive && progress is { DidWork: false, Failures.Count: 0 })
             _edit.ForgetWhatIsGone(part);
     }
 
-    private void FollowMoves(DriveSnapshot whole, SyncProgress progress, Func<string, bool> isAskedFor)
+    private void FollowMoves(DriveSnapshot drive, SyncProgress progress, Func<string, bool> isAskedFor)
     {
-        new MoveFollower(_edit, whole, progress, isAskedFor).Run();
+        new MoveFollower(_edit, drive, progress, isAskedFor).Run();
         foreach (var (from, to, isExchange) in progress.Moves)
         {
             _report.Updated(_edit.At(to), SyncActions.Renamed);
@@ -101,7 +101,7 @@ internal sealed class ItemSync
             _edit.Tracker.Reset();
     }
 
-    // A move of a folder that holds what was asked for concerns it too.
+    // A move of a folder that contains the requested item concerns it too.
     private static bool IsAskedFor(string candidate, string path) =>
         RelativePath.Comparer.Equals(candidate, path) || RelativePath.IsBeneath(candidate, path) || RelativePath.IsBeneath(path, candidate);
 }

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Does on one side the renames and moves that were done on the other.</summary>
+/// <summary>Repeats on one side the renames and moves of the other.</summary>
 internal sealed class MoveFollower
 {
     private readonly DriveEdit _edit;
@@ -19,11 +19,13 @@ internal sealed class MoveFollower
 
     private RecordTable<string, SyncedRecord> Synced => _edit.Index.Synced;
 
-    /// <summary>Whether anything in a part of a drive is not where it was when it was last synced.</summary>
+    /// <summary>Whether anything in a part of a drive has moved since it was last synced.</summary>
     public static bool IsDue(DriveIndex index, DriveSnapshot part) =>
         part.Above().Any(folder => IsOutOfPlace(index, folder)) || part.Top.SelfAndBelow().Any(node => IsOutOfPlace(index, node));
 
-    /// <summary>Follows the moves on both sides; a folder is moved as a whole, before what it holds.</summary>
+    /// <summary>
+    /// Follows the moves on both sides; a folder is moved with everything in it, before its contents are looked at.
+    /// </summary>
     public void Run()
     {
         foreach (var side in SideNames.Both)
@@ -67,7 +69,7 @@ internal sealed class MoveFollower
         return arrivals;
     }
 
-    // What is in the way and moves on itself goes first; where items only change places, two of them are exchanged.
+    // An item in the way that moves as well goes first; where items only swap places, two of them are exchanged.
     private void FollowWithThoseInTheWay(SideName movedOn, SnapshotNode arrival)
     {
         var waiting = new Stack<SnapshotNode>();
@@ -108,7 +110,9 @@ internal sealed class MoveFollower
         _progress.Block(plan.To.Path);
     }
 
-    /// <summary>What has to be done on the other side for an item that arrived at a place; null when there is nothing to do or to be done.</summary>
+    /// <summary>
+    /// The move to make on the other side for an item that arrived at a place; null if none is needed or possible.
+    /// </summary>
     private MovePlan? PlanFor(SideName movedOn, SnapshotNode to)
     {
         var other = movedOn.Opposite();
@@ -127,15 +131,18 @@ internal sealed class MoveFollower
         return new MovePlan(record, from, to);
     }
 
-    // A second name of the same file, a hard link, is no move.
+    // A second name of the same file (a hard link) is not a move.
     private static bool HasStayed(SnapshotNode from, SideName side, SyncedRecord record) =>
         from[side] is { } entry && record.IdentityOn(side).Matches(entry.Identity);
 
-    // A file that was saved by replacing it is the counterpart too, but never one that belongs to another item.
+    // A file that was saved by replacing it is the counterpart too, but not if it belongs to another item.
     private bool IsCounterpart(FileEntry entry, SideName side, SyncedRecord record) =>
         entry.IsFolder == record.IsFolder && (Synced.ByIdentity(side, entry.Identity) is not { } owner || owner == record);
 
-    /// <summary>Where the item went on the one side whose counterpart is still at the target on the other; null when nothing such is there.</summary>
+    /// <summary>
+    /// The new place on one side of the item whose counterpart is still at the target on the other side; null if it has not
+    /// moved.
+    /// </summary>
     private SnapshotNode? Blocker(SideName movedOn, MovePlan plan)
     {
         if (plan.From == plan.To || plan.To[movedOn.Opposite()] is null || Synced.ByPath(plan.To.Path) is not { } last)

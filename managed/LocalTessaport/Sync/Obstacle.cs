@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Something in the way that the service leaves alone.</summary>
+/// <summary>The error for a link or a device in the way.</summary>
 internal static class Obstacle
 {
     public static IOException At(DriveSide side, string path) => new(

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>One name of a drive with what is there on either side; folders hold nodes.</summary>
+/// <summary>One name of a drive with the entries of both sides; a folder has child nodes.</summary>
 internal sealed class SnapshotNode
 {
     private Dictionary<string, SnapshotNode>? _children;
@@ -19,7 +19,7 @@ internal sealed class SnapshotNode
     public SnapshotNode? Parent { get; }
     public string Name { get; }
 
-    /// <summary>Why a side of this folder could not be read; what it holds is then unknown.</summary>
+    /// <summary>Why a side of this folder could not be read; its contents are then unknown.</summary>
     public string? Unreadable { get; set; }
 
     public string Path
@@ -77,7 +77,7 @@ internal sealed class SnapshotNode
         return _sorted;
     }
 
-    /// <summary>This node and those below it, folders before what they hold.</summary>
+    /// <summary>This node and those below it, folders before their contents.</summary>
     public IEnumerable<SnapshotNode> SelfAndBelow()
     {
         var pending = new Stack<SnapshotNode>();

@@ -7,6 +7,6 @@ internal static class SyncActions
     public const string Downloaded = "downloaded";
     public const string Renamed = "renamed";
 
-    /// <summary>What it is called to bring something from a side to the other.</summary>
+    /// <summary>The word for copying from a side to the other.</summary>
     public static string From(SideName side) => side == SideName.Workspace ? Uploaded : Downloaded;
 }

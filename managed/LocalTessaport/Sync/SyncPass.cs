@@ -20,7 +20,7 @@ internal sealed class SyncPass
         _versions = new VersionSync(edit, _transfers, progress, report);
     }
 
-    /// <summary>Syncs the item that was asked for with everything in it; what fails does not keep the rest from being done.</summary>
+    /// <summary>Syncs the requested item with everything in it; an item that fails does not prevent the others.</summary>
     public void Run()
     {
         foreach (var folder in _snapshot.Above())

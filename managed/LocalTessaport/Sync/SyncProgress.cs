@@ -10,14 +10,14 @@ internal sealed class SyncProgress
     /// <summary>Whether anything was changed on either side.</summary>
     public bool DidWork { get; private set; }
 
-    /// <summary>Whether something failed only because it was changed meanwhile.</summary>
+    /// <summary>Whether something failed only because it changed meanwhile.</summary>
     public bool MetChanges { get; private set; }
 
     public IReadOnlyDictionary<string, Exception> Failures => _failures;
 
     public IReadOnlyList<(string From, string To, bool IsExchange)> Moves => _moves;
 
-    /// <summary>Runs one step for an item; false when it failed.</summary>
+    /// <summary>Runs one step for an item; false if it failed.</summary>
     public bool Attempt(string path, Action step)
     {
         try
@@ -46,12 +46,12 @@ internal sealed class SyncProgress
         _moves.Add((from, to, isExchange));
     }
 
-    /// <summary>Keeps an item, with everything in it, from being synced in this pass.</summary>
+    /// <summary>Excludes an item, with everything in it, from this pass.</summary>
     public void Block(string path) => _blocked.Add(path);
 
     public bool IsBlocked(SnapshotNode node) => _blocked.Count > 0 && _blocked.Contains(node.Path);
 
-    /// <summary>Where an item that was at a path before the moves is now.</summary>
+    /// <summary>The current path of an item that was at a path before the moves.</summary>
     public string PlaceOf(string path)
     {
         foreach (var (from, to, isExchange) in _moves)

@@ -3,12 +3,12 @@ using System.Runtime.ExceptionServices;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Copies files from one side to the other in groups: the copies of a group are prepared side by side and flushed together, which
-/// takes much less time than one after the other, and only then put in their places.
+/// Copies files from one side to the other in groups: the copies of a group are prepared in parallel, flushed
+/// together, which takes much less time than one by one, and only then put in their places.
 /// </summary>
 internal sealed class TransferQueue
 {
-    // Twice as many take no less time for each.
+    // Larger groups took no less time per file.
     private const int MostFiles = 256;
     private const long MostBytes = 64 << 20;
 
@@ -27,7 +27,9 @@ internal sealed class TransferQueue
         _report = report;
     }
 
-    /// <summary>Has a file copied from a side to the other; what is there now is replaced, if it is still what the node says.</summary>
+    /// <summary>
+    /// Queues a copy of a file from one side to the other. The file there is replaced if it is still the one in the node.
+    /// </summary>
     public void Add(SnapshotNode node, SideName from)
     {
         var path = node.Path;
@@ -40,7 +42,7 @@ internal sealed class TransferQueue
             Flush();
     }
 
-    /// <summary>Does what is waiting. A file that fails does not keep the others from being done.</summary>
+    /// <summary>Copies the queued files. A file that fails does not prevent the others.</summary>
     public void Flush()
     {
         try
@@ -88,7 +90,7 @@ internal sealed class TransferQueue
         }
         catch (Exception e)
         {
-            // Which copy is not on the disk is unknown, so that none may be used.
+            // It is unknown which copy is not on the disk, so none may be used.
             foreach (var transfer in _waiting)
                 transfer.Failure ??= e is AggregateException { InnerException: { } inner } ? inner : e;
         }

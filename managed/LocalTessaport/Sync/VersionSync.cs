@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Decides which version of a file that is on both sides goes to the other, or that both are kept.</summary>
+/// <summary>Decides which version of a file goes to the other side, or that both are kept.</summary>
 internal sealed class VersionSync
 {
     private readonly DriveEdit _edit;
@@ -54,7 +54,7 @@ internal sealed class VersionSync
         }
     }
 
-    /// <summary>Reads a file of which only the content can tell whether it is the version that was last synced.</summary>
+    /// <summary>Reads a file whose content alone shows whether it is the version that was last synced.</summary>
     private VersionState Resolve(SnapshotNode node, string path, SyncedRecord last, SideName side, VersionState state)
     {
         if (state != VersionState.Unsure || !last.Hash.IsKnown)

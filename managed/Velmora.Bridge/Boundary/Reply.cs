@@ -10,7 +10,10 @@ internal unsafe struct Reply
     /// <summary>How many of the reply's handles, counted from the first, the native side has taken over.</summary>
     public ulong HandlesTaken;
 
-    /// <summary>Takes a full piece of a long list; a result other than 0 ends the request. Null means that the list comes in one piece.</summary>
+    /// <summary>
+    /// Takes a full piece of a long list; a result other than 0 ends the request. Null means that the list comes in one
+    /// piece.
+    /// </summary>
     public delegate* unmanaged<Reply*, int> TakePiece;
 
     public void* Taker;

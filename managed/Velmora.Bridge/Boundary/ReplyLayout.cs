@@ -2,7 +2,9 @@ namespace Velmora.Bridge.Boundary;
 
 // How replies are packed; velmora/bridge/boundary/ReplyLayout.h has the same for the reading side.
 
-/// <summary>What a reply begins with. The records follow, then the handles in the order in which the records refer to them.</summary>
+/// <summary>
+/// What a reply begins with. The records follow, then the handles in the order in which the records refer to them.
+/// </summary>
 [StructLayout(LayoutKind.Sequential)]
 internal struct ReplyHeader
 {

@@ -104,7 +104,7 @@ internal sealed class ModelRun
         Log("kill during a sync");
     }
 
-    // Conflict copies and files that come back add up.
+    // Conflict copies and files that come back accumulate.
     private void MakeRoom()
     {
         foreach (var side in _world.Sides)

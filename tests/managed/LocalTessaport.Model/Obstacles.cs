@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Model;
 
-/// <summary>What a sync cannot bring together: a file and a folder of one name, a link in the way, a name that is reserved.</summary>
+/// <summary>Items that a sync cannot make equal: a file and a folder of one name, a link in the way, a reserved name.</summary>
 internal static class Obstacles
 {
     public static List<(Side Side, string Path)> Find(World world)

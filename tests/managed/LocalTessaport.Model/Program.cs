@@ -3,7 +3,7 @@ using System.Globalization;
 using Quorvex.Tessaport.API.Model;
 
 // Usage: LocalTessaport.Model rounds <count> [<seed>] | race <seconds> [<seed>]
-// Exit code 0: every check held. 1: one failed; the output has the seed and the steps. 2: wrong usage.
+// Exit code 0: every check passed. 1: one failed; the output has the seed and the steps. 2: wrong usage.
 if (args.Length is < 2 or > 3 || !int.TryParse(args[1], NumberStyles.None, CultureInfo.InvariantCulture, out var amount))
 {
     Console.Error.WriteLine("Usage: LocalTessaport.Model rounds <count> [<seed>] | race <seconds> [<seed>]");

@@ -1,8 +1,8 @@
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>
-/// Two users save files, one on each side, while the drive is synced without a pause. A user who saves looks at what was replaced
-/// in the same step, so that it is known exactly which versions nobody has given up.
+/// Two users save files, one on each side, while the drive is synced without a pause. A save reports the version that it replaced
+/// in the same step, so that the versions that no user has given up are known exactly.
 /// </summary>
 internal sealed class RaceRun
 {
@@ -117,7 +117,7 @@ internal sealed class RaceRun
         }
     }
 
-    // Conflict copies add up.
+    // Conflict copies accumulate.
     private void DeleteCopies()
     {
         var copies = _world.Service.GetFolderContents(_world.RootItem()).Where(item => item.Name.Contains('(', StringComparison.Ordinal)).ToList();

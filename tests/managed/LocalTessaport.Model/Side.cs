@@ -21,7 +21,7 @@ internal sealed class Side
 
     public List<string> Links() => PathsOf(Kind.Link);
 
-    /// <summary>Links with their targets, wherever they are: a folder that is moved takes its links along.</summary>
+    /// <summary>Links with their targets, wherever they are: a folder is moved with its links.</summary>
     public List<string> LinkTargets() =>
         Links().Select(path => Path.GetFileName(path) + " -> " + new FileInfo(At(path)).LinkTarget).Order(StringComparer.Ordinal).ToList();
 

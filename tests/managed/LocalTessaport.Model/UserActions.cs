@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Model;
 
-/// <summary>What a user does to one side without the service. Each action says what it did, or gives null when it did not apply.</summary>
+/// <summary>
+/// What a user does to one side without the service. Each action says what it did, or returns null if it did not apply.
+/// </summary>
 internal sealed class UserActions
 {
     private static readonly string[] FileNames = ["a.txt", "b.txt", "c.txt", "d.txt", "e"];

@@ -10,7 +10,7 @@ public sealed class AdditionTests : IDisposable
     public void Dispose() => _home.Dispose();
 
     [Fact]
-    public void AnAddedFileStandsOnBothSidesWithItsTime()
+    public void AnAddedFileIsOnBothSidesWithItsTime()
     {
         var source = _home.MakeSource("plan é漢.txt", "the plan");
         File.SetLastWriteTimeUtc(source, new DateTime(2020, 2, 3, 4, 5, 6, DateTimeKind.Utc));
@@ -41,7 +41,7 @@ public sealed class AdditionTests : IDisposable
     }
 
     [Fact]
-    public void AddingOverIndependentVersionsKeepsWhatNobodyHasSeen()
+    public void AddingOverIndependentVersionsKeepsUnseenVersions()
     {
         _drive.PutInWorkspace("a.txt", "mine", minutes: 1);
         _drive.PutOnServer("a.txt", "theirs", minutes: 2);
@@ -148,7 +148,7 @@ public sealed class AdditionTests : IDisposable
     {
         if (OperatingSystem.IsWindows() || Environment.IsPrivilegedProcess)
         {
-            // Those who may read everything have no unreadable file; one that is locked by another serves as well.
+            // A privileged user can read every file, so a file that another program locks serves instead.
             var locked = _home.MakeSource("locked.txt");
             using var holder = new FileStream(locked, FileMode.Open, FileAccess.ReadWrite, FileShare.None);
             Assert.False(_home.Service.AddFiles(_drive.Root.Id, [locked, _home.MakeSource("good.txt")]).IsSuccess);
@@ -177,7 +177,7 @@ public sealed class AdditionTests : IDisposable
     }
 
     [Fact]
-    public void AFolderCannotBeMadeInPlaceOfAFileNorBeneathOneNorWithoutAName()
+    public void AFolderCannotBeCreatedInPlaceOfAFileNorBelowOneNorWithoutAName()
     {
         _drive.PutOnServer("file.txt");
 

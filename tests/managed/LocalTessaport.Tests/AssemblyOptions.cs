@@ -1,2 +1,2 @@
-// The home is found through the environment, of which a process has one.
+// The home is found through the environment, which all tests of the process share.
 [assembly: CollectionBehavior(DisableTestParallelization = true)]

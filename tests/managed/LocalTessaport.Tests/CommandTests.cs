@@ -97,7 +97,7 @@ public sealed class CommandTests : IDisposable
     }
 
     [Fact]
-    public void WhatIsNoCommandIsRefusedInWords()
+    public void AnUnknownCommandIsRefusedWithAMessage()
     {
         _drive.PutBoth("a.txt");
 

@@ -2,7 +2,7 @@ using System.Text;
 
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>Files of the home that people wrote and that cannot be read.</summary>
+/// <summary>Files of the home that a user wrote and that cannot be read.</summary>
 public sealed class ConfigurationTests : IDisposable
 {
     private const string Id = "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01";

@@ -86,7 +86,7 @@ public sealed class DriveFolderTests : IDisposable
 
         var thrown = Assert.Throws<InvalidDataException>(() => _home.Service.Discover());
 
-        Assert.Contains("lie inside each other", thrown.Message);
+        Assert.Contains("' overlap.", thrown.Message);
         Assert.Contains("'One'", thrown.Message);
         Assert.Contains("'Other'", thrown.Message);
     }

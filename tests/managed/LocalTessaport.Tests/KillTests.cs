@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>A process that changes files is killed at random moments; afterwards every file must be whole and none missing.</summary>
+/// <summary>
+/// A process that changes files is killed at random moments; afterwards every file must be complete and none missing.
+/// </summary>
 public sealed class KillTests : IDisposable
 {
     private const int Kills = 20;
@@ -17,7 +19,7 @@ public sealed class KillTests : IDisposable
     public void Dispose() => _home.Dispose();
 
     [Fact]
-    public void AddingLeavesWholeFilesOnly()
+    public void AddingLeavesCompleteFilesOnly()
     {
         var sources = Path.Combine(_home.Root, "sources");
         for (var i = 0; i < Files; ++i)
@@ -27,12 +29,12 @@ public sealed class KillTests : IDisposable
             for (var i = 0; i < Files; ++i)
                 _home.MakeSource($"{i}.bin", Content((char)('a' + round)));
             KillWorker("add", sources);
-            RequireWholeFiles(Files);
+            RequireCompleteFiles(Files);
         }
     }
 
     [Fact]
-    public void SyncingLeavesWholeFilesOnly()
+    public void SyncingLeavesCompleteFilesOnly()
     {
         for (var i = 0; i < Files; ++i)
             _drive.PutBoth($"{i}.bin", Content('o'));
@@ -44,14 +46,14 @@ public sealed class KillTests : IDisposable
                 File.WriteAllText(Path.Combine(side, $"{i}.bin"), Content((char)('a' + round)));
             }
             KillWorker("sync");
-            RequireWholeFiles(Files);
+            RequireCompleteFiles(Files);
             Assert.True(_drive.Sync("").IsSuccess);
             RequireEqualSides();
         }
     }
 
     [Fact]
-    public void DeletingLeavesWholeFilesOnly()
+    public void DeletingLeavesCompleteFilesOnly()
     {
         for (var round = 0; round < Kills; ++round)
         {
@@ -79,7 +81,7 @@ public sealed class KillTests : IDisposable
         process.WaitForExit();
     }
 
-    private void RequireWholeFiles(int atLeast)
+    private void RequireCompleteFiles(int atLeast)
     {
         _home.Service.Discover();
         foreach (var side in new[] { _drive.Workspace, _drive.Server })

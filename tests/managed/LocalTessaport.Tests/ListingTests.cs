@@ -61,7 +61,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [UnixFact]
-    public void WhatCannotBeToldFaithfullyIsLeftOut()
+    public void ItemsThatCannotBeReportedFaithfullyAreLeftOut()
     {
         _drive.PutInWorkspace("plain.txt");
         File.WriteAllText(_drive.InWorkspace("back\\slash.txt"), "x");
@@ -72,7 +72,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [Fact]
-    public void ANullOrForeignIdIsRefusedInWords()
+    public void ANullOrForeignIdIsRefusedWithAMessage()
     {
         Assert.Contains("missing", Assert.Throws<ArgumentException>(() => _home.Service.GetFolderContents(null!)).Message);
         Assert.Contains("not made by this service", Assert.Throws<ArgumentException>(() => _home.Service.GetFolderContents(new ItemId())).Message);
@@ -80,7 +80,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [Fact]
-    public void AFileAndAFolderThatIsGoneCannotBeListed()
+    public void AFileAndAMissingFolderCannotBeListed()
     {
         _drive.PutBoth("a.txt");
         _drive.PutBoth("gone/b.txt");
@@ -93,7 +93,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [Fact]
-    public void PathsOfEitherSlashAreFound()
+    public void PathsWithEitherSlashAreFound()
     {
         _drive.PutBoth("sub/é 漢.txt");
         string[] paths =
@@ -129,7 +129,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [Fact]
-    public void WhatIsNotInAWorkspaceIsNotFound()
+    public void PathsOutsideWorkspacesAreNotFound()
     {
         var long1 = _drive.InWorkspace(new string('x', 5000));
         string[] paths =
@@ -158,7 +158,7 @@ public sealed class ListingTests : IDisposable
     }
 
     [Fact]
-    public void AnswersAboutTheWorkspaceAreKeyedByTheGivenTexts()
+    public void AnswersAboutTheWorkspaceAreKeyedByTheGivenStrings()
     {
         _drive.PutInWorkspace("here.txt");
         _drive.PutOnServer("there.txt");

@@ -40,7 +40,7 @@ public sealed class PropertyTests : IDisposable
     }
 
     [Fact]
-    public void WhatIsNotOnTheServerHasNoIdentifierThere()
+    public void ItemsThatAreNotOnTheServerHaveNoIdentifierThere()
     {
         var drive = _home.AddDrive("Morrow");
         drive.PutInWorkspace("new.txt");
@@ -116,7 +116,7 @@ public sealed class PropertyTests : IDisposable
     }
 
     [Fact]
-    public void OnlyWhatExistsHasValues()
+    public void OnlyExistingItemsHaveValues()
     {
         var drive = _home.AddDrive();
         drive.PutBoth("folder/x.txt");

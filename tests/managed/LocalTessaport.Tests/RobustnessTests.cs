@@ -112,7 +112,7 @@ public sealed class RobustnessTests : IDisposable
     }
 
     [Fact]
-    public void ADeepFolderWithLongNamesIsSyncedAndDeletedWhole()
+    public void ADeepFolderWithLongNamesIsSyncedAndDeletedCompletely()
     {
         var path = string.Join('/', Enumerable.Repeat(new string('n', 60), 12));
         _drive.PutInWorkspace(path + "/a.txt");

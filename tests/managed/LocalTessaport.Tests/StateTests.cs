@@ -16,7 +16,7 @@ public sealed class StateTests : IDisposable
 
     [Theory]
     [MemberData(nameof(States))]
-    public void EveryRequestThrowsWhatFitsTheState(string state, Type expected, string remedy)
+    public void EveryRequestThrowsTheExceptionOfTheState(string state, Type expected, string remedy)
     {
         var root = _home.AddDrive().Root;
         _home.SetState(state);
@@ -82,7 +82,7 @@ public sealed class StateTests : IDisposable
     [InlineData("""[{"id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "name": "a", "type": "Tape"}]""", "'Tape'")]
     [InlineData("""[{"id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "type": "Quorvex.DataSourceType.Drive"}]""", "'name'")]
     [InlineData("""[{"id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "name": "a", "type": "Quorvex.DataSourceType.Drive", "locking": 1}]""", "'locking'")]
-    [InlineData("""[{"id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "name": "a", "type": "Quorvex.DataSourceType.Drive", "workspace": "w", "server": "w/s"}]""", "inside each other")]
+    [InlineData("""[{"id": "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "name": "a", "type": "Quorvex.DataSourceType.Drive", "workspace": "w", "server": "w/s"}]""", "' overlap.")]
     public void UnreadableDrivesNameTheFileAndTheReason(string json, string reason)
     {
         _home.WriteDrives(json);

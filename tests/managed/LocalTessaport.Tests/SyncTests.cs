@@ -10,7 +10,7 @@ public sealed class SyncTests : IDisposable
     public void Dispose() => _home.Dispose();
 
     [Fact]
-    public void WhatStandsOnOneSideComesToTheOtherWithItsTime()
+    public void AnItemOfOneSideIsCopiedToTheOtherWithItsTime()
     {
         _drive.PutInWorkspace("up/a.txt", "local", minutes: 1);
         _drive.PutOnServer("down/b.txt", "remote", minutes: 2);
@@ -147,7 +147,7 @@ public sealed class SyncTests : IDisposable
     [InlineData("")]
     [InlineData("new")]
     [InlineData("new/deep/2.txt")]
-    public void ARenamedFolderIsRenamedWholeOnTheOtherSide(string asked)
+    public void ARenamedFolderIsRenamedWithItsContentsOnTheOtherSide(string asked)
     {
         _drive.PutBoth("old/1.txt", "one");
         _drive.PutBoth("old/deep/2.txt", "two");
@@ -245,7 +245,7 @@ public sealed class SyncTests : IDisposable
     }
 
     [Fact]
-    public void AReadOnlyDriveOnlyComesDown()
+    public void AReadOnlyDriveIsOnlyDownloaded()
     {
         _drive.PutBoth("a.txt", "old");
         _home.Service.Discover();
@@ -276,7 +276,7 @@ public sealed class SyncTests : IDisposable
     }
 
     [Fact]
-    public void AClosedFileIsUploadedAndOtherPathsAreNobodysBusiness()
+    public void AClosedFileIsUploadedAndOtherPathsAreIgnored()
     {
         _drive.PutBoth("a.txt", "old");
         _home.Service.Discover();
@@ -292,7 +292,7 @@ public sealed class SyncTests : IDisposable
     }
 
     [Fact]
-    public void DeletingRemovesBothSidesWhole()
+    public void DeletingRemovesBothSidesCompletely()
     {
         _drive.PutBoth("sub/1.txt");
         _drive.PutInWorkspace("sub/deep/2.txt");
@@ -310,7 +310,7 @@ public sealed class SyncTests : IDisposable
     }
 
     [Fact]
-    public void TheRootAndWhatIsGoneAreNotDeleted()
+    public void TheRootAndMissingItemsAreNotDeleted()
     {
         _drive.PutBoth("a.txt");
         _drive.PutBoth("b.txt");

@@ -2,7 +2,7 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>A home of its own for one test, with drives and files made by hand as the tool makes them.</summary>
+/// <summary>A home of its own for one test, with drives and files like those that the tool makes.</summary>
 public sealed class TestHome : IDisposable
 {
     private readonly List<Dictionary<string, object>> _drives = [];

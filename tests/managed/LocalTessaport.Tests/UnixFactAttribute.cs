@@ -2,7 +2,7 @@ using System.Runtime.CompilerServices;
 
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>A test about something that only Unix file systems have; elsewhere it is reported as left out.</summary>
+/// <summary>A test about something that only Unix file systems have; it is skipped on other systems.</summary>
 public sealed class UnixFactAttribute : FactAttribute
 {
     public UnixFactAttribute(

@@ -2,7 +2,9 @@ using System.Runtime.CompilerServices;
 
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>A test with several inputs about something that only Unix file systems have; elsewhere it is reported as left out.</summary>
+/// <summary>
+/// A test with several inputs about something that only Unix file systems have; it is skipped on other systems.
+/// </summary>
 public sealed class UnixTheoryAttribute : TheoryAttribute
 {
     public UnixTheoryAttribute(

@@ -1,6 +1,6 @@
 using System.Diagnostics;
 
-/// <summary>Lets a test have a user save a file at one step of the service, and the process killed at another.</summary>
+/// <summary>Saves a file as a user would at one step of the service, and kills the process at another.</summary>
 internal static class Accidents
 {
     private const string SavedContent = "saved by the user";

@@ -1,4 +1,4 @@
-/// <summary>Asks for items and tells how many there are, or what went wrong.</summary>
+/// <summary>Requests items and prints how many there are, or what went wrong.</summary>
 internal static class LookCommand
 {
     private const int Failed = 3;

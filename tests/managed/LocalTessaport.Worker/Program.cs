@@ -1,7 +1,7 @@
 // Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | sync-only | delete |
 // list <path> | find <path> | lock
 // Works on the first drive of the home that TESSAPORT_HOME names; add, sync and sync-only go on until the process is ended.
-// lock prints whether the home's lock was "taken" or is "held" by another, and keeps it until its input ends.
+// lock prints whether the home's lock was "taken" or is "held" by another, and holds it until its input ends.
 if (args[0] == "lock")
     return LockCommand.Run();
 // list and find print what went wrong.

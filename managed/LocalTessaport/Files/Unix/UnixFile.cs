@@ -26,7 +26,7 @@ internal static unsafe class UnixFile
         }
     }
 
-    // A program that locks a file for itself is not finished with it. The lock is not kept, so that no program is hindered.
+    // A program that holds an exclusive lock has not finished with the file. Our own lock is released at once, so that it blocks no one.
     private static void RequireUnlocked(SafeFileHandle handle, string path)
     {
         if (Libc.Lock(handle, Libc.LockShared | Libc.LockNonBlocking) == 0)
@@ -42,7 +42,7 @@ internal static unsafe class UnixFile
         return status.ToEntry();
     }
 
-    // The bits beyond the permissions give rights to whoever runs the file, and so do not travel.
+    // The set-user, set-group and sticky bits are not copied: they would give rights to whoever runs the file.
     public static void Finish(SafeFileHandle handle, string path, FileEntry source)
     {
         if (Libc.SetMode(handle, (uint)((source.Mode & PermissionBits) | OwnerReadsAndWrites)) != 0)
@@ -55,7 +55,7 @@ internal static unsafe class UnixFile
             throw UnixFailure.Last(path, "given its time");
     }
 
-    /// <summary>The entry at a full path, or where its link leads; null if there is none.</summary>
+    /// <summary>The entry at a full path, or at the target of its link; null if it does not exist.</summary>
     public static FileEntry? Find(string path, bool followLinks)
     {
         if (Libc.Status(Libc.CurrentFolder, path, followLinks ? 0 : Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)
@@ -66,7 +66,7 @@ internal static unsafe class UnixFile
     /// <summary>Opens a file by its full path; links are followed.</summary>
     public static OpenedFile Open(string path)
     {
-        // Asked first: opening a pipe would wake its writer, and opening a device can do anything.
+        // Checked before opening: opening a pipe would wake its writer, and opening a device can have any effect.
         if (Find(path, followLinks: true) is not { Kind: EntryKind.File })
             throw new FileNotFoundException($"'{path}' does not exist or is not a file.", path);
         var descriptor = Libc.Open(path, Libc.OpenReadOnly | Libc.OpenNonBlocking | Libc.OpenCloseOnExec, 0);
@@ -75,7 +75,7 @@ internal static unsafe class UnixFile
             : throw UnixFailure.Last(path, "opened");
     }
 
-    // Only since Linux 5.8 is a failure to write reported.
+    // syncfs() reports write errors only since Linux 5.8.
     public static bool TryFlushFileSystem(SafeFileHandle file) =>
         OperatingSystem.IsLinux() && Environment.OSVersion.Version >= ReportsFailures && Libc.FlushFileSystem(file) == 0;
 

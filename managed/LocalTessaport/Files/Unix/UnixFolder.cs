@@ -54,7 +54,7 @@ internal sealed class UnixFolder : OpenFolder
     public override OpenedFile OpenFile(string name)
     {
         var path = PathOf(name);
-        // Asked first: opening a pipe would wake its writer, and opening a device can do anything.
+        // Checked before opening: opening a pipe would wake its writer, and opening a device can have any effect.
         RequireFile(Find(name), path);
         Step.Reached("Open.Examined", path);
         var handle = UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly | Libc.OpenNonBlocking, out var error)

@@ -3,7 +3,7 @@ using System.Text.Unicode;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Enumerates the names in a folder, which need not be valid text.</summary>
+/// <summary>Enumerates the names in a folder, which need not be valid UTF-8.</summary>
 internal sealed unsafe class UnixFolderList : IDisposable
 {
     private readonly SafeFileHandle _folder;
@@ -26,10 +26,10 @@ internal sealed unsafe class UnixFolderList : IDisposable
         throw failure;
     }
 
-    /// <summary>The current name as the file system stores it, ended by a zero.</summary>
+    /// <summary>The current name as the file system stores it, zero-terminated.</summary>
     public byte* RawName => (byte*)_item + FolderItem.NameOffset;
 
-    /// <summary>The current name; null if it is not valid text.</summary>
+    /// <summary>The current name; null if it is not valid UTF-8.</summary>
     public string? Name
     {
         get
@@ -51,7 +51,7 @@ internal sealed unsafe class UnixFolderList : IDisposable
         return true;
     }
 
-    /// <summary>The entry with the current name; null if it is gone by now.</summary>
+    /// <summary>The entry with the current name; null if it no longer exists.</summary>
     public FileEntry? FindCurrent()
     {
         if (Libc.Status(_folder, RawName, Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)

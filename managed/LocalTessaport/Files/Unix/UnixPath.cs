@@ -13,7 +13,9 @@ internal static class UnixPath
 
     private static readonly Lazy<bool> CanRestrict = new(HasRestrictedOpening);
 
-    /// <summary>Gives null and the error when it cannot be opened. A link in the path is TooManyLinks or NotAFolder.</summary>
+    /// <summary>
+    /// Returns null and the error if the item cannot be opened. A link in the path is TooManyLinks or NotAFolder.
+    /// </summary>
     public static SafeFileHandle? TryOpen(SafeHandle folder, string path, int flags, out UnixError error)
     {
         var restricts = CanRestrict.Value && (Missing & UnixFeatures.RestrictedOpening) == 0;
@@ -31,7 +33,7 @@ internal static class UnixPath
         }
     }
 
-    /// <summary>Opens a folder by its full path, which must hold no link either.</summary>
+    /// <summary>Opens a folder by its full path, which must not contain a link.</summary>
     public static SafeFileHandle? TryOpenRoot(string path, out UnixError error)
     {
         var flags = Libc.OpenPath | Libc.OpenFolder;
@@ -68,7 +70,7 @@ internal static class UnixPath
         return end < 0 ? path.Length : end;
     }
 
-    // A kernel before 5.6 does not know the call, and some sandboxes forbid what they do not know.
+    // Kernels before 5.6 do not have the call, and some sandboxes forbid calls that they do not know.
     private static bool HasRestrictedOpening()
     {
         using var current = new SafeFileHandle(Libc.CurrentFolder, ownsHandle: false);

@@ -1,9 +1,9 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Renames so that nothing is replaced unseen, with what the kernel and the file system offer for it.</summary>
+/// <summary>Renames without replacing anything unseen, by the means that the kernel and the file system offer.</summary>
 internal static class UnixRename
 {
-    /// <summary>Whether an error says that the kernel or the file system cannot do it at all.</summary>
+    /// <summary>Whether an error means that the kernel or the file system does not support the operation.</summary>
     public static bool MeansMissing(UnixError error) =>
         error is UnixError.InvalidArgument or UnixError.NotImplemented or UnixError.NotSupported or UnixError.NotPermitted;
 

@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>The result of statx(): kind, size, times and number of a file. The layout is the kernel's, on every architecture.</summary>
+/// <summary>
+/// The result of statx(): kind, size, times and number of a file. The layout is the kernel's, on every architecture.
+/// </summary>
 [StructLayout(LayoutKind.Explicit, Size = 256)]
 internal struct UnixStatus
 {
@@ -45,8 +47,8 @@ internal struct UnixStatus
         };
     }
 
-    // Numbers are reused. Where the file system does not tell when a file was made, the last change has to do: a file that was
-    // changed and moved is then found by other means, but never one taken for another.
+    // Numbers are reused. Where the file system stores no creation time, the last change serves instead: a file that was changed
+    // and moved is then found by other means, but no file is taken for another one.
     private readonly FileIdentity Identity() => new(_number, Created.ToNanoseconds());
 
     [StructLayout(LayoutKind.Sequential)]

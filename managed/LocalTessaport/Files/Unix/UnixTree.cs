@@ -3,8 +3,8 @@ using System.Text;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Deletes trees of any depth. What is in a folder is first moved up to the folder that is emptied, so that no path grows,
-/// nothing recurses and no link leads out.
+/// Deletes trees of any depth. The contents of a folder are first moved up to the folder that is emptied, so that paths stay
+/// short, nothing recurses and no link is followed.
 /// </summary>
 internal static unsafe class UnixTree
 {
@@ -15,7 +15,7 @@ internal static unsafe class UnixTree
     /// <summary>Deletes everything in a folder; false if something could not be deleted.</summary>
     public static bool Empty(SafeFileHandle top, string path)
     {
-        // Each round brings the tree up by one level.
+        // Each round moves the tree up by one level.
         while (true)
         {
             var isEmpty = true;
@@ -70,7 +70,7 @@ internal static unsafe class UnixTree
             return Libc.Rename(folder, name, top, newName, 0) == 0;
     }
 
-    // Write protection is meant for what is in use, not for what was asked to be deleted.
+    // Write protection is meant for items in use, not for items that the user asked to delete.
     private static SafeFileHandle? OpenToRemove(SafeFileHandle parent, byte* name)
     {
         using var folder = Open(parent, name, Libc.OpenPath);

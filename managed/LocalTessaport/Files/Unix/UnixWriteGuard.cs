@@ -1,8 +1,8 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// A read lease: it is given only while no program has the file open for writing, and a program that opens it for writing then
-/// waits until the lease is returned, or for some seconds.
+/// A read lease: the kernel grants it only while no program has the file open for writing. A program that then opens the file
+/// for writing waits until the lease is released, or for some seconds.
 /// </summary>
 internal sealed class UnixWriteGuard : WriteGuard
 {
@@ -55,7 +55,7 @@ internal sealed class UnixWriteGuard : WriteGuard
         }
     }
 
-    // The signal that tells of a broken lease would end the process by default; this one is ignored by default. Not every file
+    // The signal that reports a broken lease would end the process by default; this one is ignored by default. Not every file
     // system has leases, and only the owner of a file gets one.
     private static bool Lease(SafeFileHandle handle, string path)
     {

@@ -37,7 +37,7 @@ internal static unsafe partial class NativeFile
     private const int TagInformation = 9;
     private const int TimeInformation = 0;
 
-    /// <summary>Opens or creates what has a name in an open folder; an empty name means the folder itself.</summary>
+    /// <summary>Opens or creates the item with a name in an open folder; an empty name means the folder itself.</summary>
     public static WindowsStatus Open(
         SafeHandle folder, string name, uint access, uint share, uint disposition, uint options, uint attributes, out SafeFileHandle handle)
     {
@@ -47,8 +47,8 @@ internal static unsafe partial class NativeFile
         {
             fixed (char* characters = name)
             {
-                var text = new Text { Length = (ushort)(name.Length * 2), Capacity = (ushort)(name.Length * 2), Characters = characters };
-                var place = new Place { Size = sizeof(Place), Root = folder.DangerousGetHandle(), Name = &text, Attributes = IgnoreCase };
+                var pattern = new NativeString { Length = (ushort)(name.Length * 2), Capacity = (ushort)(name.Length * 2), Characters = characters };
+                var place = new Place { Size = sizeof(Place), Root = folder.DangerousGetHandle(), Name = &pattern, Attributes = IgnoreCase };
                 var status = Create(out var opened, access | Synchronize, place, out _, null, attributes, share, disposition,
                     options | SynchronousIO | BackupIntent, null, 0);
                 handle = new SafeFileHandle(status == WindowsStatus.Success ? opened : -1, ownsHandle: true);
@@ -99,15 +99,15 @@ internal static unsafe partial class NativeFile
         return Set(file, out _, &basic, (uint)sizeof(Basic), BasicInformation);
     }
 
-    /// <summary>Reads the next names of an open folder; a filter counts at the first call only.</summary>
+    /// <summary>Reads the next names of an open folder; only the first call uses the filter.</summary>
     public static WindowsStatus List(SafeHandle folder, byte[] buffer, string? filter)
     {
         fixed (byte* start = buffer)
         fixed (char* characters = filter)
         {
             var length = (ushort)((filter?.Length ?? 0) * 2);
-            var text = new Text { Length = length, Capacity = length, Characters = characters };
-            return Query(folder, 0, 0, 0, out _, start, (uint)buffer.Length, FolderInformation, 0, filter is null ? null : &text, 0);
+            var pattern = new NativeString { Length = length, Capacity = length, Characters = characters };
+            return Query(folder, 0, 0, 0, out _, start, (uint)buffer.Length, FolderInformation, 0, filter is null ? null : &pattern, 0);
         }
     }
 
@@ -127,7 +127,7 @@ internal static unsafe partial class NativeFile
 
     [LibraryImport("ntdll", EntryPoint = "NtQueryDirectoryFile")]
     private static partial WindowsStatus Query(SafeHandle folder, nint e, nint routine, nint context, out IoStatus io, void* buffer,
-        uint length, int kind, byte single, Text* filter, byte restart);
+        uint length, int kind, byte single, NativeString* filter, byte restart);
 
     [LibraryImport("ntdll", EntryPoint = "RtlNtStatusToDosError")]
     public static partial int ToError(WindowsStatus status);
@@ -148,7 +148,7 @@ internal static unsafe partial class NativeFile
     private static partial bool InformEx(SafeHandle file, int kind, out Basic basic, int length);
 
     [StructLayout(LayoutKind.Sequential)]
-    private struct Text
+    private struct NativeString
     {
         public ushort Length;
         public ushort Capacity;
@@ -160,7 +160,7 @@ internal static unsafe partial class NativeFile
     {
         public int Size;
         public nint Root;
-        public Text* Name;
+        public NativeString* Name;
         public uint Attributes;
         public nint Descriptor;
         public nint Quality;

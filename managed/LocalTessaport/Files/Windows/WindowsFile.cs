@@ -30,7 +30,7 @@ internal static class WindowsFile
             throw WindowsFailure.For(status, path, "given its time");
     }
 
-    /// <summary>The entry at a full path, or where its link leads; null if there is none.</summary>
+    /// <summary>The entry at a full path, or at the target of its link; null if it does not exist.</summary>
     public static FileEntry? Find(string path, bool followLinks)
     {
         using var handle = OpenPath(path, NativeFile.ReadAttributes, BackupSemantics | (followLinks ? 0 : OpenLinkItself));

@@ -124,7 +124,7 @@ internal sealed class WindowsFolder : OpenFolder
         }
     }
 
-    // Windows has nothing that exchanges two files.
+    // Windows cannot exchange two files.
     public override bool TryExchange(string name, OpenFolder other, string otherName) => false;
 
     public override WriteGuard Guard(string name, FileEntry expected)

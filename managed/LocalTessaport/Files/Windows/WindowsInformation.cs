@@ -38,6 +38,8 @@ internal struct WindowsInformation
         };
     }
 
-    /// <summary>Whether a file is a link or a device. Other tags mark files that are kept compressed or fetched on demand.</summary>
+    /// <summary>
+    /// Whether a file is a link or a device. Other tags mark files that are kept compressed or fetched on demand.
+    /// </summary>
     public static bool IsLink(uint tag) => (tag & NameSurrogate) != 0 || tag is >= FirstSubsystemFile and <= LastSubsystemFile;
 }

@@ -1,15 +1,15 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Deletes trees of any depth. What is in a folder is first moved up to the folder that is emptied, so that no path grows,
-/// nothing recurses and no link leads out.
+/// Deletes trees of any depth. The contents of a folder are first moved up to the folder that is emptied, so that paths stay
+/// short, nothing recurses and no link is followed.
 /// </summary>
 internal static class WindowsTree
 {
     /// <summary>Deletes everything in a folder; false if something could not be deleted.</summary>
     public static bool Empty(WindowsFolder top)
     {
-        // Each round brings the tree up by one level. A file that another program holds open is still listed when it is deleted.
+        // Each round moves the tree up by one level. A file that another program holds open is still listed when it is deleted.
         var earlier = new HashSet<string>();
         while (true)
         {

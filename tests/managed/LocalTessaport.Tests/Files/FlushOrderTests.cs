@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>A file is on the disk before it takes its place, as a library shows that records what a process does.</summary>
+/// <summary>
+/// A file is flushed to the disk before it takes its place; a preloaded library records the order of the calls.
+/// </summary>
 public sealed class FlushOrderTests : IDisposable
 {
     private readonly TestHome _home = new();

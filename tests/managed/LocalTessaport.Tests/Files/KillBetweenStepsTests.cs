@@ -37,7 +37,7 @@ public sealed class KillBetweenStepsTests : IDisposable
     [UnixTheory]
     [InlineData("Commit.Exchanged", "None", "from the server")]
     [InlineData("Commit.SetAside", "Exchanging", "synced")]
-    public void AFileThatNobodyTouchedIsThereWholeAndOnce(string diesAt, string lacks, string content)
+    public void AFileThatNoOneTouchedIsCompleteAndThereOnce(string diesAt, string lacks, string content)
     {
         _drive.PutOnServer("folder/a.txt", "from the server", 5);
 

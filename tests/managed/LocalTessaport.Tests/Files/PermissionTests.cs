@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>What may not be read is an error with its reason, never absent; in a process that is not privileged.</summary>
+/// <summary>
+/// An item without read permission is an error with its reason and never counts as absent, in a process without privileges.
+/// </summary>
 public sealed class PermissionTests : IDisposable
 {
     private const UnixFileMode ReadOnly = UnixFileMode.UserRead;
@@ -42,7 +44,7 @@ public sealed class PermissionTests : IDisposable
     [InlineData("list", "folder", EnterOnly)]
     [InlineData("find", @"folder\a.txt", ReadOnly)]
     [InlineData("find", @"folder\a.txt", UnixFileMode.None)]
-    public void WhatMayNotBeLookedAtIsAnErrorThatNamesItAndTheReason(string command, string path, UnixFileMode mode)
+    public void AnItemThatMayNotBeExaminedIsAnErrorThatNamesItAndTheReason(string command, string path, UnixFileMode mode)
     {
         Protect(_drive.InWorkspace("folder"), mode);
 

@@ -28,7 +28,7 @@ internal sealed class StepAction : IDisposable
         }
     }
 
-    /// <summary>Acts at the first time the step is reached for a path that ends with the given text.</summary>
+    /// <summary>Acts the first time the step is reached for a path with the given ending.</summary>
     public static StepAction At(string step, string pathEnd, Action<string> action) => new(step, pathEnd, action);
 
     public void Dispose() => Step.Hook = null;

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>Whatever is in the staging folder of a side is removed, and hinders nothing until then.</summary>
+/// <summary>Everything in the staging folder of a side is removed, and does no harm until then.</summary>
 public sealed class TreeRemovalTests : IDisposable
 {
     // Beyond 4,096 bytes on Linux, and beyond 260 characters on Windows.

@@ -2,10 +2,10 @@ using System.Globalization;
 
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>What tests ask Unix programs for.</summary>
+/// <summary>What tests learn from Unix programs.</summary>
 internal static class UnixCalls
 {
-    /// <summary>How much room a file takes.</summary>
+    /// <summary>The disk space that a file uses.</summary>
     public static long BytesOnDisk(string path) => 512 * long.Parse(Run("stat", "--format=%b", path), CultureInfo.InvariantCulture);
 
     public static UnixFileMode ModeOf(string path) =>

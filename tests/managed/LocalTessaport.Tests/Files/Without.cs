@@ -1,11 +1,11 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>Has the service do without something that older kernels and some file systems lack.</summary>
+/// <summary>Makes the service work without a feature that older kernels and some file systems lack.</summary>
 internal sealed class Without : IDisposable
 {
     public Without(string features) => UnixPath.Missing = Enum.Parse<UnixFeatures>(features);
 
-    /// <summary>What a rename may have to do without; everything on Windows is one of them.</summary>
+    /// <summary>The features that a rename may lack; Windows lacks all of them.</summary>
     public static TheoryData<string> RenamingFeatures() => OperatingSystem.IsWindows()
         ? ["None"]
         :

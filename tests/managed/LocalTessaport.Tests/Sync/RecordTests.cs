@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>What the service remembers of a drive: after it noted that both sides are equal, a change of one side is no conflict.</summary>
+/// <summary>
+/// What the service remembers of a drive: after it noted that both sides are equal, a change of one side is no conflict.
+/// </summary>
 public sealed class RecordTests : IDisposable
 {
     private readonly TestHome _home = new();
@@ -96,7 +98,7 @@ public sealed class RecordTests : IDisposable
     }
 
     [Fact]
-    public void WhatIsNotSavedYetIsNotHandedOut()
+    public void UnsavedRecordsAreNotHandedOut()
     {
         var states = "";
         using var look = StepAction.At("Copy.Opened", "b.txt", _ => states = StateOf("a.txt"));
@@ -123,7 +125,7 @@ public sealed class RecordTests : IDisposable
     }
 
     [Fact]
-    public void RecordsOfTheFirstVersionAreTakenOver()
+    public void RecordsOfTheFirstVersionAreRead()
     {
         _drive.PutBoth("a.txt", "content");
         _drive.PutBoth("sub/b.txt", "content");

@@ -1,6 +1,8 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>Someone acts between two steps of a sync. No version is lost, and an edit that came too late goes with the next sync.</summary>
+/// <summary>
+/// Someone acts between two steps of a sync. No version is lost, and an edit that came too late is synced next time.
+/// </summary>
 public sealed class SyncRaceTests : IDisposable
 {
     private readonly TestHome _home = new();
@@ -15,7 +17,7 @@ public sealed class SyncRaceTests : IDisposable
 
     public void Dispose() => _home.Dispose();
 
-    // Windows has nothing that exchanges two files.
+    // Windows cannot exchange two files.
     private static string Replaced => OperatingSystem.IsWindows() ? "Commit.SetAside" : "Commit.Exchanged";
 
     public static TheoryData<string, bool, bool> EditsDuringACopy

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Tests;
 
-/// <summary>The properties that say how an item stands and why it was not done.</summary>
+/// <summary>The properties that show the sync state of an item and the reason of its last failure.</summary>
 public sealed class SyncStateTests : IDisposable
 {
     private readonly TestHome _home = new();
@@ -75,7 +75,7 @@ public sealed class SyncStateTests : IDisposable
     }
 
     [Fact]
-    public void AFailureIsKeptUntilTheItemIsDone()
+    public void AFailureIsKeptUntilARequestForTheItemSucceeds()
     {
         _drive.PutInWorkspace("x", "file");
         _drive.PutOnServer("x/inner.txt");
@@ -104,7 +104,7 @@ public sealed class SyncStateTests : IDisposable
     }
 
     [Fact]
-    public void AnAdditionThatFailsIsToldByTheTargetOrElseByTheFolder()
+    public void AFailedAdditionIsReportedAtTheTargetOrElseAtTheFolder()
     {
         _drive.PutBoth("sub/there.txt/inner.txt");
 

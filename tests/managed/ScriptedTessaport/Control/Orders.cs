@@ -30,7 +30,7 @@ internal static class Orders
                 answer.WriteNullValue();
                 break;
             case "text":
-                Texts.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
+                Strings.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
                 break;
             default:
                 throw new FormatException($"'{name}' is not an order that the script knows.");
@@ -73,7 +73,7 @@ internal static class Orders
                 writer.WriteNullValue();
                 break;
             case string text:
-                Texts.Write(writer, text);
+                Strings.Write(writer, text);
                 break;
             case int number:
                 writer.WriteNumberValue(number);

@@ -1,7 +1,9 @@
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>Strings in JSON. One with an unpaired surrogate, which JSON strings cannot carry, is an array of its UTF-16 units.</summary>
-internal static class Texts
+/// <summary>
+/// Strings in JSON. One with an unpaired surrogate, which JSON strings cannot carry, is an array of its UTF-16 units.
+/// </summary>
+internal static class Strings
 {
     public static string? Read(JsonElement json) => json.ValueKind switch
     {

@@ -4,7 +4,10 @@ namespace Quorvex.Tessaport.API.Scripted;
 
 internal enum ListStep { GetEnumerator, MoveNext, Current, Dispose }
 
-/// <summary>A lazy list that fails in one step of its enumeration after a number of elements, and records that its enumerator was disposed.</summary>
+/// <summary>
+/// A lazy list that fails in one step of its enumeration after a number of elements, and records that its enumerator was
+/// disposed.
+/// </summary>
 internal sealed class FailingList<T> : IEnumerable<T>
 {
     private readonly List<T> _elements;

@@ -2,7 +2,9 @@ using System.Collections;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
-/// <summary>A collection that can be enumerated as a sequence of its records, and fails when anything else is asked of it.</summary>
+/// <summary>
+/// A collection that can be enumerated as a sequence of its records, and fails when anything else is asked of it.
+/// </summary>
 internal sealed class EnumerableOnly<T> : IList<T>, IReadOnlyList<T>, IList
 {
     private readonly List<T> _elements;

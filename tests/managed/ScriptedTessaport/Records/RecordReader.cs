@@ -13,17 +13,17 @@ internal static class RecordReader
         IsInWorkspace = Get(json, "isInWorkspace", Bool),
         IsOnServer = Get(json, "isOnServer", Bool),
         LastModifiedDate = Get(json, "lastModifiedDate", Date),
-        Name = Get(json, "name", Texts.Read),
-        RelativePath = Get(json, "relativePath", Texts.Read),
-        WorkspacePath = Get(json, "workspacePath", Texts.Read),
+        Name = Get(json, "name", Strings.Read),
+        RelativePath = Get(json, "relativePath", Strings.Read),
+        WorkspacePath = Get(json, "workspacePath", Strings.Read),
     };
 
     public static Drive? Drive(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Drive
     {
         Id = Get(json, "id", Guid),
-        Name = Get(json, "name", Texts.Read),
-        WorkspaceLocation = Get(json, "workspaceLocation", Texts.Read),
-        DriveType = Get(json, "driveType", Texts.Read),
+        Name = Get(json, "name", Strings.Read),
+        WorkspaceLocation = Get(json, "workspaceLocation", Strings.Read),
+        DriveType = Get(json, "driveType", Strings.Read),
         Root = Get(json, "root", Item),
         DriveCapabilites = Get(json, "capabilities", Capabilities),
     };
@@ -41,8 +41,8 @@ internal static class RecordReader
         if (json.ValueKind == JsonValueKind.Null)
             return null;
         Command command = API.Command.Numbered(json.GetProperty("command").GetInt32());
-        command.Name = Get(json, "name", Texts.Read);
-        command.Id = Get(json, "id", Texts.Read);
+        command.Name = Get(json, "name", Strings.Read);
+        command.Id = Get(json, "id", Strings.Read);
         command.IsEnabled = Get(json, "isEnabled", Bool);
         command.IsChecked = Get(json, "isChecked", Bool);
         command.IsBeginningOfGroup = Get(json, "isBeginningOfGroup", Bool);
@@ -55,8 +55,8 @@ internal static class RecordReader
 
     public static PropertyDefinition? PropertyDefinition(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyDefinition
     {
-        Id = Get(json, "id", Texts.Read),
-        DisplayName = Get(json, "displayName", Texts.Read),
+        Id = Get(json, "id", Strings.Read),
+        DisplayName = Get(json, "displayName", Strings.Read),
         DisplayDataType = (PropertyDataType)Get(json, "displayDataType", Int32),
         ValueDataType = (PropertyDataType)Get(json, "valueDataType", Int32),
     };
@@ -69,29 +69,29 @@ internal static class RecordReader
     public static PropertyValue? PropertyValue(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PropertyValue
     {
         DriveId = Get(json, "driveId", Guid),
-        RelativePath = Get(json, "relativePath", Texts.Read),
-        PropertyDefinitionId = Get(json, "propertyDefinitionId", Texts.Read),
+        RelativePath = Get(json, "relativePath", Strings.Read),
+        PropertyDefinitionId = Get(json, "propertyDefinitionId", Strings.Read),
         Value = Get(json, "value", Values.Read),
     };
 
     public static WorkspacePathToItemResult? WorkspacePathToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new WorkspacePathToItemResult
     {
         Item = Get(json, "item", Item),
-        WorkspacePath = Get(json, "workspacePath", Texts.Read),
+        WorkspacePath = Get(json, "workspacePath", Strings.Read),
         Result = (Result)Get(json, "result", Int32),
     };
 
     public static ItemIdToPermanentIdResult? ItemIdToPermanentIdResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new ItemIdToPermanentIdResult
     {
         ItemId = Get(json, "itemId", Id),
-        PermanentId = Get(json, "permanentId", Texts.Read),
+        PermanentId = Get(json, "permanentId", Strings.Read),
         Result = (Result)Get(json, "result", Int32),
     };
 
     public static PermanentIdToItemResult? PermanentIdToItemResult(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new PermanentIdToItemResult
     {
         Item = Get(json, "item", Item),
-        PermanentId = Get(json, "permanentId", Texts.Read),
+        PermanentId = Get(json, "permanentId", Strings.Read),
         Result = (Result)Get(json, "result", Int32),
     };
 

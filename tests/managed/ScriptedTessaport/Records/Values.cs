@@ -35,7 +35,7 @@ internal static class Values
         JsonValueKind.True => true,
         JsonValueKind.False => false,
         JsonValueKind.Object => Typed(json.GetProperty("type").GetString()!, json),
-        _ => Texts.Read(json),
+        _ => Strings.Read(json),
     };
 
     private static object Typed(string type, JsonElement json) => type switch

@@ -7,11 +7,13 @@ internal static class Failures
         "Quorvex.Tessaport.API", "Quorvex.Tessaport.API.Scripted", "System", "System.IO", "System.Collections.Generic",
     };
 
-    /// <summary>Returns a function that makes a new exception at every call, because a thrown one keeps its stack trace.</summary>
+    /// <summary>
+    /// Returns a function that makes a new exception at every call, because a thrown one keeps its stack trace.
+    /// </summary>
     public static Func<Exception> Read(JsonElement json)
     {
         Type type = Find(json.GetProperty("type").GetString()!);
-        string message = Texts.Required(json.GetProperty("message"));
+        string message = Strings.Required(json.GetProperty("message"));
         Func<Exception>? inner = json.TryGetProperty("inner", out JsonElement cause) ? Read(cause) : null;
         return () => (Exception)(inner == null
             ? Activator.CreateInstance(type, message)!

@@ -5,7 +5,7 @@ internal static class Members
 {
     public static readonly Member<bool> Construct = new("TessaportService", _ => true, () => true);
     public static readonly Member<bool> Discover = new("Discover", _ => true, () => true);
-    public static readonly Member<string?> GetVersion = new("GetVersion", Texts.Read, () => "3.1.4");
+    public static readonly Member<string?> GetVersion = new("GetVersion", Strings.Read, () => "3.1.4");
     public static readonly Member<IEnumerable<Drive?>?> GetDrives =
         new("GetDrives", ListOf(RecordReader.Drive, Generated.Drive), () => new List<Drive> { Generated.Drive(1) });
     public static readonly Member<IEnumerable<Item?>?> GetChildFolders = Items("GetChildFolders");
@@ -53,7 +53,7 @@ internal static class Members
             return null;
         bool ignoreCase = json.TryGetProperty("ignoreCase", out JsonElement flag) && flag.GetBoolean();
         return json.GetProperty("flags").EnumerateArray().ToDictionary(
-            pair => Texts.Required(pair[0]), pair => pair[1].GetBoolean(),
+            pair => Strings.Required(pair[0]), pair => pair[1].GetBoolean(),
             ignoreCase ? StringComparer.OrdinalIgnoreCase : StringComparer.Ordinal);
     }
 }
