@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,6 +32,26 @@ struct CommandLine {
 /// @param run  called with the context if the user runs this command.
 CLI::App& addCommand(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run);
+
+/// A declared command, and the values of its options. Both live as long as the command line.
+template <class Options>
+struct DeclaredCommand {
+    CLI::App& command;
+    Options& options;
+};
+
+/// Declares a command that has options.
+///
+/// @param run  called with the context and the values of the options if the user runs this command.
+template <class Options>
+[[nodiscard]] DeclaredCommand<Options> addCommand(const CommandLine& line, const std::string& name,
+    const std::string& description, const std::string& examples, ExitCode (*run)(Context&, const Options&))
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = addCommand(
+        line, name, description, examples, [options, run](Context& context) { return run(context, *options); });
+    return {command, *options};
+}
 
 /// Declares a command that only groups others.
 CLI::App& addGroup(

@@ -1,5 +1,4 @@
 #include <map>
-#include <memory>
 #include <optional>
 
 #include "tools/tessaport/app/Errors.h"
@@ -154,9 +153,9 @@ ExitCode canAddEach(Context& context, const AddOptions& options)
     return outcomes.finish();
 }
 
-void addFileOptions(CLI::App& command, const std::shared_ptr<AddOptions>& options)
+void addFileOptions(CLI::App& command, AddOptions& options)
 {
-    command.add_option("file", options->filesAndFolder, "Local files, then the folder in a workspace")
+    command.add_option("file", options.filesAndFolder, "Local files, then the folder in a workspace")
         ->type_name("FILE... FOLDER")
         ->expected(2, CLI::detail::expected_max_vector_size)
         ->required();
@@ -166,18 +165,15 @@ void addFileOptions(CLI::App& command, const std::shared_ptr<AddOptions>& option
 
 void addAddCommands(const CommandLine& line)
 {
-    const auto options = std::make_shared<AddOptions>();
-    CLI::App& command = addCommand(line, "add", "Add local files to a folder, on both sides",
+    auto [command, options] = addCommand<AddOptions>(line, "add", "Add local files to a folder, on both sides",
         "tessaport add drawing.dwg notes.txt FOLDER\n"
         "tessaport add -n *.dwg FOLDER         only show what would be done",
-        [options](Context& context) { return add(context, *options); });
+        add);
     addFileOptions(command, options);
-    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
+    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 
-    const auto question = std::make_shared<AddOptions>();
-    CLI::App& can = addCommand(line, "can-add", "Show which local files could be added to a folder",
-        "tessaport can-add drawing.dwg notes.txt FOLDER",
-        [question](Context& context) { return canAddEach(context, *question); });
+    auto [can, question] = addCommand<AddOptions>(line, "can-add", "Show which local files could be added to a folder",
+        "tessaport can-add drawing.dwg notes.txt FOLDER", canAddEach);
     addFileOptions(can, question);
 }
 

@@ -1,7 +1,6 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
-#include <memory>
 #include <system_error>
 
 #include <velmora/io/QVChecksum.h>
@@ -88,12 +87,10 @@ ExitCode checksums(Context& context, const std::vector<std::string>& files)
 
 void addChecksumCommand(const CommandLine& line)
 {
-    const auto files = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "checksum", "Show the 32-bit checksum of files, as QVChecksum computes it",
-        "tessaport checksum drawing.dwg notes.txt", [files](Context& context) { return checksums(context, *files); })
-        .add_option("file", *files, "Local files")
-        ->type_name("FILE")
-        ->required();
+    auto [command, files] = addCommand<std::vector<std::string>>(line, "checksum",
+        "Show the 32-bit checksum of files, as QVChecksum computes it", "tessaport checksum drawing.dwg notes.txt",
+        checksums);
+    command.add_option("file", files, "Local files")->type_name("FILE")->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

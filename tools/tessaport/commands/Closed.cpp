@@ -1,5 +1,4 @@
 #include <limits>
-#include <memory>
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/Outcomes.h"
@@ -28,12 +27,11 @@ ExitCode reportClosed(Context& context, const ClosedOptions& options)
 
 void addClosedCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<ClosedOptions>();
-    CLI::App& command = addCommand(line, "closed", "Tell the sync application that a process has closed a file",
-        "tessaport closed --process 4711 PATH",
-        [options](Context& context) { return reportClosed(context, *options); });
-    command.add_option("path", options->path, "The file that was closed")->type_name("PATH")->required();
-    command.add_option("--process", options->process, "Number of the process")
+    auto [command, options] =
+        addCommand<ClosedOptions>(line, "closed", "Tell the sync application that a process has closed a file",
+            "tessaport closed --process 4711 PATH", reportClosed);
+    command.add_option("path", options.path, "The file that was closed")->type_name("PATH")->required();
+    command.add_option("--process", options.process, "Number of the process")
         ->type_name("N")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->required();

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
@@ -68,20 +66,14 @@ ExitCode resolveIds(Context& context, const std::vector<std::string>& ids)
 
 void addIdCommands(const CommandLine& line)
 {
-    const auto paths = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "id", "Show the permanent ids of items, which survive renames and moves", "tessaport id PATH PATH",
-        [paths](Context& context) { return showIds(context, *paths); })
-        .add_option("path", *paths, "Files or folders in a workspace")
-        ->type_name("PATH")
-        ->required();
+    auto [idCommand, paths] = addCommand<std::vector<std::string>>(line, "id",
+        "Show the permanent ids of items, which survive renames and moves", "tessaport id PATH PATH", showIds);
+    idCommand.add_option("path", paths, "Files or folders in a workspace")->type_name("PATH")->required();
 
-    const auto ids = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "resolve", "Show where the items of permanent ids are",
-        "tessaport resolve tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
-        [ids](Context& context) { return resolveIds(context, *ids); })
-        .add_option("id", *ids, "Permanent ids")
-        ->type_name("ID")
-        ->required();
+    auto [resolveCommand, ids] =
+        addCommand<std::vector<std::string>>(line, "resolve", "Show where the items of permanent ids are",
+            "tessaport resolve tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef", resolveIds);
+    resolveCommand.add_option("id", ids, "Permanent ids")->type_name("ID")->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

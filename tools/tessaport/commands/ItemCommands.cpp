@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
@@ -119,23 +117,19 @@ ExitCode run(Context& context, const RunOptions& options)
 
 void addItemCommands(const CommandLine& line)
 {
-    const auto paths = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "commands", "Show the commands that the sync application offers for items",
-        "tessaport commands PATH", [paths](Context& context) { return showCommands(context, *paths); })
-        .add_option("path", *paths, "Files or folders in a workspace")
-        ->type_name("PATH")
-        ->required();
+    auto [listCommand, paths] = addCommand<std::vector<std::string>>(line, "commands",
+        "Show the commands that the sync application offers for items", "tessaport commands PATH", showCommands);
+    listCommand.add_option("path", paths, "Files or folders in a workspace")->type_name("PATH")->required();
 
-    const auto options = std::make_shared<RunOptions>();
-    CLI::App& command = addCommand(line, "run", "Run a command of the sync application on items",
+    auto [command, options] = addCommand<RunOptions>(line, "run", "Run a command of the sync application on items",
         "tessaport run lock PATH\n"
         "tessaport run 'Copy link' PATH PATH",
-        [options](Context& context) { return run(context, *options); });
-    command.add_option("command", options->command, "Identifier or name of the command")
+        run);
+    command.add_option("command", options.command, "Identifier or name of the command")
         ->type_name("ACTION")
         ->required();
-    command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
-    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
+    command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH")->required();
+    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,6 +1,5 @@
 #include <istream>
 #include <iterator>
-#include <memory>
 
 #include <velmora/native/MessageFormatting.h>
 #include "tools/tessaport/commands/Commands.h"
@@ -38,13 +37,13 @@ ExitCode linkifyText(Context& context, const LinkifyOptions& options)
 
 void addLinkifyCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<LinkifyOptions>();
-    CLI::App& command = addCommand(line, "linkify", "Turn a message into HTML with its web addresses as links",
-        "tessaport linkify 'See www.example.test.'\n"
-        "tessaport linkify < message.txt",
-        [options](Context& context) { return linkifyText(context, *options); });
-    command.add_option("text", options->text, "The message; without it standard input is read")->type_name("TEXT");
-    command.add_flag("--html", options->isHtml, "The message is HTML already; only put the links in");
+    auto [command, options] =
+        addCommand<LinkifyOptions>(line, "linkify", "Turn a message into HTML with its web addresses as links",
+            "tessaport linkify 'See www.example.test.'\n"
+            "tessaport linkify < message.txt",
+            linkifyText);
+    command.add_option("text", options.text, "The message; without it standard input is read")->type_name("TEXT");
+    command.add_flag("--html", options.isHtml, "The message is HTML already; only put the links in");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -109,17 +109,16 @@ ExitCode list(Context& context, const ListOptions& options)
 
 void addListCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<ListOptions>();
-    CLI::App& command = addCommand(line, "ls", "List a folder; without PATH the roots of the drives",
+    auto [command, options] = addCommand<ListOptions>(line, "ls", "List a folder; without PATH the roots of the drives",
         "tessaport ls PATH\n"
         "tessaport ls -R --filter '*.dwg' PATH   files of one kind, at any depth\n"
         "tessaport ls --json PATH",
-        [options](Context& context) { return list(context, *options); });
-    command.add_option("path", options->path, "Folder or file in a workspace, with either slash")->type_name("PATH");
-    command.add_flag("-R,--recursive", options->recursive, "Also list what is in the folders, at any depth");
-    command.add_flag("--folders", options->foldersOnly, "List folders only");
-    command.add_flag("-1,--names", options->namesOnly, "Print the names only, one a line");
-    command.add_option("--filter", options->filter, "Show only names that match; * and ? stand for any characters")
+        list);
+    command.add_option("path", options.path, "Folder or file in a workspace, with either slash")->type_name("PATH");
+    command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
+    command.add_flag("--folders", options.foldersOnly, "List folders only");
+    command.add_flag("-1,--names", options.namesOnly, "Print the names only, one a line");
+    command.add_option("--filter", options.filter, "Show only names that match; * and ? stand for any characters")
         ->type_name("PATTERN");
 }
 

@@ -107,25 +107,21 @@ void addLogCommands(const CommandLine& line)
         "tessaport log cat app.log\n"
         "tessaport log grep user=anna app.log");
     const CommandLine inside{group, line.context, line.chosen, "Commands"};
-    const auto file = std::make_shared<std::string>();
-    addCommand(inside, "cat", "Show a log as readable text, or as a JSON array",
+    auto [catCommand, file] = addCommand<std::string>(inside, "cat", "Show a log as readable text, or as a JSON array",
         "tessaport log cat app.log\n"
         "tessaport log cat --json app.log",
-        [file](Context& context) { return cat(context, *file); })
-        .add_option("file", *file, "The log; - reads standard input")
-        ->type_name("FILE")
-        ->required();
+        cat);
+    catCommand.add_option("file", file, "The log; - reads standard input")->type_name("FILE")->required();
 
-    const auto options = std::make_shared<GrepOptions>();
-    CLI::App& command =
-        addCommand(inside, "grep", "Show the records in which a key has a value (exit code 3 if there is none)",
-            "tessaport log grep user=anna app.log\n"
-            "tessaport log grep request.path=/drives app.log      a nested key",
-            [options](Context& context) { return grep(context, *options); });
-    command.add_option("condition", options->condition, "The key and its complete value")
+    auto [command, options] = addCommand<GrepOptions>(inside, "grep",
+        "Show the records in which a key has a value (exit code 3 if there is none)",
+        "tessaport log grep user=anna app.log\n"
+        "tessaport log grep request.path=/drives app.log      a nested key",
+        grep);
+    command.add_option("condition", options.condition, "The key and its complete value")
         ->type_name("KEY=VALUE")
         ->required();
-    command.add_option("file", options->file, "The log; - reads standard input")->type_name("FILE")->required();
+    command.add_option("file", options.file, "The log; - reads standard input")->type_name("FILE")->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

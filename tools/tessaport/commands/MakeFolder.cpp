@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
@@ -85,11 +83,10 @@ ExitCode makeFolders(Context& context, const MakeFolderOptions& options)
 
 void addMakeFolderCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<MakeFolderOptions>();
-    CLI::App& command = addCommand(line, "mkdir", "Create folders and missing levels",
-        "tessaport mkdir PATH/plans/2024", [options](Context& context) { return makeFolders(context, *options); });
-    command.add_option("path", options->paths, "Folders to create in a workspace")->type_name("PATH")->required();
-    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
+    auto [command, options] = addCommand<MakeFolderOptions>(
+        line, "mkdir", "Create folders and missing levels", "tessaport mkdir PATH/plans/2024", makeFolders);
+    command.add_option("path", options.paths, "Folders to create in a workspace")->type_name("PATH")->required();
+    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
-#include <memory>
 
 #include "tools/tessaport/commandline/Suggestion.h"
 #include "tools/tessaport/commands/Commands.h"
@@ -211,18 +210,17 @@ ExitCode showProperties(Context& context, const PropertyOptions& options)
 
 void addPropertyCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<PropertyOptions>();
-    CLI::App& command = addCommand(line, "props", "Show the properties of items",
+    auto [command, options] = addCommand<PropertyOptions>(line, "props", "Show the properties of items",
         "tessaport props PATH\n"
         "tessaport props --id Size --id Modified PATH PATH\n"
         "tessaport props --definitions 'Harbour Project'    the properties of a drive",
-        [options](Context& context) { return showProperties(context, *options); });
+        showProperties);
     CLI::Option* const paths =
-        command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH");
-    command.add_option("--id", options->ids, "Show this property only; can be given several times")
+        command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH");
+    command.add_option("--id", options.ids, "Show this property only; can be given several times")
         ->type_name("PROPERTY")
         ->allow_extra_args(false);
-    command.add_option("--definitions", options->definitionsOf, "Show the properties that a drive defines")
+    command.add_option("--definitions", options.definitionsOf, "Show the properties that a drive defines")
         ->type_name("DRIVE")
         ->excludes(paths);
 }

@@ -113,12 +113,10 @@ void addQuestionCommands(const CommandLine& line)
         "tessaport full-path ../plans", "PATH", showFullPath);
     addCommand(line, "offline", "Say whether a drive is offline (0: yes, 1: no)", "tessaport offline", isOffline);
     addCommand(line, "check", "Say whether the drives can be read", "tessaport check", check);
-    const auto paths = std::make_shared<std::vector<std::string>>();
-    addCommand(line, "in-workspace", "Say which local files are in a workspace (0: all of them, 1: not all)",
-        "tessaport in-workspace PATH PATH", [paths](Context& context) { return areInWorkspace(context, *paths); })
-        .add_option("path", *paths, "Local files, with either slash")
-        ->type_name("PATH")
-        ->required();
+    auto [command, paths] = addCommand<std::vector<std::string>>(line, "in-workspace",
+        "Say which local files are in a workspace (0: all of them, 1: not all)", "tessaport in-workspace PATH PATH",
+        areInWorkspace);
+    command.add_option("path", paths, "Local files, with either slash")->type_name("PATH")->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
@@ -114,15 +112,15 @@ ExitCode remove(Context& context, const RemoveOptions& options)
 
 void addRemoveCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<RemoveOptions>();
-    CLI::App& command = addCommand(line, "rm", "Delete items here and on the server, folders with everything in them",
-        "tessaport rm PATH PATH          asks first\n"
-        "tessaport rm -n PATH            only shows what would be done\n"
-        "tessaport rm -y PATH            does not ask",
-        [options](Context& context) { return remove(context, *options); });
-    command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH")->required();
-    command.add_flag("-y,--yes", options->yes, "Do not ask");
-    command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
+    auto [command, options] =
+        addCommand<RemoveOptions>(line, "rm", "Delete items here and on the server, folders with everything in them",
+            "tessaport rm PATH PATH          asks first\n"
+            "tessaport rm -n PATH            only shows what would be done\n"
+            "tessaport rm -y PATH            does not ask",
+            remove);
+    command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH")->required();
+    command.add_flag("-y,--yes", options.yes, "Do not ask");
+    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -48,19 +46,22 @@ ExitCode showWritableFolder(Context& context, const std::string& driveType)
     throw Failure(ExitCode::NotFound, "no folder at the top of a drive of type '" + driveType + "' takes new files");
 }
 
+ExitCode showRoot(Context& context, const RootOptions& options)
+{
+    return options.firstDrive ? showFirstRoot(context) : showWritableFolder(context, options.driveType);
+}
+
 } // namespace
 
 void addRootCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<RootOptions>();
-    CLI::App& command = addCommand(line, "root", "Show the folder at the top of a drive that takes new files",
-        "tessaport root\n"
-        "tessaport root --first       the root of the first drive, whether it takes files or not",
-        [options](Context& context) {
-            return options->firstDrive ? showFirstRoot(context) : showWritableFolder(context, options->driveType);
-        });
-    command.add_option("--type", options->driveType, "Type of the drive")->type_name("TYPE")->capture_default_str();
-    command.add_flag("--first", options->firstDrive, "Show the root of the first drive");
+    auto [command, options] =
+        addCommand<RootOptions>(line, "root", "Show the folder at the top of a drive that takes new files",
+            "tessaport root\n"
+            "tessaport root --first       the root of the first drive, whether it takes files or not",
+            showRoot);
+    command.add_option("--type", options.driveType, "Type of the drive")->type_name("TYPE")->capture_default_str();
+    command.add_flag("--first", options.firstDrive, "Show the root of the first drive");
 }
 
 } // namespace Quorvex::Velmora::Tool

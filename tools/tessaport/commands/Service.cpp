@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/home/Home.h"
 #include "tools/tessaport/output/Json.h"
@@ -63,13 +61,10 @@ void addServiceCommands(const CommandLine& line)
         [](Context& context) { return changeState(context, "not-running"); });
     addCommand(inside, "status", "Show the state; ends with the code that requests would end with",
         "tessaport service status", showState);
-    const auto state = std::make_shared<std::string>();
-    addCommand(inside, "set-state", "Put the service into a state, to try how a host handles it",
-        "tessaport service set-state forced-update", [state](Context& context) { return changeState(context, *state); })
-        .add_option("state", *state, "The state")
-        ->type_name("STATE")
-        ->check(isState())
-        ->required();
+    auto [command, state] =
+        addCommand<std::string>(inside, "set-state", "Put the service into a state, to try how a host handles it",
+            "tessaport service set-state forced-update", changeState);
+    command.add_option("state", state, "The state")->type_name("STATE")->check(isState())->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
@@ -103,22 +102,24 @@ ExitCode statPaths(Context& context, const StatOptions& options)
     return outcomes.finish();
 }
 
+ExitCode showFields(Context& context, const StatOptions& options)
+{
+    return options.drive.empty() ? statPaths(context, options) : statOnDrive(context, options);
+}
+
 } // namespace
 
 void addStatCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<StatOptions>();
-    CLI::App& command = addCommand(line, "stat", "Show all fields of items",
+    auto [command, options] = addCommand<StatOptions>(line, "stat", "Show all fields of items",
         "tessaport stat PATH\n"
         "tessaport stat --json PATH PATH\n"
         "tessaport stat --drive 'Harbour Project' plans/a.txt   relative to a drive",
-        [options](Context& context) {
-            return options->drive.empty() ? statPaths(context, *options) : statOnDrive(context, *options);
-        });
-    command.add_option("path", options->paths, "Files or folders in a workspace, with either slash")
+        showFields);
+    command.add_option("path", options.paths, "Files or folders in a workspace, with either slash")
         ->type_name("PATH")
         ->required();
-    command.add_option("--drive", options->drive, "The paths are relative to this drive (name or identifier)")
+    command.add_option("--drive", options.drive, "The paths are relative to this drive (name or identifier)")
         ->type_name("DRIVE");
 }
 

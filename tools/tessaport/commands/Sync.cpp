@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
@@ -261,23 +260,26 @@ ExitCode syncOne(Context& context, const std::string& path)
     return outcomes.finish();
 }
 
+ExitCode sync(Context& context, const SyncOptions& options)
+{
+    return options.one.empty() ? syncMany(context, options) : syncOne(context, options.one);
+}
+
 } // namespace
 
 void addSyncCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<SyncOptions>();
-    CLI::App& command = addCommand(line, "sync", "Bring both sides up to date; without PATH all drives",
-        "tessaport sync\n"
-        "tessaport sync PATH PATH       folders with everything in them\n"
-        "tessaport sync -n PATH         only show which way files would go\n"
-        "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
-        [options](Context& context) {
-            return options->one.empty() ? syncMany(context, *options) : syncOne(context, options->one);
-        });
+    auto [command, options] =
+        addCommand<SyncOptions>(line, "sync", "Bring both sides up to date; without PATH all drives",
+            "tessaport sync\n"
+            "tessaport sync PATH PATH       folders with everything in them\n"
+            "tessaport sync -n PATH         only show which way files would go\n"
+            "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
+            sync);
     CLI::Option* const paths =
-        command.add_option("path", options->paths, "Files or folders in a workspace")->type_name("PATH");
-    CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options->dryRun, "Only show what would be done");
-    command.add_option("--one", options->one, "Sync this one item with a one-shot operation")
+        command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH");
+    CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    command.add_option("--one", options.one, "Sync this one item with a one-shot operation")
         ->type_name("PATH")
         ->excludes(paths)
         ->excludes(dryRun);

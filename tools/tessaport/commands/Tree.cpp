@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
 #include "tools/tessaport/items/ItemLookup.h"
@@ -107,17 +105,17 @@ void showTree(Context& context, const Item& root, const std::string& title, cons
 
 void addTreeCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<TreeOptions>();
-    CLI::App& command = addCommand(line, "tree", "Show a folder and everything in it; without PATH all drives",
-        "tessaport tree PATH\n"
-        "tessaport tree --depth 2          all drives, two levels\n"
-        "tessaport tree --json PATH        each item with its depth",
-        [options](Context& context) { return tree(context, *options); });
-    command.add_option("path", options->path, "Folder in a workspace, with either slash")->type_name("PATH");
-    command.add_option("--depth", options->depth, "Show this many levels")
+    auto [command, options] =
+        addCommand<TreeOptions>(line, "tree", "Show a folder and everything in it; without PATH all drives",
+            "tessaport tree PATH\n"
+            "tessaport tree --depth 2          all drives, two levels\n"
+            "tessaport tree --json PATH        each item with its depth",
+            tree);
+    command.add_option("path", options.path, "Folder in a workspace, with either slash")->type_name("PATH");
+    command.add_option("--depth", options.depth, "Show this many levels")
         ->type_name("N")
         ->check(CLI::Range(1U, 1000000U).description(""));
-    command.add_flag("--folders", options->foldersOnly, "Show folders only");
+    command.add_flag("--folders", options.foldersOnly, "Show folders only");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
@@ -52,14 +50,13 @@ ExitCode showUrn(Context& context, const UrnOptions& options)
 
 void addUrnCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<UrnOptions>();
-    CLI::App& command = addCommand(line, "urn", "Show the cloud identifiers of a file or folder",
+    auto [command, options] = addCommand<UrnOptions>(line, "urn", "Show the cloud identifiers of a file or folder",
         "tessaport urn PATH\n"
         "tessaport urn --parent-key FOLDER",
-        [options](Context& context) { return showUrn(context, *options); });
-    command.add_option("path", options->path, "File or folder in a workspace")->type_name("PATH")->required();
+        showUrn);
+    command.add_option("path", options.path, "File or folder in a workspace")->type_name("PATH")->required();
     command.add_flag(
-        "--parent-key", options->parentKey, "For a folder, show the URN of the folder that holds it (KeldaParentId)");
+        "--parent-key", options.parentKey, "For a folder, show the URN of the folder that holds it (KeldaParentId)");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/OneCall.h"
@@ -114,13 +112,13 @@ ExitCode where(Context& context, const WhereOptions& options)
 
 void addWhereCommand(const CommandLine& line)
 {
-    const auto options = std::make_shared<WhereOptions>();
-    CLI::App& command = addCommand(line, "where", "Show drive, type, path and all identifiers of an item in one answer",
-        "tessaport where PATH\n"
-        "tessaport where --id tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
-        [options](Context& context) { return where(context, *options); });
-    command.add_option("path", options->path, "File or folder in a workspace")->type_name("PATH");
-    command.add_option("--id", options->id, "Permanent id of the item")->type_name("ID");
+    auto [command, options] =
+        addCommand<WhereOptions>(line, "where", "Show drive, type, path and all identifiers of an item in one answer",
+            "tessaport where PATH\n"
+            "tessaport where --id tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
+            where);
+    command.add_option("path", options.path, "File or folder in a workspace")->type_name("PATH");
+    command.add_option("--id", options.id, "Permanent id of the item")->type_name("ID");
 }
 
 } // namespace Quorvex::Velmora::Tool
