@@ -8,7 +8,6 @@ namespace fs = std::filesystem;
 namespace
 {
 
-
 #ifdef _WIN32
 constexpr const char* LibraryName = "velmora_vendor_native.dll";
 constexpr const char* Runtime = "win";
