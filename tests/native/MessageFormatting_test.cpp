@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/LinkExpression.h"
+#include "tests/support/RepeatedString.h"
 
 namespace Quorvex::Velmora::TessaportAPI
 {
@@ -215,29 +216,20 @@ TEST(Linkify, EqualsTheExpressionOnEveryShortTextAfterAnOpening)
     }
 }
 
-std::wstring repeated(const std::wstring& part, std::size_t length)
-{
-    std::wstring text;
-    text.reserve(length + part.size());
-    while (text.size() < length)
-        text += part;
-    return text;
-}
-
 // An implementation that backtracks would take hours for each of these, or overflow the stack.
 TEST(Linkify, HandlesMessagesOfTenMegabytes)
 {
     constexpr std::size_t Length = 10'000'000;
     for (const wchar_t* const part : {L"x", L" ", L"http://", L"www.x ", L"www.&nbsp", L"\"", L".", L"<br ", L"<br  ",
              L"&nbsp;", L" \"'", L"http://x.?.", L"w", L"<"}) {
-        const std::wstring text = repeated(part, Length);
+        const std::wstring text = TestSupport::repeated(part, Length);
         const std::wstring linked = linkify(text);
         EXPECT_GE(linked.size(), text.size()) << part;
     }
-    const std::wstring spaces = repeated(L" ", Length);
-    EXPECT_EQ(linkify(L"http://" + repeated(L"x.", Length)).size(), 2 * (Length + 6) + 16);
+    const std::wstring spaces = TestSupport::repeated(L" ", Length);
+    EXPECT_EQ(linkify(L"http://" + TestSupport::repeated(L"x.", Length)).size(), 2 * (Length + 6) + 16);
     EXPECT_TRUE(linkify(L"<br" + spaces + L"www.x") == L"<br" + spaces + linkTo(L"www.x"));
-    EXPECT_TRUE(linkify(L"www.x" + repeated(L"?", Length) + L"y ").size() > 2 * Length);
+    EXPECT_TRUE(linkify(L"www.x" + TestSupport::repeated(L"?", Length) + L"y ").size() > 2 * Length);
 }
 
 } // namespace

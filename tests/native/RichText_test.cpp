@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <velmora/native/MessageFormatting.h>
+#include "tests/support/RepeatedString.h"
 
 namespace Quorvex::Velmora::TessaportAPI
 {
@@ -95,27 +96,18 @@ TEST(ToRichText, SearchesAddressesBeforeItEscapes)
     EXPECT_EQ(toRichText(L"http://x&"), paragraph(linkTo(L"http://x&amp;")));
 }
 
-std::wstring repeated(const std::wstring& part, std::size_t length)
-{
-    std::wstring text;
-    text.reserve(length + part.size());
-    while (text.size() < length)
-        text += part;
-    return text;
-}
-
 // An implementation that backtracks or inserts into the result would take hours for each of these.
 TEST(ToRichText, HandlesMessagesOfTenMegabytes)
 {
     constexpr std::size_t Length = 2'500'000; // 10 MB where wchar_t has 32 bits
     for (const wchar_t* const part : {L"x", L" ", L"&", L"\"", L"\r", L"\r\n", L"http://", L"www.x ", L"www.&\"",
              L" \"'", L"http://x.?.", L"w", L"<", L"\"www.", L"\"'www.x\" "}) {
-        const std::wstring message = repeated(part, Length);
+        const std::wstring message = TestSupport::repeated(part, Length);
         const std::wstring html = toRichText(message);
         EXPECT_GE(html.size(), message.size() / 2) << part;
         EXPECT_LE(html.size(), 12 * message.size() + 7) << part;
     }
-    EXPECT_EQ(toRichText(L"www." + repeated(L"\"", Length) + L"x").size(), 12 * Length + 2 * 5 + 15 + 7);
+    EXPECT_EQ(toRichText(L"www." + TestSupport::repeated(L"\"", Length) + L"x").size(), 12 * Length + 2 * 5 + 15 + 7);
 }
 
 } // namespace

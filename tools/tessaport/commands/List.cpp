@@ -118,7 +118,7 @@ void addListCommand(const CommandLine& line)
     command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
     command.add_flag("--folders", options.foldersOnly, "List folders only");
     command.add_flag("-1,--names", options.namesOnly, "Print the names only, one a line");
-    command.add_option("--filter", options.filter, "Show only names that match; * and ? stand for any characters")
+    command.add_option("--filter", options.filter, "Show only names that match; * and ? match any characters")
         ->type_name("PATTERN");
 }
 

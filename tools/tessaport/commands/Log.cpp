@@ -114,7 +114,7 @@ void addLogCommands(const CommandLine& line)
     catCommand.add_option("file", file, "The log; - reads standard input")->type_name("FILE")->required();
 
     auto [command, options] = addCommand<GrepOptions>(inside, "grep",
-        "Show the records in which a key has a value (exit code 3 if there is none)",
+        "Show the records in which a key has a value (exit code 3 if no record has it)",
         "tessaport log grep user=anna app.log\n"
         "tessaport log grep request.path=/drives app.log      a nested key",
         grep);
