@@ -20,7 +20,7 @@ using Json = nlohmann::json;
 /// The date this many seconds and 100 ns ticks after 1970-01-01 00:00:00, of kind "Utc", "Local" or "Unspecified".
 [[nodiscard]] Json date(std::int64_t seconds, std::int64_t ticks = 0, const char* kind = "Utc");
 
-/// A property value of a type that JSON does not have; see tests/managed/ScriptedTessaport/Records/Values.cs.
+/// A property value of a type that JSON does not have; see managed/ScriptedTessaport/Records/Values.cs.
 [[nodiscard]] Json typedValue(const char* type, Json value = nullptr);
 
 /// An exception, by the name of its type.

@@ -2,23 +2,25 @@
 
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/native/RuntimeOptions.h>
+#include <velmora/testkit/ServiceFolder.h>
 
 namespace Quorvex::Velmora::TestSupport
 {
 
 std::filesystem::path bridgeFolder() { return std::filesystem::u8path(VELMORA_BRIDGE_FOLDER); }
 
-std::filesystem::path scriptedServiceFolder() { return std::filesystem::u8path(VELMORA_SCRIPTED_SERVICE_FOLDER); }
+TessaportAPI::RuntimeOptions scriptedServiceOptions()
+{
+    Tessaport::ClrRuntime::ofProcess().setBridgeFolder(bridgeFolder());
+    TessaportAPI::RuntimeOptions options;
+    options.apiFolder = TestKit::installedServiceFolder();
+    return options;
+}
 
 void useScriptedService()
 {
-    auto& runtime = Tessaport::ClrRuntime::ofProcess();
-    if (!runtime.description().framework.empty())
-        return;
-    runtime.setBridgeFolder(bridgeFolder());
-    TessaportAPI::RuntimeOptions options;
-    options.apiFolder = scriptedServiceFolder();
-    TessaportAPI::setRuntimeOptions(options);
+    if (Tessaport::ClrRuntime::ofProcess().description().framework.empty())
+        TessaportAPI::setRuntimeOptions(scriptedServiceOptions());
 }
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -3,16 +3,18 @@
 
 #include <filesystem>
 
+#include <velmora/api/RuntimeOptions.h>
+
 namespace Quorvex::Velmora::TestSupport
 {
 
 /// The managed half of the library in the build tree.
 [[nodiscard]] std::filesystem::path bridgeFolder();
 
-/// The folder with the assembly of the scripted service.
-[[nodiscard]] std::filesystem::path scriptedServiceFolder();
+/// Sets the bridge folder of the library, and returns its options for the scripted service in the build tree.
+[[nodiscard]] TessaportAPI::RuntimeOptions scriptedServiceOptions();
 
-/// Sets both folders as options of the library. Does not start the runtime; does nothing once it runs.
+/// Sets both folders for programs without a script. Does not start the runtime; does nothing once it runs.
 void useScriptedService();
 
 } // namespace Quorvex::Velmora::TestSupport

@@ -2,9 +2,8 @@
 
 #include <stdexcept>
 
-#include <velmora/bridge/QvManagedTessaportService.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
-#include "tests/support/ScriptedChannel.h"
+#include <velmora/testkit/Channel.h>
 #include "tests/support/ScriptedRuntime.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -12,18 +11,13 @@ namespace Quorvex::Velmora::TestSupport
 namespace
 {
 
+using TestKit::order;
+
 Json named(const char* name) { return {{"order", name}}; }
 
 } // namespace
 
-ScriptedService::ScriptedService()
-{
-    useScriptedService();
-    // The assembly attaches itself when the first service is created.
-    if (!isScriptedServiceAttached())
-        const Tessaport::QvManagedTessaportService first;
-    reset();
-}
+ScriptedService::ScriptedService() : kit(scriptedServiceOptions()) {}
 
 void ScriptedService::answer(const char* member, const Json& value)
 {
@@ -74,8 +68,6 @@ std::wstring ScriptedService::textOfValue(const Json& value)
 {
     return textOf(order({{"order", "text"}, {"value", value}}));
 }
-
-void ScriptedService::reset() { order(named("reset")); }
 
 std::int64_t countHandles() { return Tessaport::ClrRuntime::ofProcess().entryPoints().countHandles(); }
 

@@ -1,10 +1,11 @@
-// A sync application whose answers a test sets and whose calls it reads.
+// The test kit for tests of internals: answers and calls that no host can see, as JSON.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include <velmora/testkit/ScriptedService.h>
 #include "tests/support/ScriptedAnswers.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -18,12 +19,15 @@ struct Collected {
     std::int64_t bytes = 0;
 };
 
-/// Starts the runtime with the scripted service in its initial state. Members have the names that the sync application
-/// gives them; "TessaportService" is the constructor.
+/// The scripted service of the build tree. Members have the names that the sync application gives them;
+/// "TessaportService" is the constructor.
 class ScriptedService
 {
 public:
     ScriptedService();
+
+    /// What hosts see of it.
+    TestKit::ScriptedService kit;
 
     /// Sets what a member returns from now on.
     void answer(const char* member, const Json& value);
@@ -50,7 +54,7 @@ public:
     [[nodiscard]] std::wstring textOfValue(const Json& value);
 
     /// Restores the initial state: default answers, no calls, numbers from 1.
-    void reset();
+    void reset() { kit.reset(); }
 };
 
 /// The number of managed objects that the native side keeps alive.

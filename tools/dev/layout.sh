@@ -15,6 +15,7 @@ declare -rA may_include=(
     [bridge/runtime]='api bridge/boundary platform text'
     [bridge/conversions]='api bridge/boundary text'
     [bridge]='api bridge/boundary bridge/conversions bridge/runtime platform text'
+    [testkit]='api native platform'
     [native]='api bridge bridge/boundary bridge/runtime platform'
     [io]='io/crc text'
     [io/crc]=''

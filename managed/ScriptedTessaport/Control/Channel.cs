@@ -1,22 +1,26 @@
+using System.Globalization;
 using System.Runtime.CompilerServices;
 using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
-/// Connects the test program with this assembly. A program that exports scriptedTessaportAttach gets one function, which
-/// takes an order as JSON and passes the answer, as JSON, to a function of the program.
+/// Connects a test program with this assembly. The program attaches itself by a request, so that it need not export
+/// anything, and gets one function, which takes an order as JSON and passes the answer, as JSON, to a function of the
+/// program. It is the counterpart of velmora/testkit/Channel.cpp.
 /// </summary>
 internal static unsafe class Channel
 {
-    /// <summary>False in programs without a script, such as benchmarks and hosts.</summary>
-    public static readonly bool IsOpen = Open();
+    private const string Greeting = "velmora-testkit attach ";
 
-    private static bool Open()
+    /// <summary>Attaches the program if the arguments of FileClosedWithinRunningProcess are its greeting.</summary>
+    public static bool TryAttach(int processId, string? path)
     {
-        if (!NativeLibrary.TryGetExport(NativeLibrary.GetMainProgramHandle(), "scriptedTessaportAttach", out nint address))
+        if (path == null || processId != Environment.ProcessId || !path.StartsWith(Greeting, StringComparison.Ordinal))
             return false;
+        ulong address = ulong.Parse(path.AsSpan(Greeting.Length), NumberStyles.AllowHexSpecifier, CultureInfo.InvariantCulture);
         var attach = (delegate* unmanaged<delegate* unmanaged<byte*, long, void*, delegate* unmanaged<void*, byte*, long, void>, void>, void>)address;
+        Journal.IsOn = true;
         attach(&Execute);
         return true;
     }
@@ -41,7 +45,7 @@ internal static unsafe class Channel
             stream.SetLength(0);
             using var writer = new Utf8JsonWriter(stream);
             writer.WriteStartObject();
-            writer.WriteString("error", e.ToString());
+            writer.WriteString("error", e.Message);
             writer.WriteEndObject();
         }
         return stream.ToArray();

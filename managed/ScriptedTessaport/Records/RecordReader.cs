@@ -3,7 +3,13 @@ namespace Quorvex.Tessaport.API.Scripted;
 /// <summary>Reads records from a script. JSON null is null, and a property that is not named keeps its default value.</summary>
 internal static class RecordReader
 {
-    public static ItemId? Id(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : ItemId.Numbered(json.GetInt32());
+    /// <summary>A number that names one object, or a string that names as many as are asked for.</summary>
+    public static ItemId? Id(JsonElement json) => json.ValueKind switch
+    {
+        JsonValueKind.Null => null,
+        JsonValueKind.Number => ItemId.Numbered(json.GetInt32()),
+        _ => ItemId.Named(Strings.Required(json)),
+    };
 
     public static Item? Item(JsonElement json) => json.ValueKind == JsonValueKind.Null ? null : new Item
     {
@@ -40,7 +46,10 @@ internal static class RecordReader
     {
         if (json.ValueKind == JsonValueKind.Null)
             return null;
-        Command command = API.Command.Numbered(json.GetProperty("command").GetInt32());
+        JsonElement identity = json.GetProperty("command");
+        Command command = identity.ValueKind == JsonValueKind.Number
+            ? API.Command.Numbered(identity.GetInt32())
+            : API.Command.Named(Strings.Required(identity));
         command.Name = Get(json, "name", Strings.Read);
         command.Id = Get(json, "id", Strings.Read);
         command.IsEnabled = Get(json, "isEnabled", Bool);

@@ -12,17 +12,44 @@ internal static class Orders
         switch (name)
         {
             case "answer":
-                Member.Named(order.GetProperty("member").GetString()!).SetAnswers(order.GetProperty("answers"));
+                MemberOf(order).SetAnswers(order.GetProperty("answers"));
                 answer.WriteNullValue();
                 break;
+            case "answerFor":
+                MemberOf(order).SetAnswersFor(Strings.Required(order.GetProperty("item")), order.GetProperty("answers"));
+                answer.WriteNullValue();
+                break;
+            case "awaitHeld":
+                answer.WriteBooleanValue(MemberOf(order).Gate.AwaitHeld(order.GetProperty("milliseconds").GetInt64()));
+                break;
             case "calls":
-                WriteCalls(answer);
+                WriteCalls(answer, order.TryGetProperty("member", out JsonElement member) ? member.GetString() : null);
                 break;
             case "collect":
                 WriteCollected(answer);
                 break;
+            case "delay":
+                MemberOf(order).Gate.Delay(order.GetProperty("milliseconds").GetInt64());
+                answer.WriteNullValue();
+                break;
+            case "forget":
+                MemberOf(order).Reset();
+                answer.WriteNullValue();
+                break;
+            case "hold":
+                MemberOf(order).Gate.Hold();
+                answer.WriteNullValue();
+                break;
+            case "next":
+                MemberOf(order).AddNext(order.GetProperty("answers"));
+                answer.WriteNullValue();
+                break;
             case "record":
                 Journal.IsOn = order.GetProperty("on").GetBoolean();
+                answer.WriteNullValue();
+                break;
+            case "release":
+                MemberOf(order).Gate.Release();
                 answer.WriteNullValue();
                 break;
             case "reset":
@@ -37,6 +64,8 @@ internal static class Orders
         }
     }
 
+    private static Member MemberOf(JsonElement order) => Member.Named(order.GetProperty("member").GetString()!);
+
     private static void Reset()
     {
         Member.ResetAll();
@@ -47,10 +76,10 @@ internal static class Orders
         TessaportService.ForgetAll();
     }
 
-    private static void WriteCalls(Utf8JsonWriter writer)
+    private static void WriteCalls(Utf8JsonWriter writer, string? member)
     {
         writer.WriteStartArray();
-        foreach (Call call in Journal.Take())
+        foreach (Call call in Journal.Take(member))
         {
             writer.WriteStartObject();
             writer.WriteString("member", call.Member);

@@ -31,4 +31,6 @@ public class Command
     internal Func<Exception> ImageFailure { get; set; }
 
     internal static Command Numbered(int number) => Known.Get(number, () => new Command { Number = number });
+
+    internal static Command Named(string name) => new() { Number = Names.NumberOf(name) };
 }

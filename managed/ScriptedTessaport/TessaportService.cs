@@ -57,13 +57,13 @@ public class TessaportService
     public IEnumerable<Item> GetChildFolders(ItemId folder)
     {
         Record("GetChildFolders")?.With("folder", folder);
-        return Members.GetChildFolders.Answer();
+        return Members.GetChildFolders.Answer(folder);
     }
 
     public IEnumerable<Item> GetFolderContents(ItemId folder)
     {
         Record("GetFolderContents")?.With("folder", folder);
-        return Members.GetFolderContents.Answer();
+        return Members.GetFolderContents.Answer(folder);
     }
 
     public CommandResult AddFiles(ItemId folder, List<string> paths)
@@ -87,7 +87,7 @@ public class TessaportService
     public Dictionary<string, bool> AreFilesInWorkspace(List<string> paths)
     {
         Record("AreFilesInWorkspace")?.With("paths", (object)paths);
-        return Members.AreFilesInWorkspace.Answer();
+        return Members.AreFilesInWorkspace.Answer()(paths);
     }
 
     public CommandResult SyncFiles(List<ItemId> ids)
@@ -116,6 +116,8 @@ public class TessaportService
 
     public void FileClosedWithinRunningProcess(int processId, string path)
     {
+        if (Channel.TryAttach(processId, path))
+            return;
         Record("FileClosedWithinRunningProcess")?.With("processId", (object)processId).With("path", (object)path);
         Members.FileClosedWithinRunningProcess.Answer();
     }

@@ -7,15 +7,15 @@ internal static class Members
     public static readonly Member<bool> Discover = new("Discover", _ => true, () => true);
     public static readonly Member<string?> GetVersion = new("GetVersion", Strings.Read, () => "3.1.4");
     public static readonly Member<IEnumerable<Drive?>?> GetDrives =
-        new("GetDrives", ListOf(RecordReader.Drive, Generated.Drive), () => new List<Drive> { Generated.Drive(1) });
+        new("GetDrives", ListOf(RecordReader.Drive, Generated.Drive), () => new List<Drive> { FirstDrive() });
     public static readonly Member<IEnumerable<Item?>?> GetChildFolders = Items("GetChildFolders");
     public static readonly Member<IEnumerable<Item?>?> GetFolderContents = Items("GetFolderContents");
     public static readonly Member<CommandResult?> AddFiles = Outcome("AddFiles");
     public static readonly Member<Item?> GetOrCreateFolder =
         new("GetOrCreateFolder", RecordReader.Item, () => Generated.Item(1));
     public static readonly Member<bool> CanAddFiles = new("CanAddFiles", RecordReader.Bool, () => true);
-    public static readonly Member<Dictionary<string, bool>?> AreFilesInWorkspace =
-        new("AreFilesInWorkspace", FlagsByPath, () => new Dictionary<string, bool>());
+    public static readonly Member<Func<List<string>, Dictionary<string, bool>?>> AreFilesInWorkspace =
+        new("AreFilesInWorkspace", FlagsOfPaths, () => _ => new Dictionary<string, bool>());
     public static readonly Member<CommandResult?> SyncFiles = Outcome("SyncFiles");
     public static readonly Member<CommandResult?> DeleteItems = Outcome("DeleteItems");
     public static readonly Member<IEnumerable<WorkspacePathToItemResult?>?> GetItemsByWorkspacePaths = List(
@@ -45,6 +45,25 @@ internal static class Members
 
     private static Member<CommandResult?> Outcome(string name) =>
         new(name, RecordReader.CommandResult, () => new CommandResult { IsSuccess = true });
+
+    private static Drive FirstDrive()
+    {
+        Drive drive = Generated.Drive(1);
+        drive.Root.Id = ItemId.Named(drive.WorkspaceLocation);
+        return drive;
+    }
+
+    // A flag for all paths that are asked for, or flags by path.
+    private static Func<List<string>, Dictionary<string, bool>?> FlagsOfPaths(JsonElement json)
+    {
+        if (json.ValueKind is JsonValueKind.True or JsonValueKind.False)
+        {
+            bool flag = json.GetBoolean();
+            return paths => paths.ToDictionary(path => path, _ => flag);
+        }
+        Dictionary<string, bool>? flags = FlagsByPath(json);
+        return _ => flags;
+    }
 
     // {"flags": [[path, flag], …], "ignoreCase": true}
     private static Dictionary<string, bool>? FlagsByPath(JsonElement json)

@@ -1,0 +1,14 @@
+// Where the scripted service is installed. Internal.
+#pragma once
+
+#include <filesystem>
+
+namespace Quorvex::Velmora::TestKit
+{
+
+/// Returns the folder of the scripted service that belongs to the library VelmoraTessaport of this process.
+///
+/// @throws std::runtime_error if there is none.
+[[nodiscard]] std::filesystem::path installedServiceFolder();
+
+} // namespace Quorvex::Velmora::TestKit
