@@ -25,6 +25,18 @@ if(VELMORA_INSTALL)
         DESTINATION "${VELMORA_LOCAL_SERVICE_SUBDIR}" COMPONENT LocalService
         PATTERN "*.pdb" EXCLUDE)
 
+    if(TARGET VelmoraTestKit)
+        # Exported separately, so that the package is complete without this component.
+        install(TARGETS VelmoraTestKit EXPORT VelmoraTestKitTargets
+            ARCHIVE COMPONENT TestKit
+            FILE_SET HEADERS DESTINATION include COMPONENT TestKit)
+        install(DIRECTORY "${PROJECT_BINARY_DIR}/${VELMORA_TEST_KIT_SUBDIR}/"
+            DESTINATION "${VELMORA_TEST_KIT_SUBDIR}" COMPONENT TestKit
+            PATTERN "*.pdb" EXCLUDE)
+        install(EXPORT VelmoraTestKitTargets NAMESPACE Velmora::
+            DESTINATION "${VELMORA_INSTALL_PACKAGE_DIR}" COMPONENT TestKit)
+    endif()
+
     if(TARGET tessaport)
         file(RELATIVE_PATH velmora_bin_to_lib
             "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
