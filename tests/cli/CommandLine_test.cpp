@@ -74,7 +74,7 @@ TEST_F(CommandLine, SuggestsNothingForAWordUnlikeAnyCommand)
 TEST_F(CommandLine, IsWrongUsageWithoutACommand)
 {
     EXPECT_EQ(run(std::vector<std::string>{}).exitCode, 2);
-    EXPECT_EQ(run({"service"}).exitCode, 2);
+    EXPECT_EQ(run({"log"}).exitCode, 2);
     EXPECT_EQ(run({""}).exitCode, 2);
 }
 
@@ -100,7 +100,8 @@ TEST_F(CommandLine, HelpShowsTheCommandsInSmallGroups)
 
 TEST_F(CommandLine, HelpFitsInto100Columns)
 {
-    std::vector<std::vector<std::string>> commands{{}, {"log", "cat"}, {"log", "grep"}, {"service", "set-state"}};
+    std::vector<std::vector<std::string>> commands{{}, {"log", "cat"}, {"log", "grep"}, {"service", "set-state"},
+        {"service", "delay"}, {"service", "fail"}, {"service", "clear"}};
     for (const std::string& name : commandNames())
         commands.push_back({name});
     for (std::vector<std::string> command : commands) {
@@ -125,7 +126,7 @@ TEST_F(CommandLine, SaysWhatToType)
              {{"closed", "x"}, "--process N is missing; for example: tessaport closed --process 4711 PATH"},
              {{"stat"}, "PATH is missing; for example: tessaport stat PATH"},
              {{"props"}, "PATH is missing; for example: tessaport props PATH"},
-             {{"service"}, "a command is missing; for example: tessaport service status"}}) {
+             {{"log"}, "a command is missing; for example: tessaport log cat app.log"}}) {
         const ChildResult finished = run(arguments);
 
         EXPECT_EQ(finished.exitCode, 2) << testing::PrintToString(arguments);
@@ -137,7 +138,9 @@ TEST_F(CommandLine, RejectsWhatACommandDoesNotTake)
 {
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"stat"}, {"ls", "a", "b"}, {"add", "one"},
              {"tree", "--depth", "0"}, {"tree", "--depth", "deep"}, {"closed", "x"}, {"closed", "--process", "0", "x"},
-             {"service", "set-state", "sleeping"}, {"where"}, {"where", "x", "--id", "y"}, {"props"},
+             {"service", "set-state", "sleeping"}, {"service", "strat"}, {"service", "fail", "sync"},
+             {"service", "fail", "sync", "a", "--times", "0"}, {"service", "fail", "sync", "a", "--as", "running"},
+             {"service", "delay", "sync"}, {"where"}, {"where", "x", "--id", "y"}, {"props"},
              {"sync", "x", "--one", "y"}, {"completion", "csh"}, {"ls", "--home"}, {"stat", ""}}) {
         const ChildResult finished = run(arguments);
 

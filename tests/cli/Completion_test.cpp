@@ -67,6 +67,10 @@ TEST_F(Completion, OffersFilesWhereFilesGo)
 TEST_F(Completion, OffersTheValuesThatTheToolKnows)
 {
     EXPECT_THAT(complete({"service", "set-state", "r"}), ElementsAre("running", "requires-update"));
+    EXPECT_THAT(complete({"service", "delay", "getF"}), ElementsAre("getFolderContents"));
+    EXPECT_THAT(complete({"service", "fail", "sync"}), ElementsAre("syncFiles", "sync"));
+    EXPECT_THAT(complete({"service", "fail", "sync", "a", "--as", "not"}), ElementsAre("not-running", "not-installed"));
+    EXPECT_THAT(complete({"service", "clear", "getDr"}), ElementsAre("getDrives"));
     EXPECT_THAT(complete({"completion", ""}), ElementsAre("bash", "zsh", "fish"));
     EXPECT_THAT(complete({"help", "dr"}), ElementsAre("drives"));
     EXPECT_THAT(complete({"help", "service", "sto"}), ElementsAre("stop"));

@@ -11,20 +11,15 @@ internal static class DriveFile
     /// <summary>The drives as configured now. The file is parsed again only if it has changed.</summary>
     public static DriveList Load(HomeFolder home)
     {
-        if (FileProbe.FindFollowingLinks(home.DrivesFile) is not { } stamp)
-            return DriveList.Empty;
-        if (Read.TryGetValue(home.DrivesFile, out var last) && last.Stamp == stamp)
-            return last.Drives;
-        var drives = Parse(home);
-        Read[home.DrivesFile] = (stamp, drives);
-        return drives;
-    }
-
-    private static DriveList Parse(HomeFolder home)
-    {
         try
         {
-            return JsonFile.Read(home.DrivesFile, root => ParseDrives(root, home));
+            if (HomeFile.Find(home.DrivesFile) is not { } stamp)
+                return DriveList.Empty;
+            if (Read.TryGetValue(home.DrivesFile, out var last) && last.Stamp == stamp)
+                return last.Drives;
+            var drives = JsonFile.Read(home.DrivesFile, root => ParseDrives(root, home));
+            Read[home.DrivesFile] = (stamp, drives);
+            return drives;
         }
         catch (InvalidDataException e)
         {

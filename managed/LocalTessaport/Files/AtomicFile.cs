@@ -1,3 +1,5 @@
+using System.Text;
+
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Writes the files of the home so that the complete old or new version exists at every moment.</summary>
@@ -10,11 +12,29 @@ internal static class AtomicFile
     /// <summary>Writes a file of the home; the caller holds the lock.</summary>
     public static void Write(HomeFolder home, string path, Action<Stream> write)
     {
-        Directory.CreateDirectory(home.StateFolder);
+        MakeStateFolder(home);
+        HomeFile.RequireFileOrNothing(path);
         var temporary = Path.Combine(home.StateFolder, Guid.NewGuid().ToString("N") + TemporaryPattern[1..]);
+        Write(temporary, path, PrivateNewFile(), write);
+    }
+
+    /// <summary>Replaces the state file by text that others may read as before; the caller holds the lock of that file.</summary>
+    public static void ReplaceServiceFile(HomeFolder home, string text)
+    {
+        // Not in the folder of the other files in preparation: whoever holds the home's lock empties that.
+        var temporary = home.ServiceFile + ".new";
+        File.Delete(temporary);
+        var options = PrivateNewFile();
+        if (!OperatingSystem.IsWindows())
+            options.UnixCreateMode = File.GetUnixFileMode(home.ServiceFile);
+        Write(temporary, home.ServiceFile, options, stream => stream.Write(Encoding.UTF8.GetBytes(text)));
+    }
+
+    private static void Write(string temporary, string path, FileStreamOptions options, Action<Stream> write)
+    {
         try
         {
-            using (var stream = new FileStream(temporary, PrivateNewFile()))
+            using (var stream = new FileStream(temporary, options))
             {
                 write(stream);
                 stream.Flush(flushToDisk: true);
@@ -43,6 +63,13 @@ internal static class AtomicFile
     /// <summary>Opens a file so that other programs can still replace it.</summary>
     public static FileStream OpenForReading(string path) =>
         new(path, FileMode.Open, FileAccess.Read, FileShare.ReadWrite | FileShare.Delete, 64 * 1024);
+
+    private static void MakeStateFolder(HomeFolder home)
+    {
+        if (FileProbe.ExamineFollowingLinks(home.StateFolder) is { IsFolder: false })
+            throw new IOException($"The service cannot use '{home.StateFolder}': it is not a folder. Remove it and try again.");
+        Directory.CreateDirectory(home.StateFolder);
+    }
 
     private static FileStreamOptions PrivateNewFile()
     {

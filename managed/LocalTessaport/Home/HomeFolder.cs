@@ -9,6 +9,7 @@ internal sealed class HomeFolder
 
     public string Root { get; }
     public string ServiceFile => Path.Combine(Root, "service.json");
+    public string ServiceLockFile => Path.Combine(Root, "service.lock");
     public string DrivesFile => Path.Combine(Root, "drives.json");
     public string LockFile => Path.Combine(Root, "lock");
     public string ClipboardFile => Path.Combine(Root, "clipboard.txt");
@@ -20,7 +21,7 @@ internal sealed class HomeFolder
     public IEnumerable<string> OwnPaths()
     {
         var root = RealPath.Of(Root);
-        foreach (var path in new[] { ServiceFile, DrivesFile, LockFile, ClipboardFile, StateFolder })
+        foreach (var path in new[] { ServiceFile, ServiceLockFile, DrivesFile, LockFile, ClipboardFile, StateFolder })
         {
             yield return Path.Combine(root, Path.GetFileName(path));
             yield return RealPath.Of(path);

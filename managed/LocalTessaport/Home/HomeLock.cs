@@ -21,30 +21,40 @@ internal sealed class HomeLock : IDisposable
         _file.Dispose();
     }
 
-    public static HomeLock Acquire(HomeFolder home)
+    public static HomeLock Acquire(HomeFolder home) => Acquire(home.LockFile);
+
+    /// <summary>
+    /// Waits for the lock of the state file, which is held for a moment while the file is changed, here or by the tool. It can be
+    /// taken while another request holds the home's own lock for minutes.
+    /// </summary>
+    public static HomeLock AcquireServiceFile(HomeFolder home) => Acquire(home.ServiceLockFile);
+
+    /// <summary>Takes the lock if no one holds it; otherwise returns null at once.</summary>
+    public static HomeLock? TryAcquire(HomeFolder home) => TryAcquire(home.LockFile);
+
+    private static HomeLock Acquire(string path)
     {
         var waited = Stopwatch.StartNew();
         for (var pause = 1; ; pause = Math.Min(2 * pause, 50))
         {
-            if (TryAcquire(home) is { } held)
+            if (TryAcquire(path) is { } held)
                 return held;
             if (waited.Elapsed > LongestWait)
                 throw new IOException(
-                    $"Another process has been changing files for {LongestWait.TotalMinutes} minutes and holds '{home.LockFile}'. "
+                    $"Another process has been changing files for {LongestWait.TotalMinutes} minutes and holds '{path}'. "
                     + "Wait for it or end it, then try again.");
             Thread.Sleep(pause);
         }
     }
 
-    /// <summary>Takes the lock if no one holds it; otherwise returns null at once.</summary>
-    public static HomeLock? TryAcquire(HomeFolder home)
+    private static HomeLock? TryAcquire(string path)
     {
-        if (TryOpen(home.LockFile) is not { } file)
+        if (TryOpen(path) is not { } file)
             return null;
         try
         {
             // Off Windows, .NET leaves out its own lock when DOTNET_SYSTEM_IO_DISABLEFILELOCKING is set.
-            if (OperatingSystem.IsWindows() || FileLock.TryTake(file.SafeFileHandle, home.LockFile))
+            if (OperatingSystem.IsWindows() || FileLock.TryTake(file.SafeFileHandle, path))
                 return new HomeLock(file);
         }
         catch
@@ -58,6 +68,7 @@ internal sealed class HomeLock : IDisposable
 
     private static FileStream? TryOpen(string path)
     {
+        HomeFile.RequireFileOrNothing(path);
         try
         {
             return new FileStream(path, FileMode.OpenOrCreate, FileAccess.ReadWrite, FileShare.None, bufferSize: 1);
@@ -65,10 +76,6 @@ internal sealed class HomeLock : IDisposable
         catch (IOException e) when (IsHeldByAnother(e))
         {
             return null;
-        }
-        catch (UnauthorizedAccessException) when (Directory.Exists(path))
-        {
-            throw new IOException($"'{path}' is a folder and not the lock file of the service. Remove it and try again.");
         }
     }
 

@@ -29,25 +29,13 @@ internal static class JsonFile
 
     private static ReadOnlyMemory<byte> ReadUtf8(string path)
     {
-        using var stream = Open(path);
+        using var stream = AtomicFile.OpenForReading(path);
         using var content = new MemoryStream();
         stream.CopyTo(content);
         var bytes = content.GetBuffer().AsMemory(0, (int)content.Length);
         if (!Utf8.IsValid(bytes.Span))
             throw new InvalidDataException($"it is not UTF-8 text (line {LineOfInvalidByte(bytes.Span)}); save it as UTF-8");
         return bytes.Span.StartsWith("\uFEFF"u8) ? bytes[3..] : bytes;
-    }
-
-    private static FileStream Open(string path)
-    {
-        try
-        {
-            return AtomicFile.OpenForReading(path);
-        }
-        catch (UnauthorizedAccessException) when (Directory.Exists(path))
-        {
-            throw new InvalidDataException("it is a folder and not a file");
-        }
     }
 
     private static int LineOfInvalidByte(ReadOnlySpan<byte> text)

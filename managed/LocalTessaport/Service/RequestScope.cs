@@ -1,3 +1,5 @@
+using System.Runtime.CompilerServices;
+
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What one request works with: the home of a running service, and the drives as configured now.</summary>
@@ -12,10 +14,11 @@ internal sealed class RequestScope
     public HomeFolder Home { get; }
     public DriveList Drives { get; }
 
-    public static RequestScope Begin()
+    /// <param name="method">The method of the service that begins the request.</param>
+    public static RequestScope Begin([CallerMemberName] string method = "")
     {
         var home = HomeFolder.Locate();
-        ServiceState.Require(home);
+        RequestGate.Pass(home, method);
         var request = new RequestScope(home, DriveFile.Load(home));
         Upkeep.RunIfDue(request);
         return request;

@@ -10,12 +10,13 @@ internal static class IndexStore
 {
     private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveIndex Index)> Known = new();
 
-    public static bool Exists(HomeFolder home, Guid drive) => FileProbe.Find(home.StateFileOf(drive)) is not null;
+    public static bool Exists(HomeFolder home, Guid drive) => FileProbe.Exists(home.StateFileOf(drive));
 
     public static DriveIndex Load(HomeFolder home, Guid drive)
     {
         var path = home.StateFileOf(drive);
-        if (FileProbe.Find(path) is not { } stamp)
+        HomeFile.RequireFileOrNothing(path);
+        if (FileProbe.FindFollowingLinks(path) is not { } stamp)
             return new DriveIndex();
         if (Known.TryGetValue(path, out var known) && known.Stamp == stamp)
             return known.Index;

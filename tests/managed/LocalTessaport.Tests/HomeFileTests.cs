@@ -49,4 +49,80 @@ public sealed class HomeFileTests : IDisposable
         Assert.Contains("Remove that file", message);
         Assert.Equal("{\"version\":", File.ReadAllText(file));
     }
+
+    public static TheoryData<string, string> Replacements()
+    {
+        var replacements = new TheoryData<string, string>();
+        foreach (var file in new[] { "service.json", "drives.json", "lock", "service.lock", "clipboard.txt", "state/{drive}.json" })
+        {
+            foreach (var kind in new[] { "pipe", "socket", "folder" })
+                replacements.Add(file, kind);
+        }
+        return replacements;
+    }
+
+    [UnixTheory]
+    [MemberData(nameof(Replacements))]
+    public async Task AnythingButAFileInItsPlaceIsAnErrorThatNamesItAndNeverAHang(string file, string kind)
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("a.txt");
+        var id = drive.Item("a.txt").Id;
+        var path = Path.Combine(_home.Root, file.Replace("{drive}", drive.Id.ToString()));
+        Replace(path, kind);
+
+        // Each of them uses one file more than listing a folder does.
+        foreach (var request in RequestsThatUse(file, id))
+        {
+            var token = TestContext.Current.CancellationToken;
+            var failure = await Task.Run(() => Record.Exception(request), token).WaitAsync(TimeSpan.FromSeconds(20), token);
+            Assert.NotNull(failure);
+            Assert.Contains(path, failure.Message);
+            Assert.Contains(kind == "folder" ? "is a folder" : "is a pipe, a socket or a device", failure.Message);
+        }
+        Assert.True(kind == "folder" ? Directory.Exists(path) : !UnixCalls.Run("stat", "--format=%F", path).StartsWith("regular"));
+    }
+
+    [UnixFact]
+    public void AFileInThePlaceOfTheStateFolderIsAnErrorThatNamesIt()
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("a.txt");
+        File.WriteAllText(Path.Combine(_home.Root, "state"), "mine");
+
+        var thrown = Assert.ThrowsAny<IOException>(() => drive.PermanentId("a.txt"));
+
+        Assert.Contains(Path.Combine(_home.Root, "state"), thrown.Message);
+        Assert.Contains("is not a folder", thrown.Message);
+        Assert.Equal("mine", File.ReadAllText(Path.Combine(_home.Root, "state")));
+    }
+
+    private static void Replace(string path, string kind)
+    {
+        File.Delete(path);
+        if (kind == "folder")
+            Directory.CreateDirectory(path);
+        else if (kind == "pipe")
+            UnixCalls.Run("mkfifo", path);
+        else
+            UnixCalls.Run("python3", "-c", "import socket, sys; socket.socket(socket.AF_UNIX).bind(sys.argv[1])", path);
+    }
+
+    private IEnumerable<Action> RequestsThatUse(string file, ItemId id) => file switch
+    {
+        "service.json" or "drives.json" => [() => _home.Service.GetDrives(), () => _home.Service.SyncFiles([id])],
+        "lock" => [() => HomeLock.Acquire(HomeFolder.Locate()).Dispose(), () => _home.Service.SyncFiles([id])],
+        "service.lock" => [CountAFailure],
+        "clipboard.txt" => [WriteClipboard],
+        _ => [() => _home.Service.GetPermanentIds([id])],
+    };
+
+    private void CountAFailure()
+    {
+        _home.WriteServiceFile("""{"state": "running", "faults": {"getVersion": {"failure": "a", "times": 1}}}""");
+        _home.Service.GetVersion();
+    }
+
+    private static void WriteClipboard() =>
+        AtomicFile.Write(HomeFolder.Locate(), HomeFolder.Locate().ClipboardFile, stream => stream.Write("link"u8));
 }

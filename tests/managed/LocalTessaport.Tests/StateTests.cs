@@ -21,7 +21,7 @@ public sealed class StateTests : IDisposable
         var root = _home.AddDrive().Root;
         _home.SetState(state);
 
-        foreach (var request in AllRequests(_home.Service, root.Id))
+        foreach (var request in AllRequests.Of(_home.Service, root.Id).Values)
         {
             var thrown = Assert.Throws(expected, request);
             Assert.Contains(remedy, thrown.Message);
@@ -34,7 +34,7 @@ public sealed class StateTests : IDisposable
         var root = _home.AddDrive().Root;
         Environment.SetEnvironmentVariable("TESSAPORT_HOME", Path.Combine(_home.Root, "nowhere"));
 
-        foreach (var request in AllRequests(_home.Service, root.Id))
+        foreach (var request in AllRequests.Of(_home.Service, root.Id).Values)
             Assert.Contains("tessaport demo", Assert.Throws<TessaportNotInstalledException>(request).Message);
     }
 
@@ -95,28 +95,4 @@ public sealed class StateTests : IDisposable
 
     [Fact]
     public void AHomeWithoutDrivesHasNone() => Assert.Empty(_home.Service.GetDrives());
-
-    private static IEnumerable<Action> AllRequests(TessaportService service, ItemId id) =>
-    [
-        () => service.Discover(),
-        () => service.GetVersion(),
-        () => service.GetDrives(),
-        () => service.GetChildFolders(id),
-        () => service.GetFolderContents(id),
-        () => service.AddFiles(id, []),
-        () => service.GetOrCreateFolder(id, "a"),
-        () => service.CanAddFiles(id, []),
-        () => service.AreFilesInWorkspace([]),
-        () => service.SyncFiles([]),
-        () => service.DeleteItems([]),
-        () => service.GetItemsByWorkspacePaths([]),
-        () => service.GetItemsByRelativePaths(Guid.Empty, []),
-        () => service.FileClosedWithinRunningProcess(1, "x"),
-        () => service.GetPropertyDefinitions(Guid.Empty),
-        () => service.GetProperties([], []),
-        () => service.GetCommands(new CommandContext(IntPtr.Zero, id, [])),
-        () => service.ExecuteCommand(new Command { Id = "sync" }, new CommandContext(IntPtr.Zero, id, [])),
-        () => service.GetPermanentIds([]),
-        () => service.GetItemsByPermanentIds([]),
-    ];
 }

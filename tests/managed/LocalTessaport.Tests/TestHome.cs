@@ -24,7 +24,15 @@ public sealed class TestHome : IDisposable
         Directory.Delete(Root, recursive: true);
     }
 
-    public void SetState(string state) => File.WriteAllText(Path.Combine(Root, "service.json"), $$"""{"state": "{{state}}"}""");
+    public void SetState(string state) => WriteServiceFile($$"""{"state": "{{state}}"}""");
+
+    /// <summary>Replaces the state file in one step, as the tool does: requests that wait read it at any moment.</summary>
+    public void WriteServiceFile(string content)
+    {
+        var prepared = Path.Combine(Root, "service.json.prepared");
+        File.WriteAllText(prepared, content);
+        File.Move(prepared, Path.Combine(Root, "service.json"), overwrite: true);
+    }
 
     public TestDrive AddDrive(
         string type = "Drive", bool locking = false, bool writable = true, bool offline = false, string? name = null)

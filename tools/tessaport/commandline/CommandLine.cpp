@@ -78,6 +78,18 @@ CLI::App& addGroup(
     return group;
 }
 
+CLI::App& addGroup(const CommandLine& line, const std::string& name, const std::string& description,
+    const std::string& examples, std::function<ExitCode(Context&)> run)
+{
+    CLI::App& group = addGroup(line, name, description, examples);
+    group.require_subcommand(0, 1);
+    group.callback([&group, &context = line.context, &chosen = line.chosen, action = std::move(run)] {
+        if (group.get_subcommands().empty())
+            chosen = [&context, action] { return action(context); };
+    });
+    return group;
+}
+
 void addHelpCommand(const CommandLine& line)
 {
     const auto words = std::make_shared<std::vector<std::string>>();

@@ -57,6 +57,12 @@ template <class Options>
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples);
 
+/// Declares a command that groups others and does something on its own as well.
+///
+/// @param run  called with the context if the user names none of the commands in it.
+CLI::App& addGroup(const CommandLine& line, const std::string& name, const std::string& description,
+    const std::string& examples, std::function<ExitCode(Context&)> run);
+
 /// Declares the command that shows help.
 void addHelpCommand(const CommandLine& line);
 

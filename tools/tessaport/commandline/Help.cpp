@@ -77,6 +77,11 @@ std::string fullName(const CLI::App& command)
                                            : fullName(*command.get_parent()) + ' ' + command.get_name();
 }
 
+bool hasCommands(const CLI::App& command)
+{
+    return !command.get_subcommands([](const CLI::App*) { return true; }).empty();
+}
+
 std::string helpOf(const CLI::App& command)
 {
     return command.get_formatter()->make_help(&command, fullName(command), CLI::AppFormatMode::Normal);
@@ -87,7 +92,9 @@ std::string usageOf(const CLI::App& command)
     std::string usage = fullName(command) + " [OPTIONS]";
     for (const CLI::Option* argument : command.get_options([](const CLI::Option* o) { return o->get_positional(); }))
         usage += ' ' + argumentInUsage(*argument);
-    return command.get_require_subcommand_min() > 0 ? usage + " COMMAND" : usage;
+    if (!hasCommands(command))
+        return usage;
+    return usage + (command.get_require_subcommand_min() > 0 ? " COMMAND" : " [COMMAND]");
 }
 
 std::string displayName(const CLI::Option& option)

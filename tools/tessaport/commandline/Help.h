@@ -10,6 +10,9 @@ namespace Quorvex::Velmora::Tool
 /// The name of a command with those of the groups that hold it: "tessaport service start".
 std::string fullName(const CLI::App& command);
 
+/// Whether a command groups others.
+bool hasCommands(const CLI::App& command);
+
 /// The help of one command, no matter which one the user ran.
 std::string helpOf(const CLI::App& command);
 

@@ -111,7 +111,7 @@ std::string complaintAbout(const CLI::App& app, const std::vector<std::string>& 
 {
     const CLI::App& command = deepestOf(app);
     const std::vector<std::string> extra = app.remaining(true);
-    const bool wantsCommand = command.get_require_subcommand_min() > 0;
+    const bool wantsCommand = hasCommands(command);
     const auto word = std::find_if(
         extra.begin(), extra.end(), [](const std::string& text) { return text.empty() || text[0] != '-'; });
     if (wantsCommand && word != extra.end())

@@ -1,6 +1,6 @@
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
-#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/home/ServiceFile.h"
 #include "tools/tessaport/installation/AssemblyFile.h"
 #include "tools/tessaport/installation/DotnetFinder.h"
 #include "tools/tessaport/installation/FileVersion.h"
@@ -128,7 +128,7 @@ std::string remedyFor(ExitCode code)
 Finding lookAtHome()
 {
     const Home home = Home::locate();
-    const ServiceStateName* const state = home.state();
+    const ServiceStateName* const state = ServiceFile(home).state();
     if (state == nullptr)
         return bad("Home", toText(home.serviceFile()) + " names no state", "run 'tessaport service start'");
     return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), remedyFor(state->code)};

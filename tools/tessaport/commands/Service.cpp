@@ -1,5 +1,7 @@
 #include "tools/tessaport/commands/Commands.h"
-#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/commands/ServiceFaults.h"
+#include "tools/tessaport/home/Faults.h"
+#include "tools/tessaport/home/ServiceFile.h"
 #include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Table.h"
 #include "tools/tessaport/text/Paths.h"
@@ -12,7 +14,7 @@ namespace
 ExitCode changeState(Context& context, const std::string& state)
 {
     const Home home = Home::locate();
-    home.setState(state);
+    ServiceFile(home).setState(state);
     if (context.options.json)
         context.output.line(toLine({{"home", toText(home.folder())}, {"state", state}}));
     else
@@ -20,21 +22,36 @@ ExitCode changeState(Context& context, const std::string& state)
     return ExitCode::Ok;
 }
 
+/// What is set for requests; nothing if there is no file.
+Json faultsOf(const ServiceFile& file, const ServiceStateName& state, std::vector<RequestFault>& faults)
+{
+    if (state.code == ExitCode::NotInstalled)
+        return Json::object();
+    const Json content = file.content();
+    faults = faultsIn(file, content);
+    return faultsAsJson(content);
+}
+
 ExitCode showState(Context& context)
 {
-    const Home home = Home::locate();
-    const ServiceStateName* const state = home.state();
+    const ServiceFile file(Home::locate());
+    const ServiceStateName* const state = file.state();
     if (state == nullptr)
-        throw Failure(ExitCode::Failure, "'" + toText(home.serviceFile()) +
+        throw Failure(ExitCode::Failure, "'" + toText(file.path()) +
                                              "' names no state of the service; write it again with "
                                              "'tessaport service start'");
+    std::vector<RequestFault> faults;
+    const Json set = faultsOf(file, *state, faults);
+    const std::string home = toText(file.home().folder());
     if (context.options.json) {
-        context.output.line(toLine({{"home", toText(home.folder())}, {"state", state->name}}));
-    } else {
-        const Colour colour = state->code == ExitCode::Ok ? Colour::Good : Colour::Bad;
-        context.output.line(std::vector<Span>{{state->name, colour}, std::string(": ") + state->meaning});
-        context.output.line("Home: " + toText(home.folder()));
+        context.output.line(toLine({{"home", home}, {"state", state->name}, {"faults", set}}));
+        return state->code;
     }
+    const Colour colour = state->code == ExitCode::Ok ? Colour::Good : Colour::Bad;
+    context.output.line(std::vector<Span>{{state->name, colour}, std::string(": ") + state->meaning});
+    context.output.line("Home: " + home);
+    for (const RequestFault& fault : faults)
+        context.output.line(std::vector<Span>{{fault.request, Colour::Bad}, ' ' + descriptionOf(fault)});
     return state->code;
 }
 
@@ -50,21 +67,24 @@ CLI::Validator isState()
 
 void addServiceCommands(const CommandLine& line)
 {
-    CLI::App& group = addGroup(line, "service", "Start and stop the local sync service, or show its state",
-        "tessaport service status\n"
+    CLI::App& group = addGroup(line, "service", "Start and stop the local sync service, let it fail, or show its state",
+        "tessaport service                                  show the state, and what is set for requests\n"
         "tessaport service stop\n"
-        "tessaport service set-state requires-update");
+        "tessaport service delay getFolderContents 5s\n"
+        "tessaport service fail sync \"quota exceeded\" --times 2",
+        showState);
     const CommandLine inside{group, line.context, line.chosen, "Commands"};
     addCommand(inside, "start", "Let the service answer requests", "tessaport service start",
         [](Context& context) { return changeState(context, "running"); });
     addCommand(inside, "stop", "Let requests fail as if the sync application did not run", "tessaport service stop",
         [](Context& context) { return changeState(context, "not-running"); });
-    addCommand(inside, "status", "Show the state; ends with the code that requests would end with",
+    addCommand(inside, "status", "Show the state and what is set; ends with the code that requests would end with",
         "tessaport service status", showState);
     auto [command, state] =
         addCommand<std::string>(inside, "set-state", "Put the service into a state, to try how a host handles it",
             "tessaport service set-state forced-update", changeState);
     command.add_option("state", state, "The state")->type_name("STATE")->check(isState())->required();
+    addFaultCommands(inside);
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "tools/tessaport/completion/Position.h"
-#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/home/Faults.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -51,6 +51,27 @@ Candidates states(Context&)
     Candidates candidates;
     for (const ServiceStateName& state : ServiceStates)
         candidates.push_back({state.name, state.meaning});
+    return candidates;
+}
+
+Candidates requests(Context&)
+{
+    Candidates candidates;
+    for (const RequestName& request : RequestNames) {
+        candidates.push_back({request.name, request.meaning});
+        if (request.alias != nullptr)
+            candidates.push_back({request.alias, request.meaning});
+    }
+    return candidates;
+}
+
+Candidates failures(Context&)
+{
+    Candidates candidates{{PlainFailure, "any other failure"}};
+    for (const ServiceStateName& state : ServiceStates) {
+        if (state.code != ExitCode::Ok)
+            candidates.push_back({state.name, state.meaning});
+    }
     return candidates;
 }
 
@@ -112,8 +133,9 @@ using Source = Candidates (*)(Context&);
 const std::map<std::string, Source>& sources()
 {
     static const std::map<std::string, Source> all{{"PATH", files}, {"FILE", files}, {"FILE... FOLDER", files},
-        {"FOLDER", folders}, {"DIR", folders}, {"SHELL", shells}, {"STATE", states}, {"DRIVE", drives},
-        {"TYPE", driveTypes}, {"PROPERTY", properties}, {"ACTION", commandsOfItems}};
+        {"FOLDER", folders}, {"DIR", folders}, {"SHELL", shells}, {"STATE", states}, {"REQUEST", requests},
+        {"KIND", failures}, {"DRIVE", drives}, {"TYPE", driveTypes}, {"PROPERTY", properties},
+        {"ACTION", commandsOfItems}};
     return all;
 }
 

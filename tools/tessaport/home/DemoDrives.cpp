@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "tools/tessaport/home/ServiceFile.h"
 #include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Paths.h"
 
@@ -134,7 +135,7 @@ void makeDemoHome(const Home& home)
         fillDrive(home, drive);
     if (!fs::exists(home.drivesFile()))
         home.replaceFile(home.drivesFile(), drivesFileContent());
-    home.setState("running");
+    ServiceFile(home).setState("running");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,13 +1,11 @@
 #include "tools/tessaport/home/Home.h"
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 
@@ -18,13 +16,6 @@ namespace Quorvex::Velmora::Tool
 namespace
 {
 
-const ServiceStateName* findState(std::string_view name)
-{
-    const auto* const found = std::find_if(ServiceStates.begin(), ServiceStates.end(),
-        [name](const ServiceStateName& candidate) { return name == candidate.name; });
-    return found == ServiceStates.end() ? nullptr : found;
-}
-
 void writeWhole(const fs::path& file, const std::string& content)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
@@ -33,12 +24,6 @@ void writeWhole(const fs::path& file, const std::string& content)
     if (!stream)
         throw fs::filesystem_error("cannot write", file, std::make_error_code(std::errc::io_error));
     Platform::flushToDisk(file);
-}
-
-std::string withoutByteOrderMark(std::string text)
-{
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    return text.compare(0, mark.size(), mark) == 0 ? text.substr(mark.size()) : text;
 }
 
 } // namespace
@@ -54,37 +39,6 @@ Home Home::locate()
         throw Failure(ExitCode::Failure,
             "there is no per-user data folder to keep a home in; name a folder with --home or TESSAPORT_HOME");
     return Home(data / "Tessaport");
-}
-
-const ServiceStateName* Home::state() const
-{
-    std::error_code error;
-    if (!fs::exists(serviceFile(), error))
-        return findState("not-installed");
-    const auto text = readFile(serviceFile());
-    if (!text)
-        throw Failure(ExitCode::Failure, "'" + toText(serviceFile()) + "' cannot be read");
-    const Json content = Json::parse(withoutByteOrderMark(*text), nullptr, false);
-    if (!content.is_object() || !content.contains("state") || !content["state"].is_string())
-        return nullptr;
-    const ServiceStateName* const found = findState(content["state"].get<std::string>());
-    return found != nullptr && found->code != ExitCode::NotInstalled ? found : nullptr;
-}
-
-void Home::setState(const std::string& name) const
-{
-    std::error_code error;
-    if (!fs::exists(drivesFile(), error) && !fs::exists(serviceFile(), error))
-        throw Failure(ExitCode::NotInstalled,
-            "there is no home in '" + toText(root) + "'; make one with 'tessaport demo', or name another with --home");
-    if (name == "not-installed") {
-        fs::remove(serviceFile(), error);
-        if (error)
-            throw Failure(
-                ExitCode::Failure, "cannot remove '" + toText(serviceFile()) + "': " + Platform::messageOf(error));
-        return;
-    }
-    replaceFile(serviceFile(), toLine({{"state", name}}) + '\n');
 }
 
 void Home::replaceFile(const fs::path& file, const std::string& content, std::optional<std::int64_t> modified) const

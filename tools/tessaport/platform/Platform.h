@@ -87,6 +87,13 @@ void setModifiedTime(const std::filesystem::path& file, std::int64_t seconds);
 /// Waits until a written file is on the disk. @throws std::filesystem::filesystem_error.
 void flushToDisk(const std::filesystem::path& file);
 
+/// Takes the lock on a file, which is created if it is missing. The operating system releases it when the process ends.
+///
+/// @return what unlock() takes; nothing if another process holds the lock.
+/// @throws std::filesystem::filesystem_error if the file is no file or cannot be opened.
+std::optional<std::intptr_t> tryLock(const std::filesystem::path& file);
+void unlock(std::intptr_t lock);
+
 std::int64_t processId();
 
 } // namespace Quorvex::Velmora::Tool::Platform

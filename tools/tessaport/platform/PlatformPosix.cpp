@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <link.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -172,6 +173,28 @@ void flushToDisk(const fs::path& file)
     if (!flushed)
         throw fs::filesystem_error("cannot write to disk", file, error);
 }
+
+std::optional<std::intptr_t> tryLock(const fs::path& file)
+{
+    // Opening a pipe without O_NONBLOCK could wait for its other end.
+    const int descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (descriptor < 0)
+        throw fs::filesystem_error("cannot open", file, lastError());
+    struct stat status = {};
+    std::error_code error;
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        error = std::make_error_code(std::errc::invalid_argument);
+    else if (flock(descriptor, LOCK_EX | LOCK_NB) != 0)
+        error = lastError();
+    if (!error)
+        return descriptor;
+    close(descriptor);
+    if (error.value() == EWOULDBLOCK)
+        return std::nullopt;
+    throw fs::filesystem_error("cannot lock", file, error);
+}
+
+void unlock(std::intptr_t lock) { close(static_cast<int>(lock)); }
 
 std::int64_t processId() { return getpid(); }
 

@@ -319,6 +319,19 @@ void flushToDisk(const fs::path& file)
         throw fs::filesystem_error("cannot write to disk", file, lastError());
 }
 
+std::optional<std::intptr_t> tryLock(const fs::path& file)
+{
+    const HANDLE handle = CreateFileW(
+        file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle != INVALID_HANDLE_VALUE)
+        return reinterpret_cast<std::intptr_t>(handle);
+    if (GetLastError() == ERROR_SHARING_VIOLATION)
+        return std::nullopt;
+    throw fs::filesystem_error("cannot lock", file, lastError());
+}
+
+void unlock(std::intptr_t lock) { CloseHandle(reinterpret_cast<HANDLE>(lock)); }
+
 std::int64_t processId() { return GetCurrentProcessId(); }
 
 } // namespace Quorvex::Velmora::Tool::Platform

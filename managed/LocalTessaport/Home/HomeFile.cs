@@ -1,0 +1,28 @@
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Looks up the service's own files. Only what does not exist is absent; anything but a file in its place is an error.</summary>
+internal static class HomeFile
+{
+    /// <summary>The file, or the target of the link in its place; null if it does not exist.</summary>
+    /// <exception cref="InvalidDataException">Something else is in its place; the message is the reason, without its name.</exception>
+    public static FileEntry? Find(string path) => FileProbe.ExamineFollowingLinks(path) switch
+    {
+        null => null,
+        { Kind: EntryKind.File } file => file,
+        { IsFolder: true } => throw new InvalidDataException("it is a folder and not a file"),
+        _ => throw new InvalidDataException("it is a pipe, a socket or a device and not a file"),
+    };
+
+    /// <summary>Fails if something other than a file is at the path.</summary>
+    public static void RequireFileOrNothing(string path)
+    {
+        try
+        {
+            Find(path);
+        }
+        catch (InvalidDataException e)
+        {
+            throw new IOException($"The service cannot use '{path}': {e.Message}. Remove it and try again.");
+        }
+    }
+}
