@@ -31,6 +31,15 @@ function(velmora_use_boost_headers target)
         $<TARGET_PROPERTY:Boost::headers,INTERFACE_INCLUDE_DIRECTORIES>)
 endfunction()
 
+# velmora_use_at_run_time(<target> <other target>...)
+# Builds what the target starts or loads together with it. Not by add_dependencies: the sources would wait for it, also where
+# nothing but sources is built.
+function(velmora_use_at_run_time target)
+    if(NOT VELMORA_COMPILE_ONLY)
+        add_dependencies(${target} ${ARGN})
+    endif()
+endfunction()
+
 # velmora_own_allocation(<test>)
 # For a program that replaces operator new: the C++ library in a DLL would use its own one.
 function(velmora_own_allocation target)
