@@ -147,25 +147,22 @@ inline std::wstring fromUtf8(std::string_view text)
     return result;
 }
 
-/// Returns a wide string as UTF-16. Unpaired surrogates survive.
-inline std::u16string toUtf16(std::wstring_view text)
+/// Returns a string of code units of one kind with those of another.
+template <class To, class From>
+To convertUnits(From text, void (*append)(To&, char32_t))
 {
-    std::u16string result;
+    To result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size();)
-        appendUtf16(result, nextCodePoint(text, i));
+        append(result, nextCodePoint(text, i));
     return result;
 }
 
+/// Returns a wide string as UTF-16. Unpaired surrogates survive.
+inline std::u16string toUtf16(std::wstring_view text) { return convertUnits<std::u16string>(text, appendUtf16); }
+
 /// Returns UTF-16 as a wide string. Where wchar_t has 32 bits, a pair becomes one character; unpaired surrogates
 /// survive.
-inline std::wstring fromUtf16(std::u16string_view text)
-{
-    std::wstring result;
-    result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();)
-        appendWide(result, nextCodePoint(text, i));
-    return result;
-}
+inline std::wstring fromUtf16(std::u16string_view text) { return convertUnits<std::wstring>(text, appendWide); }
 
 } // namespace Quorvex::Velmora::Common::Unicode

@@ -14,18 +14,20 @@ namespace
 constexpr const char* NoAssembly = "is not a .NET assembly";
 constexpr const char* CutShort = "is cut short";
 
-// Offsets in the Portable Executable format.
-constexpr std::size_t HeaderAddress = 0x3C;
-constexpr std::size_t SectionCount = 6;
-constexpr std::size_t OptionalHeaderSize = 20;
-constexpr std::size_t OptionalHeader = 24;
-constexpr std::size_t DirectoriesOf32Bits = 96;
-constexpr std::size_t DirectoriesOf64Bits = 112;
-constexpr std::size_t DirectorySize = 8;
+/// Offsets and sizes in the Portable Executable format.
+enum Layout : std::size_t {
+    SectionCount = 6,
+    StartOfHeader = 0x3C,
+    SizeInSectionHeader = 16,
+    StartInSectionHeader = 20,
+    OptionalHeaderSize = 20,
+    OptionalHeader = 24,
+    SectionHeaderSize = 40,
+    DirectorySize = 8,
+    DirectoriesOf32Bits = 96,
+    DirectoriesOf64Bits = 112,
+};
 constexpr std::size_t ClrDirectory = 14;
-constexpr std::size_t SectionHeaderSize = 40;
-constexpr std::size_t SizeInSectionHeader = 16;
-constexpr std::size_t StartInSectionHeader = 20;
 constexpr std::uint32_t MagicOf64Bits = 0x20B;
 
 /// Little-endian numbers of a file; those beyond its end are missing.
@@ -72,7 +74,7 @@ std::string damageOf(const std::filesystem::path& file)
     if (bytes->compare(0, 2, "MZ") != 0)
         return NoAssembly;
     const Numbers numbers(*bytes);
-    const auto header = numbers.at(HeaderAddress, 4);
+    const auto header = numbers.at(StartOfHeader, 4);
     const auto sections = header ? numbers.at(*header + SectionCount, 2) : std::nullopt;
     const auto optionalSize = header ? numbers.at(*header + OptionalHeaderSize, 2) : std::nullopt;
     const auto magic = header ? numbers.at(*header + OptionalHeader, 2) : std::nullopt;

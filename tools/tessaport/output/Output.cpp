@@ -1,5 +1,8 @@
 #include "tools/tessaport/output/Output.h"
 
+#include <array>
+#include <cstddef>
+
 #include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/text/Display.h"
 
@@ -13,29 +16,14 @@ using Platform::Written;
 
 constexpr std::size_t BufferSize = 64 * 1024;
 
-// The only escape sequences that the tool writes besides those of the status line.
+// The only escape sequences that the tool writes besides those of the status line, in the order of Colour.
+constexpr std::array ColourCodes{"0", "1;34", "1", "32", "1;31", "2"};
+
 std::string paint(Colour colour, const std::string& text)
 {
-    const char* code = "0";
-    switch (colour) {
-    case Colour::Plain:
+    if (colour == Colour::Plain)
         return text;
-    case Colour::Folder:
-        code = "1;34";
-        break;
-    case Colour::Heading:
-        code = "1";
-        break;
-    case Colour::Good:
-        code = "32";
-        break;
-    case Colour::Bad:
-        code = "1;31";
-        break;
-    case Colour::Dim:
-        code = "2";
-        break;
-    }
+    const char* const code = ColourCodes[static_cast<std::size_t>(colour)];
     return std::string("\x1b[") + code + 'm' + text + "\x1b[0m";
 }
 

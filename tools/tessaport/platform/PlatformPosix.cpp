@@ -1,5 +1,6 @@
 #include "tools/tessaport/platform/Platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -145,8 +146,7 @@ std::vector<fs::path> usualDotnetRoots()
 
 std::string nativeSlashes(std::string path)
 {
-    for (char& c : path)
-        c = c == '\\' ? '/' : c;
+    std::replace(path.begin(), path.end(), '\\', '/');
     return path;
 }
 

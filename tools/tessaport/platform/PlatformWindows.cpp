@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 #include <streambuf>
 #include <system_error>
 
@@ -118,36 +119,28 @@ ConsoleMode consoleModes[] = {ConsoleMode(STD_OUTPUT_HANDLE), ConsoleMode(STD_ER
 
 std::error_code lastError() { return {static_cast<int>(GetLastError()), std::system_category()}; }
 
-/// A file or folder; not open if it does not exist or may not be opened.
-class OpenFile
-{
-public:
-    OpenFile(const std::wstring& path, DWORD access)
-        : handle(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr))
-    {
-    }
-    ~OpenFile()
-    {
-        if (isOpen())
-            CloseHandle(handle);
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    [[nodiscard]] bool isOpen() const { return handle != INVALID_HANDLE_VALUE; }
-
-    const HANDLE handle;
+struct HandleCloser {
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
+
+/// A file or folder; null if it does not exist or may not be opened.
+using OpenFile = std::unique_ptr<void, HandleCloser>;
+
+OpenFile openFile(const std::wstring& path, DWORD access)
+{
+    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    return OpenFile(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
 
 constexpr std::wstring_view LongPathPrefix = L"\\\\?\\";
 
 /// The path on a drive with a letter that a file has without any links; empty if there is none.
 std::wstring pathWithoutLinks(const OpenFile& file)
 {
-    const DWORD size = GetFinalPathNameByHandleW(file.handle, nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+    const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
     std::wstring path(size, L'\0');
-    path.resize(GetFinalPathNameByHandleW(file.handle, path.data(), size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS));
+    path.resize(GetFinalPathNameByHandleW(file.get(), path.data(), size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS));
     const bool isOnDrive = path.compare(0, LongPathPrefix.size(), LongPathPrefix) == 0 &&
                            path.size() > LongPathPrefix.size() + 1 && path[LongPathPrefix.size() + 1] == L':';
     return isOnDrive ? path.substr(LongPathPrefix.size()) : std::wstring();
@@ -279,8 +272,7 @@ std::vector<fs::path> usualDotnetRoots()
 
 std::string nativeSlashes(std::string path)
 {
-    for (char& c : path)
-        c = c == '/' ? '\\' : c;
+    std::replace(path.begin(), path.end(), '/', '\\');
     return path;
 }
 
@@ -292,8 +284,8 @@ fs::path withoutLinks(const fs::path& absolute)
     if (absolute.root_name().native().size() != 2)
         return absolute;
     for (fs::path existing = absolute;; existing = existing.parent_path()) {
-        const OpenFile file(std::wstring(LongPathPrefix) + existing.native(), 0);
-        if (file.isOpen()) {
+        const OpenFile file = openFile(std::wstring(LongPathPrefix) + existing.native(), 0);
+        if (file) {
             const fs::path found = pathWithoutLinks(file);
             return found.empty() ? absolute : (found / absolute.lexically_relative(existing)).lexically_normal();
         }
@@ -304,18 +296,18 @@ fs::path withoutLinks(const fs::path& absolute)
 
 void setModifiedTime(const fs::path& file, std::int64_t seconds)
 {
-    const OpenFile opened(file, FILE_WRITE_ATTRIBUTES);
+    const OpenFile opened = openFile(file, FILE_WRITE_ATTRIBUTES);
     constexpr std::int64_t secondsFrom1601To1970 = 11644473600;
     const std::uint64_t ticks = static_cast<std::uint64_t>(seconds + secondsFrom1601To1970) * 10000000;
     const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-    if (!opened.isOpen() || SetFileTime(opened.handle, nullptr, nullptr, &time) == 0)
+    if (!opened || SetFileTime(opened.get(), nullptr, nullptr, &time) == 0)
         throw fs::filesystem_error("cannot set the time of", file, lastError());
 }
 
 void flushToDisk(const fs::path& file)
 {
-    const OpenFile opened(file, GENERIC_WRITE);
-    if (!opened.isOpen() || FlushFileBuffers(opened.handle) == 0)
+    const OpenFile opened = openFile(file, GENERIC_WRITE);
+    if (!opened || FlushFileBuffers(opened.get()) == 0)
         throw fs::filesystem_error("cannot write to disk", file, lastError());
 }
 

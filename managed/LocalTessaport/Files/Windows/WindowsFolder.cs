@@ -38,13 +38,7 @@ internal sealed class WindowsFolder : OpenFolder
         return passed;
     }
 
-    public override FileEntry? Find(string name)
-    {
-        if (name.Length == 0)
-            return WindowsFile.EntryOf(_handle, Path);
-        using var item = TryOpenItem(name, NativeFile.ReadAttributes, 0, "examined");
-        return item is null ? null : WindowsFile.EntryOf(item, PathOf(name));
-    }
+    public override FileEntry? Find(string name) => Examine(name, WindowsFile.EntryOf);
 
     public override List<KeyValuePair<string, FileEntry>> Read()
     {
@@ -63,13 +57,7 @@ internal sealed class WindowsFolder : OpenFolder
         return name;
     }
 
-    public override DateTime? CreationTimeOf(string name)
-    {
-        if (name.Length == 0)
-            return WindowsFile.CreationTimeOf(_handle, Path);
-        using var item = TryOpenItem(name, NativeFile.ReadAttributes, 0, "examined");
-        return item is null ? null : WindowsFile.CreationTimeOf(item, PathOf(name));
-    }
+    public override DateTime? CreationTimeOf(string name) => Examine(name, WindowsFile.CreationTimeOf);
 
     public override OpenedFile OpenFile(string name)
     {
@@ -181,6 +169,15 @@ internal sealed class WindowsFolder : OpenFolder
     }
 
     public override void Dispose() => _handle.Dispose();
+
+    private T? Examine<T>(string name, Func<SafeFileHandle, string, T> read)
+        where T : struct
+    {
+        if (name.Length == 0)
+            return read(_handle, Path);
+        using var item = TryOpenItem(name, NativeFile.ReadAttributes, 0, "examined");
+        return item is null ? null : read(item, PathOf(name));
+    }
 
     private WindowsFolder? TryOpenOne(string name)
     {
