@@ -1,6 +1,8 @@
 # ./dev test-windows, and Wine for ./dev bench-windows.
 # shellcheck shell=bash
 readonly windows_folder=$PWD/build/windows
+# Changes whenever what make_wine_prefix does changes.
+readonly wine_prefix_marker=$windows_folder/wine/made-2
 
 test_windows() { # [ctest option]...
     prepare_windows
@@ -37,7 +39,7 @@ wine_server() { WINEPREFIX=$windows_folder/wine /usr/lib/wine/wineserver64 "$@" 
 
 # Keeps Wine's server running, so that a program starts in a tenth of a second instead of three.
 start_wine() {
-    [ -e "$windows_folder/wine/complete" ] || make_wine_prefix || return 1
+    [ -e "$wine_prefix_marker" ] || make_wine_prefix || return 1
     local status=0
     wine_server --persistent || status=$?
     case $status in
@@ -53,10 +55,12 @@ make_wine_prefix() {
     WINEDLLOVERRIDES=mscoree,mshtml= wine wineboot -i &&
         # Without this a program that crashes is handed to a debugger, and its exit code is lost.
         wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /t REG_SZ /d '' /f &&
+        # Windows need no screen.
+        wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /t REG_SZ /d null /f &&
         # Allows paths longer than 260 characters.
         wine reg add 'HKLM\System\CurrentControlSet\Control\FileSystem' /v LongPathsEnabled /t REG_DWORD /d 1 /f &&
         wine_server --wait &&
-        touch "$windows_folder/wine/complete"
+        touch "$wine_prefix_marker"
 }
 
 # Wine's desktop ends when no program runs. The next program starts it again with its own pipes open, and whoever reads from
