@@ -1,8 +1,13 @@
-# Fails unless every C++ block of a document is a part of the program that is compiled and run.
-#   DOCUMENT, PROGRAM   the two files
+# Fails unless every C++ block of a document is a part of a source that is compiled.
+#   DOCUMENT   the document
+#   SOURCES    the sources
 cmake_minimum_required(VERSION 3.25)
 file(READ "${DOCUMENT}" document)
-file(READ "${PROGRAM}" program)
+set(program)
+foreach(source IN LISTS SOURCES)
+    file(READ "${source}" text)
+    string(APPEND program "${text}")
+endforeach()
 set(count 0)
 while(TRUE)
     string(FIND "${document}" "```cpp\n" begin)
@@ -15,11 +20,11 @@ while(TRUE)
     string(SUBSTRING "${document}" 0 ${end} block)
     string(FIND "${program}" "${block}" position)
     if(position EQUAL -1)
-        message(FATAL_ERROR "${PROGRAM} has no such part; copy it from there to ${DOCUMENT}:\n${block}")
+        message(FATAL_ERROR "No source has this part; copy it from one of ${SOURCES} to ${DOCUMENT}:\n${block}")
     endif()
     math(EXPR count "${count} + 1")
 endwhile()
 if(count EQUAL 0)
     message(FATAL_ERROR "${DOCUMENT} has no C++ block")
 endif()
-message(STATUS "${count} blocks are parts of ${PROGRAM}")
+message(STATUS "${count} blocks are parts of ${SOURCES}")

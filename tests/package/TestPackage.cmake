@@ -5,6 +5,7 @@
 #   WORK_DIR         emptied first           CONFIG      the build type
 #   GENERATOR, CXX   what to build with
 #   TOOLCHAIN, EMULATOR   of a cross build, which installs from the archive that cpack makes
+#   DIALOG_TESTS     the tests of the example open_dialog, for Windows
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -117,6 +118,13 @@ function(find_program_of_consumer name result)
     set(${result} "${found}" PARENT_SCOPE)
 endfunction()
 
+function(check_dialogs)
+    find_program_of_consumer(velmora_open_dialog dialogs)
+    file(READ "${WORK_DIR}/consumer/local-service.txt" service)
+    run("${CMAKE_COMMAND}" -E env "VELMORA_OPEN_DIALOG=${dialogs}" "VELMORA_LOCAL_SERVICE=${service}" ${launcher}
+        "${DIALOG_TESTS}" "--gtest_filter=OpenDialog.OpensTheFileWhoseNameIsTyped:OpenDialog.SavesInANewFolder")
+endfunction()
+
 file(REMOVE_RECURSE "${WORK_DIR}")
 if(MODE STREQUAL "install")
     install_elsewhere("${WORK_DIR}/prefix")
@@ -132,13 +140,18 @@ endif()
 find_program_of_consumer(velmora_host host)
 find_program_of_consumer(support support)
 find_program_of_consumer(recipes recipes)
+find_program_of_consumer(host_recipes host_recipes)
 
 find_launcher(launcher)
 run(${launcher} "${support}")
 run(${launcher} "${recipes}")
+run(${launcher} "${host_recipes}")
 check_host_lists_the_drives()
 check_host_says_that_nothing_is_installed()
 if(MODE STREQUAL "install")
     file(GLOB tool "${WORK_DIR}/prefix/bin/tessaport" "${WORK_DIR}/prefix/bin/tessaport.exe")
     run(${launcher} "${tool}" --home "${WORK_DIR}/home" drives)
+    if(DIALOG_TESTS)
+        check_dialogs()
+    endif()
 endif()
