@@ -24,7 +24,7 @@ struct Place {
     /// The way to it, for display.
     [[nodiscard]] std::wstring location() const;
 
-    /// Finds an entry by name, whatever its case. @return null if there is none.
+    /// Finds an entry by name, whatever its case. @return null if no entry has it.
     [[nodiscard]] const Entry* find(const std::wstring& name) const;
 };
 

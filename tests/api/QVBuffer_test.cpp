@@ -314,7 +314,7 @@ TEST(QVBuffer, HasNoElementsAndNoArrayAfterItsDestruction)
 
     buffer->~Buffer();
 
-    // Volatile, because the compiler may assume that nobody reads a destroyed object.
+    // Volatile, because the compiler may assume that no one reads a destroyed object.
     const volatile unsigned char* const bytes = storage;
     for (std::size_t i = 0; i < sizeof(Buffer); ++i)
         EXPECT_EQ(bytes[i], 0) << i;

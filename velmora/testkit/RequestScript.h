@@ -40,7 +40,7 @@ public:
 
     /// Waits until a request is held.
     ///
-    /// @return false if none is after `limit`.
+    /// @return false if no call is held when `limit` has passed.
     [[nodiscard]] bool waitUntilHeld(std::chrono::milliseconds limit = std::chrono::seconds(10));
 
     /// Removes the calls of this request from those that takeCalls() of the service returns, and returns them in order.

@@ -8,7 +8,7 @@ namespace Quorvex::Velmora::TestKit
 
 /// Returns the folder of the scripted service that belongs to the library VelmoraTessaport of this process.
 ///
-/// @throws std::runtime_error if there is none.
+/// @throws std::runtime_error if no such folder is found.
 [[nodiscard]] std::filesystem::path installedServiceFolder();
 
 } // namespace Quorvex::Velmora::TestKit

@@ -49,7 +49,7 @@ internal sealed class Gate
         }
     }
 
-    /// <summary>Waits until a call is held; false if none is after so many milliseconds.</summary>
+    /// <summary>Waits until a call is held; false if no call is held after so many milliseconds.</summary>
     public bool AwaitHeld(long milliseconds)
     {
         lock (this)

@@ -43,7 +43,7 @@ public:
     /// What a user types to work with a home: with --home unless it is the default one.
     [[nodiscard]] std::string commandFor(const Home& home) const;
 
-    /// The last error line that the library wrote to its log, without its prefix; empty if there is none. One-shot
+    /// The last error line that the library wrote to its log, without its prefix; empty if it wrote none. One-shot
     /// operations report there why they failed.
     [[nodiscard]] const std::string& lastLoggedError() const { return loggedError; }
 

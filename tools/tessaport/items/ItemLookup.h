@@ -25,13 +25,13 @@ std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& 
 std::vector<Lookup> findItemsOr(
     Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
 
-/// Finds the item at a path. @throws Failure with NotFound if there is none.
+/// Finds the item at a path. @throws Failure with NotFound if no item is there.
 TessaportAPI::Item findItem(Context& context, const std::string& path);
 
 /// Finds the folder at a path. @throws Failure, with NotFound if there is no item and otherwise if it is a file.
 TessaportAPI::Item findFolder(Context& context, const std::string& path);
 
-/// Finds a drive by its name or identifier. @throws Failure with NotFound if there is none.
+/// Finds a drive by its name or identifier. @throws Failure with NotFound if no drive has it.
 TessaportAPI::Drive findDrive(Context& context, const std::string& nameOrId);
 
 /// The failure that says why there is no item for a path.

@@ -65,10 +65,10 @@ std::filesystem::path executableFile();
 /// The file of a loaded library, for example "coreclr" for libcoreclr.so or coreclr.dll; empty if it is not loaded.
 std::filesystem::path loadedLibrary(const std::string& name);
 
-/// The folder in which applications keep the user's data; empty if there is none.
+/// The folder in which applications keep the user's data; empty if the system names none.
 std::filesystem::path userDataFolder();
 
-/// The folders in which .NET is looked for if none is named, the most important first.
+/// The folders in which .NET is looked for if the user names no folder, the most important first.
 std::vector<std::filesystem::path> usualDotnetRoots();
 
 /// Replaces slashes by those of this platform. On Linux, too: file names of the sync application contain no

@@ -135,7 +135,7 @@ OpenFile openFile(const std::wstring& path, DWORD access)
 
 constexpr std::wstring_view LongPathPrefix = L"\\\\?\\";
 
-/// The path on a drive with a letter that a file has without any links; empty if there is none.
+/// The path on a drive with a letter that a file has without any links; empty if it has no such path.
 std::wstring pathWithoutLinks(const OpenFile& file)
 {
     const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);

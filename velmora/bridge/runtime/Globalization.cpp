@@ -41,7 +41,7 @@ bool runtimeTakesIcu(const std::filesystem::path& globalizationLibrary)
     return loadIcu == nullptr || loadIcu() != 0;
 }
 
-// Returns the first such library in the folders, which colons separate; empty if there is none.
+// Returns the first such library in the folders, which colons separate; empty if no folder has one.
 std::filesystem::path findGlobalizationLibrary(std::string_view folders)
 {
     while (!folders.empty()) {
