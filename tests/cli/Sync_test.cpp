@@ -154,6 +154,24 @@ TEST_F(Sync, GivesTheReasonOfTheServiceForANameThatIsNotAllowed)
     EXPECT_THAT(finished.errors, HasSubstr("not a name that every platform accepts"));
     EXPECT_EQ(linesOf(finished.errors).size(), 1U) << finished.errors;
 }
+
+TEST_F(Sync, SaysInAdvanceWhatCannotBeSyncedInTheWordsOfASync)
+{
+    writeFile(here("plans/bad:name.txt"), "x");
+    writeFile(here("con/inner/deep.txt"), "x");
+    writeFile(there("nul.txt"), "x");
+    writeFile(here("aux.txt"), "in sync already");
+    writeFile(there("aux.txt"), "in sync already");
+
+    const ChildResult before = run({"sync", "-n", harbour()});
+    const ChildResult done = run({"sync", harbour()});
+
+    EXPECT_EQ(before.exitCode, done.exitCode);
+    EXPECT_EQ(linesOf(before.errors).size(), 3U) << before.errors;
+    EXPECT_THAT(linesOf(before.errors), testing::UnorderedElementsAreArray(linesOf(done.errors)));
+    EXPECT_THAT(before.output, testing::Not(HasSubstr("con")));
+    EXPECT_THAT(before.output, testing::Not(HasSubstr("bad:name")));
+}
 #endif
 
 TEST_F(Sync, SaysThatADriveIsOfflineOrReadOnly)

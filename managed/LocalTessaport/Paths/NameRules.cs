@@ -51,8 +51,11 @@ internal static class NameRules
     public static void Require(string name)
     {
         if (!CanBeAdded(name))
-            throw new IOException($"'{name}' is not a name that every platform accepts; rename it.");
+            throw new IOException(ReasonAgainst(name));
     }
+
+    /// <summary>What users read about a name that may not be given to an item.</summary>
+    public static string ReasonAgainst(string name) => $"'{name}' is not a name that every platform accepts; rename it.";
 
     /// <summary>Whether every surrogate has its partner; other strings are changed when they become a file name.</summary>
     public static bool IsWellFormed(ReadOnlySpan<char> text)

@@ -14,7 +14,7 @@ internal static class PropertyCatalog
         new("IsInWorkspace", "Is in the workspace", PropertyTypes.Boolean, s => s.View.Workspace is not null),
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
         new("SyncState", "Sync state", PropertyTypes.String, SyncStates.Of),
-        new("SyncError", "Reason of the last failure", PropertyTypes.String, s => s.Failure),
+        new("SyncError", "Reason of the last failure", PropertyTypes.String, s => s.Failure ?? SyncStates.WhyLeftOut(s)),
         new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action),
         new("ContentHash", "SHA-256", PropertyTypes.String, s => s.IsFile ? s.TryHash() : null),
     ];

@@ -26,6 +26,15 @@ internal static class SyncStates
         return source.Failure is null ? state : Failed;
     }
 
+    /// <summary>
+    /// Why an item that is left out cannot be copied; null for the others, and if there is nothing to copy. Versions that differ on
+    /// both sides may still be found equal.
+    /// </summary>
+    public static string? WhyLeftOut(PropertySource source) =>
+        Of(source) == LeftOut && Compare(source) is not (InSync or ChangedOnBoth)
+            ? NameRules.ReasonAgainst(RelativePath.NameOf(source.View.Path))
+            : null;
+
     private static string Compare(PropertySource source) => source.View switch
     {
         { Server: null } => OnlyHere,

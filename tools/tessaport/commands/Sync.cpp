@@ -209,11 +209,27 @@ std::string whatWouldBeDone(const Item& item, const std::string& state)
     return state == "changed-on-both" ? "changed on both sides" : "";
 }
 
+/// Says of an item whose name the sync application does not accept why it would not be synced; false for all others.
+bool reportLeftOut(Context& context, const Item& item, const std::string& state, Outcomes& outcomes)
+{
+    if (state != "left-out")
+        return false;
+    const Reasons reasons(context, {item});
+    if (item.isInWorkspace == item.isOnServer && !reasons.hasFailed(item))
+        return false;
+    outcomes.failed(localText(item), whyNotSynced(reasons, item));
+    return true;
+}
+
 void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcomes)
 {
     const PropertyTexts states(context, items, {"SyncState"});
     for (const Item& item : items) {
-        const std::string what = whatWouldBeDone(item, states.of(item, "SyncState"));
+        const std::string state = states.of(item, "SyncState");
+        // A folder that is not created on the other side takes everything in it along.
+        if (reportLeftOut(context, item, state, outcomes))
+            continue;
+        const std::string what = whatWouldBeDone(item, state);
         if (!what.empty())
             outcomes.done(localText(item), what);
         if (item.isFolder)

@@ -74,6 +74,16 @@ public sealed class SyncStateTests : IDisposable
         Assert.Contains("every platform", ErrorOf("con.txt"));
     }
 
+    [UnixFact]
+    public void ALeftOutItemSaysWhyBeforeAnySync()
+    {
+        _drive.PutInWorkspace("con.txt");
+        _drive.PutBoth("aux.txt");
+
+        Assert.Contains("'con.txt' is not a name that every platform accepts", ErrorOf("con.txt"));
+        Assert.Null(ErrorOf("aux.txt"));
+    }
+
     [Fact]
     public void AFailureIsKeptUntilARequestForTheItemSucceeds()
     {
