@@ -39,7 +39,8 @@ TEST_F(Doctor, FindsNothingWrongWithAGoodInstallation)
 
     const auto findings = examine({}, 0);
 
-    for (const std::string subject : {"Tool", "Library", "Bridge", "API", ".NET", "Home", "Runtime", "Service"}) {
+    for (const std::string subject :
+        {"Tool", "Library", "Bridge", "API", ".NET", "Home", "Runtime", "Service", "Drives"}) {
         ASSERT_EQ(findings.count(subject), 1U) << subject;
         EXPECT_EQ(findings.at(subject)["good"], true) << findings.at(subject);
         EXPECT_NE(findings.at(subject)["version"], "") << subject;
@@ -140,6 +141,20 @@ TEST_F(Doctor, HasARemedyForEverythingThatIsBad)
     }
     writeFile(home / "service.json", "{");
     expectRemedies({}, 1);
+}
+
+TEST_F(Doctor, NamesWhatTheServiceCouldNotTidyUp)
+{
+    makeDemo();
+    fs::remove_all(home / "state");
+    writeFile(home / "state", "mine");
+
+    const auto findings = examine({}, 1);
+
+    EXPECT_EQ(findings.at("Drives")["good"], false);
+    EXPECT_THAT(findings.at("Drives")["detail"], HasSubstr(text(home / "state")));
+    EXPECT_NE(findings.at("Drives")["remedy"], "");
+    EXPECT_THAT(expectOk({"ls"}), HasSubstr("Harbour Project"));
 }
 
 TEST_F(Doctor, SaysThatTheServiceIsNotInstalled)

@@ -24,6 +24,7 @@ internal static class PropertyCatalog
     [
         new("Offline", "Is offline", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Offline : null) { IsKnownOffline = true },
         new("Writable", "Is writable", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Writable : null) { IsKnownOffline = true },
+        new("UpkeepError", "What the service could not tidy up", PropertyTypes.String, s => s.UpkeepFailure) { IsKnownOffline = true },
     ];
 
     private static readonly Property[] Locking =

@@ -16,7 +16,7 @@ internal static class PropertyReader
         var trackers = new TrackerSet(request);
         var values = new List<PropertyValue>(views.Count * properties.Count);
         foreach (var (view, action) in views.Zip(actions))
-            Read(SourceFor(view, action, ids, trackers, IndexStore.Load(request.Home, view.Drive.Id)), properties, values);
+            Read(SourceFor(request, view, action, ids, trackers), properties, values);
         return values;
     }
 
@@ -38,7 +38,10 @@ internal static class PropertyReader
     }
 
     private static PropertySource SourceFor(
-        ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers, DriveIndex index) => new()
+        RequestScope request, ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers)
+    {
+        var index = IndexStore.Load(request.Home, view.Drive.Id);
+        return new PropertySource
         {
             View = view,
             Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
@@ -47,7 +50,9 @@ internal static class PropertyReader
             Synced = index.Synced.ByPath(view.Path),
             Failure = index.Failures.At(view.Path),
             Action = action,
+            UpkeepFailure = view.IsRoot ? Upkeep.FailureOf(request.Home, view.Drive.Id) : null,
         };
+    }
 
     private static void FindIds(RequestScope request, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
     {

@@ -17,6 +17,9 @@ internal sealed class PropertySource
     /// <summary>What the request that listed the item did with it; null outside of results.</summary>
     public required string? Action { get; init; }
 
+    /// <summary>Why the service could not tidy up the drive; null if it could.</summary>
+    public required string? UpkeepFailure { get; init; }
+
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;

@@ -1,3 +1,5 @@
+using System.Collections.Concurrent;
+
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
@@ -5,26 +7,35 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class Upkeep
 {
+    // The home's own failures have no drive.
+    private static readonly ConcurrentDictionary<(string Home, Guid Drive), string> Failures = new();
+
     /// <summary>
     /// Does the work that is due, if it can. If another process holds the lock, that process does it; reading works without
-    /// it.
+    /// it. A failure does not concern the request; users read its reason as a property of the drive.
     /// </summary>
     public static void RunIfDue(RequestScope request)
     {
-        try
+        var home = request.Home;
+        var due = request.Drives.Drives.Where(drive => Note(home, drive.Id, () => IsDue(home, drive))).ToList();
+        Note(home, Guid.Empty, () =>
         {
-            var due = request.Drives.Drives.Where(drive => IsDue(request.Home, drive)).ToList();
-            if (due.Count == 0 && !AtomicFile.HasLeavings(request.Home))
-                return;
-            using var held = HomeLock.TryAcquire(request.Home);
+            if (due.Count == 0 && !AtomicFile.HasLeavings(home))
+                return false;
+            using var held = HomeLock.TryAcquire(home);
             if (held is null)
-                return;
-            AtomicFile.RemoveLeavings(request.Home);
-            due.ForEach(drive => Run(request.Home, drive));
-        }
-        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
-        {
-        }
+                return false;
+            due.ForEach(drive => Note(home, drive.Id, () => Run(home, drive)));
+            AtomicFile.RemoveLeavings(home);
+            return true;
+        });
+    }
+
+    /// <summary>Why work that was due for a drive could not be done before the last request; null if it was done.</summary>
+    public static string? FailureOf(HomeFolder home, Guid drive)
+    {
+        var reasons = new[] { drive, Guid.Empty }.Select(place => Failures.GetValueOrDefault((home.Root, place))).OfType<string>();
+        return string.Join(" ", reasons) is { Length: > 0 } text ? text : null;
     }
 
     /// <summary>Does the work for one drive; the caller holds the lock.</summary>
@@ -35,6 +46,29 @@ internal static class Upkeep
         drive.Server.ClearStaging();
         if (!IndexStore.Exists(home, drive.Id))
             IndexStore.Save(home, drive.Id, Inventory.Take(drive));
+    }
+
+    private static void Note(HomeFolder home, Guid drive, Action work) =>
+        Note(home, drive, () =>
+        {
+            work();
+            return true;
+        });
+
+    /// <summary>Keeps the reason if the work fails, and forgets the previous one if it does not.</summary>
+    private static bool Note(HomeFolder home, Guid drive, Func<bool> work)
+    {
+        try
+        {
+            var result = work();
+            Failures.TryRemove((home.Root, drive), out _);
+            return result;
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            Failures[(home.Root, drive)] = e.Message;
+            return false;
+        }
     }
 
     private static bool IsDue(HomeFolder home, LocalDrive drive) =>

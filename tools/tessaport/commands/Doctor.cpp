@@ -4,6 +4,7 @@
 #include "tools/tessaport/installation/AssemblyFile.h"
 #include "tools/tessaport/installation/DotnetFinder.h"
 #include "tools/tessaport/installation/FileVersion.h"
+#include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
@@ -148,6 +149,19 @@ Finding askService(Context& context)
     return good("Service", toUtf8(context.connection().getVersion()), "answers requests");
 }
 
+/// What the sync application could not tidy up in its drives, if it says so.
+Finding lookAtDrives(Context& context)
+{
+    std::size_t count = 0;
+    for (const TessaportAPI::Drive& drive : context.connection().getDrives()) {
+        const PropertyTexts texts(context, {drive.root}, {"UpkeepError"});
+        if (const std::string failure = texts.of(drive.root, "UpkeepError"); !failure.empty())
+            return bad("Drives", toUtf8(drive.name) + ": " + failure, "correct what the message names");
+        ++count;
+    }
+    return good("Drives", std::to_string(count), "can be used");
+}
+
 class Examination
 {
 public:
@@ -184,8 +198,9 @@ Examination examineAll(Context& context)
     if (!apiFound)
         examination.examine("Runtime",
             [] { return bad("Runtime", "not started, as the API cannot be used", "correct the API first"); });
-    else if (examination.examine("Runtime", [&context] { return startRuntime(context); }))
-        examination.examine("Service", [&context] { return askService(context); });
+    else if (examination.examine("Runtime", [&context] { return startRuntime(context); }) &&
+             examination.examine("Service", [&context] { return askService(context); }))
+        examination.examine("Drives", [&context] { return lookAtDrives(context); });
     return examination;
 }
 
