@@ -30,6 +30,23 @@ set(VELMORA_PACKAGE_FILES
     "${velmora_install_package}/VelmoraConfig.cmake"
     "${velmora_install_package}/VelmoraConfigVersion.cmake")
 
+# velmora_configure_pkg_config(<name> <library> <description> <required name>...)
+# Writes <name>.pc, for compilers that are called without CMake, and adds it to VELMORA_PKG_CONFIG_FILES.
+function(velmora_configure_pkg_config name library description)
+    set(pc_name "${name}")
+    set(pc_library "${library}")
+    set(pc_description "${description}")
+    list(JOIN ARGN " " pc_requires)
+    file(RELATIVE_PATH pc_to_prefix "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+    set(file "${PROJECT_BINARY_DIR}/pkgconfig/${name}.pc")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/velmora.pc.in" "${file}" @ONLY)
+    set(VELMORA_PKG_CONFIG_FILES ${VELMORA_PKG_CONFIG_FILES} "${file}" PARENT_SCOPE)
+endfunction()
+
+velmora_configure_pkg_config(velmora-tessaport VelmoraTessaport "${PROJECT_DESCRIPTION}")
+velmora_configure_pkg_config(velmora-io VelmoraIO "Serial files, key/value interfaces and a checksum")
+velmora_configure_pkg_config(velmora-logging VelmoraLogging "Events and their JSON log" velmora-io)
+
 # A project that uses add_subdirectory gets the same variables as one that uses find_package.
 if(NOT PROJECT_IS_TOP_LEVEL)
     set(Velmora_BRIDGE_DIR "${PROJECT_BINARY_DIR}/${VELMORA_BRIDGE_SUBDIR}" PARENT_SCOPE)

@@ -5,6 +5,7 @@
 #   WORK_DIR         emptied first           CONFIG      the build type
 #   GENERATOR, CXX   what to build with
 #   TOOLCHAIN, EMULATOR   of a cross build, which installs from the archive that cpack makes
+#   LIBDIR           the folder of libraries in the prefix
 #   DIALOG_TESTS     the tests of the example open_dialog, for Windows
 cmake_minimum_required(VERSION 3.25)
 
@@ -109,6 +110,23 @@ function(check_host_says_that_nothing_is_installed)
     endif()
 endfunction()
 
+# Compiles a source with the flags of a library's pkg-config file.
+function(build_with_pkg_config library source program)
+    set(ENV{PKG_CONFIG_PATH} "${WORK_DIR}/prefix/${LIBDIR}/pkgconfig")
+    execute_process(COMMAND pkg-config --cflags --libs "${library}"
+        OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(flags)
+    run("${CXX}" -std=c++17 "${source}" -o "${program}" ${flags} "-Wl,-rpath,${WORK_DIR}/prefix/${LIBDIR}")
+endfunction()
+
+function(check_pkg_config)
+    build_with_pkg_config(velmora-logging "${SOURCE_DIR}/tests/package/consumer/main.cpp" "${WORK_DIR}/pkg-config-support")
+    run("${WORK_DIR}/pkg-config-support")
+    set(host "${WORK_DIR}/pkg-config-host")
+    build_with_pkg_config(velmora-tessaport "${SOURCE_DIR}/examples/host/main.cpp" "${host}")
+    check_host_lists_the_drives()
+endfunction()
+
 function(find_program_of_consumer name result)
     file(GLOB_RECURSE found LIST_DIRECTORIES false
         "${WORK_DIR}/consumer/${name}" "${WORK_DIR}/consumer/${name}.exe")
@@ -153,5 +171,8 @@ if(MODE STREQUAL "install")
     run(${launcher} "${tool}" --home "${WORK_DIR}/home" drives)
     if(DIALOG_TESTS)
         check_dialogs()
+    endif()
+    if(NOT TOOLCHAIN)
+        check_pkg_config()
     endif()
 endif()

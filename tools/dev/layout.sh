@@ -8,9 +8,10 @@ readonly longest_test=600
 
 # The folders under velmora, and those that each may include. Every other include between two of them is an error.
 declare -rA may_include=(
+    [.]='platform'
     [text]=''
     [platform]='text'
-    [api]='platform text'
+    [api]='. platform text'
     [bridge/boundary]='text'
     [bridge/runtime]='api bridge/boundary platform text'
     [bridge/conversions]='api bridge/boundary text'
@@ -41,10 +42,13 @@ lines_with() { # <expression> <file pattern>...
 
 # Each include of a header of velmora by another folder of it, as "<folder> <folder of the header> <line>".
 includes_between_folders() {
-    lines_with '#include [<"]velmora/' -- velmora |
+    lines_with '#include [<"]velmora/' -- velmora | with_folders |
         sed -nE 's,^velmora/([^:]*)/[^/:]*:[0-9]+:#include [<"]velmora/([^">]*)/[^/">]*[">].*,\1 \2 &,p' |
         awk '$1 != $2'
 }
+
+# Writes paths of files directly under velmora with "." as their folder.
+with_folders() { sed -E 's,(^|[<"])velmora/([^/:">]+($|[:">])),\1velmora/./\2,g'; }
 
 # Each allowed include, as "<folder> <folder of the header>".
 allowed_includes() {
@@ -59,7 +63,7 @@ allowed_includes() {
 check_includes() {
     local from to line includes
     includes=$(includes_between_folders)
-    tracked 'velmora/*.h' 'velmora/*.cpp' | sed -E 's,^velmora/(.*)/[^/]*,\1,' | sort -u | while read -r from; do
+    tracked 'velmora/*.h' 'velmora/*.cpp' | with_folders | sed -E 's,^velmora/(.*)/[^/]*,\1,' | sort -u | while read -r from; do
         [ -n "${may_include[$from]+known}" ] || echo "velmora/$from"
     done | forbid 'The table in tools/dev/layout.sh has every folder under velmora:'
     while read -r from to line; do

@@ -2,8 +2,8 @@
 # shellcheck shell=bash
 readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev
     libgumbo-dev)
-# The shells in which the tests complete commands.
-readonly test_packages=(fish zsh)
+# The shells in which the tests complete commands, and what they call besides.
+readonly test_packages=(fish pkgconf zsh)
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
