@@ -140,6 +140,19 @@ TEST_F(OpenDialog, LeavesTheTextWhenItIsCancelled)
     EXPECT_EQ(program->close(), 0U);
 }
 
+TEST_F(OpenDialog, ClosesWithItsProgramWhileARequestRuns)
+{
+    // Longer than the test may take.
+    write(L"service.json", R"({"state": "running", "faults": {"getDrives": {"delayMilliseconds": 600000}}})");
+    start();
+    program->openDialog(IDC_OPEN);
+    program->awaitStatus(L"Reading");
+    program->press(IDCANCEL);
+    program->awaitClosedDialog();
+
+    EXPECT_EQ(program->close(), 0U);
+}
+
 TEST_F(OpenDialog, SavesInANewFolder)
 {
     openDrive(IDC_SAVE);
