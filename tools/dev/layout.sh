@@ -37,7 +37,7 @@ forbid() { # <promise>, lines on standard input
 
 # Lines of the tracked files of the given patterns that match an expression.
 lines_with() { # <expression> <file pattern>...
-    git grep --untracked -nE "$@" || true
+    git grep --untracked -nIE "$@" || true
 }
 
 # Each include of a header of velmora by another folder of it, as "<folder> <folder of the header> <line>".
