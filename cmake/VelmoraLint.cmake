@@ -59,4 +59,9 @@ function(velmora_verify_internal_headers)
     find_package(Boost REQUIRED)
     target_link_libraries(velmora_internal_headers INTERFACE
         NetHost::NetHost CLI11::CLI11 nlohmann_json::nlohmann_json GTest::gtest Boost::headers)
+    # Tests of the window are built where the window is.
+    if(TARGET velmora_window)
+        find_package(Qt6 COMPONENTS Widgets Test REQUIRED)
+        target_link_libraries(velmora_internal_headers INTERFACE Qt6::Widgets Qt6::Test)
+    endif()
 endfunction()

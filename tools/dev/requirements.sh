@@ -1,9 +1,11 @@
 # What the commands need on the machine: Debian packages, which are installed if they are missing, and the .NET SDK.
 # shellcheck shell=bash
 readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev
-    libgumbo-dev)
+    libgumbo-dev qt6-base-dev)
+# A font for windows, which every desktop has and a container may lack.
+readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.
-readonly test_packages=(fish pkgconf zsh)
+readonly test_packages=(fish pkgconf zsh "${window_packages[@]}")
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
@@ -15,7 +17,7 @@ require() { # <package>...
         install_missing_packages "$@"
     elif ! can_build_here; then
         fail "this system has no apt-get: install CMake 3.25, Ninja, a C++17 compiler, GoogleTest with GoogleMock, \
-CLI11, JSON for Modern C++ (nlohmann_json), Boost, Gumbo and the .NET SDK 8.0 or newer, then run this again"
+CLI11, JSON for Modern C++ (nlohmann_json), Boost, Gumbo, Qt 6.4 and the .NET SDK 8.0 or newer, then run this again"
     else
         require_dotnet
     fi

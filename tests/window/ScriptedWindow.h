@@ -1,0 +1,38 @@
+// A window on the scripted service.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "tests/support/ScriptedService.h"
+#include "tests/window/WindowTest.h"
+
+namespace Quorvex::Velmora::WindowTest
+{
+
+namespace Api = TessaportAPI;
+using TestSupport::Json;
+
+/// A file in the drive of the scripted service.
+[[nodiscard]] inline Json fileNamed(int number, const std::string& name)
+{
+    Json file = TestSupport::item(number);
+    file["name"] = name;
+    file["isFolder"] = false;
+    file["relativePath"] = name;
+    return file;
+}
+
+/// The drive has the files "a.txt" and "b.txt".
+class ScriptedWindow : public WindowTest
+{
+protected:
+    ScriptedWindow()
+    {
+        service.answer("GetFolderContents", Json::array({fileNamed(11, "a.txt"), fileNamed(12, "b.txt")}));
+    }
+
+    TestSupport::ScriptedService service;
+};
+
+} // namespace Quorvex::Velmora::WindowTest
