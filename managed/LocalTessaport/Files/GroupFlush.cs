@@ -1,3 +1,5 @@
+using System.Runtime.ExceptionServices;
+
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Flushes prepared files to the disk as a group, in a fraction of the time that flushing each alone takes.</summary>
@@ -21,6 +23,19 @@ internal static class GroupFlush
         else if (files.Count == 1)
             files[0].Flush();
         else
+            FlushInParallel(files);
+    }
+
+    private static void FlushInParallel(List<StagedFile> files)
+    {
+        try
+        {
             Parallel.ForEach(files, new ParallelOptions { MaxDegreeOfParallelism = FlushedAtOnce }, file => file.Flush());
+        }
+        catch (AggregateException e)
+        {
+            // Callers treat an I/O error as the failure of an item, and this one as a broken service.
+            ExceptionDispatchInfo.Throw(e.InnerExceptions[0]);
+        }
     }
 }

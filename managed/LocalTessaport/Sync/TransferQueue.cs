@@ -92,7 +92,7 @@ internal sealed class TransferQueue
         {
             // It is unknown which copy is not on the disk, so none may be used.
             foreach (var transfer in _waiting)
-                transfer.Failure ??= e is AggregateException { InnerException: { } inner } ? inner : e;
+                transfer.Failure ??= e;
         }
     }
 

@@ -1,5 +1,6 @@
 // Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | sync-only | delete |
 // list <path> | find <path> | lock | fail <requests>
+// fail-call <call> <error number> <workspace> <server>
 // Works on the first drive of the home that TESSAPORT_HOME names; add, sync and sync-only go on until the process is ended.
 // lock prints whether the home's lock was "taken" or is "held" by another, and holds it until its input ends.
 // fail prints how many requests failed.
@@ -7,6 +8,9 @@ if (args[0] == "lock")
     return LockCommand.Run();
 if (args[0] == "fail")
     return FailCommand.Run(int.Parse(args[1]));
+// fail-call lets calls of the system fail.
+if (args[0] == "fail-call")
+    return FailingCallCommand.Run(args[1], int.Parse(args[2]), args[3], args[4]);
 // list and find print what went wrong.
 Privileges.DropIfAsked();
 Accidents.HappenIfAsked();
