@@ -20,7 +20,6 @@ namespace
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 using Json = nlohmann::json;
 
 /// Delays and failures that a user sets for requests.

@@ -47,13 +47,23 @@ bool isInFolder(int descriptor)
 /// Counts the call; true if it is the one that fails.
 bool fails(const char* call, int descriptor)
 {
-    if (callsLeft.load() <= 0 || std::strcmp(call, failingCall) != 0)
+    if (callsLeft.load() == 0 || std::strcmp(call, failingCall) != 0)
         return false;
     const int before = errno;
     const bool concerned = isInFolder(descriptor);
     errno = before;
-    if (!concerned || callsLeft.fetch_sub(1) != 1)
+    if (!concerned)
         return false;
+    // A negative number stays: every call fails. Only one of several threads may count down to zero.
+    for (long left = callsLeft.load(); left >= 0;) {
+        if (left == 0)
+            return false;
+        if (!callsLeft.compare_exchange_weak(left, left - 1))
+            continue;
+        if (left > 1)
+            return false;
+        break;
+    }
     errno = failure;
     return true;
 }
@@ -62,7 +72,8 @@ bool fails(const char* call, int descriptor)
 
 extern "C" {
 
-/// Lets the call with this number fail, counted from 1, with an error number. 0 disarms.
+/// Lets the call with this number fail, counted from 1, with an error number. 0 disarms, -1 lets every call
+/// fail.
 ///
 /// @return how many calls were still left of the previous one: 0 if it has failed.
 long failCall(const char* call, const char* folder, long number, int error)

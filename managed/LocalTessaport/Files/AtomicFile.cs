@@ -37,7 +37,8 @@ internal static class AtomicFile
             using (var stream = new FileStream(temporary, options))
             {
                 write(stream);
-                stream.Flush(flushToDisk: true);
+                stream.Flush();
+                FileHandle.Flush(stream.SafeFileHandle, path);
             }
             Replace(temporary, path);
         }

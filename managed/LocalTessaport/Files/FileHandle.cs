@@ -34,5 +34,11 @@ internal static class FileHandle
     public static bool TryFlushFileSystem(SafeFileHandle handle) => !OperatingSystem.IsWindows() && UnixFile.TryFlushFileSystem(handle);
 
     /// <summary>Flushes the content and attributes of a file to the disk.</summary>
-    public static void Flush(SafeFileHandle handle) => RandomAccess.FlushToDisk(handle);
+    public static void Flush(SafeFileHandle handle, string path)
+    {
+        if (OperatingSystem.IsWindows())
+            RandomAccess.FlushToDisk(handle);
+        else
+            UnixFile.Flush(handle, path);
+    }
 }

@@ -45,7 +45,7 @@ internal sealed class StagedFile : IDisposable
     public void Flush()
     {
         using var file = Reopen();
-        FileHandle.Flush(file);
+        FileHandle.Flush(file, _path);
         SetFlushed();
     }
 

@@ -113,6 +113,9 @@ internal static unsafe partial class Libc
     [LibraryImport(Name, EntryPoint = "fcntl", SetLastError = true)]
     public static partial int Control(SafeHandle file, int command, int argument);
 
+    [LibraryImport(Name, EntryPoint = "fsync", SetLastError = true)]
+    public static partial int Flush(SafeHandle file);
+
     [LibraryImport(Name, EntryPoint = "syncfs", SetLastError = true)]
     public static partial int FlushFileSystem(SafeHandle file);
 

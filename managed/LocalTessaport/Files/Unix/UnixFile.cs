@@ -75,6 +75,20 @@ internal static unsafe class UnixFile
             : throw UnixFailure.Last(path, "opened");
     }
 
+    // .NET does not report that fsync() failed, after which the content may never reach the disk.
+    public static void Flush(SafeFileHandle file, string path)
+    {
+        while (Libc.Flush(file) != 0)
+        {
+            var error = Libc.LastError;
+            // The file system has nothing to flush.
+            if (error is UnixError.InvalidArgument or UnixError.NotSupported)
+                return;
+            if (error != UnixError.Interrupted)
+                throw UnixFailure.For(error, path, "flushed to the disk");
+        }
+    }
+
     // syncfs() reports write errors only since Linux 5.8.
     public static bool TryFlushFileSystem(SafeFileHandle file) =>
         OperatingSystem.IsLinux() && Environment.OSVersion.Version >= ReportsFailures && Libc.FlushFileSystem(file) == 0;
