@@ -1,4 +1,4 @@
-#include "tests/examples/OpenDialogDriver.h"
+#include "tests/examples/OpenDialogDriverWindows.h"
 
 #include <chrono>
 #include <stdexcept>

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "examples/open_dialog/Controls.h"
-#include "tests/examples/OpenDialogDriver.h"
+#include "tests/examples/OpenDialogDriverWindows.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace Quorvex::Velmora::TestSupport
