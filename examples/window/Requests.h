@@ -22,9 +22,9 @@ class Requests : public QObject
 {
 public:
     using Again = std::function<void()>;
-    /// @param again  makes the request once more.
+    /// @param again  repeats the request.
     using ReportFailure = std::function<void(const Failure& failure, Again again)>;
-    /// @param seconds  for how long the current request has had no answer; negative if there is none.
+    /// @param seconds  how long the current request has waited for its answer; negative if no request waits.
     using ReportWaiting = std::function<void(int seconds)>;
 
     Requests(ReportFailure reportFailure, ReportWaiting reportWaiting);
@@ -35,7 +35,7 @@ public:
     /// @param doing    what it is for, such as "list the drives"; part of the sentence that reports its failure.
     /// @param request  runs on the request thread, as `request(Api::QvNativeTessaportAPI&)`.
     /// @param done     gets the answer, on the window's thread.
-    /// @param again    makes the request once more; offered to the user if it fails.
+    /// @param again    repeats the request; offered to the user if it fails.
     /// @param failed   called first if it fails.
     template <class Request, class Done>
     void ask(

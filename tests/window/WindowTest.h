@@ -41,7 +41,7 @@ protected:
 
     /// What the list shows in a column, in its order.
     [[nodiscard]] QStringList column(int column);
-    /// The row that shows an item; fails the test if there is none.
+    /// The row that shows an item; fails the test if no row does.
     [[nodiscard]] QModelIndex rowOf(const QString& name);
     void select(const QString& name);
     /// Clicks an action of the tool bar.

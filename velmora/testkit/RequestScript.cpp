@@ -1,5 +1,6 @@
 #include "velmora/testkit/RequestScript.h"
 
+#include <cstddef>
 #include <utility>
 
 #include <velmora/api/Records.h>
@@ -25,19 +26,22 @@ Json throwing(const Failure& failure) { return Json::object({{"throw", encodedFa
 
 Json returning(Json value) { return Json::object({{"value", std::move(value)}}); }
 
+Json failingAfter(std::size_t count, Json list, const Failure& failure)
+{
+    return {{"list", std::move(list)}, {"after", count}, {"failsIn", "MoveNext"}, {"throw", encodedFailure(failure)}};
+}
+
 template <class Record>
 Json failingList(const std::vector<Record>& records, const Failure& failure)
 {
-    return {{"list", encoded(records)}, {"after", records.size()}, {"failsIn", "MoveNext"},
-        {"throw", encodedFailure(failure)}};
+    return failingAfter(records.size(), encoded(records), failure);
 }
 
 // The values come inside another record.
 Json failingList(const std::vector<TessaportAPI::StringPropertyValue>& values, const Failure& failure)
 {
     Json answer = encoded(values);
-    answer["values"] = {{"list", answer["values"]}, {"after", values.size()}, {"failsIn", "MoveNext"},
-        {"throw", encodedFailure(failure)}};
+    answer["values"] = failingAfter(values.size(), answer["values"], failure);
     return answer;
 }
 

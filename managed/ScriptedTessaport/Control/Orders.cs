@@ -11,14 +11,6 @@ internal static class Orders
         string name = order.GetProperty("order").GetString()!;
         switch (name)
         {
-            case "answer":
-                MemberOf(order).SetAnswers(order.GetProperty("answers"));
-                answer.WriteNullValue();
-                break;
-            case "answerFor":
-                MemberOf(order).SetAnswersFor(Strings.Required(order.GetProperty("item")), order.GetProperty("answers"));
-                answer.WriteNullValue();
-                break;
             case "awaitHeld":
                 answer.WriteBooleanValue(MemberOf(order).Gate.AwaitHeld(order.GetProperty("milliseconds").GetInt64()));
                 break;
@@ -28,36 +20,47 @@ internal static class Orders
             case "collect":
                 WriteCollected(answer);
                 break;
+            case "text":
+                Strings.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
+                break;
+            default:
+                Obey(name, order);
+                answer.WriteNullValue();
+                break;
+        }
+    }
+
+    /// <summary>Executes an order that has no answer.</summary>
+    private static void Obey(string name, JsonElement order)
+    {
+        switch (name)
+        {
+            case "answer":
+                MemberOf(order).SetAnswers(order.GetProperty("answers"));
+                break;
+            case "answerFor":
+                MemberOf(order).SetAnswersFor(Strings.Required(order.GetProperty("item")), order.GetProperty("answers"));
+                break;
             case "delay":
                 MemberOf(order).Gate.Delay(order.GetProperty("milliseconds").GetInt64());
-                answer.WriteNullValue();
                 break;
             case "forget":
                 MemberOf(order).Reset();
-                answer.WriteNullValue();
                 break;
             case "hold":
                 MemberOf(order).Gate.Hold();
-                answer.WriteNullValue();
                 break;
             case "next":
                 MemberOf(order).AddNext(order.GetProperty("answers"));
-                answer.WriteNullValue();
                 break;
             case "record":
                 Journal.IsOn = order.GetProperty("on").GetBoolean();
-                answer.WriteNullValue();
                 break;
             case "release":
                 MemberOf(order).Gate.Release();
-                answer.WriteNullValue();
                 break;
             case "reset":
                 Reset();
-                answer.WriteNullValue();
-                break;
-            case "text":
-                Strings.Write(answer, Values.Read(order.GetProperty("value"))!.ToString()!);
                 break;
             default:
                 throw new FormatException($"'{name}' is not an order that the script knows.");

@@ -89,11 +89,9 @@ ExitCode clear(Context& context, const std::string& typed)
 
 CLI::Validator isKind()
 {
-    std::vector<std::string> names{PlainFailure};
-    for (const ServiceStateName& state : ServiceStates) {
-        if (state.code != ExitCode::Ok)
-            names.emplace_back(state.name);
-    }
+    std::vector<std::string> names;
+    for (const FailureKind& kind : failureKinds())
+        names.emplace_back(kind.name);
     return CLI::IsMember(names).description("");
 }
 

@@ -67,11 +67,9 @@ Candidates requests(Context&)
 
 Candidates failures(Context&)
 {
-    Candidates candidates{{PlainFailure, "any other failure"}};
-    for (const ServiceStateName& state : ServiceStates) {
-        if (state.code != ExitCode::Ok)
-            candidates.push_back({state.name, state.meaning});
-    }
+    Candidates candidates;
+    for (const FailureKind& kind : failureKinds())
+        candidates.push_back({kind.name, kind.meaning});
     return candidates;
 }
 

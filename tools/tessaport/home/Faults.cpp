@@ -30,9 +30,8 @@ bool isRequest(std::string_view name)
 
 bool isKind(std::string_view name)
 {
-    return name == PlainFailure || (name != ServiceStates.front().name &&
-                                       std::any_of(ServiceStates.begin(), ServiceStates.end(),
-                                           [name](const ServiceStateName& state) { return name == state.name; }));
+    const std::vector<FailureKind> kinds = failureKinds();
+    return std::any_of(kinds.begin(), kinds.end(), [name](const FailureKind& kind) { return name == kind.name; });
 }
 
 std::string quotedName(const std::string& name) { return '\'' + name + '\''; }
@@ -106,6 +105,16 @@ private:
 };
 
 } // namespace
+
+std::vector<FailureKind> failureKinds()
+{
+    std::vector<FailureKind> kinds{{PlainFailure, "any other failure"}};
+    for (const ServiceStateName& state : ServiceStates) {
+        if (state.code != ExitCode::Ok)
+            kinds.push_back({state.name, state.meaning});
+    }
+    return kinds;
+}
 
 std::string requestNamed(const std::string& typed)
 {

@@ -42,8 +42,16 @@ inline constexpr std::array<RequestName, 20> RequestNames{{
     {"getItemsByPermanentIds", nullptr, "items by their permanent ids"},
 }};
 
-/// The kind of a failure that stands for any error; the others are the names of states.
+/// The kind of a failure with no exception of its own.
 inline constexpr const char* PlainFailure = "error";
+
+struct FailureKind {
+    const char* name;
+    const char* meaning;
+};
+
+/// All kinds: the plain failure, then the states in which every request fails.
+std::vector<FailureKind> failureKinds();
 
 struct RequestFailure {
     std::string text;

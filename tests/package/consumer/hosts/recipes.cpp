@@ -1,13 +1,11 @@
 // Parts of hosts, as docs/recipes.md shows them, and tests of them.
 #include <chrono>
 #include <condition_variable>
-#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <future>
-#include <iostream>
 #include <iterator>
 #include <memory>
 #include <mutex>
@@ -20,6 +18,7 @@
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RequestQueue.h>
 #include <velmora/testkit/ScriptedService.h>
+#include "../Expect.h"
 
 using namespace Quorvex::Velmora::TessaportAPI;
 using namespace Quorvex::Velmora::TestKit;
@@ -28,16 +27,6 @@ using Quorvex::Velmora::Common::QVLog;
 
 namespace
 {
-
-void expect(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::cerr << "not so: " << what << '\n';
-    std::exit(1);
-}
-
-#define EXPECT(condition) expect(condition, #condition)
 
 // Waits for an answer, but not for ever.
 std::wstring versionWithin(RequestQueue& queue, std::chrono::milliseconds limit)

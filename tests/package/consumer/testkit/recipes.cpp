@@ -1,10 +1,8 @@
 // Tests of a small host, as docs/testing-a-host.md shows them.
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <exception>
 #include <future>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -13,6 +11,7 @@
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/native/RequestQueue.h>
 #include <velmora/testkit/ScriptedService.h>
+#include "../Expect.h"
 
 using namespace Quorvex::Velmora::TessaportAPI;
 using namespace Quorvex::Velmora::TestKit;
@@ -20,17 +19,6 @@ using namespace std::chrono_literals;
 
 namespace
 {
-
-// Stands for the assertions of a test framework.
-void expect(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::cerr << "not so: " << what << '\n';
-    std::exit(1);
-}
-
-#define EXPECT(condition) expect(condition, #condition)
 
 // The host: the names in the first drive, or what its window says instead.
 std::wstring namesInFirstDrive()
