@@ -1,3 +1,10 @@
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <future>
+#include <thread>
+
 #include <gmock/gmock.h>
 
 #include "tests/cli/ToolTest.h"
@@ -19,7 +26,25 @@ class State : public ToolTest
 {
 protected:
     State() { makeDemo(); }
+
+    /// The tool writes a new file beside the old one before it replaces that.
+    [[nodiscard]] bool isBeingReplaced() const
+    {
+        const std::filesystem::directory_iterator entries(home);
+        return std::any_of(
+            begin(entries), end(entries), [](const auto& entry) { return entry.path().extension() == ".new"; });
+    }
 };
+
+/// Opens a file that the programs which are started do not inherit.
+std::FILE* openForReading(const std::filesystem::path& file)
+{
+#ifdef _WIN32
+    return _wfopen(file.c_str(), L"rbN");
+#else
+    return std::fopen(file.c_str(), "rbe");
+#endif
+}
 
 class EachState : public State, public testing::WithParamInterface<StateCase>
 {
@@ -120,8 +145,26 @@ TEST_F(State, IsReplacedInOneStepAndLeavesNoTemporaryFile)
     expectOk({"service", "stop"});
 
     EXPECT_EQ(readFile(home / "service.json"), "{\"state\":\"not-running\"}\n");
-    for (const auto& entry : std::filesystem::directory_iterator(home))
-        EXPECT_NE(entry.path().extension(), ".new") << entry.path();
+    EXPECT_FALSE(isBeingReplaced());
+}
+
+TEST_F(State, IsReplacedAlthoughAReaderHasItOpenForAMoment)
+{
+    std::FILE* const reader = openForReading(home / "service.json");
+    ASSERT_NE(reader, nullptr);
+    std::atomic<bool> hasEnded = false;
+    const auto closed = std::async(std::launch::async, [&] {
+        while (!hasEnded && !isBeingReplaced())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        std::fclose(reader);
+    });
+
+    const ChildResult finished = run({"service", "stop"});
+    hasEnded = true;
+
+    EXPECT_EQ(finished.exitCode, 0) << finished.errors;
+    EXPECT_EQ(run({"service", "status"}).exitCode, 5);
 }
 
 } // namespace

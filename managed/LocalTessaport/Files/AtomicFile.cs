@@ -5,7 +5,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Writes the files of the home so that the complete old or new version exists at every moment.</summary>
 internal static class AtomicFile
 {
-    private const int Attempts = 20;
+    private const int Attempts = 100;
 
     private const string TemporaryPattern = "*.tmp";
 
@@ -80,7 +80,8 @@ internal static class AtomicFile
         return options;
     }
 
-    private static void Replace(string prepared, string target)
+    /// <summary>Gives a complete file the name of another, which need not exist, in one step.</summary>
+    public static void Replace(string prepared, string target)
     {
         for (var attempt = 1; ; ++attempt)
         {

@@ -31,7 +31,7 @@ public sealed class TestHome : IDisposable
     {
         var prepared = Path.Combine(Root, "service.json.prepared");
         File.WriteAllText(prepared, content);
-        File.Move(prepared, Path.Combine(Root, "service.json"), overwrite: true);
+        AtomicFile.Replace(prepared, Path.Combine(Root, "service.json"));
     }
 
     public TestDrive AddDrive(

@@ -49,7 +49,7 @@ void Home::replaceFile(const fs::path& file, const std::string& content, std::op
         writeWhole(prepared, content);
         if (modified)
             Platform::setModifiedTime(prepared, *modified);
-        fs::rename(prepared, file);
+        Platform::replaceFile(prepared, file);
     } catch (const fs::filesystem_error& e) {
         std::error_code ignored;
         fs::remove(prepared, ignored);

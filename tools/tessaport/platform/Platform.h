@@ -84,6 +84,10 @@ std::filesystem::path withoutLinks(const std::filesystem::path& absolute);
 /// Sets a file's last-write time in seconds since 1970 (UTC). @throws std::filesystem::filesystem_error.
 void setModifiedTime(const std::filesystem::path& file, std::int64_t seconds);
 
+/// Gives a file the name of another, which need not exist, in one step. On Windows that waits some seconds while the
+/// other file is open. @throws std::filesystem::filesystem_error.
+void replaceFile(const std::filesystem::path& prepared, const std::filesystem::path& file);
+
 /// Waits until a written file is on the disk. @throws std::filesystem::filesystem_error.
 void flushToDisk(const std::filesystem::path& file);
 

@@ -162,6 +162,8 @@ void setModifiedTime(const fs::path& file, std::int64_t seconds)
         throw fs::filesystem_error("cannot set the time of", file, lastError());
 }
 
+void replaceFile(const fs::path& prepared, const fs::path& file) { fs::rename(prepared, file); }
+
 void flushToDisk(const fs::path& file)
 {
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);

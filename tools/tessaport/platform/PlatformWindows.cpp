@@ -304,6 +304,20 @@ void setModifiedTime(const fs::path& file, std::int64_t seconds)
         throw fs::filesystem_error("cannot set the time of", file, lastError());
 }
 
+void replaceFile(const fs::path& prepared, const fs::path& file)
+{
+    constexpr DWORD pauseMilliseconds = 10;
+    for (int attempts = 300; MoveFileExW(prepared.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING) == 0; --attempts) {
+        const std::error_code error = lastError();
+        // The service reads its files while it answers; only Windows then refuses to replace them.
+        const bool mayBeOpen = error.value() == ERROR_ACCESS_DENIED || error.value() == ERROR_SHARING_VIOLATION;
+        std::error_code ignored;
+        if (!mayBeOpen || attempts == 1 || fs::is_directory(file, ignored))
+            throw fs::filesystem_error("cannot replace", prepared, file, error);
+        Sleep(pauseMilliseconds);
+    }
+}
+
 void flushToDisk(const fs::path& file)
 {
     const OpenFile opened = openFile(file, GENERIC_WRITE);
