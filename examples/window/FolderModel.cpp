@@ -37,6 +37,7 @@ void FolderModel::readDrives(std::function<void()> done)
         "list the drives", DriveWindow::readDrives,
         [this, done](const std::vector<Folder>& drives) {
             clear();
+            ++timesRead;
             append({}, std::make_shared<std::vector<Folder>>(drives), 0);
             done();
         },
@@ -103,8 +104,8 @@ void FolderModel::append(
     target->appendRows(rows);
     if (end == folders->size())
         return;
-    QTimer::singleShot(0, this, [this, parent, folders, end] {
-        if (parent.isValid())
+    QTimer::singleShot(0, this, [this, parent, folders, end, current = timesRead] {
+        if (current == timesRead)
             append(parent, folders, end);
     });
 }

@@ -36,6 +36,7 @@ private:
 
     Requests& requests;
     QIcon icon;
+    int timesRead = 0;
 };
 
 } // namespace DriveWindow

@@ -16,6 +16,17 @@ namespace
 using DriveWindow::ItemModel;
 using OddAnswers = ScriptedWindow;
 
+Json numberedDrives(int count)
+{
+    Json drives = Json::array();
+    for (int i = 1; i <= count; ++i) {
+        Json drive = TestSupport::drive(i, L"D", L"D:\\");
+        drive["name"] = "Drive " + std::to_string(i);
+        drives.push_back(drive);
+    }
+    return drives;
+}
+
 TEST_F(OddAnswers, MarkupInNamesIsText)
 {
     const char* const name = "<img src=x><h1>big</h1> & more";
@@ -170,6 +181,29 @@ TEST_F(OddAnswers, FoldersWithoutEndInTheTreeLeaveTheWindowAlive)
 
     auto* model = part<QTreeView>("tree").model();
     EXPECT_TRUE(waitFor([&] { return model->rowCount(model->index(0, 0)) == 5'000; }));
+}
+
+TEST_F(OddAnswers, ThousandsOfDrivesAreAllListed)
+{
+    service.answer("GetDrives", numberedDrives(2'500));
+
+    openWindow();
+
+    const auto* const tree = part<QTreeView>("tree").model();
+    EXPECT_TRUE(waitFor([&] { return tree->rowCount() == 2'500; })) << tree->rowCount();
+    EXPECT_EQ(tree->index(2'499, 0).data(), "Drive 2500");
+}
+
+TEST_F(OddAnswers, DrivesThatAreReadAgainMeanwhileAreListedOnce)
+{
+    service.answer("GetDrives", numberedDrives(2'500));
+    openWindow();
+    trigger("Refresh");
+    // All queues share one order, so both answers now wait for the window.
+    Api::RequestQueue().ask([](Api::QvNativeTessaportAPI&) {}).get();
+
+    const auto* const tree = part<QTreeView>("tree").model();
+    EXPECT_TRUE(waitFor([&] { return tree->rowCount() == 2'500; })) << tree->rowCount();
 }
 
 } // namespace
