@@ -32,7 +32,7 @@ protected:
 
 TEST_F(Completion, OffersCommands)
 {
-    EXPECT_THAT(complete({"dr"}), ElementsAre("drives"));
+    EXPECT_THAT(complete({"dr"}), ElementsAre("drives", "drive"));
     EXPECT_THAT(complete({"--json", "service", "sta"}), ElementsAre("start", "status"));
     EXPECT_THAT(complete({"--home", "sync", "service", "set"}), ElementsAre("set-state"));
     EXPECT_THAT(complete({"--home=sync", "-v", "log", "gr"}), ElementsAre("grep"));
@@ -54,8 +54,8 @@ TEST_F(Completion, OffersFilesWhereFilesGo)
              {"add", "a", "b", ""}, {"run", "lock", ""}, {"log", "cat", ""}, {"log", "grep", "user=anna", ""},
              {"sync", "--one", ""}, {"checksum", ""}, {"closed", "--process", "1", ""}})
         EXPECT_THAT(complete(words), ElementsAre(":files")) << testing::PrintToString(words);
-    for (const auto& words : std::vector<std::vector<std::string>>{
-             {"can-add-file", ""}, {"--home", ""}, {"drives", "--api-folder", "x"}, {"--dotnet-root", ""}})
+    for (const auto& words : std::vector<std::vector<std::string>>{{"can-add-file", ""}, {"--home", ""},
+             {"drive", "add", "x", "--server", ""}, {"drives", "--api-folder", "x"}, {"--dotnet-root", ""}})
         EXPECT_THAT(complete(words), ElementsAre(":folders")) << testing::PrintToString(words);
     for (const auto& words : std::vector<std::vector<std::string>>{
              {"drives", ""}, {"ls", "a", ""}, {"resolve", ""}, {"tree", "--depth", ""}, {"service", ""}}) {
@@ -71,14 +71,16 @@ TEST_F(Completion, OffersTheValuesThatTheToolKnows)
     EXPECT_THAT(complete({"service", "fail", "sync"}), ElementsAre("syncFiles", "sync"));
     EXPECT_THAT(complete({"service", "fail", "sync", "a", "--as", "not"}), ElementsAre("not-running", "not-installed"));
     EXPECT_THAT(complete({"service", "clear", "getDr"}), ElementsAre("getDrives"));
+    EXPECT_THAT(complete({"drive", "set", "x", "--offline", ""}), ElementsAre("yes", "no"));
     EXPECT_THAT(complete({"completion", ""}), ElementsAre("bash", "zsh", "fish"));
-    EXPECT_THAT(complete({"help", "dr"}), ElementsAre("drives"));
+    EXPECT_THAT(complete({"help", "dr"}), ElementsAre("drives", "drive"));
     EXPECT_THAT(complete({"help", "service", "sto"}), ElementsAre("stop"));
 }
 
 TEST_F(Completion, OffersTheValuesThatTheSyncApplicationKnows)
 {
     EXPECT_THAT(complete({"stat", "--drive", "H"}), ElementsAre("Harbour Project"));
+    EXPECT_THAT(complete({"drive", "remove", "B"}), ElementsAre("Bridge Team"));
     EXPECT_THAT(complete({"props", "--definitions", ""}),
         ElementsAre("Harbour Project", "Trelis Documents", "Bridge Team", "Morrow Archive"));
     EXPECT_THAT(complete({"props", "--id", "Siz"}), ElementsAre("Size"));
@@ -131,7 +133,7 @@ TEST_F(ShellCompletion, WorksInBash)
 {
     EXPECT_THAT(tryIn("bash", R"(source ../completion.bash
 try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _tessaport "$1"; printf '%s,' "${COMPREPLY[@]}"; echo; }
-try tessaport dr
+try tessaport dem
 try tessaport --json service sta
 try tessaport sync --dr
 try tessaport stat --drive Har
@@ -141,7 +143,7 @@ try tessaport stat first\\\ fi
 try tessaport can-add-file fi
 try tessaport service set-state not-
 )"),
-        ElementsAre("drives,", "start,status,", "--dry-run,", "Harbour\\ Project,", "Harbour\\ Project,",
+        ElementsAre("demo,", "start,status,", "--dry-run,", "Harbour\\ Project,", "Harbour\\ Project,",
             "Harbour Project,", "first file.txt,", "first folder,", "not-running,not-installed,"));
 }
 
@@ -152,24 +154,24 @@ _files() { print -r -- files "$@" }
 _describe() { print -rl -- "${(@P)2}" }
 source ../completion.zsh
 try() { local -a words=("$@"); local CURRENT=$#; _tessaport; true }
-try tessaport dr
+try tessaport dem
 try tessaport service sto
 try tessaport stat --drive Harbour\\\ P
 try tessaport stat fi
 try tessaport can-add-file fi
 )"),
-        ElementsAre("registered _tessaport tessaport", "drives:List the drives", "stop:" + stopDescription(),
-            "Harbour Project:Quorvex.DataSourceType.Drive", "files", "files -/"));
+        ElementsAre("registered _tessaport tessaport", "demo:Make a home with four drives and real files, and show it",
+            "stop:" + stopDescription(), "Harbour Project:Quorvex.DataSourceType.Drive", "files", "files -/"));
 }
 
 TEST_F(ShellCompletion, WorksInFish)
 {
     EXPECT_THAT(tryIn("fish", R"(source ../completion.fish
-for line in 'tessaport dr' 'tessaport service sto' 'tessaport stat --drive Har' 'tessaport stat fi' 'tessaport can-add-file fi'
+for line in 'tessaport dem' 'tessaport service sto' 'tessaport stat --drive Har' 'tessaport stat fi' 'tessaport can-add-file fi'
     complete -C $line
 end
 )"),
-        ElementsAre("drives\tList the drives", "stop\t" + stopDescription(),
+        ElementsAre("demo\tMake a home with four drives and real files, and show it", "stop\t" + stopDescription(),
             "Harbour Project\tQuorvex.DataSourceType.Drive", "first file.txt", "first folder/", "first folder/"));
 }
 

@@ -185,5 +185,29 @@ TEST_F(Kill, DuringRmDeletesCompleteFilesOrNothing)
     }
 }
 
+TEST_F(Kill, DuringDriveSetLeavesTheOldSettingsOrTheNewOnes)
+{
+    const std::vector<std::string> rename{"drive", "set", "5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "--name"};
+    const auto named = [&rename](int round) {
+        auto arguments = rename;
+        arguments.push_back("Harbour " + std::to_string(round));
+        return arguments;
+    };
+    const auto longest = durationOf(named(0));
+    nlohmann::json drives = nlohmann::json::parse(readFile(home / "drives.json"));
+    for (int round = 1; round <= Rounds; ++round) {
+        killAtRandomMoment(named(round), longest);
+
+        const auto found = nlohmann::json::parse(readFile(home / "drives.json"));
+        if (found != drives) {
+            drives[0]["name"] = "Harbour " + std::to_string(round);
+            ASSERT_EQ(found, drives);
+        }
+    }
+    expectOk(named(0));
+    drives[0]["name"] = "Harbour 0";
+    EXPECT_EQ(nlohmann::json::parse(readFile(home / "drives.json")), drives);
+}
+
 } // namespace
 } // namespace Quorvex::Velmora::ToolTest

@@ -11,15 +11,21 @@ internal static class DriveFile
     /// <summary>The drives as configured now. The file is parsed again only if it has changed.</summary>
     public static DriveList Load(HomeFolder home)
     {
+        var path = home.ProposedDrivesFile ?? home.DrivesFile;
         try
         {
-            if (HomeFile.Find(home.DrivesFile) is not { } stamp)
+            if (HomeFile.Find(path) is not { } stamp)
                 return DriveList.Empty;
-            if (Read.TryGetValue(home.DrivesFile, out var last) && last.Stamp == stamp)
+            if (Read.TryGetValue(path, out var last) && last.Stamp == stamp)
                 return last.Drives;
-            var drives = JsonFile.Read(home.DrivesFile, root => ParseDrives(root, home));
-            Read[home.DrivesFile] = (stamp, drives);
+            var drives = JsonFile.Read(path, root => ParseDrives(root, home));
+            Read[path] = (stamp, drives);
             return drives;
+        }
+        catch (InvalidDataException e) when (home.ProposedDrivesFile is not null)
+        {
+            throw new InvalidDataException(
+                $"{e.Message}. Choose differently, or correct '{home.DrivesFile}' if this is about another drive, and try again.");
         }
         catch (InvalidDataException e)
         {

@@ -4,6 +4,7 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class HomeFolder
 {
     private const string Variable = "TESSAPORT_HOME";
+    private const string ProposalVariable = "TESSAPORT_PROPOSED_DRIVES";
 
     private HomeFolder(string path) => Root = path;
 
@@ -11,6 +12,13 @@ internal sealed class HomeFolder
     public string ServiceFile => Path.Combine(Root, "service.json");
     public string ServiceLockFile => Path.Combine(Root, "service.lock");
     public string DrivesFile => Path.Combine(Root, "drives.json");
+
+    /// <summary>
+    /// A file that would replace the one with the drives: a program has requests answered from it to learn whether the service
+    /// accepts it. Null outside such a check.
+    /// </summary>
+    public string? ProposedDrivesFile { get; } = Environment.GetEnvironmentVariable(ProposalVariable) is { Length: > 0 } file ? file : null;
+
     public string LockFile => Path.Combine(Root, "lock");
     public string ClipboardFile => Path.Combine(Root, "clipboard.txt");
     public string StateFolder => Path.Combine(Root, "state");

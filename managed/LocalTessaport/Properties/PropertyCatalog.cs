@@ -24,6 +24,11 @@ internal static class PropertyCatalog
     [
         new("Offline", "Is offline", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Offline : null) { IsKnownOffline = true },
         new("Writable", "Is writable", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Writable : null) { IsKnownOffline = true },
+        new("FilesInWorkspace", "Files in the workspace", PropertyTypes.WholeNumber, s => s.TryCountFiles(SideName.Workspace))
+        {
+            IsKnownOffline = true,
+        },
+        new("FilesOnServer", "Files on the server", PropertyTypes.WholeNumber, s => s.TryCountFiles(SideName.Server)),
         new("UpkeepError", "What the service could not tidy up", PropertyTypes.String, s => s.UpkeepFailure) { IsKnownOffline = true },
     ];
 

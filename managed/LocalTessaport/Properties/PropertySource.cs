@@ -26,6 +26,21 @@ internal sealed class PropertySource
 
     public DateTime? Created => Side.CreationTimeOf(View.Path);
 
+    /// <summary>How many files are on one side of the drive; null for items in it, or if that cannot be read now.</summary>
+    public long? TryCountFiles(SideName side)
+    {
+        if (!View.IsRoot)
+            return null;
+        try
+        {
+            return DriveScan.Walk(Drive.Side(side)).LongCount(found => !found.Entry.IsFolder);
+        }
+        catch (IOException)
+        {
+            return null;
+        }
+    }
+
     /// <summary>Null if the file cannot be read now.</summary>
     public string? TryHash()
     {

@@ -20,7 +20,9 @@ internal sealed class RequestScope
         var home = HomeFolder.Locate();
         RequestGate.Pass(home, method);
         var request = new RequestScope(home, DriveFile.Load(home));
-        Upkeep.RunIfDue(request);
+        // Nothing is made for drives that are only proposed.
+        if (home.ProposedDrivesFile is null)
+            Upkeep.RunIfDue(request);
         return request;
     }
 

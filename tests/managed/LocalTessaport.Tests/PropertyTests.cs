@@ -85,7 +85,23 @@ public sealed class PropertyTests : IDisposable
         Assert.Equal(false, byId["IsFolder"]);
         Assert.Equal(false, byId["IsLocked"]);
         Assert.Equal(
-            ["SyncError", "SyncAction", "Offline", "Writable", "UpkeepError", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+            ["SyncError", "SyncAction", "Offline", "Writable", "FilesInWorkspace", "FilesOnServer", "UpkeepError", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+    }
+
+    [Theory]
+    [InlineData(false)]
+    [InlineData(true)]
+    public void TheRootCountsTheFilesOfTheSidesThatCanBeReached(bool offline)
+    {
+        var drive = _home.AddDrive(offline: offline);
+        drive.PutBoth("a.txt");
+        drive.PutInWorkspace("deep/er/b.txt");
+        drive.PutOnServer("deep/c.txt");
+        drive.PutOnServer("deep/d.txt");
+
+        var counts = _home.Service.GetProperties([drive.Root.Id], ["FilesInWorkspace", "FilesOnServer"]).Values.Select(value => value.Value);
+
+        Assert.Equal(offline ? [2L] : new object[] { 2L, 3L }, counts);
     }
 
     [Fact]

@@ -40,7 +40,9 @@ void addAllCommands(const CommandLine& line)
     addChecksumCommand(files);
     addLinkifyCommand(files);
 
-    addServiceCommands(line.under("Local sync service"));
+    const CommandLine local = line.under("Local sync service");
+    addDriveCommands(local);
+    addServiceCommands(local);
 }
 
 } // namespace Quorvex::Velmora::Tool

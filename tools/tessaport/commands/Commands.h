@@ -14,6 +14,7 @@ void addDemoCommand(const CommandLine& line);
 void addDoctorCommand(const CommandLine& line);
 void addServiceCommands(const CommandLine& line);
 void addVersionCommand(const CommandLine& line);
+void addDriveCommands(const CommandLine& line);
 void addDrivesCommand(const CommandLine& line);
 void addListCommand(const CommandLine& line);
 void addTreeCommand(const CommandLine& line);

@@ -7,7 +7,7 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Shows the drives as a table or as JSON.
+/// Shows the records of the drives as a table.
 void showDrives(Context& context);
 
 struct TreeOptions {

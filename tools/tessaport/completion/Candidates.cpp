@@ -54,6 +54,8 @@ Candidates states(Context&)
     return candidates;
 }
 
+Candidates yesOrNo(Context&) { return {{"yes", ""}, {"no", ""}}; }
+
 Candidates requests(Context&)
 {
     Candidates candidates;
@@ -133,7 +135,7 @@ const std::map<std::string, Source>& sources()
     static const std::map<std::string, Source> all{{"PATH", files}, {"FILE", files}, {"FILE... FOLDER", files},
         {"FOLDER", folders}, {"DIR", folders}, {"SHELL", shells}, {"STATE", states}, {"REQUEST", requests},
         {"KIND", failures}, {"DRIVE", drives}, {"TYPE", driveTypes}, {"PROPERTY", properties},
-        {"ACTION", commandsOfItems}};
+        {"ACTION", commandsOfItems}, {"YES|NO", yesOrNo}};
     return all;
 }
 

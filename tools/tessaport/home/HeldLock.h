@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 
@@ -10,8 +11,11 @@ namespace Quorvex::Velmora::Tool
 class HeldLock
 {
 public:
-    /// Waits until no one else holds the lock. @throws Failure after ten seconds, or if the file cannot be used.
-    explicit HeldLock(const std::filesystem::path& file);
+    /// Waits until no one else holds the lock.
+    ///
+    /// @param longestWait  how long to wait for another process.
+    /// @throws Failure after that time, or if the file cannot be used.
+    explicit HeldLock(const std::filesystem::path& file, std::chrono::seconds longestWait = std::chrono::seconds(10));
     ~HeldLock();
     HeldLock(const HeldLock&) = delete;
     HeldLock& operator=(const HeldLock&) = delete;

@@ -22,6 +22,15 @@ public:
     [[nodiscard]] std::filesystem::path serviceLockFile() const { return root / "service.lock"; }
     [[nodiscard]] std::filesystem::path drivesFile() const { return root / "drives.json"; }
 
+    /// Locked by the service while a request changes files of drives.
+    [[nodiscard]] std::filesystem::path lockFile() const { return root / "lock"; }
+
+    /// What the service remembers of a drive. @param id  in lower case, with hyphens.
+    [[nodiscard]] std::filesystem::path stateFileOf(const std::string& id) const
+    {
+        return root / "state" / (id + ".json");
+    }
+
     /// Replaces a file in the home, at any depth, in one step: readers see the old content or the new one.
     ///
     /// @param modified  its last-write time in seconds since 1970 (UTC); nothing means now.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tools/tessaport/home/HeldLock.h"
+#include "tools/tessaport/home/HomeText.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 
@@ -23,36 +24,7 @@ const ServiceStateName* findState(std::string_view name)
     return found == ServiceStates.end() ? nullptr : found;
 }
 
-std::string withoutByteOrderMark(std::string text)
-{
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    return text.compare(0, mark.size(), mark) == 0 ? text.substr(mark.size()) : text;
-}
-
-/// Opening a pipe would wait for a writer, so this looks first.
-bool isThere(const fs::path& file)
-{
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::not_found)
-        return false;
-    if (status.type() == fs::file_type::none)
-        throw Failure(ExitCode::Failure, "cannot read '" + toText(file) + "': " + Platform::messageOf(error));
-    if (status.type() != fs::file_type::regular)
-        throw Failure(ExitCode::Failure,
-            "'" + toText(file) + "' is " +
-                (status.type() == fs::file_type::directory ? "a folder" : "a pipe, a socket or a device") +
-                " and not a file; remove it, then run 'tessaport service start'");
-    return true;
-}
-
-std::string readState(const fs::path& file)
-{
-    const auto text = readFile(file);
-    if (!text)
-        throw Failure(ExitCode::Failure, "'" + toText(file) + "' cannot be read");
-    return withoutByteOrderMark(*text);
-}
+bool isThere(const fs::path& file) { return isHomeFile(file, "run 'tessaport service start'"); }
 
 } // namespace
 
@@ -120,6 +92,6 @@ void ServiceFile::requireHome() const
 
 void ServiceFile::write(const Json& changed) const { place.replaceFile(path(), toLine(changed) + '\n'); }
 
-Json ServiceFile::parsed() const { return Json::parse(readState(path()), nullptr, false); }
+Json ServiceFile::parsed() const { return Json::parse(readHomeFile(path()), nullptr, false); }
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,0 +1,52 @@
+#include "tools/tessaport/home/HomeText.h"
+
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "tools/tessaport/errors/ExitCode.h"
+#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/platform/Platform.h"
+#include "tools/tessaport/text/Paths.h"
+
+namespace fs = std::filesystem;
+
+namespace Quorvex::Velmora::Tool
+{
+namespace
+{
+
+std::string withoutByteOrderMark(std::string text)
+{
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return text.compare(0, mark.size(), mark) == 0 ? text.substr(mark.size()) : text;
+}
+
+} // namespace
+
+// Opening a pipe would wait for a writer, so this looks first.
+bool isHomeFile(const fs::path& file, const std::string& remedy)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found)
+        return false;
+    if (status.type() == fs::file_type::none)
+        throw Failure(ExitCode::Failure, "cannot read '" + toText(file) + "': " + Platform::messageOf(error));
+    if (status.type() != fs::file_type::regular)
+        throw Failure(ExitCode::Failure,
+            "'" + toText(file) + "' is " +
+                (status.type() == fs::file_type::directory ? "a folder" : "a pipe, a socket or a device") +
+                " and not a file; remove it, then " + remedy);
+    return true;
+}
+
+std::string readHomeFile(const fs::path& file)
+{
+    auto text = readFile(file);
+    if (!text)
+        throw Failure(ExitCode::Failure, "'" + toText(file) + "' cannot be read");
+    return withoutByteOrderMark(std::move(*text));
+}
+
+} // namespace Quorvex::Velmora::Tool
