@@ -6,7 +6,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Reads the drives of a home from its configuration file.</summary>
 internal static class DriveFile
 {
-    private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveList Drives)> Read = new();
+    private static readonly ConcurrentDictionary<string, LastRead> Read = new();
+
+    private sealed record LastRead(FileEntry Stamp, DriveList Drives);
 
     /// <summary>The drives as configured now. The file is parsed again only if it has changed.</summary>
     public static DriveList Load(HomeFolder home)
@@ -19,7 +21,7 @@ internal static class DriveFile
             if (Read.TryGetValue(path, out var last) && last.Stamp == stamp)
                 return last.Drives;
             var drives = JsonFile.Read(path, root => ParseDrives(root, home));
-            Read[path] = (stamp, drives);
+            Read[path] = new(stamp, drives);
             return drives;
         }
         catch (InvalidDataException e) when (home.ProposedDrivesFile is not null)

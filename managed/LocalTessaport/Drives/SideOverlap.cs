@@ -3,7 +3,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Finds folders of drives that overlap each other or the files of the service.</summary>
 internal static class SideOverlap
 {
-    private readonly record struct Place(string Prefix, string Path, LocalDrive? Drive);
+    private sealed record Place(string Prefix, string Path, LocalDrive? Drive);
 
     /// <exception cref="InvalidDataException">Two places overlap; the message is the reason.</exception>
     public static void RequireNone(IReadOnlyList<LocalDrive> drives, IEnumerable<string> ownPaths)

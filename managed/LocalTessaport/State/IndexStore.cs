@@ -8,7 +8,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class IndexStore
 {
-    private static readonly ConcurrentDictionary<string, (FileEntry Stamp, DriveIndex Index)> Known = new();
+    private static readonly ConcurrentDictionary<string, LastWritten> Known = new();
+
+    private sealed record LastWritten(FileEntry Stamp, DriveIndex Index);
 
     public static bool Exists(HomeFolder home, Guid drive) => FileProbe.Exists(home.StateFileOf(drive));
 
@@ -21,7 +23,7 @@ internal static class IndexStore
         if (Known.TryGetValue(path, out var known) && known.Stamp == stamp)
             return known.Index;
         var index = IndexFile.Read(path);
-        Known[path] = (stamp, index);
+        Known[path] = new(stamp, index);
         return index;
     }
 
@@ -32,6 +34,6 @@ internal static class IndexStore
         IndexFile.Write(home, path, index);
         index.AcceptChanges();
         if (FileProbe.Find(path) is { } stamp)
-            Known[path] = (stamp, index);
+            Known[path] = new(stamp, index);
     }
 }

@@ -8,7 +8,9 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class Upkeep
 {
     // The home's own failures have no drive.
-    private static readonly ConcurrentDictionary<(string Home, Guid Drive), string> Failures = new();
+    private sealed record Place(string Home, Guid Drive);
+
+    private static readonly ConcurrentDictionary<Place, string> Failures = new();
 
     /// <summary>
     /// Does the work that is due, if it can. If another process holds the lock, that process does it; reading works without
@@ -34,7 +36,7 @@ internal static class Upkeep
     /// <summary>Why work that was due for a drive could not be done before the last request; null if it was done.</summary>
     public static string? FailureOf(HomeFolder home, Guid drive)
     {
-        var reasons = new[] { drive, Guid.Empty }.Select(place => Failures.GetValueOrDefault((home.Root, place))).OfType<string>();
+        var reasons = new[] { drive, Guid.Empty }.Select(place => Failures.GetValueOrDefault(new(home.Root, place))).OfType<string>();
         return string.Join(" ", reasons) is { Length: > 0 } text ? text : null;
     }
 
@@ -61,12 +63,12 @@ internal static class Upkeep
         try
         {
             var result = work();
-            Failures.TryRemove((home.Root, drive), out _);
+            Failures.TryRemove(new(home.Root, drive), out _);
             return result;
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
-            Failures[(home.Root, drive)] = e.Message;
+            Failures[new(home.Root, drive)] = e.Message;
             return false;
         }
     }
