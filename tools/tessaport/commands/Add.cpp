@@ -155,7 +155,7 @@ ExitCode canAddEach(Context& context, const AddOptions& options)
 
 void addFileOptions(CLI::App& command, AddOptions& options)
 {
-    command.add_option("file", options.filesAndFolder, "Local files, then the folder in a workspace")
+    command.add_option("file", options.filesAndFolder, "Local files, then the folder in a workspace or DRIVE/PATH")
         ->type_name("FILE... FOLDER")
         ->expected(2, CLI::detail::expected_max_vector_size)
         ->required();

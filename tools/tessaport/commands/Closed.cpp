@@ -1,8 +1,8 @@
 #include <limits>
 
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
-#include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -17,7 +17,8 @@ struct ClosedOptions {
 
 ExitCode reportClosed(Context& context, const ClosedOptions& options)
 {
-    context.connection().fileClosedWithinRunningProcess(options.process, toQVString(absolutePath(options.path)));
+    context.connection().fileClosedWithinRunningProcess(
+        options.process, toQVString(ItemPaths(context).of(options.path)));
     Outcomes outcomes(context);
     outcomes.done(options.path, "reported");
     return outcomes.finish();

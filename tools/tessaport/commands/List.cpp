@@ -114,7 +114,8 @@ void addListCommand(const CommandLine& line)
         "tessaport ls -R --filter '*.dwg' PATH   files of one kind, at any depth\n"
         "tessaport ls --json PATH",
         list);
-    command.add_option("path", options.path, "Folder or file in a workspace, with either slash")->type_name("PATH");
+    command.add_option("path", options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash")
+        ->type_name("PATH");
     command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
     command.add_flag("--folders", options.foldersOnly, "List folders only");
     command.add_flag("-1,--names", options.namesOnly, "Print the names only, one a line");

@@ -1,6 +1,7 @@
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Paths.h"
@@ -23,6 +24,7 @@ struct Request {
     std::string given;
     std::optional<Item> nearest;
     std::string missing; ///< The path to create in `nearest`.
+    std::string hint;    ///< What may have been meant if there is no such item.
 };
 
 // One request looks up the paths and all folders on the way to them.
@@ -30,22 +32,25 @@ std::vector<Request> nearestItems(Context& context, const std::vector<std::strin
 {
     std::vector<std::string> all;
     std::vector<std::size_t> starts;
+    ItemPaths localPaths(context);
     for (const std::string& path : paths) {
         starts.push_back(all.size());
-        const auto chain = selfAndParents(absolutePath(path));
+        const auto chain = selfAndParents(localPaths.of(path));
         all.insert(all.end(), chain.begin(), chain.end());
     }
     starts.push_back(all.size());
     const std::vector<Lookup> lookups = findItems(context, all);
     std::vector<Request> requests;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        Request request{paths[i], std::nullopt, ""};
+        Request request{paths[i], std::nullopt, "", ""};
         for (std::size_t k = starts[i]; k < starts[i + 1] && !request.nearest; ++k) {
             if (lookups[k].item)
                 request.nearest = lookups[k].item;
             else
                 request.missing = fileName(all[k]) + (request.missing.empty() ? "" : "/") + request.missing;
         }
+        if (!request.nearest)
+            request.hint = localPaths.hintFor(paths[i]);
         requests.push_back(std::move(request));
     }
     return requests;
@@ -54,7 +59,7 @@ std::vector<Request> nearestItems(Context& context, const std::vector<std::strin
 void makeFolder(Context& context, const Request& request, bool dryRun, Outcomes& outcomes)
 {
     if (!request.nearest)
-        return outcomes.failed(request.given, "it is on no drive", ExitCode::NotFound);
+        return outcomes.failed(request.given, "it is on no drive" + request.hint, ExitCode::NotFound);
     if (!request.nearest->isFolder)
         return outcomes.failed(request.given, "'" + localText(*request.nearest) + "' is a file");
     if (request.missing.empty())
@@ -85,7 +90,9 @@ void addMakeFolderCommand(const CommandLine& line)
 {
     auto [command, options] = addCommand<MakeFolderOptions>(
         line, "mkdir", "Create folders and missing levels", "tessaport mkdir PATH/plans/2024", makeFolders);
-    command.add_option("path", options.paths, "Folders to create in a workspace")->type_name("PATH")->required();
+    command.add_option("path", options.paths, "Folders to create in a workspace, or DRIVE/PATH")
+        ->type_name("PATH")
+        ->required();
     command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
 

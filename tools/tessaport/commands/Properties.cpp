@@ -5,6 +5,7 @@
 #include "tools/tessaport/commandline/Suggestion.h"
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -216,7 +217,7 @@ void addPropertyCommand(const CommandLine& line)
         "tessaport props --definitions 'Harbour Project'    the properties of a drive",
         showProperties);
     CLI::Option* const paths =
-        command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH");
+        command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
     command.add_option("--id", options.ids, "Show this property only; can be given several times")
         ->type_name("PROPERTY")
         ->allow_extra_args(false);

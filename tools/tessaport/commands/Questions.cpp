@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
-#include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -26,7 +26,7 @@ ExitCode codeForAnswer(bool yes, ExitCode no = ExitCode::Failure) { return yes ?
 
 ExitCode canAddFile(Context& context, const std::string& folder)
 {
-    const bool can = QvNativeTessaportAPI::canAddFile(nullptr, toQVString(absolutePath(folder)));
+    const bool can = QvNativeTessaportAPI::canAddFile(nullptr, toQVString(ItemPaths(context).of(folder)));
     if (!can) {
         // A folder that does not exist gets another answer than one that takes no files.
         const std::string reason = context.lastLoggedError();
@@ -49,9 +49,10 @@ ExitCode areInWorkspace(Context& context, const std::vector<std::string>& paths)
 {
     ExitCode code = ExitCode::Ok;
     const auto list = context.options.json ? std::make_unique<JsonList>(context.output) : nullptr;
+    ItemPaths localPaths(context);
     for (const std::string& path : paths) {
         bool inWorkspace = false;
-        const QVString absolute = toQVString(absolutePath(path));
+        const QVString absolute = toQVString(localPaths.of(path));
         if (QvNativeTessaportAPI::isFileInWorkspace(nullptr, absolute, inWorkspace) != QVCode::Success)
             return context.reportStaticFailure("'" + path + "'");
         if (list != nullptr)
@@ -96,7 +97,7 @@ void addPathQuestion(const CommandLine& line, const char* name, const char* desc
 {
     const auto path = std::make_shared<std::string>();
     addCommand(line, name, description, example, [path, ask](Context& context) { return ask(context, *path); })
-        .add_option("path", *path, "A path with either slash")
+        .add_option("path", *path, "A path with either slash, or DRIVE/PATH")
         ->type_name(pathName)
         ->required();
 }

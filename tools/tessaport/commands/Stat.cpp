@@ -2,6 +2,7 @@
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Paths.h"
@@ -116,7 +117,7 @@ void addStatCommand(const CommandLine& line)
         "tessaport stat --json PATH PATH\n"
         "tessaport stat --drive 'Harbour Project' plans/a.txt   relative to a drive",
         showFields);
-    command.add_option("path", options.paths, "Files or folders in a workspace, with either slash")
+    command.add_option("path", options.paths, "Files or folders in a workspace or DRIVE/PATH, with either slash")
         ->type_name("PATH")
         ->required();
     command.add_option("--drive", options.drive, "The paths are relative to this drive (name or identifier)")

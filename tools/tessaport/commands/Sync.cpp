@@ -4,6 +4,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/Batches.h"
 #include "tools/tessaport/items/ItemLookup.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
@@ -260,9 +261,10 @@ ExitCode syncMany(Context& context, const SyncOptions& options)
 ExitCode syncOne(Context& context, const std::string& path)
 {
     Item item;
-    if (!QvNativeTessaportAPI::getItemByWorkspacePath(nullptr, toQVString(absolutePath(path)), item)) {
+    if (!QvNativeTessaportAPI::getItemByWorkspacePath(nullptr, toQVString(ItemPaths(context).of(path)), item)) {
         context.connection().discover();
-        throw Failure(ExitCode::NotFound, "'" + path + "': no such item on any drive");
+        throw Failure(
+            ExitCode::NotFound, "'" + path + "': no such item on any drive" + ItemPaths(context).hintFor(path));
     }
     context.forgetLoggedError();
     const bool synced = QvNativeTessaportAPI::syncItem(nullptr, item);
@@ -293,7 +295,7 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
     CLI::Option* const paths =
-        command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH");
+        command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
     CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
     command.add_option("--one", options.one, "Sync this one item with a one-shot operation")
         ->type_name("PATH")

@@ -111,7 +111,8 @@ void addTreeCommand(const CommandLine& line)
             "tessaport tree --depth 2          all drives, two levels\n"
             "tessaport tree --json PATH        each item with its depth",
             tree);
-    command.add_option("path", options.path, "Folder in a workspace, with either slash")->type_name("PATH");
+    command.add_option("path", options.path, "Folder in a workspace or DRIVE/PATH, with either slash")
+        ->type_name("PATH");
     command.add_option("--depth", options.depth, "Show this many levels")
         ->type_name("N")
         ->check(CLI::Range(1U, 1000000U).description(""));

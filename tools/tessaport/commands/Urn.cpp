@@ -54,7 +54,9 @@ void addUrnCommand(const CommandLine& line)
         "tessaport urn PATH\n"
         "tessaport urn --parent-key FOLDER",
         showUrn);
-    command.add_option("path", options.path, "File or folder in a workspace")->type_name("PATH")->required();
+    command.add_option("path", options.path, "File or folder in a workspace, or DRIVE/PATH")
+        ->type_name("PATH")
+        ->required();
     command.add_flag(
         "--parent-key", options.parentKey, "For a folder, show the URN of the folder that holds it (KeldaParentId)");
 }

@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -101,11 +102,14 @@ void askOfflineDrives(Context& context, std::vector<Lookup>& all)
 std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& paths)
 {
     std::vector<Lookup> all;
+    ItemPaths localPaths(context);
     for (const std::string& path : paths)
-        all.push_back({path, absolutePath(path), std::nullopt, false});
+        all.push_back({path, localPaths.of(path), std::nullopt, false, ""});
     askForPaths(context, withoutItem(all, false));
     askAgainWithoutLinks(context, all);
     askOfflineDrives(context, all);
+    for (Lookup* lookup : withoutItem(all, false))
+        lookup->hint = localPaths.hintFor(lookup->given);
     return all;
 }
 
@@ -138,22 +142,9 @@ Item findFolder(Context& context, const std::string& path)
     return item;
 }
 
-Drive findDrive(Context& context, const std::string& nameOrId)
-{
-    std::string names;
-    for (const Drive& drive : context.connection().getDrives()) {
-        const std::string name = toUtf8(drive.name);
-        if (name == nameOrId || toUtf8(drive.id) == asciiLower(nameOrId))
-            return drive;
-        names += (names.empty() ? "'" : ", '") + name + "'";
-    }
-    throw Failure(ExitCode::NotFound, "there is no drive '" + nameOrId + "'; " +
-                                          (names.empty() ? "there are no drives at all" : "there are " + names));
-}
-
 std::string whyNotFound(const Lookup& lookup)
 {
-    return lookup.offline ? "not known, and its drive is offline" : "no such item on any drive";
+    return lookup.offline ? "not known, and its drive is offline" : "no such item on any drive" + lookup.hint;
 }
 
 Failure notFound(const Lookup& lookup)

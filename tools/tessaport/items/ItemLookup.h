@@ -16,9 +16,11 @@ struct Lookup {
     std::string path; ///< Absolute.
     std::optional<TessaportAPI::Item> item;
     bool offline = false; ///< The drive of the path is offline; the item is then the last known one.
+    std::string hint;     ///< What may have been meant, for messages, if there is no item.
 };
 
-/// Looks up all paths in one request and returns the results in order. On offline drives it finds the last known items.
+/// Looks up all paths, which may begin with the name of a drive, in one request and returns the results in order. On
+/// offline drives it finds the last known items.
 std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& paths);
 
 /// Looks up all paths, returns those that have an item, and calls `reportMissing` for each of the others.
@@ -30,9 +32,6 @@ TessaportAPI::Item findItem(Context& context, const std::string& path);
 
 /// Finds the folder at a path. @throws Failure, with NotFound if there is no item and otherwise if it is a file.
 TessaportAPI::Item findFolder(Context& context, const std::string& path);
-
-/// Finds a drive by its name or identifier. @throws Failure with NotFound if no drive has it.
-TessaportAPI::Drive findDrive(Context& context, const std::string& nameOrId);
 
 /// The failure that says why there is no item for a path.
 Failure notFound(const Lookup& lookup);

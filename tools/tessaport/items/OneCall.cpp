@@ -1,6 +1,6 @@
 #include "tools/tessaport/items/OneCall.h"
 
-#include "tools/tessaport/text/Paths.h"
+#include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -11,7 +11,7 @@ using namespace TessaportAPI;
 std::optional<Item> findInOneCall(Context& context, const std::string& path)
 {
     Item item;
-    if (QvNativeTessaportAPI::checkExistence(nullptr, toQVString(absolutePath(path)), item))
+    if (QvNativeTessaportAPI::checkExistence(nullptr, toQVString(ItemPaths(context).of(path)), item))
         return item;
     context.connection().discover();
     return std::nullopt;
@@ -21,7 +21,8 @@ Item requireInOneCall(Context& context, const std::string& path)
 {
     auto item = findInOneCall(context, path);
     if (!item)
-        throw Failure(ExitCode::NotFound, "'" + path + "': no such item on any drive that is online");
+        throw Failure(ExitCode::NotFound,
+            "'" + path + "': no such item on any drive that is online" + ItemPaths(context).hintFor(path));
     return *item;
 }
 

@@ -11,12 +11,12 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Finds the item at a path with either slash; nothing if no item is there.
+/// Finds the item at a path with either slash, or DRIVE/PATH; nothing if no item is there.
 ///
 /// @throws ApiException or one of its subclasses if the sync application cannot be asked.
 std::optional<TessaportAPI::Item> findInOneCall(Context& context, const std::string& path);
 
-/// Finds the item at a path with either slash. @throws Failure with NotFound if no item is there.
+/// The same. @throws Failure with NotFound if no item is there.
 TessaportAPI::Item requireInOneCall(Context& context, const std::string& path);
 
 /// The cloud identifiers of an item; empty where it has none.
