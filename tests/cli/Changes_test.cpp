@@ -58,7 +58,7 @@ TEST_F(Changes, DryRunsOnlyShowWhatWouldBeDone)
 
     EXPECT_THAT(expectOk({"mkdir", "-n", plans() + "/x"}), HasSubstr("would be created"));
     EXPECT_THAT(expectOk({"add", "-n", file, plans()}), HasSubstr("would be added"));
-    EXPECT_THAT(expectOk({"rm", "-n", plans()}), HasSubstr("would be deleted"));
+    EXPECT_THAT(expectOk({"rm", "-n", "-r", plans()}), HasSubstr("would be deleted"));
     EXPECT_THAT(expectOk({"sync", "-n"}), HasSubstr("would come down"));
     EXPECT_THAT(expectOk({"sync", "--dry-run"}), HasSubstr("would go up"));
     EXPECT_THAT(expectOk({"run", "-n", "lock", readme()}), HasSubstr("would run"));
@@ -241,7 +241,8 @@ TEST_F(Changes, RmDeletesWhatItCanAndNamesTheRest)
     expectOk({"run", "lock", readme()});
     const std::string missing = plans() + "/none";
 
-    const ChildResult finished = run({"rm", "-y", missing, readme(), text(workspace("harbour")), plans() + "/details"});
+    const ChildResult finished =
+        run({"rm", "-r", "-y", missing, readme(), text(workspace("harbour")), plans() + "/details"});
 
     EXPECT_EQ(finished.exitCode, 1);
     EXPECT_EQ(finished.output, "deleted  " + plans() + "/details\n");
@@ -250,6 +251,24 @@ TEST_F(Changes, RmDeletesWhatItCanAndNamesTheRest)
     EXPECT_THAT(finished.errors, HasSubstr("locked"));
     EXPECT_THAT(finished.errors, HasSubstr("the root of a drive cannot be deleted"));
     EXPECT_TRUE(fs::exists(toPath(readme())));
+    EXPECT_FALSE(fs::exists(toPath(plans() + "/details")));
+    EXPECT_FALSE(fs::exists(server("harbour") / "plans/details"));
+}
+
+TEST_F(Changes, RmDeletesFoldersThatAreNotEmptyOnlyWithR)
+{
+    expectOk({"mkdir", "-p", plans() + "/new/empty"});
+
+    const ChildResult finished = run({"rm", "-y", plans() + "/details", plans() + "/new/empty"});
+    const ChildResult serverOnly = run({"rm", "-y", "-n", text(workspace("archive") / "1998")});
+
+    EXPECT_EQ(finished.exitCode, 1);
+    EXPECT_EQ(finished.output, "deleted  " + plans() + "/new/empty\n");
+    EXPECT_THAT(finished.errors, HasSubstr("add -r to delete it with everything in it"));
+    EXPECT_TRUE(fs::exists(toPath(plans() + "/details/stairs.txt")));
+    EXPECT_TRUE(fs::exists(server("harbour") / "plans/details/stairs.txt"));
+    EXPECT_EQ(serverOnly.exitCode, 1);
+    expectOk({"rm", "-ry", plans() + "/details"});
     EXPECT_FALSE(fs::exists(toPath(plans() + "/details")));
     EXPECT_FALSE(fs::exists(server("harbour") / "plans/details"));
 }
@@ -281,7 +300,7 @@ TEST_F(Changes, RmAsksOnATerminal)
 TEST_F(Changes, RmCountsTheItemsInFoldersBeforeItAsks)
 {
     ChildProgram program;
-    program.arguments = {"rm", plans(), readme()};
+    program.arguments = {"rm", "-r", plans(), readme()};
     program.input = "n\n";
 
     const std::string output = runOnTerminal(program).output;

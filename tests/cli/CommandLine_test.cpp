@@ -182,7 +182,11 @@ TEST_F(CommandLine, HelpNamesTheExitCodes)
     EXPECT_THAT(help, HasSubstr("  0  ok\n  1  failure\n  2  wrong usage\n  3  not found\n"));
 }
 
-TEST_F(CommandLine, ShowsItsVersion) { EXPECT_EQ(expectOk({"--version"}), "tessaport " TESSAPORT_VERSION "\n"); }
+TEST_F(CommandLine, ShowsItsVersion)
+{
+    for (const char* option : {"--version", "-V"})
+        EXPECT_EQ(expectOk({option}), "tessaport " TESSAPORT_VERSION "\n");
+}
 
 } // namespace
 } // namespace Quorvex::Velmora::ToolTest

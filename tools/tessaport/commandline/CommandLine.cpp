@@ -27,7 +27,7 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options)
     app.add_option("--dotnet-root", options.dotnetRoot, "Folder of the .NET installation (default: the one found)")
         ->type_name("DIR")
         ->take_last();
-    app.set_version_flag("--version", "tessaport " VELMORA_TOOL_VERSION, "Print the tool's version");
+    app.set_version_flag("-V,--version", "tessaport " VELMORA_TOOL_VERSION, "Print the tool's version");
 }
 
 ExitCode reportUsage(

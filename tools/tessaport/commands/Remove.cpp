@@ -1,3 +1,6 @@
+#include <utility>
+#include <vector>
+
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
@@ -15,6 +18,7 @@ using namespace TessaportAPI;
 
 struct RemoveOptions {
     std::vector<std::string> paths;
+    bool recursive = false;
     bool yes = false;
     bool dryRun = false;
 };
@@ -83,6 +87,26 @@ void removeItems(Context& context, const std::vector<Lookup>& lookups, Outcomes&
         outcomes.failedAsAWhole(NotRemembered);
 }
 
+bool mustBeRecursive(Context& context, const Lookup& lookup)
+{
+    const Item& item = *lookup.item;
+    const bool canBeDeleted = !lookup.offline && !item.relativePath.Empty();
+    return canBeDeleted && item.isFolder && context.connection().getFolderContents(item).GetSize() > 0;
+}
+
+std::vector<Lookup> withoutFullFolders(Context& context, std::vector<Lookup> lookups, Outcomes& outcomes)
+{
+    std::vector<Lookup> rest;
+    for (Lookup& lookup : lookups) {
+        if (mustBeRecursive(context, lookup))
+            outcomes.failed(
+                lookup.given, "it is a folder that is not empty; add -r to delete it with everything in it");
+        else
+            rest.push_back(std::move(lookup));
+    }
+    return rest;
+}
+
 ExitCode remove(Context& context, const RemoveOptions& options)
 {
     const bool mustAsk = !options.yes && !options.dryRun;
@@ -90,8 +114,10 @@ ExitCode remove(Context& context, const RemoveOptions& options)
         throw Failure(
             ExitCode::Usage, "rm asks before it deletes, and input is not a terminal; add -y to delete without asking");
     Outcomes outcomes(context);
-    const std::vector<Lookup> items =
+    std::vector<Lookup> items =
         findItemsOr(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
+    if (!options.recursive)
+        items = withoutFullFolders(context, std::move(items), outcomes);
     if (items.empty())
         return outcomes.finish();
     if (options.dryRun) {
@@ -112,13 +138,16 @@ ExitCode remove(Context& context, const RemoveOptions& options)
 
 void addRemoveCommand(const CommandLine& line)
 {
-    auto [command, options] =
-        addCommand<RemoveOptions>(line, "rm", "Delete items here and on the server, folders with everything in them",
-            "tessaport rm PATH PATH          asks first\n"
-            "tessaport rm -n PATH            only shows what would be done\n"
-            "tessaport rm -y PATH            does not ask",
-            remove);
-    command.add_option("path", options.paths, "Files or folders in a workspace")->type_name("PATH")->required();
+    auto [command, options] = addCommand<RemoveOptions>(line, "rm", "Delete items here and on the server",
+        "tessaport rm PATH PATH          asks first\n"
+        "tessaport rm -r PATH            also folders that are not empty\n"
+        "tessaport rm -n PATH            only shows what would be done\n"
+        "tessaport rm -y PATH            does not ask",
+        remove);
+    command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")
+        ->type_name("PATH")
+        ->required();
+    command.add_flag("-r,--recursive", options.recursive, "Delete folders with everything in them");
     command.add_flag("-y,--yes", options.yes, "Do not ask");
     command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
