@@ -6,6 +6,8 @@ readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohman
 readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.
 readonly test_packages=(fish pkgconf zsh "${window_packages[@]}")
+# The compiler cache, because the packages and the archive are built of the same objects.
+readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap)
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
