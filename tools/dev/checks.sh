@@ -1,6 +1,6 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model)
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model abi)
 fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20
@@ -10,6 +10,10 @@ check() { # [--long] [step]...
     if [ "${1:-}" = --long ]; then
         fuzz_seconds=60 model_rounds=10000 race_seconds=60
         shift
+    fi
+    if [ "${1:-}" = --record-abi ]; then
+        record_abi
+        return
     fi
     [ $# -gt 0 ] || set -- "${check_steps[@]}"
     for name in "$@"; do
@@ -69,6 +73,19 @@ check_model() {
     build release velmora_local_service_model
     step "$model_rounds rounds of the model of the sync" check-model "$program" rounds "$model_rounds"
     step "$race_seconds seconds of races" check-race "$program" race "$race_seconds"
+}
+
+# The library and what crosses the C boundary, compared with what the last release recorded.
+check_abi() {
+    build abi
+    build abi velmora_check_abi
+}
+
+# For a release: what later versions are compared with.
+record_abi() {
+    require "${build_packages[@]}" "${check_packages[@]}"
+    build abi
+    build abi velmora_record_abi
 }
 
 format_sources() {
