@@ -101,7 +101,8 @@ TEST_F(CommandLine, HelpShowsTheCommandsInSmallGroups)
 TEST_F(CommandLine, HelpFitsInto100Columns)
 {
     std::vector<std::vector<std::string>> commands{{}, {"log", "cat"}, {"log", "grep"}, {"service", "set-state"},
-        {"service", "delay"}, {"service", "fail"}, {"service", "clear"}};
+        {"drive", "add"}, {"drive", "set"}, {"drive", "remove"}, {"service", "delay"}, {"service", "fail"},
+        {"service", "clear"}};
     for (const std::string& name : commandNames())
         commands.push_back({name});
     for (std::vector<std::string> command : commands) {

@@ -1,5 +1,14 @@
+#include <chrono>
+#include <future>
 #include <map>
 #include <set>
+#include <stdexcept>
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 
 #include <gmock/gmock.h>
 
@@ -109,6 +118,47 @@ TEST_F(Drive, AddRefusesFoldersThatALinkJoinsOrThatCannotBeWritten)
 
     EXPECT_EQ(readFile(home / "drives.json"), before);
 }
+
+/// Holds the lock that the service holds while a request changes files.
+class HeldHome
+{
+public:
+    explicit HeldHome(const fs::path& home) : lock(open((home / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666))
+    {
+        if (lock < 0 || flock(lock, LOCK_EX) != 0)
+            throw std::runtime_error("cannot lock the home");
+    }
+    ~HeldHome()
+    {
+        flock(lock, LOCK_UN); // A child process that has not started its program yet has a copy of the descriptor.
+        close(lock);
+    }
+    HeldHome(const HeldHome&) = delete;
+    HeldHome& operator=(const HeldHome&) = delete;
+
+private:
+    const int lock;
+};
+
+TEST_F(Drive, IsNotChangedWhileARequestChangesFiles)
+{
+    makeDemo();
+    const std::string before = readFile(home / "drives.json");
+    std::future<ChildResult> change;
+    {
+        const HeldHome held(home);
+        change = std::async(std::launch::async, [this] {
+            return run({"drive", "set", "Harbour Project", "--offline", "yes"});
+        });
+
+        // Long enough for the tool to have changed the file if it did not wait.
+        EXPECT_EQ(change.wait_for(std::chrono::seconds(2)), std::future_status::timeout);
+        EXPECT_EQ(readFile(home / "drives.json"), before);
+    }
+
+    EXPECT_EQ(change.get().exitCode, 0);
+    EXPECT_EQ(drivesFile()[0]["offline"], true);
+}
 #endif
 
 TEST_F(Drive, AddRefusesNamesThatCannotBeTypedOrToldApart)
@@ -135,6 +185,18 @@ TEST_F(Drive, AddMakesNoHomeAmongOtherFiles)
     expectRefused(add("Plans", here, there), 1, "it holds something else; name another folder with --home");
 
     EXPECT_FALSE(fs::exists(home / "drives.json"));
+}
+
+TEST_F(Drive, AddThatIsRefusedMakesNoHome)
+{
+    expectRefused(add("Plans", here, here), 1, "overlap");
+    expectRefused(run({"drive", "add", "Plans", "--workspace", text(here), "--server", text(there), "--type", "None"}),
+        1, "is not one of");
+
+    EXPECT_FALSE(fs::exists(home / "drives.json"));
+    EXPECT_FALSE(fs::exists(home / "service.json"));
+    EXPECT_FALSE(fs::exists(home / ".drives.new"));
+    makeDemo();
 }
 
 TEST_F(Drive, SetChangesWhatIsNamedAndKeepsTheRest)

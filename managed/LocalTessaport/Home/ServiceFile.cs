@@ -12,8 +12,8 @@ internal sealed record ServiceFile(string State, Dictionary<string, RequestFault
             // Checked first: a FileNotFoundException can also mean an assembly that cannot be loaded.
             if (HomeFile.Find(home.ServiceFile) is null)
                 throw new TessaportNotInstalledException(
-                    $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport demo', or set "
-                    + "TESSAPORT_HOME to the folder of an existing one.");
+                    $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport drive add' or "
+                    + "'tessaport demo', or set TESSAPORT_HOME to the folder of an existing one.");
             return JsonFile.Read(home.ServiceFile, Parse);
         }
         catch (InvalidDataException e)

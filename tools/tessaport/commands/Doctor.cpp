@@ -115,7 +115,7 @@ std::string remedyFor(ExitCode code)
     case ExitCode::Ok:
         return "";
     case ExitCode::NotInstalled:
-        return "make a home with 'tessaport demo', or name another one with --home";
+        return "make a home with 'tessaport drive add' or 'tessaport demo', or name another one with --home";
     case ExitCode::NotRunning:
         return "start the sync application; the local sync service with 'tessaport service start'";
     case ExitCode::UpdateNeeded:

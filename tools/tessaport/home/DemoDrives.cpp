@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "tools/tessaport/home/HomeText.h"
 #include "tools/tessaport/home/ServiceFile.h"
 #include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Paths.h"
@@ -80,13 +81,6 @@ std::string sideFolder(const DemoDrive& drive, const char* side)
     return std::string("drives/") + drive.folder + '/' + side;
 }
 
-bool holdsForeignFiles(const fs::path& folder)
-{
-    std::error_code error;
-    return fs::exists(folder) && !fs::exists(folder / Marker) &&
-           !(fs::is_directory(folder, error) && fs::is_empty(folder, error));
-}
-
 void makeFile(const Home& home, const fs::path& file, const char* content, std::int64_t modified)
 {
     fs::create_directories(file.parent_path());
@@ -125,7 +119,7 @@ std::string drivesFileContent()
 
 void makeDemoHome(const Home& home)
 {
-    if (holdsForeignFiles(home.folder()))
+    if (!fs::exists(home.folder() / Marker) && holdsOtherFiles(home))
         throw Failure(ExitCode::Failure, "'" + toText(home.folder()) +
                                              "' holds something that 'tessaport demo' did not make; name another "
                                              "folder with --home");

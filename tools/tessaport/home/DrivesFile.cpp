@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <set>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -68,15 +67,24 @@ void DrivesFile::change(const std::function<void(Json&)>& edit, const Check& che
     const std::function<void()>& afterwards) const
 {
     if (mayBeNew)
-        makeHome();
+        requireRoom();
     else if (!hasHome())
         throw Failure(ExitCode::NotInstalled, "there is no home in '" + toText(place.folder()) +
                                                   "'; make one with 'tessaport drive add', or name another with "
                                                   "--home");
     const HeldLock held(place.lockFile(), LongestWait);
-    Json drives = list();
-    edit(drives);
-    replace(drives, check);
+    const bool isNew = mayBeNew && !hasHome();
+    try {
+        if (isNew)
+            makeHome();
+        Json drives = list();
+        edit(drives);
+        replace(drives, check);
+    } catch (...) {
+        if (isNew)
+            removeHome();
+        throw;
+    }
     if (afterwards)
         afterwards();
 }
@@ -87,31 +95,26 @@ bool DrivesFile::hasHome() const
     return fs::exists(path(), error) || fs::exists(place.serviceFile(), error);
 }
 
-void DrivesFile::requireRoomForHome() const
+void DrivesFile::requireRoom() const
 {
-    const std::set<fs::path> own{place.lockFile().filename(), place.serviceLockFile().filename()};
-    std::error_code error;
-    for (fs::directory_iterator entries(place.folder(), error); !error && entries != fs::directory_iterator();
-         entries.increment(error)) {
-        const fs::path name = entries->path().filename();
-        if (own.count(name) == 0 && name.extension() != ".new" && !hasHome())
-            throw Failure(ExitCode::Failure, "'" + toText(place.folder()) +
-                                                 "' is to become the home of the local sync service, and it holds "
-                                                 "something else; name another folder with --home");
-    }
+    if (!hasHome() && holdsOtherFiles(place))
+        throw Failure(ExitCode::Failure, "'" + toText(place.folder()) +
+                                             "' is to become the home of the local sync service, and it holds "
+                                             "something else; name another folder with --home");
+    fs::create_directories(place.folder());
 }
 
 void DrivesFile::makeHome() const
 {
-    if (hasHome())
-        return;
-    requireRoomForHome();
-    fs::create_directories(place.folder());
-    const HeldLock held(place.lockFile(), LongestWait);
-    if (hasHome())
-        return; // Another process was faster.
     place.replaceFile(path(), "[]\n");
     ServiceFile(place).setState("running");
+}
+
+void DrivesFile::removeHome() const
+{
+    std::error_code ignored;
+    fs::remove(place.serviceFile(), ignored);
+    fs::remove(path(), ignored);
 }
 
 Json DrivesFile::list() const

@@ -26,7 +26,7 @@ public:
     /// `edit` or `check` throws, the file stays as it is.
     ///
     /// @param edit       gets an array; members that it does not know stay.
-    /// @param mayBeNew   makes the home if there is none.
+    /// @param mayBeNew   makes the home if there is none; after a failure there still is none.
     /// @param afterwards called after the file was replaced, still under the lock; may be empty.
     /// @throws Failure if there is no home, or if the file is damaged or cannot be written.
     void change(const std::function<void(Json&)>& edit, const Check& check, bool mayBeNew = false,
@@ -34,8 +34,9 @@ public:
 
 private:
     [[nodiscard]] bool hasHome() const;
-    void requireRoomForHome() const;
+    void requireRoom() const;
     void makeHome() const;
+    void removeHome() const;
     [[nodiscard]] Json list() const;
     void replace(const Json& changed, const Check& check) const;
 

@@ -1,11 +1,11 @@
 #include "tools/tessaport/home/HomeText.h"
 
+#include <algorithm>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "tools/tessaport/errors/ExitCode.h"
-#include "tools/tessaport/home/Home.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 
@@ -47,6 +47,18 @@ std::string readHomeFile(const fs::path& file)
     if (!text)
         throw Failure(ExitCode::Failure, "'" + toText(file) + "' cannot be read");
     return withoutByteOrderMark(std::move(*text));
+}
+
+bool holdsOtherFiles(const Home& home)
+{
+    std::error_code error;
+    if (fs::exists(home.folder(), error) && !fs::is_directory(home.folder(), error))
+        return true;
+    const fs::directory_iterator entries(home.folder(), error);
+    return std::any_of(begin(entries), end(entries), [&home](const fs::directory_entry& entry) {
+        const fs::path& path = entry.path();
+        return path != home.lockFile() && path != home.serviceLockFile() && path.extension() != ".new";
+    });
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -86,8 +86,9 @@ void ServiceFile::requireHome() const
 {
     std::error_code error;
     if (!fs::exists(place.drivesFile(), error) && !fs::exists(path(), error))
-        throw Failure(ExitCode::NotInstalled, "there is no home in '" + toText(place.folder()) +
-                                                  "'; make one with 'tessaport demo', or name another with --home");
+        throw Failure(ExitCode::NotInstalled,
+            "there is no home in '" + toText(place.folder()) +
+                "'; make one with 'tessaport drive add' or 'tessaport demo', or name another with --home");
 }
 
 void ServiceFile::write(const Json& changed) const { place.replaceFile(path(), toLine(changed) + '\n'); }
