@@ -47,7 +47,7 @@ case $4 in
     added-field)
         change records api/Item.h 's/^    bool isFolder = false;/    int rating = 0;\n&/'
         expect_same records
-        expect_difference records 'Item' "'int rating', at offset 320 (in bits)" "'bool isFolder' offset changed"
+        expect_difference records 'Item'"' changed" "'int rating', at offset 320 (in bits)" "'bool isFolder' offset changed"
         ;;
     removed-name)
         change records api/Records.h 's,^#pragma once$,&\n#define takeDrive takeAnotherDrive,'
@@ -56,7 +56,7 @@ case $4 in
     boundary)
         change boundary bridge/boundary/TessaportEntryPoints.h 's/^    std::uint64_t handlesTaken;/    std::uint32_t handlesTaken;/'
         expect_same boundary
-        expect_difference boundary 'VelmoraReply' "'uint64_t handlesTaken' changed"
+        expect_difference boundary 'VelmoraReply'"' changed" 'handlesTaken' "type size changed from 64 to 32"
         ;;
     *) fail "there is no test '$4'" ;;
 esac
