@@ -229,7 +229,8 @@ TEST_F(Changes, AddAndRmRefuseAReadOnlyOrOfflineDrive)
         EXPECT_EQ(run({"can-add", file, plans()}).exitCode, 1);
         const ChildResult finished = run({"add", file, plans()});
         EXPECT_EQ(finished.exitCode, 1);
-        EXPECT_THAT(finished.errors, HasSubstr(value ? "its drive is offline\n" : "its drive is read-only\n"));
+        EXPECT_THAT(finished.errors, HasSubstr(value ? "The drive 'Harbour Project' is offline\n"
+                                                     : "The drive 'Harbour Project' is read-only\n"));
         EXPECT_FALSE(fs::exists(toPath(plans() + "/new.txt")));
         EXPECT_EQ(run({"rm", "-y", readme()}).exitCode, 1);
         setDrive(member, !value);

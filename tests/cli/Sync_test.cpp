@@ -188,6 +188,28 @@ TEST_F(Sync, SaysThatADriveIsOfflineOrReadOnly)
     EXPECT_THAT(withDrive("offline", true), HasSubstr("offline"));
 }
 
+TEST_F(Sync, SaysInAdvanceWhatADriveRefusesThatIsOfflineOrReadOnly)
+{
+    writeFile(here("README.txt"), "changed here");
+    writeFile(there("plans/ground floor.txt"), "changed on the server");
+    changeOnBothSides("survey/notes.txt", true);
+    fs::create_directory(here("new"));
+    writeFile(here("new/inside.txt"), "new");
+    for (const char* const refusal : {"--offline", "--read-only"}) {
+        expectOk({"drive", "set", "Harbour Project", refusal, "yes"});
+
+        const ChildResult before = run({"sync", "-n", harbour()});
+        const ChildResult done = run({"sync", harbour()});
+
+        EXPECT_EQ(before.exitCode, 1);
+        EXPECT_EQ(done.exitCode, 1);
+        EXPECT_THAT(linesOf(before.errors), testing::UnorderedElementsAreArray(linesOf(done.errors))) << refusal;
+        EXPECT_THAT(before.output, testing::Not(HasSubstr("would go up")));
+        EXPECT_EQ(before.output.empty(), refusal == std::string("--offline")) << before.output;
+        expectOk({"drive", "set", "Harbour Project", refusal, "no"});
+    }
+}
+
 TEST_F(Sync, SaysInAdvanceWhichWayFilesWouldGo)
 {
     writeFile(here("README.txt"), "changed here");

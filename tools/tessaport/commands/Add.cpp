@@ -54,9 +54,9 @@ std::optional<Item> targetOf(Context& context, const Item& folder, const SourceF
 // The local file itself has been looked at before, so that only its name is left if nothing else is in the way.
 std::string whyRefused(Context& context, const Item& folder, const SourceFile& file)
 {
-    const auto drive = whyDriveRefuses(context, folder.driveId);
-    if (drive && !drive->empty())
-        return *drive;
+    const auto drive = refusalOf(context, folder.driveId);
+    if (drive && drive->refuses())
+        return drive->reason;
     const auto target = targetOf(context, folder, file);
     if (target && target->isFolder)
         return "a folder has this name";

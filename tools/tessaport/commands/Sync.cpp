@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <unordered_map>
 
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
@@ -57,12 +58,13 @@ Items contentsOf(Context& context, const Item& folder)
     return items;
 }
 
+std::string notSynced(const std::string& reason) { return "not synced: " + reason; }
+
 std::string whyNotSynced(const Reasons& reasons, const Item& item)
 {
-    return "not synced: " +
-           reasons.whyNotDone(item,
-               "its drive is offline or read-only, the disk is full, the name is not allowed, or there "
-               "is a folder of this name on the other side");
+    return notSynced(reasons.whyNotDone(item,
+        "its drive is offline or read-only, the disk is full, the name is not allowed, or there "
+        "is a folder of this name on the other side"));
 }
 
 /// Names what the sync application says has failed in a folder; false if it says nothing.
@@ -95,6 +97,10 @@ bool reportOneSidedInside(Context& context, const Item& folder, Outcomes& outcom
 
 void reportFailed(Context& context, const Item& item, Outcomes& outcomes)
 {
+    if (const auto drive = refusalOf(context, item.driveId); drive && drive->isOffline) {
+        outcomes.failed(localText(item), notSynced(drive->reason));
+        return;
+    }
     if (item.isFolder && (reportFailedInside(context, item, outcomes) || reportOneSidedInside(context, item, outcomes)))
         return;
     outcomes.failed(localText(item), whyNotSynced(Reasons(context, {item}), item));
@@ -201,12 +207,14 @@ Items itemsToSync(Context& context, const std::vector<std::string>& paths, Outco
     return items;
 }
 
+constexpr const char* Download = "would come down";
+
 std::string whatWouldBeDone(const Item& item, const std::string& state)
 {
     if (state == "changed-here" || (item.isInWorkspace && !item.isOnServer))
         return "would go up";
     if (state == "changed-on-server" || (item.isOnServer && !item.isInWorkspace))
-        return "would come down";
+        return Download;
     return state == "changed-on-both" ? "changed on both sides" : "";
 }
 
@@ -222,19 +230,35 @@ bool reportLeftOut(Context& context, const Item& item, const std::string& state,
     return true;
 }
 
-void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcomes)
+/// Says what a sync of items on one drive would do.
+void showWhatWouldBeDone(Context& context, const Items& items, const Refusal& drive, Outcomes& outcomes)
 {
     const PropertyTexts states(context, items, {"SyncState"});
     for (const Item& item : items) {
         const std::string state = states.of(item, "SyncState");
+        const std::string what = whatWouldBeDone(item, state);
+        if (drive.isOffline || (drive.refuses() && !what.empty() && what != Download)) {
+            outcomes.failed(localText(item), notSynced(drive.reason));
+            continue;
+        }
         // A folder that is not created on the other side takes everything in it along.
         if (reportLeftOut(context, item, state, outcomes))
             continue;
-        const std::string what = whatWouldBeDone(item, state);
         if (!what.empty())
             outcomes.done(localText(item), what);
         if (item.isFolder)
-            showWhatWouldBeDone(context, contentsOf(context, item), outcomes);
+            showWhatWouldBeDone(context, contentsOf(context, item), drive, outcomes);
+    }
+}
+
+void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcomes)
+{
+    std::unordered_map<Common::QVUUID, Refusal> drives;
+    for (const Item& item : items) {
+        const auto [drive, isNew] = drives.try_emplace(item.driveId);
+        if (isNew)
+            drive->second = refusalOf(context, item.driveId).value_or(Refusal{});
+        showWhatWouldBeDone(context, {item}, drive->second, outcomes);
     }
 }
 

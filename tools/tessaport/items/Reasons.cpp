@@ -59,7 +59,7 @@ std::string PropertyTexts::of(
     return found == texts.end() ? "" : found->second;
 }
 
-std::optional<std::string> whyDriveRefuses(Context& context, const Common::QVUUID& driveId)
+std::optional<Refusal> refusalOf(Context& context, const Common::QVUUID& driveId)
 {
     for (const Drive& drive : context.connection().getDrives()) {
         if (drive.id != driveId)
@@ -67,11 +67,13 @@ std::optional<std::string> whyDriveRefuses(Context& context, const Common::QVUUI
         const PropertyTexts texts(context, {drive.root}, {"Offline", "Writable"});
         const std::string offline = texts.of(drive.root, "Offline");
         const std::string writable = texts.of(drive.root, "Writable");
+        // The sentences that the local service writes.
+        const std::string name = "The drive '" + toUtf8(drive.name) + "' is ";
         if (isTrue(offline))
-            return "its drive is offline";
+            return Refusal{name + "offline", true};
         if (offline.empty() && writable.empty())
             return std::nullopt;
-        return isTrue(writable) ? "" : "its drive is read-only";
+        return Refusal{isTrue(writable) ? "" : name + "read-only", false};
     }
     return std::nullopt;
 }
@@ -85,8 +87,8 @@ std::string Reasons::whyNotDone(const Item& item, const std::string& guess) cons
 {
     if (const std::string error = texts.of(item, ErrorProperty); !error.empty())
         return withoutFullStop(error);
-    const auto drive = whyDriveRefuses(context, item.driveId);
-    return drive && !drive->empty() ? *drive : guess;
+    const auto drive = refusalOf(context, item.driveId);
+    return drive && drive->refuses() ? drive->reason : guess;
 }
 
 bool Reasons::hasFailed(const Item& item) const { return !texts.of(item, ErrorProperty).empty(); }

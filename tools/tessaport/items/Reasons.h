@@ -27,10 +27,18 @@ private:
     std::map<std::string, std::string> texts;
 };
 
-/// Why the sync application takes no changes of a drive now: it is offline or read-only.
+/// Whether a drive takes changes now.
+struct Refusal {
+    std::string reason;     ///< Empty if it does.
+    bool isOffline = false; ///< Nothing comes from the server either.
+
+    [[nodiscard]] bool refuses() const { return !reason.empty(); }
+};
+
+/// Asks whether a drive takes changes now.
 ///
-/// @return empty if the drive takes changes; nothing if the sync application does not say.
-std::optional<std::string> whyDriveRefuses(Context& context, const Common::QVUUID& driveId);
+/// @return nothing if the sync application does not say.
+std::optional<Refusal> refusalOf(Context& context, const Common::QVUUID& driveId);
 
 /// Why the sync application did not do something with items: the reason that it gives itself.
 class Reasons
