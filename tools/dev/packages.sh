@@ -4,16 +4,21 @@ readonly packages_folder=$PWD/build/packages
 readonly chroot_folder=$PWD/build/chroot
 # What the chroot has besides apt: what the README names to build a host, and what shows man pages and completes commands.
 readonly chroot_packages=bash-completion,cmake,g++,make,man-db,pkgconf
+# Made once for each list of packages.
+readonly chroot_archive=$chroot_folder/$chroot_packages.tar
 
 package() {
     require "${build_packages[@]}" "${package_packages[@]}"
     use_source_date
     rm -rf "$packages_folder"
+    # It mostly waits for the network.
+    step "chroot with a compiler" package-chroot make_chroot_archive &
+    local chroot=$!
     make_packages debian
     make_packages archive
     step "lintian" package-lintian check_with_lintian
     require_dotnet_root linux-x64 "${dotnet_versions[8]}" build/dotnet-8
-    step "chroot with a compiler" package-chroot make_chroot_archive
+    wait "$chroot"
     step "packages and archive in the chroot" package-check check_in_chroot
     say "in build/packages"
     find "$packages_folder" -maxdepth 1 -type f -printf '   %f\n' | sort
@@ -36,11 +41,9 @@ check_with_lintian() {
     lintian --allow-root --fail-on error,warning "$packages_folder"/*.deb
 }
 
-# The archive is made once for each list of packages.
 make_chroot_archive() {
     local codename
     codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
-    chroot_archive=$chroot_folder/$codename-$chroot_packages.tar
     [ ! -e "$chroot_archive" ] || return 0
     mkdir -p "$chroot_folder" &&
         debian_sources | as_root mmdebstrap --variant=apt --include="$chroot_packages" --format=tar \
