@@ -210,6 +210,26 @@ TEST_F(Sync, SaysInAdvanceWhatADriveRefusesThatIsOfflineOrReadOnly)
     }
 }
 
+TEST_F(Sync, OfADriveWhoseServerFolderIsAFileFailsAndTheOtherDrivesAreSynced)
+{
+    fs::rename(server("harbour"), home / "kept");
+    writeFile(server("harbour"), "not a folder");
+    writeFile(server("documents") / "new.txt", "new");
+
+    const ChildResult before = run({"sync", "-n"});
+    const ChildResult done = run({"sync"});
+
+    for (const ChildResult& result : {before, done}) {
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(linesOf(result.errors).size(), 1U) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr("cannot be opened"));
+    }
+    EXPECT_THAT(before.output, HasSubstr("would come down  "));
+    EXPECT_THAT(done.output, HasSubstr("downloaded  "));
+    EXPECT_EQ(readFile(server("harbour")), "not a folder");
+    EXPECT_EQ(run({"drives"}).exitCode, 0);
+}
+
 TEST_F(Sync, SaysInAdvanceWhichWayFilesWouldGo)
 {
     writeFile(here("README.txt"), "changed here");

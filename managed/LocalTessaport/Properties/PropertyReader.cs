@@ -59,7 +59,7 @@ internal static class PropertyReader
         var places = views.Select(view => new DrivePlace(view.Drive, view.Path))
             .Concat(views.Where(view => !view.IsRoot).Select(ParentOf))
             .Distinct().ToList();
-        var found = PermanentIds.Of(request, places.ConvertAll(place => ItemView.At(place.Drive, place.Path)));
+        var found = PermanentIds.Of(request, places.ConvertAll(ItemView.ToDescribe));
         for (var i = 0; i < places.Count; ++i)
         {
             if (found[i] is { } id)

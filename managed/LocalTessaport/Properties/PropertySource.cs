@@ -24,7 +24,7 @@ internal sealed class PropertySource
     public bool IsFile => !View.IsFolder;
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;
 
-    public DateTime? Created => Side.CreationTimeOf(View.Path);
+    public DateTime? Created => View.Exists ? Side.CreationTimeOf(View.Path) : null;
 
     /// <summary>How many files are on one side of the drive; null for items in it, or if that cannot be read now.</summary>
     public long? TryCountFiles(SideName side)
@@ -35,7 +35,7 @@ internal sealed class PropertySource
         {
             return DriveScan.Walk(Drive.Side(side)).LongCount(found => !found.Entry.IsFolder);
         }
-        catch (IOException)
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
             return null;
         }

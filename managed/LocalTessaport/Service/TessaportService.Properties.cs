@@ -14,7 +14,7 @@ public partial class TessaportService
         var items = ids
             .Select(id => (Place: request.TryPlaceOf(id), id?.Action))
             .Where(item => item.Place is { } place && (!place.Drive.Offline || place.Path.Length == 0))
-            .Select(item => (View: ItemView.At(drives.At(item.Place!.Value)), item.Action))
+            .Select(item => (View: ItemView.ToDescribe(drives.At(item.Place!.Value)), item.Action))
             .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
         var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();

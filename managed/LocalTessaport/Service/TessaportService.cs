@@ -30,7 +30,7 @@ public partial class TessaportService
         Name = drive.Name,
         DriveType = drive.Type,
         WorkspaceLocation = drive.WorkspaceLocation,
-        Root = ItemView.At(drive, RelativePath.Root).ToItem(),
+        Root = ItemView.OfRoot(drive).ToItem(),
         DriveCapabilites = new DriveCapabilites { Locking = drive.Locking },
     };
 }

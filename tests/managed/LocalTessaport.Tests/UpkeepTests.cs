@@ -41,6 +41,32 @@ public sealed class UpkeepTests : IDisposable
         Assert.Equal("mine", File.ReadAllText(broken.Workspace));
     }
 
+    [Theory]
+    [InlineData(true)]
+    [InlineData(false)]
+    public void ASideThatIsAFileFailsTheRequestsOfItsOwnDriveOnly(bool isWorkspace)
+    {
+        var (broken, sound) = (_home.AddDrive(locking: true), _home.AddDrive());
+        sound.PutInWorkspace("a.txt");
+        var side = isWorkspace ? broken.Workspace : broken.Server;
+        Directory.Delete(side, recursive: true);
+        File.WriteAllText(side, "mine");
+
+        var drives = _home.Service.GetDrives().ToList();
+        var properties = _home.Service.GetPropertyDefinitions(broken.Id).Select(property => property.Id).ToList();
+        var values = _home.Service.GetProperties(drives.ConvertAll(drive => drive.Root.Id), properties).Values;
+        var synced = _home.Service.SyncFiles(drives.ConvertAll(drive => drive.Root.Id));
+
+        Assert.Equal((!isWorkspace, isWorkspace), (drives[0].Root.IsInWorkspace, drives[0].Root.IsOnServer));
+        Assert.True(drives[1].Root is { IsInWorkspace: true, IsOnServer: true });
+        Assert.Contains(side, Single(values, broken, "UpkeepError"));
+        Assert.Equal("1", Single(values, sound, "FilesInWorkspace"));
+        Assert.False(synced.IsSuccess);
+        Assert.True(File.Exists(sound.OnServer("a.txt")));
+        Assert.Contains(side, Assert.ThrowsAny<IOException>(() => _home.Service.GetFolderContents(drives[0].Root.Id).ToList()).Message);
+        Assert.Equal("mine", File.ReadAllText(side));
+    }
+
     [Fact]
     public void ALockFileThatCannotBeUsedIsReported()
     {
@@ -49,6 +75,9 @@ public sealed class UpkeepTests : IDisposable
 
         Assert.Contains(Path.Combine(_home.Root, "lock"), UpkeepErrorOf(drive));
     }
+
+    private static string? Single(IEnumerable<PropertyValue> values, TestDrive drive, string property) =>
+        values.Single(value => value.DriveId == drive.Id && value.PropertyDefinitionId == property).Value.ToString();
 
     private string? UpkeepErrorOf(TestDrive drive) =>
         (string?)_home.Service.GetProperties([drive.Root.Id], ["UpkeepError"]).Values.SingleOrDefault()?.Value;

@@ -163,6 +163,18 @@ void reportListed(Context& context, const Items& items, const CommandResult& res
         outcomes.done(localText(item), whatWasDone(item, items, actions));
 }
 
+/// Calls `look`, which asks about one item; its failure is that item's, and the other items are still looked at.
+template <class Look>
+void orReportWhyNot(const Item& item, Outcomes& outcomes, Look look)
+{
+    try {
+        look();
+    } catch (const ApiException&) {
+        const Explanation explanation = explainCurrentException();
+        outcomes.failed(localText(item), explanation.text, explanation.code);
+    }
+}
+
 // An item that is in no list has failed or has been renamed. Syncing it alone shows which.
 bool reportUnlisted(Context& context, const Items& items, const CommandResult& result, Outcomes& outcomes)
 {
@@ -172,7 +184,7 @@ bool reportUnlisted(Context& context, const Items& items, const CommandResult& r
             continue;
         found = true;
         if (items.size() == 1 || !syncTogether(context, {item}).isSuccess)
-            reportFailed(context, item, outcomes);
+            orReportWhyNot(item, outcomes, [&] { reportFailed(context, item, outcomes); });
         else
             outcomes.done(localText(item), "in sync");
     }
@@ -211,6 +223,9 @@ constexpr const char* Download = "would come down";
 
 std::string whatWouldBeDone(const Item& item, const std::string& state)
 {
+    // A side whose folder is missing or cannot be opened is nothing that a sync would copy.
+    if (item.relativePath.Empty())
+        return "";
     if (state == "changed-here" || (item.isInWorkspace && !item.isOnServer))
         return "would go up";
     if (state == "changed-on-server" || (item.isOnServer && !item.isInWorkspace))
@@ -258,7 +273,7 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
         const auto [drive, isNew] = drives.try_emplace(item.driveId);
         if (isNew)
             drive->second = refusalOf(context, item.driveId).value_or(Refusal{});
-        showWhatWouldBeDone(context, {item}, drive->second, outcomes);
+        orReportWhyNot(item, outcomes, [&] { showWhatWouldBeDone(context, {item}, drive->second, outcomes); });
     }
 }
 
