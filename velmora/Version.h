@@ -6,8 +6,12 @@
 
 /// @name The version of these headers, for the preprocessor
 /// @{
+
+/// Rises with a release to which hosts must be adapted, except that before 1.0 the minor version does so.
 #define VELMORA_VERSION_MAJOR 0
+/// Rises with a release that adds something.
 #define VELMORA_VERSION_MINOR 1
+/// Rises with a release that only fixes bugs.
 #define VELMORA_VERSION_PATCH 0
 
 /// One number to compare: 1.2.3 is 10203.

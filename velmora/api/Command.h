@@ -28,23 +28,33 @@ public:
         std::uint64_t count = 0;      ///< Number of bytes.
     };
 
+    /// Makes a command that names none.
     Command() noexcept;
+
+    /// Copies all fields, the bytes of the icon included, and names the same command.
+    ///
+    /// @throws std::bad_alloc if an allocation fails.
     Command(const Command& other);
+
+    /// Takes over all fields. Afterwards `other` names no command and has no icon.
     Command(Command&& other) noexcept;
     virtual ~Command();
 
     /// Takes over the fields of `other`, and the command that it names.
     ///
     /// @note Kept for compatibility: if `other` names no command, this object goes on naming its own.
+    /// @throws std::bad_alloc if an allocation fails. This object is then unchanged.
     Command& operator=(const Command& other);
+
+    /// Does the same without copying the icon, which `other` gives up.
     Command& operator=(Command&& other) noexcept;
 
-    Common::QVString name; ///< Display text.
-    Common::QVString id;   ///< Command identifier.
-    bool isEnabled = false;
-    bool isChecked = false;
+    Common::QVString name;           ///< Display text.
+    Common::QVString id;             ///< Command identifier.
+    bool isEnabled = false;          ///< Whether it can be executed; a menu shows it in gray otherwise.
+    bool isChecked = false;          ///< Whether a check mark precedes it in a menu.
     bool isBeginningOfGroup = false; ///< Whether a separator precedes it.
-    bool isDefaultCommand = false;
+    bool isDefaultCommand = false;   ///< Whether it is the default among the commands of the item.
     /// The icon.
     ///
     /// @note Kept for compatibility: if it came from the sync application, the number of bytes is right and all of them

@@ -29,12 +29,19 @@ public:
     /// @param length   number of characters.
     ApiException(const wchar_t* message, std::size_t length);
 
+    /// Copies the message.
+    ///
+    /// @note Kept for compatibility: see the class.
     ApiException(const ApiException& other);
+
+    /// Does what the copy constructor does; `other` keeps its message.
     ApiException(ApiException&& other);
     ~ApiException() override;
 
     /// Shares the message of `other`.
     ApiException& operator=(const ApiException& other);
+
+    /// Does what copy assignment does; `other` keeps its message.
     ApiException& operator=(ApiException&& other);
 
     /// Returns the message as UTF-8, valid until this object is destroyed or assigned to. Empty if there is no message,
@@ -49,7 +56,9 @@ public:
 protected:
     /// Copies at most `length` characters of a string, up to its terminator.
     ///
+    /// @param source  a string, or null.
     /// @param target  receives the copy, to be released with std::free, or null if `source` is null.
+    /// @param length  number of characters.
     void copyInfo(const wchar_t*& source, wchar_t*& target, std::size_t length);
 
     /// A string that exceptions share after an assignment; null means no string.
@@ -77,7 +86,9 @@ public:
 
     /// Makes an exception with a message and an error code.
     ///
-    /// @param length  number of characters of the message.
+    /// @param message    as for ApiException.
+    /// @param errorCode  is copied up to its terminator; null means no error code.
+    /// @param length     number of characters of the message.
     /// @note Kept for compatibility: of the error code, too, at most `length` characters are kept.
     ApiExpectedException(const wchar_t* message, const wchar_t* errorCode, std::size_t length);
 
@@ -85,10 +96,14 @@ public:
     ///
     /// @note Kept for compatibility: the message is not copied; that of the copy is empty.
     ApiExpectedException(const ApiExpectedException& other);
+    /// Does what the copy constructor does; `other` keeps its strings.
     ApiExpectedException(ApiExpectedException&& other);
     ~ApiExpectedException() override;
 
+    /// Shares the message and the error code of `other`.
     ApiExpectedException& operator=(const ApiExpectedException& other);
+
+    /// Does what copy assignment does; `other` keeps its strings.
     ApiExpectedException& operator=(ApiExpectedException&& other);
 
     /// Returns the error code. Null if the exception was made from a null error code.
@@ -102,6 +117,10 @@ private:
 class VELMORA_API HttpException : public ApiExpectedException
 {
 public:
+    /// @name Made, copied and assigned as ApiExpectedException is
+    /// @{
+
+    /// See ApiExpectedException.
     HttpException();
     HttpException(const wchar_t* message, const wchar_t* errorCode, std::size_t length);
     HttpException(const HttpException& other);
@@ -109,12 +128,18 @@ public:
     ~HttpException() override;
     HttpException& operator=(const HttpException& other);
     HttpException& operator=(HttpException&& other);
+
+    /// @}
 };
 
 /// The sync application is not installed.
 class VELMORA_API TessaportNotInstalledException : public ApiException
 {
 public:
+    /// @name Made, copied and assigned as ApiException is
+    /// @{
+
+    /// See ApiException.
     TessaportNotInstalledException();
     TessaportNotInstalledException(const wchar_t* message, std::size_t length);
     TessaportNotInstalledException(const TessaportNotInstalledException& other);
@@ -122,12 +147,18 @@ public:
     ~TessaportNotInstalledException() override;
     TessaportNotInstalledException& operator=(const TessaportNotInstalledException& other);
     TessaportNotInstalledException& operator=(TessaportNotInstalledException&& other);
+
+    /// @}
 };
 
 /// The sync application is installed but not running.
 class VELMORA_API TessaportNotRunningException : public ApiException
 {
 public:
+    /// @name Made, copied and assigned as ApiException is
+    /// @{
+
+    /// See ApiException.
     TessaportNotRunningException();
     TessaportNotRunningException(const wchar_t* message, std::size_t length);
     TessaportNotRunningException(const TessaportNotRunningException& other);
@@ -135,12 +166,18 @@ public:
     ~TessaportNotRunningException() override;
     TessaportNotRunningException& operator=(const TessaportNotRunningException& other);
     TessaportNotRunningException& operator=(TessaportNotRunningException&& other);
+
+    /// @}
 };
 
 /// The sync application must be updated before it can serve requests.
 class VELMORA_API TessaportRequiresUpdateException : public ApiException
 {
 public:
+    /// @name Made, copied and assigned as ApiException is
+    /// @{
+
+    /// See ApiException.
     TessaportRequiresUpdateException();
     TessaportRequiresUpdateException(const wchar_t* message, std::size_t length);
     TessaportRequiresUpdateException(const TessaportRequiresUpdateException& other);
@@ -148,12 +185,18 @@ public:
     ~TessaportRequiresUpdateException() override;
     TessaportRequiresUpdateException& operator=(const TessaportRequiresUpdateException& other);
     TessaportRequiresUpdateException& operator=(TessaportRequiresUpdateException&& other);
+
+    /// @}
 };
 
 /// The sync application's programming interface must be updated.
 class VELMORA_API TessaportApiRequiresUpdateException : public ApiException
 {
 public:
+    /// @name Made, copied and assigned as ApiException is
+    /// @{
+
+    /// See ApiException.
     TessaportApiRequiresUpdateException();
     TessaportApiRequiresUpdateException(const wchar_t* message, std::size_t length);
     TessaportApiRequiresUpdateException(const TessaportApiRequiresUpdateException& other);
@@ -161,12 +204,18 @@ public:
     ~TessaportApiRequiresUpdateException() override;
     TessaportApiRequiresUpdateException& operator=(const TessaportApiRequiresUpdateException& other);
     TessaportApiRequiresUpdateException& operator=(TessaportApiRequiresUpdateException&& other);
+
+    /// @}
 };
 
 /// A pending update of the sync application must be installed first.
 class VELMORA_API TessaportForcedUpdateException : public ApiException
 {
 public:
+    /// @name Made, copied and assigned as ApiException is
+    /// @{
+
+    /// See ApiException.
     TessaportForcedUpdateException();
     TessaportForcedUpdateException(const wchar_t* message, std::size_t length);
     TessaportForcedUpdateException(const TessaportForcedUpdateException& other);
@@ -174,6 +223,8 @@ public:
     ~TessaportForcedUpdateException() override;
     TessaportForcedUpdateException& operator=(const TessaportForcedUpdateException& other);
     TessaportForcedUpdateException& operator=(TessaportForcedUpdateException&& other);
+
+    /// @}
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -1,5 +1,7 @@
 /// @file
 /// Between the library's strings and identifiers and those of the standard library.
+///
+/// With `std::hash` specialized for both, they are keys of the standard library's unordered containers.
 #pragma once
 
 #include <algorithm>
@@ -45,16 +47,19 @@ namespace Quorvex::Velmora::TessaportAPI
 [[nodiscard]] inline std::wstring toWide(const Common::QVString& string) { return string.w_str(); }
 
 /// @name Strings from the standard library's
+/// @{
+
+/// Copies a string.
+///
 /// The result ends at the first zero character. A null pointer gives the empty string. In UTF-8, each byte that is not
 /// part of a valid sequence becomes U+FFFD.
 /// @throws std::bad_alloc only.
-/// @{
 [[nodiscard]] inline Common::QVString toQVString(std::string_view utf8) { return std::string(utf8).c_str(); }
 [[nodiscard]] inline Common::QVString toQVString(std::wstring_view wide) { return std::wstring(wide).c_str(); }
 [[nodiscard]] inline Common::QVString toQVString(const char* utf8) { return utf8; }
 [[nodiscard]] inline Common::QVString toQVString(const wchar_t* wide) { return wide; }
 
-/// Keeps the slashes of the path, so that `localPath(toQVString(path)) == path`.
+/// Copies a path. Keeps its slashes, so that `localPath(toQVString(path)) == path`.
 /// @tparam Path  std::filesystem::path, and nothing that converts to it.
 template <class Path, std::enable_if_t<std::is_same_v<Path, std::filesystem::path>, int> = 0>
 [[nodiscard]] Common::QVString toQVString(const Path& path)
@@ -69,8 +74,9 @@ namespace Quorvex::Velmora::Common
 {
 
 /// @name Output
-/// To a narrow stream as UTF-8, to a wide one as it is.
 /// @{
+
+/// Writes to a narrow stream as UTF-8, to a wide one as it is.
 inline std::ostream& operator<<(std::ostream& stream, const QVString& string) { return stream << string.c_str(); }
 inline std::wostream& operator<<(std::wostream& stream, const QVString& string) { return stream << string.w_str(); }
 inline std::ostream& operator<<(std::ostream& stream, const QVUUID& id) { return stream << id.getString(); }
@@ -79,6 +85,7 @@ inline std::wostream& operator<<(std::wostream& stream, const QVUUID& id) { retu
 
 } // namespace Quorvex::Velmora::Common
 
+/// @cond
 template <>
 struct std::hash<Quorvex::Velmora::Common::QVString> {
     [[nodiscard]] std::size_t operator()(const Quorvex::Velmora::Common::QVString& string) const noexcept
@@ -95,3 +102,4 @@ struct std::hash<Quorvex::Velmora::Common::QVUUID> {
         return id.isNil() ? 0 : std::hash<Quorvex::Velmora::Common::QVString>()(id.getString());
     }
 };
+/// @endcond

@@ -19,15 +19,25 @@ class ItemIdImp;
 class VELMORA_API ItemId
 {
 public:
+    /// Makes a handle that names no item.
     ItemId() noexcept;
+
+    /// Makes a handle that names the same item.
+    ///
+    /// @throws std::bad_alloc if an allocation fails.
     ItemId(const ItemId& other);
+
+    /// Takes over the handle of `other`, which then names no item.
     ItemId(ItemId&& other) noexcept;
     virtual ~ItemId();
 
     /// Makes this handle name the item of `other`.
     ///
     /// @note Kept for compatibility: assigning a handle that names no item changes nothing; it does not clear this one.
+    /// @throws std::bad_alloc if an allocation fails. This handle is then unchanged.
     ItemId& operator=(const ItemId& other);
+
+    /// Does the same, and `other` then names no item.
     ItemId& operator=(ItemId&& other) noexcept;
 
 private:

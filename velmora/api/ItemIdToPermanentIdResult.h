@@ -11,7 +11,7 @@ namespace Quorvex::Velmora::TessaportAPI
 struct ItemIdToPermanentIdResult {
     ItemId itemId;                ///< The item asked for.
     Common::QVString permanentId; ///< Empty when the sync application returned none.
-    Result result{};
+    Result result{};              ///< Whether the permanent id was found.
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -11,7 +11,7 @@ namespace Quorvex::Velmora::TessaportAPI
 struct PermanentIdToItemResult {
     Item item;                    ///< Default-constructed when the sync application returned none.
     Common::QVString permanentId; ///< The id asked for.
-    Result result{};
+    Result result{};              ///< Whether the item was found.
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

@@ -14,7 +14,7 @@ enum class PropertyDataType : std::int32_t {};
 class PropertyDefinition
 {
 public:
-    Common::QVString displayName;
+    Common::QVString displayName; ///< Name to show to users, in the language of the sync application.
     /// Copied with the record.
     ///
     /// @note Kept for compatibility: no request fills it.

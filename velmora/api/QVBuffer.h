@@ -26,6 +26,7 @@ class QVBuffer
 public:
     QVBuffer() noexcept = default;
 
+    /// Copies the elements. The capacity of the copy is its size.
     QVBuffer(const QVBuffer& other)
     {
         if (other.size == 0)
@@ -37,6 +38,7 @@ public:
         size = capacity = other.size;
     }
 
+    /// Takes over the elements; `other` is empty afterwards.
     QVBuffer(QVBuffer&& other) noexcept { swap(other); }
 
     /// A destroyed buffer has no elements and no array.
@@ -48,6 +50,7 @@ public:
         clear(capacity);
     }
 
+    /// Replaces the elements by copies of those of `other`.
     QVBuffer& operator=(const QVBuffer& other)
     {
         if (this != &other)
@@ -55,6 +58,7 @@ public:
         return *this;
     }
 
+    /// Replaces the elements by those of `other`, which is empty afterwards.
     QVBuffer& operator=(QVBuffer&& other) noexcept
     {
         if (this != &other)
@@ -108,15 +112,22 @@ public:
     ///
     /// @note Kept for compatibility: null, and no exception, if `index` is not less than the size.
     [[nodiscard]] T* operator[](std::uint32_t index) noexcept { return index < size ? data + index : nullptr; }
+    /// @copydoc operator[](std::uint32_t)
     [[nodiscard]] const T* operator[](std::uint32_t index) const noexcept
     {
         return index < size ? data + index : nullptr;
     }
 
+    /// @name Iteration
+    /// @{
+
+    /// For loops over all elements. Valid until the buffer grows, is assigned to or destroyed.
     [[nodiscard]] T* begin() noexcept { return data; }
     [[nodiscard]] T* end() noexcept { return data + size; }
     [[nodiscard]] const T* begin() const noexcept { return data; }
     [[nodiscard]] const T* end() const noexcept { return data + size; }
+
+    /// @}
 
 private:
     void swap(QVBuffer& other) noexcept

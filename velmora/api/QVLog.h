@@ -14,6 +14,7 @@ namespace Quorvex::Velmora::Common
 class VELMORA_API QVLog
 {
 public:
+    /// Receives each line, and the flag that addMessage() was called with, on the thread that wrote the line.
     using Sink = std::function<void(const QVString& line, bool flag)>;
 
     QVLog(const QVLog&) = delete;
@@ -25,6 +26,7 @@ public:
     /// Passes one line to the sink, on the calling thread. Exceptions from the sink are dropped: a log that fails must
     /// not fail the operation that it reports on.
     ///
+    /// @param line  without a line end.
     /// @param flag  is passed on to the sink; this library always passes false.
     void addMessage(const QVString& line, bool flag);
 

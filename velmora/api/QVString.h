@@ -24,7 +24,10 @@ public:
     /// Copies a zero-terminated wide string character by character; null gives the empty string.
     QVString(const wchar_t* string);
 
+    /// Makes an equal string; see the class.
     QVString(const QVString& other) noexcept;
+
+    /// Takes over the string; `other` is empty afterwards.
     QVString(QVString&& other) noexcept : representation(other.representation) { other.representation = nullptr; }
     ~QVString()
     {
@@ -32,12 +35,18 @@ public:
             release(representation);
     }
 
+    /// Replaces the string, which ends the validity of what c_str() and w_str() have returned.
     QVString& operator=(const QVString& other) noexcept;
+
+    /// Replaces the string by that of `other`, which is empty afterwards.
     QVString& operator=(QVString&& other) noexcept;
+
+    /// Replaces the string by a copy of a zero-terminated wide one; null gives the empty string.
     QVString& operator=(const wchar_t* string);
 
     /// Compares exactly, with regard to case.
     [[nodiscard]] bool operator==(const QVString& other) const noexcept;
+    /// Returns whether operator== does not hold.
     [[nodiscard]] bool operator!=(const QVString& other) const noexcept { return !(*this == other); }
 
     /// Orders strings by the codes of their characters.

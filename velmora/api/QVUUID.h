@@ -25,9 +25,11 @@ public:
     /// its text form is empty, and a request with it fails with ApiException.
     QVUUID(const char* text) noexcept;
 
+    /// Makes an equal identifier, not a new one.
     QVUUID(const QVUUID& other) noexcept = default;
     ~QVUUID() = default;
 
+    /// Makes this identifier equal to `other`.
     void operator=(const QVUUID& other) noexcept
     {
         bytes = other.bytes;
@@ -46,6 +48,7 @@ public:
 
     /// Compares the bits: an invalid identifier equals the all-zero one.
     [[nodiscard]] bool operator==(const QVUUID& other) const noexcept { return bytes == other.bytes; }
+    /// Returns whether operator== does not hold.
     [[nodiscard]] bool operator!=(const QVUUID& other) const noexcept { return !(*this == other); }
 
 private:

@@ -10,14 +10,14 @@ namespace Quorvex::Velmora::TessaportAPI
 class StringPropertyValue
 {
 public:
-    Common::QVUUID driveId;
+    Common::QVUUID driveId; ///< The drive that holds the item.
     /// Copied with the record.
     ///
     /// @note Kept for compatibility: no request fills it.
     Common::QVString auxiliaryText;
-    Common::QVString value; ///< The value as text, whatever its data type.
-    Common::QVString propertyDefinitionId;
-    Common::QVString relativePath; ///< The item's path relative to the drive's root.
+    Common::QVString value;                ///< The value as text, whatever its data type.
+    Common::QVString propertyDefinitionId; ///< PropertyDefinition::id of the property.
+    Common::QVString relativePath;         ///< The item's path relative to the drive's root.
 };
 
 } // namespace Quorvex::Velmora::TessaportAPI

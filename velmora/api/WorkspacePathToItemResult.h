@@ -9,8 +9,8 @@ namespace Quorvex::Velmora::TessaportAPI
 
 /// The result for one path in a lookup of items by their workspace paths.
 struct WorkspacePathToItemResult {
-    Item item; ///< Default-constructed when the sync application returned none.
-    Result result{};
+    Item item;                      ///< Default-constructed when the sync application returned none.
+    Result result{};                ///< Whether the item was found.
     Common::QVString workspacePath; ///< The path asked for.
 };
 

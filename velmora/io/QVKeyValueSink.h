@@ -23,11 +23,17 @@ public:
     /// Announces a sequence of puts. The implementations of this library do nothing.
     virtual void prepare() = 0;
 
+    /// @name Values
+    /// @{
+
+    /// Puts a value under a key. The class says how each type is stored.
     virtual void putUInt32(const std::wstring& key, std::uint32_t value) = 0;
     virtual void putDouble(const std::wstring& key, double value) = 0;
     virtual void putString(const std::wstring& key, const std::wstring& value) = 0;
     virtual void putBool(const std::wstring& key, bool value) = 0;
     virtual void putUInt64(const std::wstring& key, std::uint64_t value) = 0;
+
+    /// @}
 
     /// Ends what prepare() has announced. The implementations of this library do nothing.
     virtual void finish() = 0;

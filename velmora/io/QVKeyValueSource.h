@@ -19,11 +19,21 @@ public:
     /// @return false in every implementation of this library.
     [[nodiscard]] virtual bool queryFlag() const = 0;
 
+    /// @name Values
+    /// @{
+
+    /// Gets the value under a key.
+    ///
+    /// @param key  levels are separated by a ".".
+    /// @param out  unchanged unless the value exists and converts to its type.
+    /// @return whether it does.
     virtual bool getUInt32(const std::wstring& key, std::uint32_t& out) const = 0;
     virtual bool getDouble(const std::wstring& key, double& out) const = 0;
     virtual bool getString(const std::wstring& key, std::wstring& out) const = 0;
     virtual bool getBool(const std::wstring& key, bool& out) const = 0;
     virtual bool getUInt64(const std::wstring& key, std::uint64_t& out) const = 0;
+
+    /// @}
 };
 
 } // namespace Quorvex::Velmora::IO

@@ -25,7 +25,10 @@ class QVSerialSink
 public:
     virtual ~QVSerialSink() = default;
 
+    /// Writes an integer: 4 bytes.
     virtual void writeUInt32(std::uint32_t value) = 0;
+
+    /// Writes a floating-point number: 8 bytes. Every bit is kept, those of a NaN included.
     virtual void writeDouble(double value) = 0;
 
     /// Writes a string. Unpaired surrogates are written unchanged.
@@ -33,6 +36,7 @@ public:
     /// @throws std::length_error if the string has more than 2^32-1 UTF-16 code units. Nothing is written then.
     virtual void writeString(const std::wstring& value) = 0;
 
+    /// Writes a bool: 4 bytes, as an integer 0 or 1.
     virtual void writeBool(bool value) = 0;
 
     /// Writes bytes without their count.

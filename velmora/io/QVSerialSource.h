@@ -15,7 +15,10 @@ class QVSerialSource
 public:
     virtual ~QVSerialSource() = default;
 
+    /// Reads an integer: 4 bytes.
     virtual void readUInt32(std::uint32_t& out) = 0;
+
+    /// Reads a floating-point number: 8 bytes.
     virtual void readDouble(double& out) = 0;
 
     /// Reads a string.

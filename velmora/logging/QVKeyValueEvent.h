@@ -23,9 +23,17 @@ namespace Quorvex::Velmora::Logging
 class QVKeyValueEvent : public QVLoggableEvent, public IO::QVKeyValueSink, public IO::QVKeyValueSource
 {
 public:
+    /// Makes an event without values.
+    ///
+    /// @param name  the name of its record in a log.
     explicit QVKeyValueEvent(const std::wstring& name);
     ~QVKeyValueEvent() override;
+
+    /// Copies the name, the values and the time of construction.
     QVKeyValueEvent(const QVKeyValueEvent& other);
+
+    /// Takes the name, the values and the time of construction of `other`. If an allocation fails, the values stay as
+    /// they are.
     QVKeyValueEvent& operator=(const QVKeyValueEvent& other);
 
     [[nodiscard]] std::wstring name() const override;
@@ -36,8 +44,7 @@ public:
     /// Puts the top-level values as strings, in the order of keys().
     ///
     /// @note Kept for compatibility: neither the time nor the thread id is put, and nested values are not. The
-    /// top-level
-    ///     key of a nested value is put with its own text, which is empty unless it has been put as well.
+    ///     top-level key of a nested value is put with its own text, which is empty unless it has been put as well.
     void writeTo(IO::QVKeyValueSink& sink) const override;
 
     void prepare() override;

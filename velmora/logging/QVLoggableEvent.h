@@ -35,6 +35,8 @@ protected:
 
     /// Copies the event with its time of construction.
     QVLoggableEvent(const QVLoggableEvent& other);
+
+    /// Takes the time of construction of `other`.
     QVLoggableEvent& operator=(const QVLoggableEvent& other);
 
 private:

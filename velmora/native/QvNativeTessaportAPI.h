@@ -101,7 +101,8 @@ public:
 
     /// Returns a folder inside another one, and creates it if it does not exist. Adds it to the item cache.
     ///
-    /// @param name  may name several levels, separated by either slash; missing levels are created.
+    /// @param parent  the folder in which to look.
+    /// @param name    may name several levels, separated by either slash; missing levels are created.
     Item getOrCreateFolder(const Item& parent, const QVString& name);
 
     /// Returns whether a local file is in a workspace.
@@ -116,7 +117,8 @@ public:
     ///
     /// With the local service a file replaces the one of the same name in the folder as its new version.
     ///
-    /// @param paths  absolute local paths; either slash is accepted.
+    /// @param folder  the folder that receives them.
+    /// @param paths   absolute local paths; either slash is accepted.
     /// @return see CommandResult.
     CommandResult addFiles(const Item& folder, const QVBuffer<QVString>& paths);
 
@@ -133,6 +135,7 @@ public:
 
     /// Looks items up by their paths relative to the root of a drive.
     ///
+    /// @param driveId        Drive::id of the drive.
     /// @param relativePaths  either slash is accepted.
     /// @return the items in the sync application's order. The local service skips paths at which there is no item, so
     ///         match the results by Item::relativePath and not by their position.
@@ -257,6 +260,7 @@ public:
     /// It asks the sync application about a small file in the temporary folder, and removes that file again.
     ///
     /// @note Kept for compatibility: without a folder for temporary files it fails, with the reason in the log.
+    /// @param hwnd          as for all one-shot operations.
     /// @param driveType     only "Quorvex.DataSourceType.Drive" is supported.
     /// @param outLocalPath  the folder's workspace path with back-slashes; may have been written on failure.
     /// @param outItem       the folder; may have been written on failure.
@@ -273,7 +277,9 @@ public:
     /// Writes a line to the diagnostic log when the sync application knows no item at the path.
     ///
     /// @note Kept for compatibility: unlike other one-shot operations it throws.
+    /// @param hwnd           as for all one-shot operations.
     /// @param workspacePath  absolute, or relative to the current directory; either slash is accepted.
+    /// @param outItem        the item.
     /// @throws std::filesystem::filesystem_error when the current directory does not exist any more, and std::bad_alloc
     ///         when memory runs out before the sync application is asked.
     static bool getItemByWorkspacePath(HWND hwnd, const QVString& workspacePath, Item& outItem);
@@ -289,8 +295,11 @@ public:
 
     /// Looks up the permanent id of an item.
     ///
-    /// @param outResult  the outcome for this item, on failure too. Unchanged when the request failed with an exception
-    ///                   or brought no result at all.
+    /// @param hwnd            as for all one-shot operations.
+    /// @param item            an item that this library returned.
+    /// @param outPermanentId  the id.
+    /// @param outResult       the outcome for this item, on failure too. Unchanged when the request failed with an
+    ///                        exception or brought no result at all.
     static bool getPermanentIdByItem(HWND hwnd, const Item& item, QVString& outPermanentId, Result& outResult);
 
     /// Looks up the permanent id of the item at a local path, which is found as by getItemByWorkspacePath().
@@ -302,6 +311,7 @@ public:
     ///
     /// @note Kept for compatibility: the folder that holds it is asked for without `useParentFolderKey`, by a property
     ///       that drives with projects do not have.
+    /// @param hwnd                as for all one-shot operations.
     /// @param workspacePath       the item is found with either slash, as by getItemByWorkspacePath().
     /// @param useParentFolderKey  read the property that names the folder as the parent of its items.
     /// @return project id and URN as UTF-8. Drives without projects have no project id, and there may be a project id
@@ -317,6 +327,7 @@ public:
 
     /// Returns the cloud identifiers of the file at a local path.
     ///
+    /// @param hwnd           as for all one-shot operations.
     /// @param workspacePath  as for getFolderUrn(), with the same note.
     /// @return project id and URN as UTF-8; either or both may be empty, as for getFolderUrn().
     static std::tuple<std::string, std::string> getFileUrn(HWND hwnd, const std::wstring& workspacePath);

@@ -21,12 +21,19 @@ namespace Quorvex::Velmora::TessaportAPI
 class VELMORA_API RequestDropped : public std::runtime_error
 {
 public:
+    /// @name Made by the queue, copied as every exception
+    /// @{
+
+    /// Sets the message, which is always the same.
     RequestDropped();
     RequestDropped(const RequestDropped& other) noexcept;
     RequestDropped& operator=(const RequestDropped& other) noexcept;
     ~RequestDropped() override;
+
+    /// @}
 };
 
+/// @cond
 struct RequestConnection;
 
 /// A request that waits or runs, with its answer and its Done. For RequestQueue only.
@@ -45,6 +52,7 @@ public:
     /// Does nothing when called again.
     virtual void callDone() {}
 };
+/// @endcond
 
 /// Makes requests one after the other on another thread, so that any thread may ask for them and a window never waits.
 ///
@@ -143,6 +151,7 @@ private:
     std::shared_ptr<RequestConnection> connection;
 };
 
+/// @cond
 template <class Request>
 class RequestQueue::AnsweredEntry : public RequestEntry
 {
@@ -207,5 +216,6 @@ public:
 private:
     std::optional<Done> done;
 };
+/// @endcond
 
 } // namespace Quorvex::Velmora::TessaportAPI

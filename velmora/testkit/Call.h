@@ -17,16 +17,16 @@ struct Call {
     std::string request; ///< The member of ScriptedService that scripts it, for example "getFolderContents".
     int connection = 0;  ///< The number of its connection, from 1 in the order in which they were opened.
 
-    std::wstring item;               ///< The folder, the parent or the item in focus.
-    std::vector<std::wstring> items; ///< The items, or the other selected ones.
-    std::vector<std::wstring> paths; ///< Local, workspace or relative paths.
-    std::vector<std::wstring> permanentIds;
-    std::vector<std::wstring> propertyIds;
-    std::wstring name;      ///< The name of a folder to create.
-    std::wstring commandId; ///< The command to execute.
-    Common::QVUUID driveId = "";
-    int processId = 0;
-    HWND window = nullptr; ///< The window of a connection or of a command context.
+    std::wstring item;                      ///< The folder, the parent or the item in focus.
+    std::vector<std::wstring> items;        ///< The items, or the other selected ones.
+    std::vector<std::wstring> paths;        ///< Local, workspace or relative paths.
+    std::vector<std::wstring> permanentIds; ///< The permanent ids that were looked up.
+    std::vector<std::wstring> propertyIds;  ///< The properties whose values were asked for.
+    std::wstring name;                      ///< The name of a folder to create.
+    std::wstring commandId;                 ///< The command to execute.
+    Common::QVUUID driveId = "";            ///< The drive; invalid if the request has none.
+    int processId = 0;                      ///< The process that closed a file.
+    HWND window = nullptr;                  ///< The window of a connection or of a command context.
 };
 
 } // namespace Quorvex::Velmora::TestKit

@@ -50,6 +50,9 @@ public:
     void reset();
 
 protected:
+    /// For ScriptedService only.
+    ///
+    /// @param member  the name that the sync application gives the request; a literal.
     explicit RequestScript(const char* member) noexcept : member(member) {}
     ~RequestScript() = default;
 
@@ -76,6 +79,7 @@ public:
     void answerNext(const Answer& answer, unsigned times = 1);
 
 protected:
+    /// See RequestScript().
     explicit AnsweringScript(const char* member) noexcept : RequestScript(member) {}
     ~AnsweringScript() = default;
 
@@ -92,6 +96,7 @@ public:
     void failAfter(const std::vector<Record>& records, const Failure& failure);
 
 protected:
+    /// See RequestScript().
     explicit ListScript(const char* member) noexcept : AnsweringScript<std::vector<Record>>(member) {}
     ~ListScript() = default;
 
@@ -106,6 +111,7 @@ public:
     /// Sets what the request returns for one folder from now on. Other folders keep what answer() or fail() set.
     ///
     /// @param folder  is recognised by its workspace path.
+    /// @param items   may be empty.
     void answerFor(const TessaportAPI::Item& folder, const std::vector<TessaportAPI::Item>& items);
 
     /// Lets the request fail for one folder from now on.

@@ -46,8 +46,7 @@ public:
     ///                 this kit. It is found from the place of the library VelmoraTessaport. Counts for the first
     ///                 object of the process.
     /// @throws std::logic_error if a connection was opened before the first object was made, which has started .NET
-    /// with
-    ///         another sync application.
+    ///         with another sync application.
     /// @throws std::runtime_error if the scripted service is not installed.
     /// @throws TessaportAPI::ApiException if .NET cannot be started.
     explicit ScriptedService(const TessaportAPI::RuntimeOptions& options = {});
@@ -63,28 +62,74 @@ public:
     /// Named after the members of QvNativeTessaportAPI that make them. One-shot operations and some members make
     /// several.
     /// @{
-    RequestScript connect{"TessaportService"}; ///< Opening a connection.
+
+    /// Opening a connection: by the constructors of QvNativeTessaportAPI, by one-shot operations, and by the first
+    /// request of a queue. Call::window is the window.
+    RequestScript connect{"TessaportService"};
+
+    /// Scripts QvNativeTessaportAPI::discover(). It has no answer, and succeeds without a script.
     RequestScript discover{"Discover"};
+
+    /// Scripts QvNativeTessaportAPI::getVersion(): "3.1.4" without a script.
     AnsweringScript<Common::QVString> getVersion{"GetVersion"};
+
+    /// Scripts QvNativeTessaportAPI::getDrives(): one drive without a script. Some one-shot operations make this
+    /// request too.
     ListScript<TessaportAPI::Drive> getDrives{"GetDrives"};
+
+    /// Scripts QvNativeTessaportAPI::getFolderContents(), for all folders or one. Call::item is the folder.
     FolderScript getFolderContents{"GetFolderContents"};
+
+    /// Scripts QvNativeTessaportAPI::getChildFolders(), for all folders or one. Call::item is the folder.
     FolderScript getChildFolders{"GetChildFolders"};
+
+    /// Scripts QvNativeTessaportAPI::getOrCreateFolder(). Call::item is the parent, Call::name the folder in it.
     AnsweringScript<TessaportAPI::Item> getOrCreateFolder{"GetOrCreateFolder"};
+
+    /// Scripts QvNativeTessaportAPI::isFileInWorkspace(): false without a script. Call::paths has the path.
     AnsweringScript<bool> isFileInWorkspace{"AreFilesInWorkspace"};
+
+    /// Scripts QvNativeTessaportAPI::canAddFiles(): true without a script. Call::item is the folder.
     AnsweringScript<bool> canAddFiles{"CanAddFiles"};
+
+    /// Scripts QvNativeTessaportAPI::addFiles(). Call::item is the folder, and Call::paths has the local files.
     AnsweringScript<TessaportAPI::CommandResult> addFiles{"AddFiles"};
+
+    /// Scripts QvNativeTessaportAPI::syncFiles() and its one-shot operation syncItem(). Call::items are the items.
     AnsweringScript<TessaportAPI::CommandResult> syncFiles{"SyncFiles"};
+
+    /// Scripts QvNativeTessaportAPI::deleteFilesOrFolders(). Call::items are the items.
     AnsweringScript<TessaportAPI::CommandResult> deleteFilesOrFolders{"DeleteItems"};
+
+    /// Scripts QvNativeTessaportAPI::getItemsByRelativePaths(). Call::driveId is the drive.
     ListScript<TessaportAPI::Item> getItemsByRelativePaths{"GetItemsByRelativePaths"};
+
+    /// Scripts QvNativeTessaportAPI::getItemsByWorkspacePaths(). One-shot operations look up paths by this request too,
+    /// unless the item cache has the item.
     ListScript<TessaportAPI::WorkspacePathToItemResult> getItemsByWorkspacePaths{"GetItemsByWorkspacePaths"};
+
+    /// Scripts QvNativeTessaportAPI::fileClosedWithinRunningProcess(). It has no answer. Call::processId is the
+    /// process.
     RequestScript fileClosedWithinRunningProcess{"FileClosedWithinRunningProcess"};
+
+    /// Scripts QvNativeTessaportAPI::getPropertyDefinitions(). Call::driveId is the drive.
     ListScript<TessaportAPI::PropertyDefinition> getPropertyDefinitions{"GetPropertyDefinitions"};
+
+    /// Scripts QvNativeTessaportAPI::getStringPropertyValues(). Call::propertyIds are the properties.
     ListScript<TessaportAPI::StringPropertyValue> getStringPropertyValues{"GetProperties"};
-    /// A menu. Commands are recognised by their id.
+
+    /// Scripts QvNativeTessaportAPI::getCommands(): a menu, whose commands are recognised by their id.
     ListScript<TessaportAPI::Command> getCommands{"GetCommands"};
+
+    /// Scripts QvNativeTessaportAPI::executeCommand(). Call::commandId is the command.
     AnsweringScript<TessaportAPI::CommandResult> executeCommand{"ExecuteCommand"};
+
+    /// Scripts QvNativeTessaportAPI::getPermanentIds(). Call::items are the items.
     ListScript<ScriptedPermanentId> getPermanentIds{"GetPermanentIds"};
+
+    /// Scripts QvNativeTessaportAPI::getItemsByPermanentIds(). Call::permanentIds has the ids.
     ListScript<TessaportAPI::PermanentIdToItemResult> getItemsByPermanentIds{"GetItemsByPermanentIds"};
+
     /// @}
 
     /// Returns the requests that were made since the last time, in order.
