@@ -5,12 +5,17 @@ internal static class Accidents
 {
     private const string SavedContent = "saved by the user";
 
+    /// <summary>Does without features that some kernels and file systems lack.</summary>
+    public static void LackIfAsked()
+    {
+        if (Environment.GetEnvironmentVariable("VELMORA_WORKER_LACKS") is { } missing)
+            UnixPath.Missing = Enum.Parse<UnixFeatures>(missing);
+    }
+
     public static void HappenIfAsked()
     {
         var savesAt = Environment.GetEnvironmentVariable("VELMORA_WORKER_SAVES_AT");
         var diesAt = Environment.GetEnvironmentVariable("VELMORA_WORKER_DIES_AT");
-        if (Environment.GetEnvironmentVariable("VELMORA_WORKER_LACKS") is { } missing)
-            UnixPath.Missing = Enum.Parse<UnixFeatures>(missing);
         if (diesAt is null)
             return;
         Step.Hook = (step, path) =>

@@ -11,6 +11,10 @@ internal static unsafe class FailingCallCommand
     private const int MostCalls = 400;
     private const int EveryCall = -1;
     private const string Flush = "fsync";
+    private const string FlushAll = "syncfs";
+
+    // The service flushes the file system instead of each file from so many files on.
+    private const int FilesInGroup = 32;
 
     private static readonly delegate* unmanaged<byte*, byte*, nint, int, nint> FailCall =
         (delegate* unmanaged<byte*, byte*, nint, int, nint>)NativeLibrary.GetExport(NativeLibrary.GetMainProgramHandle(), "failCall");
@@ -24,6 +28,8 @@ internal static unsafe class FailingCallCommand
         for (var number = 1; number <= MostCalls; ++number)
         {
             var expected = Prepare(service, workspace, server, number);
+            if (call == FlushAll)
+                expected.AddRange(PrepareGroup(workspace, number));
             Arm(call, Path.GetDirectoryName(workspace)!, number, error);
             var result = Sync(service);
             if (Arm("", "", 0, 0) > 0)
@@ -88,6 +94,13 @@ internal static unsafe class FailingCallCommand
             $"changed here {round}", $"changed there, {round}", $"on this side {round}", $"on the other side {round}",
             $"new here {round}", $"new there {round}", $"moved {round}", $"folder/inner {round}",
         ];
+    }
+
+    private static List<string> PrepareGroup(string workspace, int round)
+    {
+        var contents = Enumerable.Range(0, FilesInGroup).Select(number => $"{number} of group {round}").ToList();
+        contents.ForEach(content => Write(workspace, "group/" + content, content));
+        return contents;
     }
 
     private static void Write(string side, string name, string content)

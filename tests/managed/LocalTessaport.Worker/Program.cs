@@ -9,6 +9,7 @@ if (args[0] == "lock")
 if (args[0] == "fail")
     return FailCommand.Run(int.Parse(args[1]));
 // fail-call lets calls of the system fail.
+Accidents.LackIfAsked();
 if (args[0] == "fail-call")
     return FailingCallCommand.Run(args[1], int.Parse(args[2]), args[3], args[4]);
 // list and find print what went wrong.

@@ -27,7 +27,12 @@ public sealed class FailingCallTests : IDisposable
     [InlineData("renameat2", InputOutputError)]
     [InlineData("renameat2", NoSpace)]
     [InlineData("unlinkat", InputOutputError)]
-    public void NoVersionIsLostAndTheNextSyncSucceeds(string call, int error)
+    [InlineData("syncfs", InputOutputError)]
+    [InlineData("linkat", InputOutputError, "RenamingWithoutReplacing")]
+    [InlineData("linkat", NoSpace, "RenamingWithoutReplacing, Exchanging")]
+    [InlineData("unlinkat", InputOutputError, "RenamingWithoutReplacing")]
+    [InlineData("statx", InputOutputError, "RenamingWithoutReplacing, HardLinks")]
+    public void NoVersionIsLostAndTheNextSyncSucceeds(string call, int error, string lacking = "None")
     {
         var drive = _home.AddDrive();
         var start = new ProcessStartInfo(Worker.Executable, ["fail-call", call, $"{error}", drive.Workspace, drive.Server])
@@ -35,6 +40,7 @@ public sealed class FailingCallTests : IDisposable
             RedirectStandardOutput = true,
         };
         start.Environment["TESSAPORT_HOME"] = _home.Root;
+        start.Environment["VELMORA_WORKER_LACKS"] = lacking;
         start.Environment["LD_PRELOAD"] = Environment.GetEnvironmentVariable(Library)
             ?? throw new InvalidOperationException($"{Library} must name the library that lets calls fail.");
         using var worker = Process.Start(start)!;
