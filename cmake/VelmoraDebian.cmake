@@ -138,6 +138,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTOR
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
+configure_file("${PROJECT_SOURCE_DIR}/cmake/debian/doc-base.in" "${velmora_debian_files}/doc-base" @ONLY)
+install(FILES "${velmora_debian_files}/doc-base" RENAME velmora-tessaport-doc
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc-base" COMPONENT Documentation)
+
 # Under the name that Debian gives it.
 execute_process(COMMAND "${VELMORA_GZIP}" -9nc "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
     OUTPUT_FILE "${velmora_debian_files}/changelog.gz" COMMAND_ERROR_IS_FATAL ANY)

@@ -1,6 +1,6 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model abi)
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model abi site)
 fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20

@@ -6,11 +6,14 @@ readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohman
 readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.
 readonly test_packages=(abigail-tools fish pkgconf zsh "${window_packages[@]}")
+# What makes the site of the documents.
+readonly site_packages=(doxygen doxygen-awesome-css)
+readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-selenium)
 # The compiler cache, because the packages and the archive are built of the same objects.
-readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap)
+readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap "${site_packages[@]}")
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(abigail-tools clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
-readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest)
+readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest "${site_packages[@]}")
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)
 
 require() { # <package>...

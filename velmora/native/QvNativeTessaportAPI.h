@@ -1,3 +1,5 @@
+/// @file
+/// The class that hosts use, with everything that its signatures name.
 #pragma once
 
 #include <memory>

@@ -1,3 +1,5 @@
+/// @file
+/// Requests on a thread of their own.
 #pragma once
 
 #include <cstddef>
@@ -141,10 +143,12 @@ public:
     [[nodiscard]] std::size_t waiting() const;
 
 private:
+    /// @cond
     template <class Request>
     class AnsweredEntry;
     template <class Request, class Done>
     class DoneEntry;
+    /// @endcond
 
     void add(std::unique_ptr<RequestEntry> entry);
 
