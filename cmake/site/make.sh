@@ -23,8 +23,22 @@ table() { # <public header>...
     sed -n 's,^/\*! @example ,,p' cmake/site/examples.dox | awk '{ print "examples/" $0, $0 }'
 }
 
+# Doxygen names the page of a folder by a hash of its absolute path. The site is the same wherever it is made.
+name_folders() {
+    local file name
+    for file in "$site"/html/dir_*.html; do
+        name=$(sed -n 's,.*<title>[^:]*: \(.*\) Directory Reference</title>.*,\1,p' "$file")
+        printf 's/%s/dir_%s/g\n' "$(basename "$file" .html)" "${name//\//_}"
+        mv "$file" "$site/html/dir_${name//\//_}.html"
+        # Only a folder with documented files has an index.
+        [ ! -e "${file%.html}.js" ] || mv "${file%.html}.js" "$site/html/dir_${name//\//_}.js"
+    done >"$site/folders.sed"
+    grep -rlZ 'dir_[0-9a-f]\{32\}' "$site/html" | xargs -0 --no-run-if-empty sed -i -f "$site/folders.sed"
+}
+
 rm -rf "$site/html" "$site/pages"
 mkdir -p "$site/pages/docs"
+cp cmake/site/examples.dox "$site/pages/"
 table "$@" >"$site/table"
 status=0
 for file in $(page_files); do
@@ -35,3 +49,4 @@ done
 "$doxygen" -l "$site/layout.xml"
 sed -i 's/type="namespaces" visible="yes"/type="namespaces" visible="no"/' "$site/layout.xml"
 "$doxygen" "$site/Doxyfile"
+name_folders
