@@ -7,15 +7,26 @@ readonly chroot_packages=bash-completion,cmake,g++,make,man-db,pkgconf
 # Made once for each list of packages.
 readonly chroot_archive=$chroot_folder/$chroot_packages.tar
 
-package() {
+package() { # [--unchecked]
     require "${build_packages[@]}" "${package_packages[@]}"
     use_source_date
     rm -rf "$packages_folder"
+    case ${1:-} in
+        '') ;;
+        --unchecked)
+            make_packages debian
+            make_packages archive
+            list_contents
+            return
+            ;;
+        *) fail "there is no option '$1'; ./dev help lists them" 2 ;;
+    esac
     # It mostly waits for the network.
     step "chroot with a compiler" package-chroot make_chroot_archive &
     local chroot=$!
     make_packages debian
     make_packages archive
+    list_contents
     step "lintian" package-lintian check_with_lintian
     require_dotnet_root linux-x64 "${dotnet_versions[8]}" build/dotnet-8
     wait "$chroot"
@@ -24,9 +35,9 @@ package() {
     find "$packages_folder" -maxdepth 1 -type f -printf '   %f\n' | sort
 }
 
-# Packages carry the time of the last commit, not that of their build.
+# Packages carry the time of the last commit, not that of their build. A tree without its history is told it.
 use_source_date() {
-    SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+    SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
     export SOURCE_DATE_EPOCH
 }
 
@@ -35,6 +46,11 @@ make_packages() { # <preset>
     build "$1"
     step "pack $1" "package-$1" cpack --config "build/$1/CPackConfig.cmake" -B "$packages_folder"
     rm -rf "$packages_folder/_CPack_Packages"
+}
+
+list_contents() {
+    step "SPDX documents" package-spdx tools/dev/spdx.py . "$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' \
+        build/archive/CMakeCache.txt)" "$packages_folder"/*.deb "$packages_folder"/*.tar.gz
 }
 
 check_with_lintian() {

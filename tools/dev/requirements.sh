@@ -5,12 +5,12 @@ readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohman
 # A font for windows, which every desktop has and a container may lack.
 readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.
-readonly test_packages=(abigail-tools fish pkgconf zsh "${window_packages[@]}")
+readonly test_packages=(abigail-tools fish pkgconf python3 zsh "${window_packages[@]}")
 # What makes the site of the documents.
 readonly site_packages=(doxygen doxygen-awesome-css)
 readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-selenium)
 # The compiler cache, because the packages and the archive are built of the same objects.
-readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap "${site_packages[@]}")
+readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 "${site_packages[@]}")
 readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(abigail-tools clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest "${site_packages[@]}")
