@@ -15,6 +15,8 @@ internal static class PropertyCatalog
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
         new("SyncState", "Sync state", PropertyTypes.String, SyncStates.Of),
         new("SyncError", "Reason of the last failure", PropertyTypes.String, s => s.Failure ?? SyncStates.WhyLeftOut(s)),
+        new("ConflictOf", "Other version of", PropertyTypes.String, s => Conflicts.OtherOf(s.Drive, s.Synced)),
+        new("ConflictFrom", "Version from", PropertyTypes.String, Conflicts.SideOf),
         new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action),
         new("ContentHash", "SHA-256", PropertyTypes.String, s => s.IsFile ? s.TryHash() : null),
     ];
@@ -41,9 +43,12 @@ internal static class PropertyCatalog
         new("LockedBy", "Locked by", PropertyTypes.String, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
     ];
 
+    // Not among the definitions, because reading it means looking at everything in a folder.
+    private static readonly Property Pending = new("Pending", "What is not in sync", PropertyTypes.String, PendingItems.Describe);
+
     private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];
 
-    private static readonly Dictionary<string, Property> ById = All.ToDictionary(property => property.Id);
+    private static readonly Dictionary<string, Property> ById = All.Append(Pending).ToDictionary(property => property.Id);
 
     public static IEnumerable<Property> Of(LocalDrive drive) => All.Where(property => property.AppliesTo(drive));
 

@@ -47,6 +47,7 @@ internal static class PropertyReader
             Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
             ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
             LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
+            Index = index,
             Synced = index.Synced.ByPath(view.Path),
             Failure = index.Failures.At(view.Path),
             Action = action,

@@ -11,6 +11,9 @@ internal sealed class PropertySource
     /// <summary>What was last synced at the item's path, if anything was.</summary>
     public required SyncedRecord? Synced { get; init; }
 
+    /// <summary>What the service remembers of the drive.</summary>
+    public required DriveIndex Index { get; init; }
+
     /// <summary>The reason of the item's last failure; null if its last request succeeded.</summary>
     public required string? Failure { get; init; }
 

@@ -20,7 +20,7 @@ internal static class SyncStates
             return null;
         if (!NameRules.CanBeAdded(RelativePath.NameOf(source.View.Path)))
             return LeftOut;
-        var state = Compare(source);
+        var state = Compare(source.View, source.Synced);
         if (state == InSync)
             return source.LockedBy is null ? InSync : Locked;
         return source.Failure is null ? state : Failed;
@@ -31,23 +31,26 @@ internal static class SyncStates
     /// both sides may still be found equal.
     /// </summary>
     public static string? WhyLeftOut(PropertySource source) =>
-        Of(source) == LeftOut && Compare(source) is not (InSync or ChangedOnBoth)
+        Of(source) == LeftOut && Compare(source.View, source.Synced) is not (InSync or ChangedOnBoth)
             ? NameRules.ReasonAgainst(RelativePath.NameOf(source.View.Path))
             : null;
 
-    private static string Compare(PropertySource source) => source.View switch
+    /// <summary>Whether both sides are as last synced, whatever the name is.</summary>
+    public static bool IsEqual(ItemView view, SyncedRecord? synced) => Compare(view, synced) == InSync;
+
+    private static string Compare(ItemView view, SyncedRecord? synced) => view switch
     {
         { Server: null } => OnlyHere,
         { Workspace: null } => OnlyOnServer,
         { SidesDiffer: true } => ChangedOnBoth,
         { IsFolder: true } => InSync,
-        { Workspace: { } local, Server: { } remote } => Compare(source, local, remote),
+        { Workspace: { } local, Server: { } remote } => Compare(view, synced, local, remote),
     };
 
-    private static string Compare(PropertySource source, FileEntry local, FileEntry remote)
+    private static string Compare(ItemView view, SyncedRecord? synced, FileEntry local, FileEntry remote)
     {
-        var isLocalSynced = IsSynced(source, local, SideName.Workspace);
-        var isRemoteSynced = IsSynced(source, remote, SideName.Server);
+        var isLocalSynced = IsSynced(view, synced, local, SideName.Workspace);
+        var isRemoteSynced = IsSynced(view, synced, remote, SideName.Server);
         return (isLocalSynced, isRemoteSynced) switch
         {
             (true, true) => InSync,
@@ -57,20 +60,20 @@ internal static class SyncStates
         };
     }
 
-    private static bool IsSynced(PropertySource source, FileEntry entry, SideName side)
+    private static bool IsSynced(ItemView view, SyncedRecord? synced, FileEntry entry, SideName side)
     {
-        var state = VersionCheck.Compare(entry, source.Synced, side);
-        return state == VersionState.Synced || (state == VersionState.Unsure && HoldsSynced(source, side));
+        var state = VersionCheck.Compare(entry, synced, side);
+        return state == VersionState.Synced || (state == VersionState.Unsure && HoldsSynced(view, synced!, side));
     }
 
-    private static bool HoldsSynced(PropertySource source, SideName side)
+    private static bool HoldsSynced(ItemView view, SyncedRecord synced, SideName side)
     {
         try
         {
-            var file = source.Drive.Side(side).At(source.View.Path);
-            return source.Synced!.Hash.IsKnown
-                ? ContentHash.Parse(FileContent.Hash(file)) == source.Synced.Hash
-                : FileContent.AreEqual(file, source.Drive.Side(side.Opposite()).At(source.View.Path));
+            var file = view.Drive.Side(side).At(view.Path);
+            return synced.Hash.IsKnown
+                ? ContentHash.Parse(FileContent.Hash(file)) == synced.Hash
+                : FileContent.AreEqual(file, view.Drive.Side(side.Opposite()).At(view.Path));
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {

@@ -41,7 +41,9 @@ internal sealed class DriveEdit : IDisposable
     /// <summary>Notes that both sides of an item are equal now.</summary>
     public void RecordSynced(SyncedRecord record, ItemView view)
     {
-        Index.Synced.Put(record);
+        Index.Synced.Put(Index.Synced.ByPath(record.Path) is { } earlier
+            ? record with { Conflict = record.Conflict ?? earlier.Conflict }
+            : ConflictCopy.Recognise(record, view));
         if (IsNamed(view) && Tracker.RecordOf(view) is { } item)
             Index.Items.Put(item.SeenIn(view) with { Content = KnownContentOf(view) ?? item.Content });
     }

@@ -31,6 +31,12 @@ internal static class IndexLines
         WriteStamp(json, "remoteStamp", record.RemoteStamp);
         if (record.Hash.IsKnown)
             json.WriteString("hash", record.Hash.ToString());
+        if (record.Conflict is { } conflict)
+        {
+            json.WriteString("conflictWith", conflict.Name);
+            if (conflict.From is { } from)
+                json.WriteBoolean("conflictIsLocal", from == SideName.Workspace);
+        }
     }
 
     public static void WriteFailure(Utf8JsonWriter json, (string Path, string Reason) failure)
@@ -68,6 +74,7 @@ internal static class IndexLines
         LocalStamp = fields.LocalStamp,
         RemoteStamp = fields.RemoteStamp,
         Hash = fields.Hash,
+        Conflict = fields.ConflictWith is { } name ? new ConflictMark(name, fields.ConflictFrom) : null,
     };
 
     private static void WritePlace(Utf8JsonWriter json, string path, bool isFolder, FileIdentity local, FileIdentity remote)
@@ -122,6 +129,10 @@ internal static class IndexLines
                     Size = reader.Read() ? reader.GetInt64() : 0;
                 else if (reader.ValueTextEquals("lockedBy"))
                     LockedBy = RequireString(ref reader);
+                else if (reader.ValueTextEquals("conflictWith"))
+                    ConflictWith = RequireString(ref reader);
+                else if (reader.ValueTextEquals("conflictIsLocal"))
+                    ConflictFrom = reader.Read() && reader.GetBoolean() ? SideName.Workspace : SideName.Server;
                 else if (reader.ValueTextEquals("reason"))
                     Reason = RequireString(ref reader);
                 else
@@ -140,6 +151,8 @@ internal static class IndexLines
         public long Size { get; }
         public string? LockedBy { get; }
         public string? Reason { get; }
+        public string? ConflictWith { get; }
+        public SideName? ConflictFrom { get; }
 
         public string RequirePath() => Path ?? throw new FormatException("a record has no path");
 

@@ -13,7 +13,7 @@ internal static class Inventory
         foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
         {
             if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && AreEqual(view, local, remote))
-                index.Synced.Put(RecordOf(drive, path, local, remote));
+                index.Synced.Put(ConflictCopy.Recognise(RecordOf(drive, path, local, remote), view));
         }
         return index;
     }

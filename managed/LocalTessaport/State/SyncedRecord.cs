@@ -12,6 +12,9 @@ internal sealed record SyncedRecord(string Path, bool IsFolder) : ITrackedRecord
     /// <summary>The content on both sides, if it was read.</summary>
     public ContentHash Hash { get; init; }
 
+    /// <summary>Set on a copy that was kept in a conflict, until the conflict is settled.</summary>
+    public ConflictMark? Conflict { get; init; }
+
     public FileIdentity IdentityOn(SideName side) => side == SideName.Workspace ? Local : Remote;
 
     public VersionStamp StampOn(SideName side) => side == SideName.Workspace ? LocalStamp : RemoteStamp;

@@ -91,7 +91,7 @@ internal sealed class VersionSync
         var (local, remote) = (node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);
         var newer = local.Modified >= remote.Modified ? SideName.Workspace : SideName.Server;
         var older = newer.Opposite();
-        var copy = ConflictCopy.Keep(_edit, path, _edit.Drive.Side(older), node[older]!.Value.Modified);
+        var copy = ConflictCopy.Keep(_edit, path, older, node[older]!.Value.Modified);
         _progress.Worked();
         _report.Created(_edit.At(copy));
         _transfers.Add(node, newer);

@@ -85,7 +85,7 @@ public sealed class PropertyTests : IDisposable
         Assert.Equal(false, byId["IsFolder"]);
         Assert.Equal(false, byId["IsLocked"]);
         Assert.Equal(
-            ["SyncError", "SyncAction", "Offline", "Writable", "FilesInWorkspace", "FilesOnServer", "UpkeepError", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+            ["SyncError", "ConflictOf", "ConflictFrom", "SyncAction", "Offline", "Writable", "FilesInWorkspace", "FilesOnServer", "UpkeepError", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
     }
 
     [Theory]

@@ -66,6 +66,20 @@ public sealed class PermissionTests : IDisposable
         Assert.Contains("folder/a.txt", _drive.FilesOnServer());
     }
 
+    [UnixFact]
+    public void AFolderThatMayNotBeReadIsListedAsPending()
+    {
+        _drive.PutOnServer("folder/a.txt");
+        _drive.PutOnServer("b.txt");
+        _home.Service.SyncFiles([_drive.Root.Id]);
+        Protect(_drive.InWorkspace("folder"), UnixFileMode.None);
+
+        Assert.Equal(0, Run(out var list, "pending"));
+
+        Assert.Contains("\"path\":\"folder\"", list);
+        Assert.Contains("Permission denied", list);
+    }
+
     private static void Protect(string path, UnixFileMode mode) => UnixCalls.SetMode(path, mode);
 
     private int Run(out string output, params string[] arguments)

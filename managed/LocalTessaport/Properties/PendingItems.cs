@@ -1,0 +1,112 @@
+using System.Buffers;
+using System.Text;
+using System.Text.Encodings.Web;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>
+/// Lists what is not in sync at an item and in it. One look at both sides is much faster than a request for each folder.
+/// </summary>
+internal sealed class PendingItems
+{
+    private static readonly JsonWriterOptions Format = new() { Encoder = JavaScriptEncoder.UnsafeRelaxedJsonEscaping };
+
+    private readonly PropertySource _top;
+    private readonly Dictionary<string, string> _locks;
+    private readonly ArrayBufferWriter<byte> _text = new();
+    private readonly Utf8JsonWriter _json;
+
+    private PendingItems(PropertySource top)
+    {
+        _top = top;
+        _locks = LocksOf(top);
+        _json = new Utf8JsonWriter(_text, Format);
+    }
+
+    /// <summary>
+    /// A JSON array with one object for each item that is not in sync, is locked or was kept in a conflict, folders before their
+    /// contents. What cannot be synced because of the folder it is in is not listed.
+    /// </summary>
+    public static string Describe(PropertySource top) => new PendingItems(top).Describe();
+
+    private string Describe()
+    {
+        _json.WriteStartArray();
+        var pending = new Stack<SnapshotNode>();
+        pending.Push(DriveSnapshot.Take(_top.Drive, _top.View.Path).Top);
+        while (pending.TryPop(out var node))
+        {
+            if (!List(node))
+                continue;
+            var children = node.Children();
+            for (var i = children.Count - 1; i >= 0; --i)
+                pending.Push(children[i]);
+        }
+        _json.WriteEndArray();
+        _json.Flush();
+        return Encoding.UTF8.GetString(_text.WrittenSpan);
+    }
+
+    /// <summary>Lists one item if it is pending; false if a sync does not look at what is in it.</summary>
+    private bool List(SnapshotNode node)
+    {
+        var source = SourceFor(node);
+        var state = SyncStates.Of(source);
+        var error = node.Unreadable ?? source.Failure ?? SyncStates.WhyLeftOut(source);
+        var other = Conflicts.OtherOf(source.Drive, source.Synced);
+        var isInSync = state is null or SyncStates.InSync || (state == SyncStates.LeftOut && SyncStates.IsEqual(source.View, source.Synced));
+        if (!isInSync || error is not null || other is not null)
+            Write(source, state ?? SyncStates.InSync, error, other);
+        return !source.View.SidesDiffer && (isInSync || state != SyncStates.LeftOut);
+    }
+
+    private PropertySource SourceFor(SnapshotNode node)
+    {
+        var path = node.Path;
+        return new PropertySource
+        {
+            View = new ItemView(_top.Drive, path, node[SideName.Workspace], node[SideName.Server]),
+            Id = null,
+            ParentId = null,
+            LockedBy = _locks.GetValueOrDefault(path),
+            Index = _top.Index,
+            Synced = _top.Index.Synced.ByPath(path),
+            Failure = _top.Index.Failures.At(path),
+            Action = null,
+            UpkeepFailure = null,
+        };
+    }
+
+    private void Write(PropertySource source, string state, string? error, string? other)
+    {
+        _json.WriteStartObject();
+        _json.WriteString("path", source.View.Path);
+        _json.WriteBoolean("folder", source.View.IsFolder);
+        _json.WriteString("state", state);
+        if (error is not null)
+            _json.WriteString("error", error);
+        if (source.LockedBy is { } user)
+            _json.WriteString("lockedBy", user);
+        if (other is not null)
+            _json.WriteString("conflictOf", other);
+        if (Conflicts.SideOf(source) is { } side)
+            _json.WriteString("conflictFrom", side);
+        _json.WriteEndObject();
+    }
+
+    // Few files are locked, and finding the record of an item means looking at it again.
+    private static Dictionary<string, string> LocksOf(PropertySource top)
+    {
+        var locks = new Dictionary<string, string>(RelativePath.Comparer);
+        if (!top.Drive.Locking)
+            return locks;
+        var tracker = new ItemTracker(top.Drive, top.Index.Items);
+        foreach (var record in top.Index.Items.Records)
+        {
+            if (record.LockedBy is { } user && tracker.PathOf(record) is { } path)
+                locks[path] = user;
+        }
+        return locks;
+    }
+}
