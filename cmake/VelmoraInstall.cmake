@@ -81,6 +81,9 @@ if(VELMORA_INSTALL)
     if(VELMORA_BUILD_MANUAL)
         include(VelmoraManual)
     endif()
+    # Whatever the umask of the user who packs.
+    set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
     set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/SetTimes.cmake")
     if(VELMORA_DEBIAN)
         include(VelmoraDebian)

@@ -68,6 +68,10 @@ check_manual() {
     expect_output 'Also list what is in the folders' man --pager=cat tessaport-ls
 }
 
+check_documents() {
+    expect_output 'getFolderContents' cat /usr/share/doc/velmora-tessaport-doc/html/hosting.html
+}
+
 # Completes as a key press does: bash loads the script because of the name of the command.
 check_completion() {
     # shellcheck disable=SC2016 # The inner shell expands it.
@@ -103,6 +107,7 @@ check_tool
 printf 'from the packages to a listed drive: %s ms\n' "$(milliseconds_since "$begin")"
 check_hosts
 check_manual
+check_documents
 check_completion
 purge_packages
 check_archive
