@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "tests/support/ChildProcess.h"
@@ -27,17 +28,28 @@ std::vector<fs::path> filesIn(const fs::path& folder)
     return files;
 }
 
+double processorSecondsOfChildren()
+{
+    rusage used{};
+    ::getrusage(RUSAGE_CHILDREN, &used);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
 Run runTimed(TestSupport::ChildProgram program)
 {
     program.timeLimit = std::chrono::hours(1);
     // What was written before must not be flushed on the account of this run.
     ::sync();
+    const double usedBefore = processorSecondsOfChildren();
     const auto begin = std::chrono::steady_clock::now();
     const auto result = TestSupport::run(program);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     if (!result.exitedWith(0))
         throw std::runtime_error(program.program.string() + " failed: " + result.description());
-    return {took.count(), static_cast<double>(result.peakMemory) / 1e6};
+    return {took.count(), processorSecondsOfChildren() - usedBefore, static_cast<double>(result.peakMemory) / 1e6};
 }
 
 } // namespace
@@ -76,11 +88,7 @@ void SyncHome::renameFiles() const
 
 Run SyncHome::sync() const
 {
-    TestSupport::ChildProgram program;
-    program.program = TESSAPORT_TOOL;
-    program.arguments = {"sync"};
-    program.environment = {{"TESSAPORT_HOME", folder.path().string()}};
-    const Run run = runTimed(program);
+    const Run run = tool("sync");
     for (const fs::path& file : filesIn(workspace)) {
         const fs::path copy = server / fs::relative(file, workspace);
         if (!fs::exists(copy) || fs::file_size(copy) != fs::file_size(file))
@@ -94,6 +102,36 @@ Run SyncHome::rsync() const
     TestSupport::ChildProgram program;
     program.program = "/usr/bin/rsync";
     program.arguments = {"-a", workspace.string() + "/", peer.string() + "/"};
+    return runTimed(program);
+}
+
+Run SyncHome::status() const { return tool("status"); }
+
+void SyncHome::commit() const
+{
+    static_cast<void>(git({"init", "--quiet"}));
+    static_cast<void>(git({"add", "--all"}));
+    static_cast<void>(
+        git({"-c", "user.name=bench", "-c", "user.email=bench@localhost", "commit", "--quiet", "-m", "all"}));
+}
+
+Run SyncHome::gitStatus() const { return git({"status", "--short"}); }
+
+Run SyncHome::tool(const char* command) const
+{
+    TestSupport::ChildProgram program;
+    program.program = TESSAPORT_TOOL;
+    program.arguments = {command};
+    program.environment = {{"TESSAPORT_HOME", folder.path().string()}};
+    return runTimed(program);
+}
+
+Run SyncHome::git(const std::vector<std::string>& arguments) const
+{
+    TestSupport::ChildProgram program;
+    program.program = "/usr/bin/git";
+    program.arguments = arguments;
+    program.environment = {{"GIT_DIR", (folder.path() / "git").string()}, {"GIT_WORK_TREE", workspace.string()}};
     return runTimed(program);
 }
 

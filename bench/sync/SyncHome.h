@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "tests/support/TemporaryFolder.h"
 
@@ -11,6 +13,7 @@ namespace Quorvex::Velmora::Bench
 
 struct Run {
     double seconds;
+    double processorSeconds;
     double peakMegabytes;
 };
 
@@ -33,7 +36,22 @@ public:
     /// @throws std::runtime_error if that fails.
     [[nodiscard]] Run rsync() const;
 
+    /// Asks in a process of its own what is not in sync.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run status() const;
+
+    /// Puts the workspace under version control, with the repository outside of it.
+    /// @throws std::runtime_error if that fails.
+    void commit() const;
+
+    /// Asks the version control what has changed in the workspace.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run gitStatus() const;
+
 private:
+    [[nodiscard]] Run tool(const char* command) const;
+    [[nodiscard]] Run git(const std::vector<std::string>& arguments) const;
+
     TestSupport::TemporaryFolder folder;
     std::filesystem::path workspace;
     std::filesystem::path server;

@@ -1,4 +1,5 @@
-// Syncs of many small files beside rsync, in one run. "--files=N" takes another number of files than 100,000.
+// Syncs of many small files beside rsync, and the status beside git's, in one run. "--files=N" takes another number of
+// files than 100,000.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -55,6 +56,9 @@ bool measureTree(int files)
     const Run first = show("first sync", home.sync());
     const Run copiedAgain = show("rsync -a, nothing changed", best([&] { return home.rsync(); }));
     const Run again = show("sync, nothing changed", best([&] { return home.sync(); }));
+    home.commit();
+    const Run committed = show("git status, nothing changed", best([&] { return home.gitStatus(); }));
+    const Run status = show("status, nothing changed", best([&] { return home.status(); }));
 
     std::printf("\nRatios of this run, %d files:\n", files);
     const double peak = std::max(first.peakMegabytes, again.peakMegabytes);
@@ -62,6 +66,8 @@ bool measureTree(int files)
         report({"first sync / rsync -a", first.seconds / copied.seconds, Side::AtMost, 2}),
         report({"nothing changed, seconds", again.seconds, Side::AtMost, 2}),
         report({"nothing changed / rsync -a", again.seconds / copiedAgain.seconds, Side::AtMost, 4}),
+        report({"status / git status, processor time", status.processorSeconds / committed.processorSeconds,
+            Side::AtMost, 2}),
         report({"peak memory, MB", peak, Side::AtMost, 200}),
     };
     return std::all_of(std::begin(met), std::end(met), [](bool one) { return one; });

@@ -11,7 +11,7 @@ readonly site_packages=(doxygen doxygen-awesome-css)
 readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-selenium)
 # The compiler cache, because the packages and the archive are built of the same objects.
 readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 "${site_packages[@]}")
-readonly bench_packages=(libbenchmark-dev libisal-dev rsync)
+readonly bench_packages=(git libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(abigail-tools clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest "${site_packages[@]}")
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)

@@ -16,6 +16,7 @@ void addAllCommands(const CommandLine& line)
     addDrivesCommand(looking);
     addListCommand(looking);
     addTreeCommand(looking);
+    addStatusCommand(looking);
     addStatCommand(looking);
     addWhereCommand(looking);
     addPropertyCommand(looking);

@@ -205,20 +205,6 @@ void syncBatch(Context& context, const Items& items, Outcomes& outcomes)
     }
 }
 
-Items itemsToSync(Context& context, const std::vector<std::string>& paths, Outcomes& outcomes)
-{
-    Items items;
-    if (paths.empty()) {
-        for (const Drive& drive : context.connection().getDrives())
-            items.push_back(drive.root);
-        return items;
-    }
-    const auto report = [&outcomes](const Lookup& missing) { outcomes.notFound(missing); };
-    for (const Lookup& lookup : findItemsOr(context, paths, report))
-        items.push_back(*lookup.item);
-    return items;
-}
-
 constexpr const char* Download = "would come down";
 
 std::string whatWouldBeDone(const Item& item, const std::string& state)
@@ -280,7 +266,8 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
 ExitCode syncMany(Context& context, const SyncOptions& options)
 {
     Outcomes outcomes(context);
-    const Items items = itemsToSync(context, options.paths, outcomes);
+    const Items items =
+        itemsOrDrives(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
     if (options.dryRun) {
         showWhatWouldBeDone(context, items, outcomes);
         return outcomes.finish();

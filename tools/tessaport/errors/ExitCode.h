@@ -16,6 +16,7 @@ enum class ExitCode : int {
     NotRunning = 5,
     UpdateNeeded = 6,
     Conflict = 7,
+    Pending = 8,
 };
 
 /// Adds an outcome to the code that the run ends with: different failures together are a plain failure.

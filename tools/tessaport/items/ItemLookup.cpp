@@ -126,6 +126,20 @@ std::vector<Lookup> findItemsOr(
     return found;
 }
 
+std::vector<Item> itemsOrDrives(
+    Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing)
+{
+    std::vector<Item> items;
+    if (paths.empty()) {
+        for (const Drive& drive : context.connection().getDrives())
+            items.push_back(drive.root);
+        return items;
+    }
+    for (const Lookup& lookup : findItemsOr(context, paths, reportMissing))
+        items.push_back(*lookup.item);
+    return items;
+}
+
 Item findItem(Context& context, const std::string& path)
 {
     const Lookup lookup = findItems(context, {path}).front();

@@ -27,6 +27,11 @@ std::vector<Lookup> findItems(Context& context, const std::vector<std::string>& 
 std::vector<Lookup> findItemsOr(
     Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
 
+/// The items at paths, or the roots of all drives if there are no paths. Calls `reportMissing` for each path without an
+/// item.
+std::vector<TessaportAPI::Item> itemsOrDrives(
+    Context& context, const std::vector<std::string>& paths, const std::function<void(const Lookup&)>& reportMissing);
+
 /// Finds the item at a path. @throws Failure with NotFound if no item is there.
 TessaportAPI::Item findItem(Context& context, const std::string& path);
 

@@ -29,7 +29,7 @@ std::string withoutFullStop(std::string text)
 } // namespace
 
 PropertyTexts::PropertyTexts(
-    Context& context, const std::vector<Item>& items, const std::vector<std::string>& propertyIds)
+    Context& context, const std::vector<Item>& items, const std::vector<std::string>& propertyIds, Refusal refusal)
 {
     if (items.empty())
         return;
@@ -43,7 +43,9 @@ PropertyTexts::PropertyTexts(
         for (const StringPropertyValue& value : context.connection().getStringPropertyValues(ids, names))
             texts[keyOf(value.driveId, value.relativePath, toUtf8(value.propertyDefinitionId))] = toUtf8(value.value);
     } catch (const ApiException&) {
-        // A sync application may refuse properties that it does not define; what is asked here is never the main thing.
+        // A sync application may refuse properties that it does not define.
+        if (refusal == Refusal::Thrown)
+            throw;
     }
 }
 

@@ -14,8 +14,11 @@ namespace Quorvex::Velmora::Tool
 class PropertyTexts
 {
 public:
-    PropertyTexts(
-        Context& context, const std::vector<TessaportAPI::Item>& items, const std::vector<std::string>& propertyIds);
+    enum class Refusal { Ignored, Thrown };
+
+    /// @param refusal  whether a request for properties that the sync application refuses is an exception.
+    PropertyTexts(Context& context, const std::vector<TessaportAPI::Item>& items,
+        const std::vector<std::string>& propertyIds, Refusal refusal = Refusal::Ignored);
 
     /// The value of one property; empty if the item has none.
     [[nodiscard]] std::string of(const TessaportAPI::Item& item, const std::string& propertyId) const;

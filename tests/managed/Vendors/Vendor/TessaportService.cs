@@ -34,7 +34,7 @@ public class TessaportService
 #endif
 
     public IEnumerable<Item> GetFolderContents(ItemId folder) =>
-        Enumerable.Range(0, ItemsInAFolder).Select(i => NewItem($"file {i}.txt", false));
+        Enumerable.Range(0, ItemsInAFolder).Select(i => NewItem($"file {i}.txt", false, isOnServer: i > 0));
 
     public CommandResult AddFiles(ItemId folder, List<string> paths) => Done();
     public Item GetOrCreateFolder(ItemId parent, string name) => NewItem(name, true);
@@ -93,13 +93,13 @@ public class TessaportService
         Root = NewItem("", true),
     };
 
-    private static Item NewItem(string name, bool isFolder) => new()
+    private static Item NewItem(string name, bool isFolder, bool isOnServer = true) => new()
     {
         DriveId = DriveId,
         Id = new ItemId(),
         IsFolder = isFolder,
         IsInWorkspace = true,
-        IsOnServer = true,
+        IsOnServer = isOnServer,
         LastModifiedDate = DateTime.UnixEpoch.AddSeconds(1.9),
         Name = name,
         RelativePath = name,

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/tessaport/app/Context.h"
+#include "tools/tessaport/output/Json.h"
+
+namespace Quorvex::Velmora::Tool
+{
+
+/// Why an item is listed as not in sync. Scripts see the words and letters.
+struct PendingKind {
+    const char* word;
+    char letter;
+    const char* text;
+};
+
+/// An item that is not in sync, is locked or was kept in a conflict.
+struct PendingItem {
+    Common::QVUUID drive;
+    std::string relativePath;  ///< As the sync application writes it.
+    std::string workspacePath; ///< As the sync application writes it.
+    bool isFolder = false;
+    std::string state;        ///< The property SyncState; "offline" for everything on an offline drive.
+    std::string error;        ///< Why the last request failed, if it did.
+    std::string lockedBy;     ///< Who locked it, if it is locked.
+    std::string conflictOf;   ///< For a copy that was kept in a conflict, the relative path of the other version.
+    std::string conflictFrom; ///< The side from which the copy is, "here" or "server"; empty if that is not known.
+
+    [[nodiscard]] const PendingKind& kind() const;
+
+    /// False for a locked item, which needs nothing to be done.
+    [[nodiscard]] bool isPending() const;
+};
+
+/// Lists what is not in sync at an item and in it, folders before their contents.
+///
+/// @throws ApiException if the sync application cannot be asked.
+std::vector<PendingItem> pendingIn(Context& context, const TessaportAPI::Item& top);
+
+} // namespace Quorvex::Velmora::Tool
