@@ -14,6 +14,12 @@ internal static class CommandActions
 
     public static CommandResult Unlock(CommandTarget target) => ChangeLocks(target, FileLocks.Unlock);
 
+    public static CommandResult UseVersions(CommandTarget target) => Settle(target, ConflictSettlement.Use);
+
+    public static CommandResult DiscardVersions(CommandTarget target) => Settle(target, ConflictSettlement.Discard);
+
+    public static CommandResult KeepBothVersions(CommandTarget target) => Settle(target, ConflictSettlement.KeepBoth);
+
     /// <summary>The links go to a file of the home, since a service has no clipboard of its own.</summary>
     public static CommandResult CopyLinks(CommandTarget target)
     {
@@ -29,6 +35,9 @@ internal static class CommandActions
     }
 
     private static DrivePlace? PlaceOf(ItemView view) => new(view.Drive, view.Path);
+
+    private static CommandResult Settle(CommandTarget target, Action<DriveEdit, ChangeReport, string> settle) =>
+        Batch.Run(target.Request, target.Views, PlaceOf, (scope, report, view) => settle(scope.Edit(view.Drive), report, view.Path));
 
     private static CommandResult ChangeLocks(CommandTarget target, Action<DriveEdit, ItemView> change) =>
         Batch.Run(target.Request, target.Views, PlaceOf, (scope, report, view) =>

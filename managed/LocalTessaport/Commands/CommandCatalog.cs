@@ -27,12 +27,30 @@ internal static class CommandCatalog
             IsOffered = CanBeLocked,
             IsEnabled = target => target.Views.All(FileLocks.CanLock) && target.AreAnyLocked(),
         },
+        new("use-this-version", "Use this version", CommandActions.UseVersions)
+        {
+            IsOffered = target => target.AreConflictCopies(),
+            IsEnabled = CanBeChanged,
+            BeginsGroup = true,
+        },
+        new("discard-this-version", "Discard this version", CommandActions.DiscardVersions)
+        {
+            IsOffered = target => target.AreConflictCopies(),
+            IsEnabled = CanBeChanged,
+        },
+        new("keep-both-versions", "Keep both versions", CommandActions.KeepBothVersions)
+        {
+            IsOffered = target => target.AreConflictCopies(),
+            IsEnabled = target => target.Views.All(view => !view.Drive.Offline),
+        },
     ];
 
     public static IEnumerable<ItemCommand> For(CommandTarget target) =>
         target.Views.Count == 0 ? [] : All.Where(command => command.IsOffered(target));
 
     public static ItemCommand? Find(string? id) => All.FirstOrDefault(command => command.Id == id);
+
+    private static bool CanBeChanged(CommandTarget target) => target.Views.All(view => view.Drive.AcceptsChanges);
 
     private static bool CanBeLocked(CommandTarget target) => target.Views.All(view => view.Drive.Locking && !view.IsFolder);
 }

@@ -29,6 +29,10 @@ internal sealed class CommandTarget
 
     public bool AreAnyLocked() => LocksOf().Any(isLocked => isLocked);
 
+    /// <summary>Whether each of them is a version that was kept in a conflict.</summary>
+    public bool AreConflictCopies() => Views.All(view =>
+        Conflicts.OtherOf(view.Drive, IndexStore.Load(Request.Home, view.Drive.Id).Synced.ByPath(view.Path)) is not null);
+
     private IEnumerable<bool> LocksOf()
     {
         var trackers = new TrackerSet(Request);

@@ -16,13 +16,20 @@ internal sealed class ItemDeletion
             _report.Deleted(view);
             return;
         }
+        Delete(edit, view);
+    }
+
+    /// <summary>Deletes an item if it still is what was seen.</summary>
+    /// <exception cref="ChangedException">It is not. What is there now stays.</exception>
+    public void Delete(DriveEdit edit, ItemView view)
+    {
         RequireDeletable(edit, view);
         // The server first, so that a kill leaves the user's own copy.
-        MoveAside(edit.Drive.Server, view.Server, path);
-        MoveAside(edit.Drive.Workspace, view.Workspace, path);
-        edit.Index.Remove(path);
+        MoveAside(edit.Drive.Server, view.Server, view.Path);
+        MoveAside(edit.Drive.Workspace, view.Workspace, view.Path);
+        edit.Index.Remove(view.Path);
         edit.Tracker.Reset();
-        _deleted.Add(new DrivePlace(edit.Drive, path));
+        _deleted.Add(new DrivePlace(edit.Drive, view.Path));
         _report.Deleted(view);
     }
 

@@ -3,6 +3,8 @@ namespace Quorvex.Tessaport.API.Model;
 /// <summary>Requests other than a sync of the drive.</summary>
 internal sealed class ServiceActions
 {
+    private static readonly string[] Settlements = ["use-this-version", "discard-this-version", "keep-both-versions"];
+
     private readonly World _world;
     private readonly Ledger _ledger;
     private readonly UserActions _user;
@@ -16,12 +18,13 @@ internal sealed class ServiceActions
         _random = random;
     }
 
-    public string? Act() => _random.Next(5) switch
+    public string? Act() => _random.Next(6) switch
     {
         0 => Add(),
         1 => Delete(),
         2 => Close(),
         3 => SyncOne(),
+        4 => Settle(),
         _ => AskForIds(),
     };
 
@@ -34,17 +37,19 @@ internal sealed class ServiceActions
             return null;
         var source = Path.Combine(_world.Sources, Path.GetFileName(name));
         File.WriteAllText(source, _user.NewContent(out var version));
+        // The version that is replaced may be elsewhere on the other side, if the item was moved.
+        var everything = _ledger.OwedAmong(_world.Versions());
         var before = _ledger.OwedAmong(_world.Sides.SelectMany(side => side.Files().Where(file => file.Key == name).Select(file => file.Value)));
         var result = _world.Service.AddFiles(folder.Id, [source]);
         File.Delete(source);
         if (result.IsSuccess)
             _ledger.Write(version);
-        var missing = before.Except(_world.Versions()).ToList();
+        var missing = everything.Except(_world.Versions()).ToList();
         if (missing.Count > (result.IsSuccess ? 1 : 0))
             throw new BrokenPromiseException($"Adding '{name}' lost the versions {string.Join(", ", missing)}.");
         // One of them was replaced; a copy of it may still be where the item was before.
         if (result.IsSuccess)
-            _ledger.GiveUp(before);
+            _ledger.GiveUp(before.Concat(missing));
         return $"add {name} = {version}: {result.IsSuccess}";
     }
 
@@ -82,6 +87,32 @@ internal sealed class ServiceActions
             return null;
         return $"sync {path}: {_world.Service.SyncFiles([item.Id]).IsSuccess}";
     }
+
+    private string? Settle()
+    {
+        var copies = _world.Workspace.Files().Keys.Where(path => OtherVersionOf(path) is not null).ToList();
+        if (copies.Count == 0)
+            return null;
+        var copy = copies[_random.Next(copies.Count)];
+        var other = OtherVersionOf(copy)!;
+        var command = Settlements[_random.Next(Settlements.Length)];
+        var given = command == Settlements[0] ? VersionsAt(other) : command == Settlements[1] ? VersionsAt(copy) : [];
+        var used = VersionsAt(copy);
+        var result = _world.Service.ExecuteCommand(new Command { Id = command }, new CommandContext(IntPtr.Zero, _world.Find(copy)!.Id, []));
+        if (!result.IsSuccess)
+            return $"{command} {copy}: False";
+        if (command == Settlements[0] && !_world.Sides.All(side => used.Contains(side.VersionAt(other))))
+            throw new BrokenPromiseException($"'{other}' does not hold the version of '{copy}' that was to be used.");
+        _ledger.GiveUp(given);
+        return $"{command} {copy}: True";
+    }
+
+    private string? OtherVersionOf(string path) => _world.Find(path) is { IsFolder: false } item
+        ? ((string?)_world.Service.GetProperties([item.Id], ["ConflictOf"]).Values.SingleOrDefault()?.Value)?.Replace('\\', '/')
+        : null;
+
+    private List<int> VersionsAt(string path) =>
+        _world.Sides.SelectMany(side => side.Files().Where(file => file.Key == path).Select(file => file.Value)).ToList();
 
     private string? AskForIds()
     {

@@ -1,5 +1,5 @@
 // Usage: LocalTessaport.Worker add <folder of sources> | add-once <folder of sources> | sync | sync-once | sync-only | delete |
-// list <path> | find <path> | pending | lock | fail <requests>
+// list <path> | find <path> | pending | settle | lock | fail <requests>
 // fail-call <call> <error number> <workspace> <server>
 // Works on the first drive of the home that TESSAPORT_HOME names; add, sync and sync-only go on until the process is ended.
 // lock prints whether the home's lock was "taken" or is "held" by another, and holds it until its input ends.
@@ -40,6 +40,10 @@ switch (args[0])
         return LookCommand.Run(() => service.GetItemsByRelativePaths(root.DriveId, [args[1]]));
     case "pending":
         Console.WriteLine(service.GetProperties([root.Id], ["Pending"]).Values.Single().Value);
+        return 0;
+    case "settle":
+        foreach (var item in service.GetFolderContents(root.Id).Where(item => service.GetProperties([item.Id], ["ConflictOf"]).Values.Any()))
+            service.ExecuteCommand(new Command { Id = "use-this-version" }, new CommandContext(IntPtr.Zero, item.Id, []));
         return 0;
     case "sync-only":
         while (true)

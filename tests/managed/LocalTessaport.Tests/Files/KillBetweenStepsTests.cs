@@ -61,6 +61,36 @@ public sealed class KillBetweenStepsTests : IDisposable
         RequireKept(Saved);
     }
 
+    [UnixTheory]
+    [InlineData("Settle.Checked", "None")]
+    [InlineData("Copy.Read", "None")]
+    [InlineData("Commit.Exchanged", "None")]
+    [InlineData("Put.BetweenSides", "None")]
+    [InlineData("Settle.Placed", "None")]
+    [InlineData("Remove.Moved", "None")]
+    [InlineData("Put.BetweenSides", "Exchanging")]
+    public void AConflictThatIsBeingSettledHasOneCompleteVersionUnderTheNameAtAnyMoment(string diesAt, string lacks)
+    {
+        _drive.PutBoth("a.txt", "synced");
+        _home.Service.SyncFiles([_drive.Root.Id]);
+        _drive.PutInWorkspace("a.txt", "mine", 3);
+        _drive.PutOnServer("a.txt", "theirs", 4);
+        _home.Service.SyncFiles([_drive.Root.Id]);
+
+        KillAtStep("settle", "", diesAt, lacks);
+        var (here, there) = (File.ReadAllText(_drive.InWorkspace("a.txt")), File.ReadAllText(_drive.OnServer("a.txt")));
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        Assert.All(new[] { here, there }, content => Assert.Contains(content, new[] { "mine", "theirs" }));
+        RequireKept("mine");
+        foreach (var copy in _drive.FilesInWorkspace().Where(path => path.Contains("(conflict ", StringComparison.Ordinal)))
+            Assert.True(_home.Service.ExecuteCommand(
+                new Command { Id = "use-this-version" }, new CommandContext(IntPtr.Zero, _drive.Item(copy).Id, [])).IsSuccess);
+        Assert.Equal(["a.txt", "folder/a.txt"], _drive.FilesInWorkspace());
+        Assert.Equal(["a.txt", "folder/a.txt"], _drive.FilesOnServer());
+        Assert.Equal(["mine", "mine"], new[] { _drive.InWorkspace("a.txt"), _drive.OnServer("a.txt") }.Select(File.ReadAllText));
+    }
+
     private void RequireKept(string content)
     {
         var contents = _drive.FilesInWorkspace().Select(_drive.InWorkspace).Concat(_drive.FilesOnServer().Select(_drive.OnServer));
