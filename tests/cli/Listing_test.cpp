@@ -90,8 +90,8 @@ TEST_F(Listing, WorksInAHomeThatIsReachedThroughALink)
 
 TEST_F(Listing, ShowsOnWhichSideItemsAre)
 {
-    EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "survey")}), "2024-05-01T10:20:30Z  server  2024-05-01.csv\n"
-                                                                       "2024-05-01T10:21:30Z  local   notes.txt\n");
+    EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "survey")}),
+        localTime(1714558830) + "  server  2024-05-01.csv\n" + localTime(1714558890) + "  local   notes.txt\n");
 }
 
 TEST_F(Listing, ListsRecursivelyAndFiltersByName)

@@ -1,6 +1,7 @@
 #include "tests/cli/ToolTest.h"
 
 #include <fstream>
+#include <iomanip>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
@@ -97,6 +98,13 @@ std::string withBackslashes(std::string path)
     for (char& c : path)
         c = c == '/' ? '\\' : c;
     return path;
+}
+
+std::string localTime(std::time_t seconds)
+{
+    std::ostringstream text;
+    text << std::put_time(std::localtime(&seconds), "%Y-%m-%d %H:%M:%S");
+    return text.str();
 }
 
 std::string withNativeSlashes(std::string text)

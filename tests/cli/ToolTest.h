@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -71,6 +72,11 @@ std::string text(const std::filesystem::path& path);
 
 /// Replaces slashes by back-slashes, as the service writes paths.
 std::string withBackslashes(std::string path);
+
+/// A time as the tool writes it for people.
+///
+/// @param seconds  since 1970-01-01 00:00:00 UTC.
+std::string localTime(std::time_t seconds);
 
 /// Replaces slashes by those of this platform.
 std::string withNativeSlashes(std::string text);

@@ -17,6 +17,7 @@ void addAllCommands(const CommandLine& line)
     addListCommand(looking);
     addTreeCommand(looking);
     addStatusCommand(looking);
+    addConflictCommands(looking);
     addStatCommand(looking);
     addWhereCommand(looking);
     addPropertyCommand(looking);

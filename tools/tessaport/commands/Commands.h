@@ -19,6 +19,7 @@ void addDrivesCommand(const CommandLine& line);
 void addListCommand(const CommandLine& line);
 void addTreeCommand(const CommandLine& line);
 void addStatCommand(const CommandLine& line);
+void addConflictCommands(const CommandLine& line);
 void addStatusCommand(const CommandLine& line);
 void addMakeFolderCommand(const CommandLine& line);
 void addAddCommands(const CommandLine& line);

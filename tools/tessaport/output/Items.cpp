@@ -45,7 +45,7 @@ std::string whereItStands(const TessaportAPI::Item& item)
     return item.isOnServer ? "server" : "nowhere";
 }
 
-std::string modifiedText(const TessaportAPI::Item& item) { return toRfc3339(item.lastModifiedDate).value_or("-"); }
+std::string modifiedText(const TessaportAPI::Item& item) { return toLocalTime(item.lastModifiedDate).value_or("-"); }
 
 Cell nameCell(const TessaportAPI::Item& item)
 {

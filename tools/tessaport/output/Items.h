@@ -25,6 +25,7 @@ std::string localText(const TessaportAPI::Item& item);
 /// Where the item exists: "both", "local", "server" or "nowhere".
 std::string whereItStands(const TessaportAPI::Item& item);
 
+/// When the item was last modified, in the zone of the user.
 std::string modifiedText(const TessaportAPI::Item& item);
 
 /// The name; that of a folder ends with a slash.

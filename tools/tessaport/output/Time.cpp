@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <ctime>
 
 namespace Quorvex::Velmora::Tool
 {
@@ -31,6 +32,15 @@ Date dateOf(std::int64_t daysSince1970)
     return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month, dayOfYear - (153 * shiftedMonth + 2) / 5 + 1};
 }
 
+bool breakDown(std::time_t time, std::tm& parts)
+{
+#ifdef _WIN32
+    return ::localtime_s(&parts, &time) == 0;
+#else
+    return ::localtime_r(&time, &parts) != nullptr;
+#endif
+}
+
 } // namespace
 
 std::optional<std::string> toRfc3339(std::int64_t seconds)
@@ -48,6 +58,17 @@ std::optional<std::string> toRfc3339(std::int64_t seconds)
     std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02dZ", static_cast<int>(date.year),
         static_cast<int>(date.month), static_cast<int>(date.day), static_cast<int>(rest / 3600),
         static_cast<int>(rest / 60 % 60), static_cast<int>(rest % 60));
+    return text.data();
+}
+
+std::optional<std::string> toLocalTime(std::int64_t seconds)
+{
+    std::tm parts{};
+    if (seconds < FirstSecond || seconds > LastSecond || !breakDown(static_cast<std::time_t>(seconds), parts))
+        return std::nullopt;
+    std::array<char, 80> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", parts.tm_year + 1900, parts.tm_mon + 1,
+        parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
     return text.data();
 }
 
