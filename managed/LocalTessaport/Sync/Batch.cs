@@ -17,7 +17,9 @@ internal static class Batch
                 report.Attempt(() => step(scope, report, element), reason => Note(scope, report, placeOf(element), reason));
             report.Attempt(scope.Save);
         }
-        return report.ToResult();
+        var (result, count) = (report.ToResult(), report.Count);
+        LargeGarbage.ReleaseAfter(count);
+        return result;
     }
 
     private static void Note(ChangeScope scope, ChangeReport report, DrivePlace? place, Exception reason)

@@ -10,6 +10,9 @@ internal sealed class ChangeReport
 
     public int Failures { get; private set; }
 
+    /// <summary>How many items are listed.</summary>
+    public int Count => _created.Count + _updated.Count + _deleted.Count;
+
     /// <summary>Whether an exception concerns one item only, and does not mean that the service is broken.</summary>
     public static bool IsFailure(Exception e) =>
         e is IOException or UnauthorizedAccessException or ArgumentException or NotSupportedException;

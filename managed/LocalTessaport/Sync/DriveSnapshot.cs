@@ -14,6 +14,9 @@ internal sealed class DriveSnapshot
 
     public bool IsEntireDrive => Top.IsRoot;
 
+    /// <summary>How many files and folders were seen when the snapshot was taken.</summary>
+    public int Count { get; private set; }
+
     /// <summary>Looks at an item, the folders above it and everything in it.</summary>
     public static DriveSnapshot Take(LocalDrive drive, string path)
     {
@@ -134,7 +137,9 @@ internal sealed class DriveSnapshot
             return;
         try
         {
-            foreach (var (name, entry) in _drive.Side(side).Read(path))
+            var entries = _drive.Side(side).Read(path);
+            Count += entries.Count;
+            foreach (var (name, entry) in entries)
                 folder.GetOrAdd(name)[side] = entry;
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)

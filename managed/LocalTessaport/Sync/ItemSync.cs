@@ -55,7 +55,7 @@ internal sealed class ItemSync
         for (var pass = 1; ; ++pass)
         {
             var progress = new SyncProgress();
-            RunPass(path, place, progress);
+            var seen = RunPass(path, place, progress);
             place = progress.PlaceOf(place);
             if (progress.MetChanges)
                 _edit.ForgetSnapshot();
@@ -68,11 +68,12 @@ internal sealed class ItemSync
                         $"'{_edit.Drive.WorkspacePathOf(place)}' keeps changing while it is synced; sync it again when that is finished."));
                 return (place, progress);
             }
+            LargeGarbage.ReleaseAfter(seen);
         }
     }
 
-    // The requested item may have moved by now, and another item may be at its path.
-    private void RunPass(string path, string place, SyncProgress progress)
+    // Returns how many items it looked at. The requested item may have moved by now, and another item may be at its path.
+    private int RunPass(string path, string place, SyncProgress progress)
     {
         var part = DriveSnapshot.Take(_edit.Drive, path);
         if (part.IsEntireDrive)
@@ -86,6 +87,7 @@ internal sealed class ItemSync
             new SyncPass(_edit, DriveSnapshot.Take(_edit.Drive, now), progress, _report).Run();
         if (part.IsEntireDrive && progress is { DidWork: false, Failures.Count: 0 })
             _edit.ForgetWhatIsGone(part);
+        return part.Count;
     }
 
     private void FollowMoves(DriveSnapshot drive, SyncProgress progress, Func<string, bool> isAskedFor)

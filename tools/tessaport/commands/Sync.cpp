@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "tools/tessaport/app/Errors.h"
 #include "tools/tessaport/commands/Commands.h"
@@ -153,14 +154,32 @@ std::string whatWasDone(const Item& item, const Items& askedFor, const PropertyT
     return wasAskedFor(item, askedFor) ? "in sync" : "updated";
 }
 
+void reportConflicts(Context& context, const CommandResult& result, Outcomes& outcomes)
+{
+    std::unordered_set<std::string> originals;
+    for (const Item& copy : result.itemsCreated)
+        originals.insert(toUtf8(copy.driveId) + originalOf(toUtf8(copy.relativePath)));
+    Items known;
+    for (const Item& item : result.itemsUpdated) {
+        if (!originals.empty() && originals.count(toUtf8(item.driveId) + toUtf8(item.relativePath)) > 0)
+            known.push_back(item);
+    }
+    const PropertyTexts actions(context, known, {ActionProperty});
+    for (const Item& copy : result.itemsCreated)
+        reportConflict(copy, actions, outcomes);
+}
+
 // What was asked for is listed if it is in sync, and what is inside of it if it was copied or renamed.
 void reportListed(Context& context, const Items& items, const CommandResult& result, Outcomes& outcomes)
 {
-    const PropertyTexts actions(context, {result.itemsUpdated.begin(), result.itemsUpdated.end()}, {ActionProperty});
-    for (const Item& item : result.itemsCreated)
-        reportConflict(item, actions, outcomes);
-    for (const Item& item : result.itemsUpdated)
-        outcomes.done(localText(item), whatWasDone(item, items, actions));
+    reportConflicts(context, result, outcomes);
+    const auto report = [&](const Batch<Item>& batch) {
+        const PropertyTexts actions(context, batch.things, {ActionProperty});
+        for (const Item& item : batch.things)
+            outcomes.done(localText(item), whatWasDone(item, items, actions));
+    };
+    // A result may list every file of a drive.
+    inBatches(result.itemsUpdated, report);
 }
 
 /// Calls `look`, which asks about one item; its failure is that item's, and the other items are still looked at.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 #include <vector>
 
 namespace Quorvex::Velmora::Tool
@@ -19,12 +20,13 @@ struct Batch {
 /// Processes a list in batches.
 ///
 /// @param handle  called with each Batch, in order.
-template <class T, class Handle>
-void inBatches(const std::vector<T>& all, Handle handle)
+template <class List, class Handle>
+void inBatches(const List& all, Handle handle)
 {
+    using Thing = std::decay_t<decltype(*all.begin())>;
     for (auto start = all.begin(); start != all.end();) {
         const auto end = start + std::min<std::ptrdiff_t>(BatchSize, all.end() - start);
-        handle(Batch<T>{{start, end}, static_cast<std::size_t>(end - all.begin())});
+        handle(Batch<Thing>{{start, end}, static_cast<std::size_t>(end - all.begin())});
         start = end;
     }
 }
