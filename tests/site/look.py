@@ -11,6 +11,7 @@ import shutil
 import sys
 
 from selenium import webdriver
+from selenium.common.exceptions import StaleElementReferenceException, TimeoutException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.support.ui import WebDriverWait
@@ -111,21 +112,24 @@ class Reader:
             self.expect(least[0] >= LEAST_CONTRAST, f"{name}, {scheme}: '{least[1]}' has a contrast of {least[0]:.2f}")
 
     def search(self, name):
-        """Types a name, and opens the first result."""
+        """Types a name, and reads the results."""
         self.set_screen(WIDTHS[1], "light")
         self.open("index")
-        wait = WebDriverWait(self.browser, SECONDS)
+        # Results are made anew while one types.
+        wait = WebDriverWait(self.browser, SECONDS, ignored_exceptions=[StaleElementReferenceException])
         wait.until(lambda browser: browser.find_element(By.ID, "MSearchField").is_displayed())
         self.browser.find_element(By.ID, "MSearchField").send_keys(name)
         wait.until(lambda browser: browser.find_element(By.ID, "MSearchResultsWindow").is_displayed())
         frames = self.browser.find_elements(By.CSS_SELECTOR, "iframe#MSearchResults")
         if frames:
             self.browser.switch_to.frame(frames[0])
-        found = wait.until(lambda browser: [result.text for result in browser.find_elements(By.CLASS_NAME, "SRSymbol")
-                                            if result.is_displayed()])
+        try:
+            wait.until(lambda browser: name in [result.text for result in browser.find_elements(By.CLASS_NAME, "SRSymbol")
+                                                if result.is_displayed()])
+        except TimeoutException:
+            self.expect(False, f"the search does not find {name}")
         self.browser.switch_to.default_content()
         self.browser.save_screenshot(str(self.pictures / "search.png"))
-        self.expect(name in found, f"the search for {name} finds {found}")
 
 
 def main():
