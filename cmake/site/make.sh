@@ -49,4 +49,10 @@ done
 "$doxygen" -l "$site/layout.xml"
 sed -i 's/type="namespaces" visible="yes"/type="namespaces" visible="no"/' "$site/layout.xml"
 "$doxygen" "$site/Doxyfile"
+# What Doxygen did not understand it shows as it is, without a warning.
+if grep -rnoE --include='*.html' --exclude='*_source.html' \
+    '(@(ref|section|subpage) |\\ilinebr|&lt;(tt|table|tr|th|td)[ &]).{0,40}' "$site/html"; then
+    printf 'The pages above show commands of Doxygen.\n' >&2
+    exit 1
+fi
 name_folders

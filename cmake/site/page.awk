@@ -15,6 +15,18 @@ BEGIN {
         folder = ""
 }
 
+# Doxygen wants the text of a link on one line: what begins at the end of a line goes to the next one.
+kept != "" {
+    sub(/^ */, "")
+    $0 = kept " " $0
+    kept = ""
+}
+
+!in_code && !/^ *```/ && match($0, /\[[^]`]*$/) && gsub(/`/, "`") % 2 == 0 {
+    kept = substr($0, RSTART)
+    $0 = substr($0, 1, RSTART - 1)
+}
+
 /^ *```/ { in_code = !in_code }
 
 in_code || /^ *```/ { print; next }
@@ -33,7 +45,11 @@ in_code || /^ *```/ { print; next }
 
 { print with_links($0) }
 
-END { exit failed }
+END {
+    if (kept != "")
+        print kept
+    exit failed
+}
 
 # The anchor of a heading: lower case, hyphens for spaces, and nothing else but letters, digits and underlines.
 function anchor_of(title) {
@@ -52,14 +68,16 @@ function with_links(line,    parts, count, i, result) {
     return result
 }
 
-# Doxygen 1.9 does not find the end of code with a single quotation mark.
+# Doxygen 1.9 does not find the end of code with quotation marks.
 function code(text) {
-    if (gsub(/"/, "\"", text) != 1)
+    if (text !~ /["']/)
         return "`" text "`"
+    gsub(/[\\@*]/, "\\\\&", text)
     gsub(/&/, "\\&amp;", text)
     gsub(/</, "\\&lt;", text)
     gsub(/>/, "\\&gt;", text)
     gsub(/"/, "\\&quot;", text)
+    gsub(/'/, "\\&apos;", text)
     return "<code>" text "</code>"
 }
 

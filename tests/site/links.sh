@@ -43,9 +43,13 @@ printf '%s\n' 'docs/page.md page' 'docs/other.md other' 'README.md overview' \
     expect_page '[it](../velmora/api/Interop.h)' '[it](@ref velmora/api/Interop.h)'
     expect_page 'Read [the examples](../examples) first.' 'Read the examples first.'
     expect_page '[it](https://example.org/a#b)' '[it](https://example.org/a#b)'
+    expect_page $'See [this and\n  that](other.md), too.' '[this and that](@ref other), too.'
+    expect_page '- [ ' '[ '
     expect_page '![A window](images/window.png)' '![A window](images/window.png)'
     expect_page '`[this](QvNativeTessaportAPI& tessaport)` is code' '`[this](QvNativeTessaportAPI& tessaport)` is code'
     expect_page 'a@b and `<>:"|`' 'a\@b and <code>&lt;&gt;:&quot;|</code>'
+    expect_page "\`no 'x'\` and \`a\\b\`" '<code>no &apos;x&apos;</code> and `a\b`'
+    expect_page '`"D:\x*"`' '<code>&quot;D:\\x\*&quot;</code>'
 
     expect_refusal '[it](missing.md)' 'there is no docs/missing.md'
     expect_refusal '![A window](images/missing.png)' 'there is no docs/images/missing.png'

@@ -57,7 +57,7 @@ public:
     /// Opens a connection for a window of the host, above which the sync application may show dialogs.
     ///
     /// @param hwnd  the window; null means no window.
-    /// @throws as the constructor without a window does.
+    /// @throws ApiException as the constructor without a window does.
     explicit QvNativeTessaportAPI(HWND hwnd);
 
     /// Opens a new connection without a window. Takes nothing from `other`.

@@ -126,7 +126,7 @@ public:
     /// ready.
     ///                 May be move-only. What it throws propagates from the function that was posted; without a Post it
     ///                 is dropped. If memory runs out before it can be posted, it is not called.
-    /// @throws as the other overload does.
+    /// @throws std::bad_alloc, or std::system_error, as the other overload does.
     template <class Request, class Done>
     void ask(Request request, Done done)
     {
