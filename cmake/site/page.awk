@@ -15,16 +15,18 @@ BEGIN {
         folder = ""
 }
 
-# Doxygen wants the text of a link on one line: what begins at the end of a line goes to the next one.
+# Doxygen wants the text of a link on one line, and so do we with code: what begins at the end of a line goes to the next one.
 kept != "" {
     sub(/^ */, "")
     $0 = kept " " $0
     kept = ""
 }
 
-!in_code && !/^ *```/ && match($0, /\[[^]`]*$/) && gsub(/`/, "`") % 2 == 0 {
+!in_code && !/^ *```/ && begins_at_its_end($0) {
     kept = substr($0, RSTART)
     $0 = substr($0, 1, RSTART - 1)
+    if (/^ *$/)
+        next
 }
 
 /^ *```/ { in_code = !in_code }
@@ -57,6 +59,11 @@ function anchor_of(title) {
     gsub(/[^a-z0-9_ -]/, "", title)
     gsub(/ /, "-", title)
     return title
+}
+
+# Whether a link or code begins in a line and does not end there; then RSTART is where.
+function begins_at_its_end(line) {
+    return gsub(/`/, "`", line) % 2 ? match(line, /`[^`]*$/) : match(line, /\[[^]`]*$/)
 }
 
 # Code between backticks stays as it is.

@@ -44,6 +44,8 @@ printf '%s\n' 'docs/page.md page' 'docs/other.md other' 'README.md overview' \
     expect_page 'Read [the examples](../examples) first.' 'Read the examples first.'
     expect_page '[it](https://example.org/a#b)' '[it](https://example.org/a#b)'
     expect_page $'See [this and\n  that](other.md), too.' '[this and that](@ref other), too.'
+    expect_page $'Call `c++ $(pkg\n--libs)`; see [it](other.md).' '`c++ $(pkg --libs)`; see [it](@ref other).'
+    expect_page $'`c++\n--libs` does' '`c++ --libs` does'
     expect_page '- [ ' '[ '
     expect_page '![A window](images/window.png)' '![A window](images/window.png)'
     expect_page '`[this](QvNativeTessaportAPI& tessaport)` is code' '`[this](QvNativeTessaportAPI& tessaport)` is code'
