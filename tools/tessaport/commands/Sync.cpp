@@ -278,7 +278,8 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
         const auto [drive, isNew] = drives.try_emplace(item.driveId);
         if (isNew)
             drive->second = refusalOf(context, item.driveId).value_or(Refusal{});
-        orReportWhyNot(item, outcomes, [&] { showWhatWouldBeDone(context, {item}, drive->second, outcomes); });
+        const Refusal& refusal = drive->second;
+        orReportWhyNot(item, outcomes, [&] { showWhatWouldBeDone(context, {item}, refusal, outcomes); });
     }
 }
 
