@@ -50,6 +50,8 @@ TEST_F(Listing, GivesEveryFieldOfAnItem)
         "isOnServer": true, "name": "README.txt", "relativePath": "README.txt",
         "workspacePath": )" + nlohmann::json(withBackslashes(readme())).dump() +
                                               R"(,
+        "localPath": )" + nlohmann::json(readme()).dump() +
+                                              R"(,
         "lastModifiedDate": "2024-05-01T10:15:30Z"})"));
 }
 
@@ -92,6 +94,32 @@ TEST_F(Listing, ShowsOnWhichSideItemsAre)
 {
     EXPECT_EQ(expectOk({"ls", text(workspace("harbour") / "survey")}),
         localTime(1714558830) + "  server  2024-05-01.csv\n" + localTime(1714558890) + "  local   notes.txt\n");
+}
+
+TEST_F(Listing, LongShowsSizeLocalTimeAndState)
+{
+    const std::string survey = text(workspace("harbour") / "survey");
+    writeFile(workspace("harbour") / "survey/notes.txt", "12345");
+    std::filesystem::last_write_time(workspace("harbour") / "survey/notes.txt",
+        std::filesystem::last_write_time(server("harbour") / "survey/2024-05-01.csv"));
+    const std::string size = std::to_string(readFile(server("harbour") / "survey/2024-05-01.csv").size());
+    const std::string time = localTime(1714558830);
+
+    const auto lines = linesOf(expectOk({"ls", "-l", survey}));
+    const auto items = expectJson({"ls", "-l", text(workspace("harbour"))});
+    const std::string tree = expectOk({"tree", "-l", text(workspace("harbour"))});
+
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_THAT(lines[0], testing::MatchesRegex(size + " *  " + time + "  only on the server  2024-05-01.csv"));
+    EXPECT_THAT(lines[1], testing::MatchesRegex("5 *  " + time + "  only here           notes.txt"));
+    EXPECT_THAT(tree, HasSubstr("notes.txt  (5 bytes, " + time + ", only here)\n"));
+    EXPECT_THAT(tree, HasSubstr("README.txt  (" + std::to_string(readFile(toPath(readme())).size()) + " bytes, "));
+    EXPECT_THAT(tree, testing::ContainsRegex("plans/  \\([0-9]+-[0-9]+-[0-9]+ [0-9:]+, in sync\\)"));
+    EXPECT_EQ(items[1]["state"], "in-sync");
+    EXPECT_EQ(items[1]["size"], readFile(toPath(readme())).size());
+    EXPECT_EQ(items[0]["size"], nlohmann::json());
+    EXPECT_EQ(expectJson({"tree", "-l", survey})[2]["state"], "only-here");
+    EXPECT_FALSE(expectJson({"ls", survey})[0].contains("state"));
 }
 
 TEST_F(Listing, ListsRecursivelyAndFiltersByName)

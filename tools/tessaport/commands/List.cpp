@@ -1,6 +1,9 @@
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "tools/tessaport/commands/Commands.h"
+#include "tools/tessaport/items/Details.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -19,6 +22,7 @@ struct ListOptions {
     bool recursive = false;
     bool foldersOnly = false;
     bool namesOnly = false;
+    bool isLong = false;
 };
 
 /// Shows items one after the other.
@@ -31,16 +35,13 @@ public:
             json = std::make_unique<JsonList>(context.output);
     }
 
-    void add(const Item& item)
+    void add(const std::vector<Item>& items, const std::function<void(const Item&)>& afterEach)
     {
-        if (!options.filter.empty() && !matchesWildcard(options.filter, toUtf8(item.name)))
-            return;
-        if (json != nullptr)
-            json->add(toJson(item));
-        else if (options.namesOnly)
-            context.output.line(shownName(item));
-        else
-            table.row({modifiedText(item), whereItStands(item), cellFor(item)});
+        const Details details(context, options.isLong ? items : std::vector<Item>{});
+        for (const Item& item : items) {
+            add(item, details);
+            afterEach(item);
+        }
     }
 
     void finish()
@@ -51,6 +52,28 @@ public:
     }
 
 private:
+    void add(const Item& item, const Details& details)
+    {
+        if (!options.filter.empty() && !matchesWildcard(options.filter, toUtf8(item.name)))
+            return;
+        if (json != nullptr)
+            addJson(item, details);
+        else if (options.namesOnly)
+            context.output.line(shownName(item));
+        else if (options.isLong)
+            table.row({details.size(item), modifiedText(item), details.state(item), cellFor(item)});
+        else
+            table.row({modifiedText(item), whereItStands(item), cellFor(item)});
+    }
+
+    void addJson(const Item& item, const Details& details)
+    {
+        Json element = toJson(item);
+        if (options.isLong)
+            details.addTo(element, item);
+        json->add(element);
+    }
+
     // In a recursive listing, only the path tells two items with the same name apart.
     [[nodiscard]] std::string shownName(const Item& item) const
     {
@@ -75,11 +98,11 @@ QVBuffer<Item> contentsOf(Context& context, const Item& folder, bool foldersOnly
 
 void listFolder(Context& context, const Item& folder, const ListOptions& options, Listing& listing)
 {
-    for (const Item& item : contentsOf(context, folder, options.foldersOnly)) {
-        listing.add(item);
+    const auto contents = contentsOf(context, folder, options.foldersOnly);
+    listing.add({contents.begin(), contents.end()}, [&](const Item& item) {
         if (options.recursive && item.isFolder)
             listFolder(context, item, options, listing);
-    }
+    });
 }
 
 ExitCode list(Context& context, const ListOptions& options)
@@ -87,11 +110,13 @@ ExitCode list(Context& context, const ListOptions& options)
     if (options.path.empty()) {
         const auto drives = context.connection().getDrives();
         Listing listing(context, options);
-        for (const Drive& drive : drives) {
-            listing.add(drive.root);
+        std::vector<Item> roots;
+        for (const Drive& drive : drives)
+            roots.push_back(drive.root);
+        listing.add(roots, [&](const Item& root) {
             if (options.recursive)
-                listFolder(context, drive.root, options, listing);
-        }
+                listFolder(context, root, options, listing);
+        });
         listing.finish();
         return ExitCode::Ok;
     }
@@ -100,7 +125,7 @@ ExitCode list(Context& context, const ListOptions& options)
     if (item.isFolder)
         listFolder(context, item, options, listing);
     else
-        listing.add(item);
+        listing.add({item}, [](const Item&) {});
     listing.finish();
     return ExitCode::Ok;
 }
@@ -116,6 +141,7 @@ void addListCommand(const CommandLine& line)
         list);
     command.add_option("path", options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash")
         ->type_name("PATH");
+    command.add_flag("-l,--long", options.isLong, "Show size in bytes, time and sync state");
     command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
     command.add_flag("--folders", options.foldersOnly, "List folders only");
     command.add_flag("-1,--names", options.namesOnly, "Print the names only, one a line");

@@ -1,5 +1,6 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
+#include "tools/tessaport/items/Details.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -17,10 +18,18 @@ QVBuffer<Item> branchesOf(Context& context, const Item& folder, const TreeOption
                                : context.connection().getFolderContents(folder);
 }
 
+Details detailsOf(Context& context, const QVBuffer<Item>& items, const TreeOptions& options)
+{
+    return {context, options.isLong ? std::vector<Item>(items.begin(), items.end()) : std::vector<Item>{}};
+}
+
 bool isDeepEnough(const TreeOptions& options, unsigned depth) { return options.depth != 0 && depth >= options.depth; }
 
-std::string noteOn(const Item& item)
+std::string noteOn(const Item& item, const Details& details, const TreeOptions& options)
 {
+    if (options.isLong)
+        return "  (" + (item.isFolder ? "" : details.size(item) + " bytes, ") + modifiedText(item) + ", " +
+               details.state(item) + ')';
     const std::string where = whereItStands(item);
     return where == "both" ? "" : "  (" + where + " only)";
 }
@@ -30,20 +39,23 @@ void draw(Context& context, const Item& folder, const std::string& indent, const
     if (isDeepEnough(options, depth))
         return;
     const auto branches = branchesOf(context, folder, options);
+    const Details details = detailsOf(context, branches, options);
     for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
         const Item& item = *branches[i];
         const bool last = i + 1 == branches.GetSize();
-        context.output.line(
-            std::vector<Span>{indent + (last ? "└── " : "├── "), nameCell(item), {noteOn(item), Colour::Dim}});
+        context.output.line(std::vector<Span>{
+            indent + (last ? "└── " : "├── "), nameCell(item), {noteOn(item, details, options), Colour::Dim}});
         if (item.isFolder)
             draw(context, item, indent + (last ? "    " : "│   "), options, depth + 1);
     }
 }
 
-void addWithDepth(JsonList& list, const Item& item, unsigned depth)
+void addWithDepth(JsonList& list, const Item& item, const Details& details, const TreeOptions& options, unsigned depth)
 {
     Json json = toJson(item);
     json["depth"] = depth;
+    if (options.isLong)
+        details.addTo(json, item);
     list.add(json);
 }
 
@@ -51,8 +63,10 @@ void listBranches(Context& context, JsonList& list, const Item& folder, const Tr
 {
     if (isDeepEnough(options, depth))
         return;
-    for (const Item& item : branchesOf(context, folder, options)) {
-        addWithDepth(list, item, depth + 1);
+    const auto branches = branchesOf(context, folder, options);
+    const Details details = detailsOf(context, branches, options);
+    for (const Item& item : branches) {
+        addWithDepth(list, item, details, options, depth + 1);
         if (item.isFolder)
             listBranches(context, list, item, options, depth + 1);
     }
@@ -86,7 +100,8 @@ ExitCode tree(Context& context, const TreeOptions& options)
     }
     JsonList list(context.output);
     for (const Root& root : roots) {
-        addWithDepth(list, root.item, 0);
+        const Details details(context, options.isLong ? std::vector<Item>{root.item} : std::vector<Item>{});
+        addWithDepth(list, root.item, details, options, 0);
         if (root.item.isFolder)
             listBranches(context, list, root.item, options, 0);
     }
@@ -116,6 +131,7 @@ void addTreeCommand(const CommandLine& line)
     command.add_option("--depth", options.depth, "Show this many levels")
         ->type_name("N")
         ->check(CLI::Range(1U, 1000000U).description(""));
+    command.add_flag("-l,--long", options.isLong, "Show size, time and sync state");
     command.add_flag("--folders", options.foldersOnly, "Show folders only");
 }
 

@@ -14,6 +14,7 @@ struct TreeOptions {
     std::string path;
     unsigned depth = 0; ///< 0: no limit.
     bool foldersOnly = false;
+    bool isLong = false;
 };
 
 /// Draws an item and everything in it.

@@ -1,6 +1,5 @@
 #include "tools/tessaport/items/Conflict.h"
 
-#include <charconv>
 #include <map>
 #include <utility>
 
@@ -27,14 +26,6 @@ ItemsByPath itemsAt(Context& context, const Common::QVUUID& drive, const std::ve
     for (const Item& item : context.connection().getItemsByRelativePaths(drive, paths))
         items.emplace(toUtf8(item.relativePath), item);
     return items;
-}
-
-std::optional<std::int64_t> toNumber(const std::string& text)
-{
-    std::int64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && rest == end && !text.empty() ? std::optional(number) : std::nullopt;
 }
 
 std::string opposite(const std::string& side) { return side.empty() ? "" : side == "here" ? "server" : "here"; }

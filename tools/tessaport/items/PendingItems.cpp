@@ -131,6 +131,12 @@ std::string listOf(Context& context, const Item& top)
 
 } // namespace
 
+std::string textOfState(const std::string& word)
+{
+    const PendingKind* const kind = findKind(word);
+    return kind != nullptr ? kind->text : word == "in-sync" ? "in sync" : word;
+}
+
 const PendingKind& PendingItem::kind() const
 {
     const bool saysWhy = !error.empty() && state != "left-out" && state != "offline";

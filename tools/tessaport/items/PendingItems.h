@@ -16,6 +16,9 @@ struct PendingKind {
     const char* text;
 };
 
+/// The state of an item for people: "in sync", "changed here", …
+std::string textOfState(const std::string& word);
+
 /// An item that is not in sync, is locked or was kept in a conflict.
 struct PendingItem {
     Common::QVUUID drive;

@@ -16,6 +16,7 @@ Json toJson(const TessaportAPI::Item& item)
     json["name"] = toUtf8(item.name);
     json["relativePath"] = toUtf8(item.relativePath);
     json["workspacePath"] = toUtf8(item.workspacePath);
+    json["localPath"] = localText(item);
     const auto modified = toRfc3339(item.lastModifiedDate);
     json["lastModifiedDate"] = modified ? Json(*modified) : Json();
     return json;
@@ -29,6 +30,7 @@ Json toJson(const TessaportAPI::Drive& drive)
     json["driveType"] = toUtf8(drive.driveType);
     json["locking"] = drive.locking;
     json["workspaceLocation"] = toUtf8(drive.workspaceLocation);
+    json["localWorkspace"] = localText(drive.workspaceLocation);
     json["root"] = toJson(drive.root);
     return json;
 }

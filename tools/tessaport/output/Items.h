@@ -11,7 +11,8 @@
 namespace Quorvex::Velmora::Tool
 {
 
-/// Writes every field of the record under its own name. The time is RFC 3339, or null outside the years 0 to 9999.
+/// Writes every field of the record under its own name, and `localPath`, the path with this platform's slashes. The
+/// time is RFC 3339, or null outside the years 0 to 9999.
 Json toJson(const TessaportAPI::Item& item);
 
 Json toJson(const TessaportAPI::Drive& drive);

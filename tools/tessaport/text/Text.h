@@ -2,6 +2,8 @@
 /// Strings of the tool are UTF-8 in std::string; those of the library are QVString.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +24,9 @@ std::string asciiLower(std::string_view text);
 
 /// The number of code points, not of bytes.
 std::size_t characterCount(std::string_view text);
+
+/// Reads a whole number; nothing if it is anything else.
+std::optional<std::int64_t> toNumber(std::string_view text);
 
 /// A number with its noun: "1 file", "2 files".
 std::string counted(std::size_t count, const std::string& noun);
