@@ -65,6 +65,26 @@ TEST_F(Sync, SaysWhichWayAFileWentThatWasAskedFor)
         nlohmann::json::parse("[{\"path\": " + nlohmann::json(readme()).dump() + ", \"outcome\": \"downloaded\"}]"));
 }
 
+TEST_F(Sync, PrintsNothingButErrorsIfItIsToBeQuiet)
+{
+    writeFile(here("README.txt"), "changed here");
+    writeFile(here("x"), "a file");
+    fs::create_directory(there("x"));
+
+    const ChildResult failed = run({"sync", "-q", harbour()});
+    fs::remove(here("x"));
+    changeOnBothSides("README.txt", true);
+    const ChildResult conflict = run({"sync", "--quiet", "--json"});
+
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_EQ(failed.output, "");
+    EXPECT_EQ(linesOf(failed.errors).size(), 1U) << failed.errors;
+    EXPECT_EQ(readFile(there("README.txt")), "from here");
+    EXPECT_EQ(conflict.exitCode, 7);
+    EXPECT_EQ(conflict.output + conflict.errors, "");
+    EXPECT_EQ(run({"sync", "-q", "-n"}).exitCode, 2);
+}
+
 TEST_F(Sync, ListsARenameWhateverTheOrderOfTheNames)
 {
     for (const auto& [from, to] : {std::pair<std::string, std::string>{"README.txt", "a.txt"}, {"a.txt", "z.txt"}}) {

@@ -25,6 +25,7 @@ struct SyncOptions {
     std::vector<std::string> paths;
     std::string one;
     bool dryRun = false;
+    bool isQuiet = false;
 };
 
 using Items = std::vector<Item>;
@@ -286,6 +287,8 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
 ExitCode syncMany(Context& context, const SyncOptions& options)
 {
     Outcomes outcomes(context);
+    if (options.isQuiet)
+        outcomes.beQuiet();
     const Items items =
         itemsOrDrives(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
     if (options.dryRun) {
@@ -293,10 +296,12 @@ ExitCode syncMany(Context& context, const SyncOptions& options)
         return outcomes.finish();
     }
     Progress progress(context.output, "Syncing", items.size());
-    progress.advanceTo(0);
+    if (!options.isQuiet)
+        progress.advanceTo(0);
     inBatches(items, [&](const Batch<Item>& batch) {
         syncBatch(context, batch.things, outcomes);
-        progress.advanceTo(batch.countSoFar);
+        if (!options.isQuiet)
+            progress.advanceTo(batch.countSoFar);
     });
     if (!outcomes.isJson())
         outcomes.line("Total: " + (outcomes.total().empty() ? "nothing to sync" : outcomes.total()));
@@ -338,15 +343,19 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync\n"
             "tessaport sync PATH PATH       folders with everything in them\n"
             "tessaport sync -n PATH         only show which way files would go\n"
+            "tessaport sync -q                  print nothing but errors\n"
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
     CLI::Option* const paths =
         command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
     CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    CLI::Option* const quiet =
+        command.add_flag("-q,--quiet", options.isQuiet, "Print nothing but errors")->excludes(dryRun);
     command.add_option("--one", options.one, "Sync this one item with a one-shot operation")
         ->type_name("PATH")
         ->excludes(paths)
-        ->excludes(dryRun);
+        ->excludes(dryRun)
+        ->excludes(quiet);
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -22,12 +22,14 @@ void Outcomes::done(
 
 void Outcomes::add(const Json& answer)
 {
-    put([&] { list().add(answer); });
+    if (!isQuiet)
+        put([&] { list().add(answer); });
 }
 
 void Outcomes::line(const std::string& text)
 {
-    put([&] { context.output.line(text); });
+    if (!isQuiet)
+        put([&] { context.output.line(text); });
 }
 
 void Outcomes::failed(const std::string& subject, const std::string& reason, ExitCode code, const char* key)
@@ -72,7 +74,7 @@ void Outcomes::count(const std::string& what)
 ExitCode Outcomes::finish()
 {
     put([&] {
-        if (isJson())
+        if (isJson() && !isQuiet)
             list().close();
         context.output.flush();
     });

@@ -27,6 +27,9 @@ class Outcomes
 public:
     explicit Outcomes(Context& commandContext);
 
+    /// From now on, reports nothing but what fails, as messages.
+    void beQuiet() { isQuiet = true; }
+
     [[nodiscard]] bool isJson() const;
 
     /// @param what         "added", "deleted", …
@@ -70,6 +73,7 @@ private:
     std::vector<std::pair<std::string, std::size_t>> counts; // In the order of their first appearance.
     std::exception_ptr writeFailure;
     bool readerGone = false;
+    bool isQuiet = false;
     ExitCode worst = ExitCode::Ok;
 };
 
