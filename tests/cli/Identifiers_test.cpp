@@ -78,10 +78,12 @@ TEST_F(Identifiers, UrnsDependOnTheTypeOfTheDrive)
 {
     EXPECT_THAT(expectOk({"urn", readme()}), testing::StartsWith("urn "));
     EXPECT_THAT(expectOk({"urn", contract()}), testing::StartsWith("project "));
-    const auto folder = run({"urn", letters()});
-    EXPECT_EQ(folder.exitCode, 3);
-    EXPECT_THAT(folder.errors, HasSubstr("--parent-key"));
-    EXPECT_NE(expectJson({"urn", "--parent-key", letters()})["urn"], "");
+    const auto ofParent = expectJson({"urn", "--parent-key", letters()});
+    EXPECT_NE(ofParent["urn"], "");
+    EXPECT_EQ(expectJson({"urn", letters()}), ofParent) << "it has none of its own";
+    EXPECT_EQ(ofParent["of"], "parent");
+    EXPECT_THAT(expectOk({"urn", letters()}), HasSubstr("  (of the folder that holds it)\n"));
+    EXPECT_EQ(expectJson({"urn", text(workspace("harbour") / "plans")})["of"], "item");
 }
 
 TEST_F(Identifiers, UrnOfAFileThatIsNotOnTheServerIsNotFound)
@@ -188,6 +190,8 @@ TEST_F(Identifiers, RootIsTheFolderThatTakesFiles)
 {
     EXPECT_EQ(expectOk({"root"}), text(workspace("harbour") / "plans") + '\n');
     EXPECT_EQ(expectOk({"root", "--first"}), text(workspace("harbour")) + '\n');
+    EXPECT_EQ(expectJson({"root", "--first"})["rule"], "the root of the first drive");
+    EXPECT_THAT(std::string(expectJson({"root"})["rule"]), HasSubstr("'Quorvex.DataSourceType.Drive' that takes new"));
     EXPECT_EQ(run({"root", "--type", "Quorvex.DataSourceType.Morrow"}).exitCode, 1);
     writeFile(home / "drives.json", "[]");
     EXPECT_EQ(run({"root"}).exitCode, 3);

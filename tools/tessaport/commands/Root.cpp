@@ -1,5 +1,6 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -14,12 +15,18 @@ struct RootOptions {
     bool firstDrive = false;
 };
 
-void print(Context& context, const Item& item)
+// The rule is for people who try the command; scripts that read the path are not disturbed by it.
+void print(Context& context, const Item& item, const std::string& rule)
 {
-    if (context.options.json)
-        context.output.line(toLine(toJson(item)));
-    else
-        context.output.line(localText(item));
+    if (context.options.json) {
+        Json json = toJson(item);
+        json["rule"] = rule;
+        context.output.line(toLine(json));
+        return;
+    }
+    context.output.line(localText(item));
+    if (Platform::isTerminal(Platform::Stream::Error))
+        context.output.note("(" + rule + ")");
 }
 
 ExitCode showFirstRoot(Context& context)
@@ -29,7 +36,7 @@ ExitCode showFirstRoot(Context& context)
         return context.reportStaticFailure("there is no answer");
     if (item.workspacePath.Empty())
         throw Failure(ExitCode::NotFound, "there are no drives");
-    print(context, item);
+    print(context, item, "the root of the first drive");
     return ExitCode::Ok;
 }
 
@@ -38,7 +45,7 @@ ExitCode showWritableFolder(Context& context, const std::string& driveType)
     Item item;
     QVString path;
     if (QvNativeTessaportAPI::getRootFolderLocalPath(nullptr, toQVString(driveType), path, item) == QVCode::Success) {
-        print(context, item);
+        print(context, item, "the first folder at the top of a drive of type '" + driveType + "' that takes new files");
         return ExitCode::Ok;
     }
     if (!context.lastLoggedError().empty())

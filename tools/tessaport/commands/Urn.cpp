@@ -24,25 +24,39 @@ Urn urnByPath(const Item& item, bool useParentFolderKey)
     return {projectId, urn};
 }
 
+struct FoundUrn {
+    Urn urn;
+    bool isOfParent; ///< It is that of the folder that holds the folder.
+};
+
+// Where a drive gives folders no URN of their own, that of the folder that holds them is what there is.
+FoundUrn findUrn(const Item& item, bool useParentFolderKey)
+{
+    if (!useParentFolderKey) {
+        const Urn own = urnByPath(item, false);
+        if (!own.urn.empty() || !item.isFolder || !item.isOnServer)
+            return {own, false};
+    }
+    return {urnByPath(item, true), item.isFolder};
+}
+
 ExitCode showUrn(Context& context, const UrnOptions& options)
 {
     const Item item = requireInOneCall(context, options.path);
-    const Urn found = urnByPath(item, options.parentKey);
+    const auto [found, isOfParent] = findUrn(item, options.parentKey);
     if (found.urn.empty()) {
         context.output.message(
-            "'" + options.path + "' has no URN" +
-            (item.isFolder && !options.parentKey ? " of its own; --parent-key shows that of the folder that holds it"
-                : item.isOnServer                ? ""
-                                                 : ", as it is not on the server yet"));
+            "'" + options.path + "' has no URN" + (item.isOnServer ? "" : ", as it is not on the server yet"));
         return ExitCode::NotFound;
     }
     if (context.options.json) {
-        context.output.line(toLine({{"path", options.path}, {"projectId", found.projectId}, {"urn", found.urn}}));
+        context.output.line(toLine({{"path", options.path}, {"projectId", found.projectId}, {"urn", found.urn},
+            {"of", isOfParent ? "parent" : "item"}}));
         return ExitCode::Ok;
     }
     if (!found.projectId.empty())
         context.output.line("project  " + found.projectId);
-    context.output.line("urn      " + found.urn);
+    context.output.line("urn      " + found.urn + (isOfParent ? "  (of the folder that holds it)" : ""));
     return ExitCode::Ok;
 }
 
@@ -57,8 +71,8 @@ void addUrnCommand(const CommandLine& line)
     command.add_option("path", options.path, "File or folder in a workspace, or DRIVE/PATH")
         ->type_name("PATH")
         ->required();
-    command.add_flag(
-        "--parent-key", options.parentKey, "For a folder, show the URN of the folder that holds it (KeldaParentId)");
+    command.add_flag("--parent-key", options.parentKey,
+        "For a folder, show the URN of the folder that holds it, also if it has its own");
 }
 
 } // namespace Quorvex::Velmora::Tool
