@@ -165,5 +165,18 @@ TEST_F(Terminal, ShowsTheProgressAfterEachBatch)
     EXPECT_THAT(output, HasSubstr("99%")) << "after the first batch";
 }
 
+TEST_F(Terminal, ColoursGoIntoAPipeOnlyIfThatIsAsked)
+{
+    const std::string path = text(workspace("harbour"));
+
+    EXPECT_THAT(expectOk({"ls", path}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(expectOk({"--color=never", "ls", path}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(expectOk({"--color=always", "--no-color", "ls", path}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(expectOk({"--color=always", "ls", path}), HasSubstr("\x1b[1;34mplans/\x1b[0m"));
+    EXPECT_THAT(
+        run({"--color=always", "ls", text(workspace("none"))}).errors, HasSubstr("\x1b[1;31mtessaport:\x1b[0m"));
+    EXPECT_EQ(run({"--color=sometimes", "ls", path}).exitCode, 2);
+}
+
 } // namespace
 } // namespace Quorvex::Velmora::ToolTest

@@ -15,7 +15,7 @@ Context::~Context() { Common::QVLog::setSink({}); }
 
 void Context::prepare()
 {
-    output.decideOnColour(options.noColor);
+    output.decideOnColour(options.noColor ? "never" : options.color);
     if (!options.home.empty())
         Platform::setEnvironment("TESSAPORT_HOME", absolutePath(options.home));
     // The service gets the folder that the tool has found, without links, so that it reports the same paths as those

@@ -16,6 +16,7 @@ namespace Quorvex::Velmora::Tool
 struct GlobalOptions {
     bool json = false;
     bool noColor = false;
+    std::string color = "auto"; ///< Or "always" or "never".
     bool verbose = false;
     std::string home;
     std::string apiFolder;

@@ -15,6 +15,10 @@ namespace
 void addGlobalOptions(CLI::App& app, GlobalOptions& options)
 {
     app.add_flag("--json", options.json, "Print JSON: lists as an array with one item on each line");
+    app.add_option("--color", options.color, "When to print colours: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember(std::vector<std::string>{"auto", "always", "never"}).description(""))
+        ->take_last();
     app.add_flag("--no-color", options.noColor, "Print without colours, as when NO_COLOR is set");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's log lines on standard error");
     app.add_option("--home", options.home, "Home of the local sync service (default: TESSAPORT_HOME, else the user's)")

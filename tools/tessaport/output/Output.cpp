@@ -39,11 +39,12 @@ Output::~Output()
     }
 }
 
-void Output::decideOnColour(bool forbidden)
+void Output::decideOnColour(const std::string& when)
 {
-    const bool allowed = !forbidden && !Platform::environment("NO_COLOR");
-    colourOnOutput = allowed && Platform::showsEscapes(Stream::Output);
-    colourOnError = allowed && Platform::showsEscapes(Stream::Error);
+    const bool always = when == "always";
+    const bool allowed = when == "auto" && !Platform::environment("NO_COLOR");
+    colourOnOutput = always || (allowed && Platform::showsEscapes(Stream::Output));
+    colourOnError = always || (allowed && Platform::showsEscapes(Stream::Error));
 }
 
 void Output::write(std::string_view data)
@@ -68,7 +69,8 @@ void Output::line(const std::vector<Span>& spans)
 
 void Output::append(std::string_view text, Colour colour)
 {
-    if (!outputIsTerminal)
+    // What is coloured is meant for a terminal, also if it comes there through a pipe.
+    if (!outputIsTerminal && !colourOnOutput)
         buffer += text;
     else
         buffer += paint(colourOnOutput ? colour : Colour::Plain, safeForTerminal(text));

@@ -37,8 +37,10 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Uses colours where the stream is a terminal, unless they are forbidden.
-    void decideOnColour(bool forbidden);
+    /// Decides where colours are used.
+    ///
+    /// @param when  "always", "never" or "auto": where the stream is a terminal, unless the environment forbids it.
+    void decideOnColour(const std::string& when);
 
     /// Appends to standard output, which is buffered. Programs that read it through a pipe or from a file get the exact
     /// bytes. @throws ReaderGone, or Failure when it cannot be written.
