@@ -50,9 +50,9 @@ TEST_F(Completion, OffersOptions)
 
 TEST_F(Completion, OffersFilesWhereFilesGo)
 {
-    for (const auto& words : std::vector<std::vector<std::string>>{{"stat", ""}, {"stat", "a", "b"}, {"ls", "pl"},
-             {"add", "a", "b", ""}, {"run", "lock", ""}, {"log", "cat", ""}, {"log", "grep", "user=anna", ""},
-             {"sync", "--one", ""}, {"checksum", ""}, {"closed", "--process", "1", ""}})
+    for (const auto& words : std::vector<std::vector<std::string>>{{"stat", "a", "b"}, {"ls", "pl"},
+             {"add", "a", "b", ""}, {"run", "lock", "x"}, {"log", "cat", ""}, {"log", "grep", "user=anna", ""},
+             {"sync", "--one", "x"}, {"checksum", ""}, {"closed", "--process", "1", "x"}})
         EXPECT_THAT(complete(words), ElementsAre(":files")) << testing::PrintToString(words);
     for (const auto& words : std::vector<std::vector<std::string>>{{"can-add-file", ""}, {"--home", ""},
              {"drive", "add", "x", "--server", ""}, {"drives", "--api-folder", "x"}, {"--dotnet-root", ""}})
@@ -62,6 +62,26 @@ TEST_F(Completion, OffersFilesWhereFilesGo)
         EXPECT_THAT(complete(words), Not(Contains(":files"))) << testing::PrintToString(words);
         EXPECT_THAT(complete(words), Not(Contains(":folders"))) << testing::PrintToString(words);
     }
+}
+
+TEST_F(Completion, OffersDrivesWhereAPathMayBeginWithOne)
+{
+    EXPECT_THAT(complete({"ls", ""}),
+        ElementsAre(":files", "Harbour Project/", "Trelis Documents/", "Bridge Team/", "Morrow Archive/"));
+    EXPECT_THAT(complete({"status", "--short", "Br"}), ElementsAre(":files", "Bridge Team/"));
+    EXPECT_THAT(complete({"conflicts", "keep", "--this", "Mo"}), ElementsAre(":files", "Morrow Archive/"));
+    expectOk({"service", "stop"});
+    EXPECT_THAT(complete({"ls", "Br"}), ElementsAre(":files"));
+}
+
+TEST_F(Completion, OffersWhatShowsAndSettlesWhatIsPending)
+{
+    EXPECT_THAT(complete({"stat"}), ElementsAre("status", "stat"));
+    EXPECT_THAT(complete({"status", "--ex"}), ElementsAre("--exit-code"));
+    EXPECT_THAT(complete({"conflicts", "k"}), Contains("keep"));
+    EXPECT_THAT(complete({"conflicts", "keep", "--o"}), ElementsAre("--other"));
+    EXPECT_THAT(complete({"sync", "--q"}), ElementsAre("--quiet"));
+    EXPECT_THAT(complete({"--color", "a"}), ElementsAre("auto", "always"));
 }
 
 TEST_F(Completion, OffersTheValuesThatTheToolKnows)
@@ -140,11 +160,12 @@ try tessaport stat --drive Har
 try tessaport stat --drive Harbour\\\ P
 try tessaport stat --drive \'Har
 try tessaport stat first\\\ fi
+try tessaport ls Harb
 try tessaport can-add-file fi
 try tessaport service set-state not-
 )"),
         ElementsAre("demo,", "start,status,", "--dry-run,", "Harbour\\ Project,", "Harbour\\ Project,",
-            "Harbour Project,", "first file.txt,", "first folder,", "not-running,not-installed,"));
+            "Harbour Project,", "first file.txt,", "Harbour Project/,", "first folder,", "not-running,not-installed,"));
 }
 
 TEST_F(ShellCompletion, WorksInZsh)

@@ -83,6 +83,22 @@ Candidates drives(Context& context)
     return candidates;
 }
 
+/// Files, and the drives that a path may begin with.
+Candidates paths(Context& context)
+{
+    Candidates candidates = files(context);
+    try {
+        for (const Candidate& drive : drives(context))
+            candidates.push_back({drive.word + '/', drive.description});
+    } catch (const std::exception&) {
+        // Files are completed without the sync application.
+        return candidates;
+    }
+    return candidates;
+}
+
+Candidates colours(Context&) { return {{"auto", ""}, {"always", ""}, {"never", ""}}; }
+
 Candidates driveTypes(Context& context)
 {
     std::set<std::string> types;
@@ -132,9 +148,9 @@ using Source = Candidates (*)(Context&);
 /// By the names that values have in the help.
 const std::map<std::string, Source>& sources()
 {
-    static const std::map<std::string, Source> all{{"PATH", files}, {"FILE", files}, {"FILE... FOLDER", files},
-        {"FOLDER", folders}, {"DIR", folders}, {"SHELL", shells}, {"STATE", states}, {"REQUEST", requests},
-        {"KIND", failures}, {"DRIVE", drives}, {"TYPE", driveTypes}, {"PROPERTY", properties},
+    static const std::map<std::string, Source> all{{"PATH", paths}, {"WHEN", colours}, {"FILE", files},
+        {"FILE... FOLDER", files}, {"FOLDER", folders}, {"DIR", folders}, {"SHELL", shells}, {"STATE", states},
+        {"REQUEST", requests}, {"KIND", failures}, {"DRIVE", drives}, {"TYPE", driveTypes}, {"PROPERTY", properties},
         {"ACTION", commandsOfItems}, {"YES|NO", yesOrNo}};
     return all;
 }
@@ -195,8 +211,11 @@ Candidates candidatesFor(Context& context, const CLI::App& app, const std::vecto
     Candidates candidates;
     if (position.value != nullptr)
         candidates = valuesOf(context, app, position);
-    else
-        candidates = commandsIn(*position.command);
+    // A command that groups others may take arguments itself.
+    if (position.value == nullptr || (position.value->get_positional() && position.path.empty())) {
+        const Candidates commands = commandsIn(*position.command);
+        candidates.insert(candidates.end(), commands.begin(), commands.end());
+    }
     if (candidates.empty() && position.word.empty() && position.takesOptions)
         candidates = optionsOf(*position.command);
     return startingWith(position.word, candidates);

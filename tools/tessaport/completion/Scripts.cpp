@@ -8,14 +8,15 @@ namespace
 // Words that the user has begun to quote are completed as they are, others get the quotes that they need.
 constexpr const char* Bash = R"(# bash completion for tessaport; to try it: source <(tessaport completion bash)
 _tessaport() {
-    local current=${COMP_WORDS[COMP_CWORD]} typed word rest
+    local current=${COMP_WORDS[COMP_CWORD]} typed word rest quoted=
     typed=${current#[\'\"]}
     typed=${typed//\\/}
     COMPREPLY=()
     while IFS=$'\t' read -r word rest; do
         case $word in
-            :files) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- "$typed") ;;
-            :folders) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -d -- "$typed") ;;
+            :files) compopt -o filenames 2>/dev/null; quoted=yes; mapfile -t COMPREPLY < <(compgen -f -- "$typed") ;;
+            :folders) compopt -o filenames 2>/dev/null; quoted=yes; mapfile -t COMPREPLY < <(compgen -d -- "$typed") ;;
+            */) compopt -o nospace 2>/dev/null; [[ $current == [\'\"]* || $quoted ]] || printf -v word %q "$word"; COMPREPLY+=("$word") ;;
             *) [[ $current == [\'\"]* ]] || printf -v word %q "$word"; COMPREPLY+=("$word") ;;
         esac
     done < <("$1" __complete -- "${COMP_WORDS[@]:1:COMP_CWORD-1}" "$typed" 2>/dev/null)
