@@ -242,7 +242,7 @@ TEST_F(Sync, OfADriveWhoseServerFolderIsAFileFailsAndTheOtherDrivesAreSynced)
     for (const ChildResult& result : {before, done}) {
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(linesOf(result.errors).size(), 1U) << result.errors;
-        EXPECT_THAT(result.errors, HasSubstr("cannot be opened"));
+        EXPECT_THAT(result.errors, HasSubstr("is not a folder"));
     }
     EXPECT_THAT(before.output, HasSubstr("would come down  "));
     EXPECT_THAT(done.output, HasSubstr("downloaded  "));
