@@ -5,8 +5,6 @@
 
 #include "tests/cli/ToolTest.h"
 
-namespace fs = std::filesystem;
-
 namespace Quorvex::Velmora::ToolTest
 {
 namespace
