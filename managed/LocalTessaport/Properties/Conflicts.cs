@@ -6,7 +6,7 @@ internal static class Conflicts
     private const string Here = "here";
     private const string Server = "server";
 
-    /// <summary>The path of the file of which an item is the other version; null if it is none, or if that file is gone.</summary>
+    /// <summary>The path of the file of which an item is the other version; null if the item is not a conflict copy, or if that file is gone.</summary>
     public static string? OtherOf(LocalDrive drive, SyncedRecord? record) =>
         record?.Conflict is { } mark && mark.OtherOf(record.Path) is var other && ItemView.At(drive, other) is { Exists: true, IsFolder: false }
             ? other

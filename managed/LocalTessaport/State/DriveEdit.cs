@@ -41,9 +41,12 @@ internal sealed class DriveEdit : IDisposable
     /// <summary>Notes that both sides of an item are equal now.</summary>
     public void RecordSynced(SyncedRecord record, ItemView view)
     {
-        Index.Synced.Put(Index.Synced.ByPath(record.Path) is { } earlier
-            ? record with { Conflict = record.Conflict ?? earlier.Conflict }
-            : ConflictCopy.Recognise(record, view));
+        Index.Synced.Put(Index.Synced.ByPath(record.Path) switch
+        {
+            null => ConflictCopy.Recognise(record, view),
+            { Conflict: { } mark } => record with { Conflict = mark },
+            _ => record,
+        });
         if (IsNamed(view) && Tracker.RecordOf(view) is { } item)
             Index.Items.Put(item.SeenIn(view) with { Content = KnownContentOf(view) ?? item.Content });
     }

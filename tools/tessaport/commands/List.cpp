@@ -35,9 +35,10 @@ public:
             json = std::make_unique<JsonList>(context.output);
     }
 
-    void add(const std::vector<Item>& items, const std::function<void(const Item&)>& afterEach)
+    template <class Items>
+    void add(const Items& items, const std::function<void(const Item&)>& afterEach)
     {
-        const Details details(context, options.isLong ? items : std::vector<Item>{});
+        const Details details(context, items, options.isLong);
         for (const Item& item : items) {
             add(item, details);
             afterEach(item);
@@ -98,8 +99,7 @@ QVBuffer<Item> contentsOf(Context& context, const Item& folder, bool foldersOnly
 
 void listFolder(Context& context, const Item& folder, const ListOptions& options, Listing& listing)
 {
-    const auto contents = contentsOf(context, folder, options.foldersOnly);
-    listing.add({contents.begin(), contents.end()}, [&](const Item& item) {
+    listing.add(contentsOf(context, folder, options.foldersOnly), [&](const Item& item) {
         if (options.recursive && item.isFolder)
             listFolder(context, item, options, listing);
     });
@@ -125,7 +125,7 @@ ExitCode list(Context& context, const ListOptions& options)
     if (item.isFolder)
         listFolder(context, item, options, listing);
     else
-        listing.add({item}, [](const Item&) {});
+        listing.add(std::vector<Item>{item}, [](const Item&) {});
     listing.finish();
     return ExitCode::Ok;
 }

@@ -343,7 +343,7 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync\n"
             "tessaport sync PATH PATH       folders with everything in them\n"
             "tessaport sync -n PATH         only show which way files would go\n"
-            "tessaport sync -q                  print nothing but errors\n"
+            "tessaport sync -q              print nothing but errors\n"
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
     CLI::Option* const paths =

@@ -18,11 +18,6 @@ QVBuffer<Item> branchesOf(Context& context, const Item& folder, const TreeOption
                                : context.connection().getFolderContents(folder);
 }
 
-Details detailsOf(Context& context, const QVBuffer<Item>& items, const TreeOptions& options)
-{
-    return {context, options.isLong ? std::vector<Item>(items.begin(), items.end()) : std::vector<Item>{}};
-}
-
 bool isDeepEnough(const TreeOptions& options, unsigned depth) { return options.depth != 0 && depth >= options.depth; }
 
 std::string noteOn(const Item& item, const Details& details, const TreeOptions& options)
@@ -39,7 +34,7 @@ void draw(Context& context, const Item& folder, const std::string& indent, const
     if (isDeepEnough(options, depth))
         return;
     const auto branches = branchesOf(context, folder, options);
-    const Details details = detailsOf(context, branches, options);
+    const Details details(context, branches, options.isLong);
     for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
         const Item& item = *branches[i];
         const bool last = i + 1 == branches.GetSize();
@@ -64,7 +59,7 @@ void listBranches(Context& context, JsonList& list, const Item& folder, const Tr
     if (isDeepEnough(options, depth))
         return;
     const auto branches = branchesOf(context, folder, options);
-    const Details details = detailsOf(context, branches, options);
+    const Details details(context, branches, options.isLong);
     for (const Item& item : branches) {
         addWithDepth(list, item, details, options, depth + 1);
         if (item.isFolder)
@@ -100,7 +95,7 @@ ExitCode tree(Context& context, const TreeOptions& options)
     }
     JsonList list(context.output);
     for (const Root& root : roots) {
-        const Details details(context, options.isLong ? std::vector<Item>{root.item} : std::vector<Item>{});
+        const Details details(context, std::vector<Item>{root.item}, options.isLong);
         addWithDepth(list, root.item, details, options, 0);
         if (root.item.isFolder)
             listBranches(context, list, root.item, options, 0);

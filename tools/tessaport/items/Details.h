@@ -13,7 +13,13 @@ namespace Quorvex::Velmora::Tool
 class Details
 {
 public:
-    Details(Context& context, const std::vector<TessaportAPI::Item>& items);
+    /// @param isLong  whether the listing shows them; nothing is asked otherwise.
+    template <class Items>
+    Details(Context& context, const Items& items, bool isLong)
+        : Details(context,
+              isLong ? std::vector<TessaportAPI::Item>(items.begin(), items.end()) : std::vector<TessaportAPI::Item>{})
+    {
+    }
 
     /// In bytes; "-" for folders, and if the sync application does not say.
     [[nodiscard]] std::string size(const TessaportAPI::Item& item) const;
@@ -25,6 +31,8 @@ public:
     void addTo(Json& json, const TessaportAPI::Item& item) const;
 
 private:
+    Details(Context& context, const std::vector<TessaportAPI::Item>& items);
+
     [[nodiscard]] std::string stateWord(const TessaportAPI::Item& item) const;
 
     PropertyTexts texts;
