@@ -138,6 +138,34 @@ TEST_F(Listing, ListsTheDrivesWithoutAPath)
     EXPECT_EQ(expectOk({"ls", "-1"}), "Harbour Project\nTrelis Documents\nBridge Team\nMorrow Archive\n");
 }
 
+TEST_F(Listing, ListsAllDrivesRecursivelyWithPathsThatCommandsTake)
+{
+    const auto names = linesOf(expectOk({"ls", "-1R"}));
+
+    EXPECT_EQ(names.front(), "Harbour Project");
+    EXPECT_THAT(names, testing::Contains("Bridge Team/" + withNativeSlashes("model/deck.txt")));
+    EXPECT_EQ(expectOk({"ls", "-1", "Bridge Team/model/deck.txt"}), "deck.txt\n");
+}
+
+TEST_F(Listing, NamesFoldersThatCannotBeReadAndShowsTheOthers)
+{
+    std::filesystem::rename(server("harbour"), home / "kept");
+    writeFile(server("harbour"), "not a folder");
+
+    const ChildResult tree = run({"tree"});
+    const ChildResult json = run({"--json", "tree"});
+    const ChildResult list = run({"ls", "-1R"});
+
+    for (const ChildResult& result : {tree, json, list}) {
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(linesOf(result.errors).size(), 1U) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr("is not a folder"));
+        EXPECT_THAT(result.output, HasSubstr("lighthouse.txt"));
+    }
+    EXPECT_EQ(nlohmann::json::parse(json.output)[0]["name"], "Harbour Project");
+    EXPECT_EQ(run({"ls", "Harbour Project"}).exitCode, 1);
+}
+
 TEST_F(Listing, LimitsTheDepthOfATree)
 {
     EXPECT_EQ(expectOk({"tree", "--depth", "1", "--folders", text(workspace("harbour"))}),

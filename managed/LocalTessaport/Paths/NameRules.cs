@@ -60,13 +60,11 @@ internal static class NameRules
     /// <summary>Whether every surrogate has its partner; other strings are changed when they become a file name.</summary>
     public static bool IsWellFormed(ReadOnlySpan<char> text)
     {
-        for (var i = 0; i < text.Length; ++i)
+        while (text.IndexOfAnyInRange('\uD800', '\uDFFF') is var at and >= 0)
         {
-            if (!char.IsSurrogate(text[i]))
-                continue;
-            if (i + 1 == text.Length || !char.IsSurrogatePair(text[i], text[i + 1]))
+            if (at + 1 == text.Length || !char.IsSurrogatePair(text[at], text[at + 1]))
                 return false;
-            ++i;
+            text = text[(at + 2)..];
         }
         return true;
     }

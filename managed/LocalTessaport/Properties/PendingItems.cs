@@ -63,19 +63,8 @@ internal sealed class PendingItems
 
     private PropertySource SourceFor(SnapshotNode node)
     {
-        var path = node.Path;
-        return new PropertySource
-        {
-            View = new ItemView(_top.Drive, path, node[SideName.Workspace], node[SideName.Server]),
-            Id = null,
-            ParentId = null,
-            LockedBy = _locks.GetValueOrDefault(path),
-            Index = _top.Index,
-            Synced = _top.Index.Synced.ByPath(path),
-            Failure = _top.Index.Failures.At(path),
-            Action = null,
-            UpkeepFailure = null,
-        };
+        var view = new ItemView(_top.Drive, node.Path, node[SideName.Workspace], node[SideName.Server]);
+        return new PropertySource(view, _top.Index) { LockedBy = _locks.GetValueOrDefault(view.Path) };
     }
 
     private void Write(PropertySource source, string state, string? error, string? other)

@@ -38,22 +38,15 @@ internal static class PropertyReader
     }
 
     private static PropertySource SourceFor(
-        RequestScope request, ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers)
-    {
-        var index = IndexStore.Load(request.Home, view.Drive.Id);
-        return new PropertySource
+        RequestScope request, ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers) =>
+        new(view, IndexStore.Load(request.Home, view.Drive.Id))
         {
-            View = view,
             Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
             ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
             LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
-            Index = index,
-            Synced = index.Synced.ByPath(view.Path),
-            Failure = index.Failures.At(view.Path),
             Action = action,
             UpkeepFailure = view.IsRoot ? Upkeep.FailureOf(request.Home, view.Drive.Id) : null,
         };
-    }
 
     private static void FindIds(RequestScope request, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
     {

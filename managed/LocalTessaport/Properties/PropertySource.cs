@@ -3,25 +3,34 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>What the properties of one item are read from.</summary>
 internal sealed class PropertySource
 {
-    public required ItemView View { get; init; }
-    public required PermanentId? Id { get; init; }
-    public required PermanentId? ParentId { get; init; }
-    public required string? LockedBy { get; init; }
+    public PropertySource(ItemView view, DriveIndex index)
+    {
+        View = view;
+        Index = index;
+        Synced = index.Synced.ByPath(view.Path);
+        Failure = index.Failures.At(view.Path);
+    }
 
-    /// <summary>What was last synced at the item's path, if anything was.</summary>
-    public required SyncedRecord? Synced { get; init; }
+    public ItemView View { get; }
 
     /// <summary>What the service remembers of the drive.</summary>
-    public required DriveIndex Index { get; init; }
+    public DriveIndex Index { get; }
+
+    /// <summary>What was last synced at the item's path, if anything was.</summary>
+    public SyncedRecord? Synced { get; }
 
     /// <summary>The reason of the item's last failure; null if its last request succeeded.</summary>
-    public required string? Failure { get; init; }
+    public string? Failure { get; }
+
+    public PermanentId? Id { get; init; }
+    public PermanentId? ParentId { get; init; }
+    public string? LockedBy { get; init; }
 
     /// <summary>What the request that listed the item did with it; null outside of results.</summary>
-    public required string? Action { get; init; }
+    public string? Action { get; init; }
 
     /// <summary>Why the service could not tidy up the drive; null if it could.</summary>
-    public required string? UpkeepFailure { get; init; }
+    public string? UpkeepFailure { get; init; }
 
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;

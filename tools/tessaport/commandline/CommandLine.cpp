@@ -72,6 +72,16 @@ CLI::App& addCommand(const CommandLine& line, const std::string& name, const std
     return command;
 }
 
+CLI::Option* addPath(CLI::App& command, std::string& path, const std::string& description)
+{
+    return command.add_option("path", path, description)->type_name("PATH");
+}
+
+CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths, const std::string& description)
+{
+    return command.add_option("path", paths, description)->type_name("PATH");
+}
+
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples)
 {

@@ -53,6 +53,13 @@ template <class Options>
     return {command, *options};
 }
 
+/// Declares the argument PATH of a command: one file or folder.
+CLI::Option* addPath(CLI::App& command, std::string& path, const std::string& description);
+
+/// Declares the argument PATH of a command: any number of files and folders.
+CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths,
+    const std::string& description = "Files or folders in a workspace, or DRIVE/PATH");
+
 /// Declares a command that only groups others.
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples);

@@ -31,7 +31,7 @@ void addClosedCommand(const CommandLine& line)
     auto [command, options] =
         addCommand<ClosedOptions>(line, "closed", "Tell the sync application that a process has closed a file",
             "tessaport closed --process 4711 PATH", reportClosed);
-    command.add_option("path", options.path, "The file that was closed")->type_name("PATH")->required();
+    addPath(command, options.path, "The file that was closed")->required();
     command.add_option("--process", options.process, "Number of the process")
         ->type_name("N")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))

@@ -160,9 +160,7 @@ void addKeepCommand(const CommandLine& line)
         "tessaport conflicts keep --other PATH    the copy, which takes the place of the other\n"
         "tessaport conflicts keep --both PATH     both, as two ordinary files",
         keep);
-    command.add_option("path", options.path, "The file, by the name that one version kept")
-        ->type_name("PATH")
-        ->required();
+    addPath(command, options.path, "The file, by the name that one version kept")->required();
     command.add_flag("--this", options.keepThis, "Keep the version that has the name, and delete the copy");
     command.add_flag("--other", options.keepOther, "Put the copy in the place of the version that has the name");
     command.add_flag("--both", options.keepBoth, "Keep both, and list the conflict no longer");
@@ -179,8 +177,7 @@ void addConflictCommands(const CommandLine& line)
         "tessaport conflicts PATH                  in one folder or drive\n"
         "tessaport conflicts keep --other PATH     settle one",
         [paths](Context& context) { return showConflicts(context, *paths); });
-    group.add_option("path", *paths, "Files or folders in a workspace, or DRIVE/PATH; without PATH all drives")
-        ->type_name("PATH");
+    addPaths(group, *paths, "Files or folders in a workspace, or DRIVE/PATH; without PATH all drives");
     addKeepCommand({group, line.context, line.chosen, "Commands"});
 }
 

@@ -107,10 +107,7 @@ void showDrives(Context& context)
 
 void addDrivesCommand(const CommandLine& line)
 {
-    addCommand(line, "drives", "List the drives",
-        "tessaport drives\n"
-        "tessaport drives --json",
-        listDrives);
+    addCommand(line, "drives", "List the drives", "tessaport drives", listDrives);
 }
 
 } // namespace Quorvex::Velmora::Tool

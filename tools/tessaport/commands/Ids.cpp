@@ -68,9 +68,7 @@ void addIdCommands(const CommandLine& line)
 {
     auto [idCommand, paths] = addCommand<std::vector<std::string>>(line, "id",
         "Show the permanent ids of items, which survive renames and moves", "tessaport id PATH PATH", showIds);
-    idCommand.add_option("path", paths, "Files or folders in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPaths(idCommand, paths)->required();
 
     auto [resolveCommand, ids] =
         addCommand<std::vector<std::string>>(line, "resolve", "Show where the items of permanent ids are",

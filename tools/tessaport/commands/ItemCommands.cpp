@@ -119,9 +119,7 @@ void addItemCommands(const CommandLine& line)
 {
     auto [listCommand, paths] = addCommand<std::vector<std::string>>(line, "commands",
         "Show the commands that the sync application offers for items", "tessaport commands PATH", showCommands);
-    listCommand.add_option("path", paths, "Files or folders in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPaths(listCommand, paths)->required();
 
     auto [command, options] = addCommand<RunOptions>(line, "run", "Run a command of the sync application on items",
         "tessaport run lock PATH\n"
@@ -130,9 +128,7 @@ void addItemCommands(const CommandLine& line)
     command.add_option("command", options.command, "Identifier or name of the command")
         ->type_name("ACTION")
         ->required();
-    command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPaths(command, options.paths)->required();
     command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }
 

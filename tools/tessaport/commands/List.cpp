@@ -4,6 +4,7 @@
 
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/Details.h"
+#include "tools/tessaport/items/FolderReader.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -34,6 +35,9 @@ public:
         if (context.options.json)
             json = std::make_unique<JsonList>(context.output);
     }
+
+    /// From now on, shows paths of this drive with its name, as commands take them.
+    void startDrive(const std::string& name) { drive = name; }
 
     template <class Items>
     void add(const Items& items, const std::function<void(const Item&)>& afterEach)
@@ -78,7 +82,10 @@ private:
     // In a recursive listing, only the path tells two items with the same name apart.
     [[nodiscard]] std::string shownName(const Item& item) const
     {
-        return options.recursive ? localText(item.relativePath) : toUtf8(item.name);
+        if (!options.recursive)
+            return toUtf8(item.name);
+        const std::string path = localText(item.relativePath);
+        return path.empty() || drive.empty() ? drive + path : drive + '/' + path;
     }
 
     [[nodiscard]] Cell cellFor(const Item& item) const
@@ -90,44 +97,39 @@ private:
     const ListOptions& options;
     std::unique_ptr<JsonList> json;
     Table table;
+    std::string drive;
 };
 
-QVBuffer<Item> contentsOf(Context& context, const Item& folder, bool foldersOnly)
+template <class Items>
+void listContents(const Items& contents, FolderReader& folders, const ListOptions& options, Listing& listing)
 {
-    return foldersOnly ? context.connection().getChildFolders(folder) : context.connection().getFolderContents(folder);
-}
-
-void listFolder(Context& context, const Item& folder, const ListOptions& options, Listing& listing)
-{
-    listing.add(contentsOf(context, folder, options.foldersOnly), [&](const Item& item) {
+    listing.add(contents, [&](const Item& item) {
         if (options.recursive && item.isFolder)
-            listFolder(context, item, options, listing);
+            listContents(folders.tryRead(item), folders, options, listing);
     });
 }
 
 ExitCode list(Context& context, const ListOptions& options)
 {
+    FolderReader folders(context, options.foldersOnly);
     if (options.path.empty()) {
         const auto drives = context.connection().getDrives();
         Listing listing(context, options);
-        std::vector<Item> roots;
-        for (const Drive& drive : drives)
-            roots.push_back(drive.root);
-        listing.add(roots, [&](const Item& root) {
-            if (options.recursive)
-                listFolder(context, root, options, listing);
-        });
+        for (const Drive& drive : drives) {
+            listing.startDrive(toUtf8(drive.name));
+            listContents(std::vector<Item>{drive.root}, folders, options, listing);
+        }
         listing.finish();
-        return ExitCode::Ok;
+        return folders.result();
     }
     const Item item = findItem(context, options.path);
     Listing listing(context, options);
     if (item.isFolder)
-        listFolder(context, item, options, listing);
+        listContents(folders.read(item), folders, options, listing);
     else
         listing.add(std::vector<Item>{item}, [](const Item&) {});
     listing.finish();
-    return ExitCode::Ok;
+    return folders.result();
 }
 
 } // namespace
@@ -139,8 +141,7 @@ void addListCommand(const CommandLine& line)
         "tessaport ls -R --filter '*.dwg' PATH   files of one kind, at any depth\n"
         "tessaport ls --json PATH",
         list);
-    command.add_option("path", options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash")
-        ->type_name("PATH");
+    addPath(command, options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash");
     command.add_flag("-l,--long", options.isLong, "Show size in bytes, time and sync state");
     command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
     command.add_flag("--folders", options.foldersOnly, "List folders only");

@@ -90,9 +90,7 @@ void addMakeFolderCommand(const CommandLine& line)
 {
     auto [command, options] = addCommand<MakeFolderOptions>(
         line, "mkdir", "Create folders and missing levels", "tessaport mkdir PATH/plans/2024", makeFolders);
-    command.add_option("path", options.paths, "Folders to create in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPaths(command, options.paths, "Folders to create in a workspace, or DRIVE/PATH")->required();
     command.add_flag("-p,--parents", "Changes nothing: missing levels are always created, as other mkdirs do with -p");
     command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
 }

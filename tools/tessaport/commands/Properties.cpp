@@ -216,8 +216,7 @@ void addPropertyCommand(const CommandLine& line)
         "tessaport props --id Size --id Modified PATH PATH\n"
         "tessaport props --definitions 'Harbour Project'    the properties of a drive",
         showProperties);
-    CLI::Option* const paths =
-        command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
+    CLI::Option* const paths = addPaths(command, options.paths);
     command.add_option("--id", options.ids, "Show this property only; can be given several times")
         ->type_name("PROPERTY")
         ->allow_extra_args(false);

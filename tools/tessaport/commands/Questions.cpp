@@ -117,7 +117,7 @@ void addQuestionCommands(const CommandLine& line)
     auto [command, paths] = addCommand<std::vector<std::string>>(line, "in-workspace",
         "Say which local files are in a workspace (0: all of them, 1: not all)", "tessaport in-workspace PATH PATH",
         areInWorkspace);
-    command.add_option("path", paths, "Local files, with either slash")->type_name("PATH")->required();
+    addPaths(command, paths, "Local files, with either slash")->required();
 }
 
 } // namespace Quorvex::Velmora::Tool

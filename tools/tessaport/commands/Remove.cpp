@@ -144,9 +144,7 @@ void addRemoveCommand(const CommandLine& line)
         "tessaport rm -n PATH            only shows what would be done\n"
         "tessaport rm -y PATH            does not ask",
         remove);
-    command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPaths(command, options.paths)->required();
     command.add_flag("-r,--recursive", options.recursive, "Delete folders with everything in them");
     command.add_flag("-y,--yes", options.yes, "Do not ask");
     command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");

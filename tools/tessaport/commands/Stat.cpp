@@ -117,9 +117,7 @@ void addStatCommand(const CommandLine& line)
         "tessaport stat --json PATH PATH\n"
         "tessaport stat --drive 'Harbour Project' plans/a.txt   relative to a drive",
         showFields);
-    command.add_option("path", options.paths, "Files or folders in a workspace or DRIVE/PATH, with either slash")
-        ->type_name("PATH")
-        ->required();
+    addPaths(command, options.paths, "Files or folders in a workspace or DRIVE/PATH, with either slash")->required();
     command.add_option("--drive", options.drive, "The paths are relative to this drive (name or identifier)")
         ->type_name("DRIVE");
 }

@@ -123,7 +123,7 @@ void addStatusCommand(const CommandLine& line)
             "tessaport status --short            one letter and one path a line\n"
             "tessaport status --exit-code        ends with 8 if anything is pending",
             showStatus);
-    command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
+    addPaths(command, options.paths);
     command.add_flag("-s,--short", options.isShort,
         "A letter for each item: A only here, N only on the server, M changed here, S changed on the server, B changed "
         "on both sides, C conflict copy, F failed, X left out, L locked, O drive offline");

@@ -346,8 +346,7 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync -q              print nothing but errors\n"
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
-    CLI::Option* const paths =
-        command.add_option("path", options.paths, "Files or folders in a workspace, or DRIVE/PATH")->type_name("PATH");
+    CLI::Option* const paths = addPaths(command, options.paths);
     CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
     CLI::Option* const quiet =
         command.add_flag("-q,--quiet", options.isQuiet, "Print nothing but errors")->excludes(dryRun);

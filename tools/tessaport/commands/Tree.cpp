@@ -1,6 +1,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/commands/Views.h"
 #include "tools/tessaport/items/Details.h"
+#include "tools/tessaport/items/FolderReader.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/text/Text.h"
@@ -12,14 +13,6 @@ namespace
 
 using namespace TessaportAPI;
 
-QVBuffer<Item> branchesOf(Context& context, const Item& folder, const TreeOptions& options)
-{
-    return options.foldersOnly ? context.connection().getChildFolders(folder)
-                               : context.connection().getFolderContents(folder);
-}
-
-bool isDeepEnough(const TreeOptions& options, unsigned depth) { return options.depth != 0 && depth >= options.depth; }
-
 std::string noteOn(const Item& item, const Details& details, const TreeOptions& options)
 {
     if (options.isLong)
@@ -27,22 +20,6 @@ std::string noteOn(const Item& item, const Details& details, const TreeOptions& 
                details.state(item) + ')';
     const std::string where = whereItStands(item);
     return where == "both" ? "" : "  (" + where + " only)";
-}
-
-void draw(Context& context, const Item& folder, const std::string& indent, const TreeOptions& options, unsigned depth)
-{
-    if (isDeepEnough(options, depth))
-        return;
-    const auto branches = branchesOf(context, folder, options);
-    const Details details(context, branches, options.isLong);
-    for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
-        const Item& item = *branches[i];
-        const bool last = i + 1 == branches.GetSize();
-        context.output.line(std::vector<Span>{
-            indent + (last ? "└── " : "├── "), nameCell(item), {noteOn(item, details, options), Colour::Dim}});
-        if (item.isFolder)
-            draw(context, item, indent + (last ? "    " : "│   "), options, depth + 1);
-    }
 }
 
 void addWithDepth(JsonList& list, const Item& item, const Details& details, const TreeOptions& options, unsigned depth)
@@ -54,18 +31,52 @@ void addWithDepth(JsonList& list, const Item& item, const Details& details, cons
     list.add(json);
 }
 
-void listBranches(Context& context, JsonList& list, const Item& folder, const TreeOptions& options, unsigned depth)
+/// Shows folders with everything in them, as far down as the options say.
+class Tree
 {
-    if (isDeepEnough(options, depth))
-        return;
-    const auto branches = branchesOf(context, folder, options);
-    const Details details(context, branches, options.isLong);
-    for (const Item& item : branches) {
-        addWithDepth(list, item, details, options, depth + 1);
-        if (item.isFolder)
-            listBranches(context, list, item, options, depth + 1);
+public:
+    Tree(Context& commandContext, const TreeOptions& treeOptions)
+        : context(commandContext), options(treeOptions), folders(commandContext, treeOptions.foldersOnly)
+    {
     }
-}
+
+    void draw(const Item& folder, const std::string& indent = "", unsigned depth = 0)
+    {
+        const QVBuffer<Item> branches = branchesOf(folder, depth);
+        const Details details(context, branches, options.isLong);
+        for (std::uint32_t i = 0; i < branches.GetSize(); ++i) {
+            const Item& item = *branches[i];
+            const bool last = i + 1 == branches.GetSize();
+            context.output.line(std::vector<Span>{
+                indent + (last ? "└── " : "├── "), nameCell(item), {noteOn(item, details, options), Colour::Dim}});
+            draw(item, indent + (last ? "    " : "│   "), depth + 1);
+        }
+    }
+
+    void addTo(JsonList& list, const Item& folder, unsigned depth = 0)
+    {
+        const QVBuffer<Item> branches = branchesOf(folder, depth);
+        const Details details(context, branches, options.isLong);
+        for (const Item& item : branches) {
+            addWithDepth(list, item, details, options, depth + 1);
+            addTo(list, item, depth + 1);
+        }
+    }
+
+    /// Whether every folder could be read.
+    [[nodiscard]] ExitCode result() const { return folders.result(); }
+
+private:
+    QVBuffer<Item> branchesOf(const Item& item, unsigned depth)
+    {
+        const bool isDeepEnough = options.depth != 0 && depth >= options.depth;
+        return item.isFolder && !isDeepEnough ? folders.tryRead(item) : QVBuffer<Item>();
+    }
+
+    Context& context;
+    const TreeOptions& options;
+    FolderReader folders;
+};
 
 struct Root {
     Item item;
@@ -85,32 +96,38 @@ std::vector<Root> rootsFor(Context& context, const TreeOptions& options)
     return roots;
 }
 
-ExitCode tree(Context& context, const TreeOptions& options)
+ExitCode showAsJson(Context& context, const std::vector<Root>& roots, const TreeOptions& options)
 {
-    const std::vector<Root> roots = rootsFor(context, options);
-    if (!context.options.json) {
-        for (const Root& root : roots)
-            showTree(context, root.item, root.title, options);
-        return ExitCode::Ok;
-    }
+    Tree tree(context, options);
     JsonList list(context.output);
     for (const Root& root : roots) {
         const Details details(context, std::vector<Item>{root.item}, options.isLong);
         addWithDepth(list, root.item, details, options, 0);
-        if (root.item.isFolder)
-            listBranches(context, list, root.item, options, 0);
+        tree.addTo(list, root.item);
     }
     list.close();
-    return ExitCode::Ok;
+    return tree.result();
+}
+
+ExitCode tree(Context& context, const TreeOptions& options)
+{
+    const std::vector<Root> roots = rootsFor(context, options);
+    if (context.options.json)
+        return showAsJson(context, roots, options);
+    ExitCode code = ExitCode::Ok;
+    for (const Root& root : roots)
+        combine(code, showTree(context, root.item, root.title, options));
+    return code;
 }
 
 } // namespace
 
-void showTree(Context& context, const Item& root, const std::string& title, const TreeOptions& options)
+ExitCode showTree(Context& context, const Item& root, const std::string& title, const TreeOptions& options)
 {
     context.output.line(std::vector<Span>{{title, Colour::Heading}});
-    if (root.isFolder)
-        draw(context, root, "", options, 0);
+    Tree tree(context, options);
+    tree.draw(root);
+    return tree.result();
 }
 
 void addTreeCommand(const CommandLine& line)
@@ -121,8 +138,7 @@ void addTreeCommand(const CommandLine& line)
             "tessaport tree --depth 2          all drives, two levels\n"
             "tessaport tree --json PATH        each item with its depth",
             tree);
-    command.add_option("path", options.path, "Folder in a workspace or DRIVE/PATH, with either slash")
-        ->type_name("PATH");
+    addPath(command, options.path, "Folder in a workspace or DRIVE/PATH, with either slash");
     command.add_option("--depth", options.depth, "Show this many levels")
         ->type_name("N")
         ->check(CLI::Range(1U, 1000000U).description(""));

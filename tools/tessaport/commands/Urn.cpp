@@ -68,9 +68,7 @@ void addUrnCommand(const CommandLine& line)
         "tessaport urn PATH\n"
         "tessaport urn --parent-key FOLDER",
         showUrn);
-    command.add_option("path", options.path, "File or folder in a workspace, or DRIVE/PATH")
-        ->type_name("PATH")
-        ->required();
+    addPath(command, options.path, "File or folder in a workspace, or DRIVE/PATH")->required();
     command.add_flag("--parent-key", options.parentKey,
         "For a folder, show the URN of the folder that holds it, also if it has its own");
 }

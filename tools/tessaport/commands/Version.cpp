@@ -21,10 +21,7 @@ ExitCode showVersions(Context& context)
 
 void addVersionCommand(const CommandLine& line)
 {
-    addCommand(line, "version", "Show the version of the sync application",
-        "tessaport version\n"
-        "tessaport version --json",
-        showVersions);
+    addCommand(line, "version", "Show the version of the sync application", "tessaport version", showVersions);
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -17,7 +17,8 @@ struct TreeOptions {
     bool isLong = false;
 };
 
-/// Draws an item and everything in it.
-void showTree(Context& context, const TessaportAPI::Item& root, const std::string& title, const TreeOptions& options);
+/// Draws an item and everything in it, and reports the folders in it that cannot be read.
+ExitCode showTree(
+    Context& context, const TessaportAPI::Item& root, const std::string& title, const TreeOptions& options);
 
 } // namespace Quorvex::Velmora::Tool

@@ -118,7 +118,7 @@ void addWhereCommand(const CommandLine& line)
             "tessaport where PATH\n"
             "tessaport where --id tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
             where);
-    command.add_option("path", options.path, "File or folder in a workspace, or DRIVE/PATH")->type_name("PATH");
+    addPath(command, options.path, "File or folder in a workspace, or DRIVE/PATH");
     command.add_option("--id", options.id, "Permanent id of the item")->type_name("ID");
 }
 
