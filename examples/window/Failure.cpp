@@ -1,5 +1,7 @@
 #include "Failure.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 
 #include <velmora/api/Exceptions.h>
@@ -10,46 +12,47 @@ namespace DriveWindow
 namespace
 {
 
-Failure failure(const QString& doing, const char* why, const char* remedy, const QString& message)
+template <class Exception>
+bool is(const std::exception* exception)
 {
-    return {QString("Cannot %1: %2").arg(doing, QString(why)), remedy, message};
+    return dynamic_cast<const Exception*>(exception) != nullptr;
 }
 
-QString messageOf(const Api::ApiException& exception)
+struct Explanation {
+    bool (*fits)(const std::exception*);
+    const char* why;
+    const char* remedy;
+};
+
+// The first that fits holds: the exceptions of the library are all ApiExceptions.
+constexpr Explanation Explanations[] = {
+    {is<Api::TessaportNotInstalledException>, "Tessaport is not installed.", "Install Tessaport, then try again."},
+    {is<Api::TessaportNotRunningException>, "Tessaport is not running.", "Start Tessaport, then try again."},
+    {is<Api::TessaportForcedUpdateException>, "an update of Tessaport is waiting to be installed.",
+        "Let Tessaport install its update, then try again."},
+    {is<Api::TessaportRequiresUpdateException>, "this version of Tessaport is too old.",
+        "Update Tessaport, then try again."},
+    {is<Api::TessaportApiRequiresUpdateException>, "Tessaport and this program do not fit together.",
+        "Update both of them, then start this program again."},
+    {is<Api::ApiException>, "Tessaport reports a failure.",
+        "Try again. If it fails again, pass the message on to those who look after Tessaport."},
+    {is<std::bad_alloc>, "there is not enough memory.", "Close other programs, then try again."},
+    {is<std::exception>, "something unexpected happened.", "Try again, or start this program again."},
+};
+
+QString messageOf(const std::exception& exception)
 {
-    const wchar_t* message = exception.getErrorMessage();
-    return message == nullptr ? QString() : QString::fromWCharArray(message);
+    const auto* known = dynamic_cast<const Api::ApiException*>(&exception);
+    return known == nullptr ? QString(exception.what()) : toQString(QVString(known->getErrorMessage()));
 }
 
 } // namespace
 
-Failure describe(const std::exception_ptr& exception, const QString& doing)
+Failure describe(const std::exception& exception, const QString& doing)
 {
-    try {
-        std::rethrow_exception(exception);
-    } catch (const Api::TessaportNotInstalledException& e) {
-        return failure(doing, "Tessaport is not installed.", "Install Tessaport, then try again.", messageOf(e));
-    } catch (const Api::TessaportNotRunningException& e) {
-        return failure(doing, "Tessaport is not running.", "Start Tessaport, then try again.", messageOf(e));
-    } catch (const Api::TessaportForcedUpdateException& e) {
-        return failure(doing, "an update of Tessaport is waiting to be installed.",
-            "Let Tessaport install its update, then try again.", messageOf(e));
-    } catch (const Api::TessaportRequiresUpdateException& e) {
-        return failure(
-            doing, "this version of Tessaport is too old.", "Update Tessaport, then try again.", messageOf(e));
-    } catch (const Api::TessaportApiRequiresUpdateException& e) {
-        return failure(doing, "Tessaport and this program do not fit together.",
-            "Update both of them, then start this program again.", messageOf(e));
-    } catch (const Api::ApiException& e) {
-        return failure(doing, "Tessaport reports a failure.",
-            "Try again. If it fails again, pass the message on to those who look after Tessaport.", messageOf(e));
-    } catch (const std::bad_alloc&) {
-        return failure(doing, "there is not enough memory.", "Close other programs, then try again.", {});
-    } catch (const std::exception& e) {
-        return failure(doing, "something unexpected happened.", "Try again, or start this program again.", e.what());
-    } catch (...) {
-        return failure(doing, "something unexpected happened.", "Try again, or start this program again.", {});
-    }
+    const auto* found = std::find_if(std::begin(Explanations), std::end(Explanations),
+        [&](const Explanation& explanation) { return explanation.fits(&exception); });
+    return {QString("Cannot %1: %2").arg(doing, found->why), found->remedy, messageOf(exception)};
 }
 
 } // namespace DriveWindow

@@ -1,4 +1,3 @@
-// Failures of requests as sentences.
 #pragma once
 
 #include <QString>
@@ -17,6 +16,6 @@ struct Failure {
 /// Describes an exception that a request threw.
 ///
 /// @param doing  what the request was for, such as "list the folder “plans”".
-[[nodiscard]] Failure describe(const std::exception_ptr& exception, const QString& doing);
+[[nodiscard]] Failure describe(const std::exception& exception, const QString& doing);
 
 } // namespace DriveWindow

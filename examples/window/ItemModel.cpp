@@ -1,61 +1,32 @@
 #include "ItemModel.h"
 
 #include <QApplication>
-#include <QCollator>
+#include <QHash>
 #include <QLocale>
+#include <QStringMatcher>
 #include <QStyle>
 #include <algorithm>
-#include <memory>
-#include <numeric>
+#include <utility>
 
 namespace DriveWindow
 {
 namespace
 {
 
-// What sorting needs of the rows: copied, because they change while another thread sorts.
-struct SortTask {
-    std::vector<QString> names;
-    std::vector<QString> states; // Empty unless they are sorted by.
-    std::vector<qint64> numbers; // Likewise.
-    std::vector<bool> folders;
-    QString filter;
-    bool descending;
-};
-
-std::vector<QCollatorSortKey> sortKeys(const std::vector<QString>& texts)
+// The states of the rows as numbers in their order. There are few of them.
+std::vector<qint64> numberedStates(const Rows& rows)
 {
-    QCollator collator;
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::vector<QCollatorSortKey> keys;
-    keys.reserve(texts.size());
-    for (const QString& text : texts)
-        keys.push_back(collator.sortKey(text));
-    return keys;
-}
-
-std::vector<std::uint32_t> arranged(const SortTask& task)
-{
-    std::vector<std::uint32_t> order;
-    for (std::uint32_t i = 0; i < task.names.size(); ++i) {
-        if (task.names[i].contains(task.filter, Qt::CaseInsensitive))
-            order.push_back(i);
-    }
-    const auto names = sortKeys(task.names);
-    const auto states = sortKeys(task.states);
-    const auto isBefore = [&](std::uint32_t a, std::uint32_t b) {
-        if (!task.numbers.empty() && task.numbers[a] != task.numbers[b])
-            return task.numbers[a] < task.numbers[b];
-        const int byState = states.empty() ? 0 : states[a].compare(states[b]);
-        return byState != 0 ? byState < 0 : names[a].compare(names[b]) < 0;
-    };
-    std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-        if (task.folders[a] != task.folders[b])
-            return static_cast<bool>(task.folders[a]);
-        return task.descending ? isBefore(b, a) : isBefore(a, b);
-    });
-    return order;
+    QHash<QString, qint64> numbers;
+    for (const Row& row : rows)
+        numbers.insert(row.state, 0);
+    QStringList sorted = numbers.keys();
+    sorted.sort();
+    for (qsizetype i = 0; i < sorted.size(); ++i)
+        numbers[sorted[i]] = i;
+    std::vector<qint64> states;
+    for (const Row& row : rows)
+        states.push_back(numbers.value(row.state));
+    return states;
 }
 
 } // namespace
@@ -64,47 +35,33 @@ ItemModel::ItemModel()
     : folderIcon(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
       fileIcon(QApplication::style()->standardIcon(QStyle::SP_FileIcon))
 {
-    pool.setMaxThreadCount(1);
 }
 
-ItemModel::~ItemModel()
-{
-    pool.clear();
-    pool.waitForDone();
-}
-
-void ItemModel::setItems(std::vector<Row> items)
+Rows ItemModel::setItems(Rows items)
 {
     beginResetModel();
-    order.clear();
-    // Many items take long to destroy.
-    pool.start(
-        [old = std::make_shared<std::vector<Row>>(std::exchange(rows, std::move(items)))]() mutable { old.reset(); });
+    std::swap(rows, items);
+    order = arranged();
     endResetModel();
-    arrange();
+    return items;
 }
 
-void ItemModel::setDetails(std::size_t first, const std::vector<Details>& details)
+void ItemModel::setDetails(std::size_t first, const Rows& details)
 {
     for (std::size_t i = 0; i < details.size(); ++i) {
         rows[first + i].state = details[i].state;
         rows[first + i].size = details[i].size;
     }
-    if (!order.empty())
-        emit dataChanged(index(0, Size), index(rowCount() - 1, State));
     if (first + details.size() == rows.size() && (sortColumn == Size || sortColumn == State))
         arrange();
+    else if (!order.empty())
+        emit dataChanged(index(0, Size), index(rowCount() - 1, State));
 }
 
 void ItemModel::setFilter(const QString& text)
 {
     filter = text;
     arrange();
-}
-
-std::size_t ItemModel::positionOf(const QModelIndex& index) const
-{
-    return order[static_cast<std::size_t>(index.row())];
 }
 
 int ItemModel::rowCount(const QModelIndex& parent) const
@@ -116,7 +73,7 @@ int ItemModel::columnCount(const QModelIndex& parent) const { return parent.isVa
 
 QVariant ItemModel::data(const QModelIndex& index, int role) const
 {
-    const Row& row = rows[positionOf(index)];
+    const Row& row = at(index.row());
     if (role == Qt::DecorationRole && index.column() == Name)
         return row.item.isFolder ? folderIcon : fileIcon;
     if (role == Qt::TextAlignmentRole && index.column() == Size)
@@ -149,32 +106,45 @@ void ItemModel::sort(int column, Qt::SortOrder sortOrder)
     arrange();
 }
 
-void ItemModel::arrange()
+std::vector<ItemModel::Key> ItemModel::sortKeys() const
 {
-    auto task = std::make_shared<SortTask>();
-    task->filter = filter;
-    task->descending = descending;
-    for (const Row& row : rows) {
-        task->names.push_back(row.name);
-        task->folders.push_back(row.item.isFolder);
-        if (sortColumn == State)
-            task->states.push_back(row.state);
-        else if (sortColumn != Name)
-            task->numbers.push_back(sortColumn == Size ? row.size : row.item.lastModifiedDate);
+    const std::vector<qint64> states = sortColumn == State ? numberedStates(rows) : std::vector<qint64>();
+    std::vector<Key> keys;
+    keys.reserve(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const qint64 number = sortColumn == State      ? states[i]
+                              : sortColumn == Size     ? rows[i].size
+                              : sortColumn == Modified ? rows[i].item.lastModifiedDate
+                                                       : static_cast<qint64>(i);
+        keys.emplace_back(!rows[i].item.isFolder, number);
     }
-    pool.start([this, task, number = ++arrangement] {
-        // The destructor waits for this thread, and what it has posted is removed with this object.
-        QMetaObject::invokeMethod(this, [this, order = arranged(*task), number]() mutable {
-            if (number == arrangement)
-                show(std::move(order));
-        });
-    });
+    return keys;
 }
 
-void ItemModel::show(std::vector<std::uint32_t> arranged)
+std::vector<std::uint32_t> ItemModel::arranged() const
+{
+    const QStringMatcher matcher(filter, Qt::CaseInsensitive);
+    std::vector<std::uint32_t> positions;
+    for (std::uint32_t i = 0; i < rows.size(); ++i) {
+        if (matcher.indexIn(rows[i].name) >= 0)
+            positions.push_back(i);
+    }
+    const std::vector<Key> keys = sortKeys();
+    std::stable_sort(
+        positions.begin(), positions.end(), [&](std::uint32_t a, std::uint32_t b) { return keys[a] < keys[b]; });
+    if (descending) {
+        const auto files = std::partition_point(
+            positions.begin(), positions.end(), [&](std::uint32_t i) { return rows[i].item.isFolder; });
+        std::reverse(positions.begin(), files);
+        std::reverse(files, positions.end());
+    }
+    return positions;
+}
+
+void ItemModel::arrange()
 {
     beginResetModel();
-    order = std::move(arranged);
+    order = arranged();
     endResetModel();
 }
 

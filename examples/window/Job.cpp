@@ -15,68 +15,61 @@ constexpr std::size_t BatchSize = 20;
 
 } // namespace
 
+struct Job::Work {
+    QString doing;
+    std::size_t count;
+    Step step;
+    std::size_t handled;
+    Outcome outcome;
+};
+
 Job::Job(Requests& windowRequests, Finished onFinished) : requests(windowRequests), finished(std::move(onFinished))
 {
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    label = new QLabel;
+    layout->setContentsMargins({});
+    layout->addWidget(label = new QLabel);
     label->setTextFormat(Qt::PlainText);
-    bar = new QProgressBar;
+    layout->addWidget(bar = new QProgressBar);
     auto* stop = new QPushButton("Stop");
     stop->setObjectName("stop");
-    layout->addWidget(label);
-    layout->addWidget(bar);
     layout->addWidget(stop);
     connect(stop, &QPushButton::clicked, this, [this] { stopped = true; });
     hide();
 }
 
-void Job::start(const QString& work, std::size_t things, Step handle)
+void Job::start(const QString& doing, std::size_t count, Step step)
 {
-    ++number;
-    stopped = false;
-    doing = work;
-    handled = 0;
-    count = things;
-    step = std::move(handle);
-    outcome = {};
-    label->setText(doing);
-    bar->setMaximum(static_cast<int>(count));
-    setBusy(true);
-    next();
+    proceed(std::make_shared<Work>(Work{doing, count, std::move(step), 0, {}}));
 }
 
-void Job::next()
+void Job::proceed(const std::shared_ptr<Work>& work)
 {
-    bar->setValue(static_cast<int>(handled));
-    if (stopped || handled == count) {
-        setBusy(false);
-        finished(doing, outcome, stopped);
+    if (isBusy())
+        return;
+    stopped = false;
+    label->setText(work->doing);
+    bar->setMaximum(static_cast<int>(work->count));
+    show();
+    next(work);
+}
+
+void Job::next(const std::shared_ptr<Work>& work)
+{
+    bar->setValue(static_cast<int>(work->handled));
+    if (stopped || work->handled == work->count) {
+        hide();
+        finished(work->doing, work->outcome, stopped);
         return;
     }
-    const std::size_t end = std::min(handled + BatchSize, count);
+    const std::size_t end = std::min(work->handled + BatchSize, work->count);
     requests.ask(
-        doing, [step = step, first = handled, end](Tessaport& tessaport) { return step(tessaport, first, end); },
-        [this, end](const Outcome& part) {
-            outcome.add(part);
-            handled = end;
-            next();
+        work->doing, [work, end](Tessaport& tessaport) { return work->step(tessaport, work->handled, end); },
+        [this, work, end](const Outcome& part) {
+            work->outcome.add(part);
+            work->handled = end;
+            next(work);
         },
-        [this, ofJob = number] { resume(ofJob); }, [this] { setBusy(false); });
-}
-
-void Job::resume(unsigned ofJob)
-{
-    if (busy || ofJob != number)
-        return;
-    setBusy(true);
-    next();
-}
-
-void Job::setBusy(bool isNow)
-{
-    busy = isNow;
-    setVisible(isNow);
+        [this] { hide(); }, [this, work] { proceed(work); });
 }
 
 } // namespace DriveWindow

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <cstddef>
 #include <functional>
+#include <memory>
 
 #include "Requests.h"
 #include "Service.h"
@@ -14,7 +15,7 @@ namespace DriveWindow
 {
 
 /// A long piece of work in many short requests, with a progress bar and a button that stops it after the current one.
-/// If a request fails, the work ends there until the user tries again.
+/// If a request fails, the work ends there until the user tries again. Visible while it is busy.
 class Job : public QWidget
 {
 public:
@@ -22,9 +23,9 @@ public:
     using Step = std::function<Outcome(Tessaport& tessaport, std::size_t first, std::size_t end)>;
     using Finished = std::function<void(const QString& doing, const Outcome& outcome, bool stopped)>;
 
-    Job(Requests& windowRequests, Finished finished);
+    Job(Requests& windowRequests, Finished onFinished);
 
-    [[nodiscard]] bool isBusy() const { return busy; }
+    [[nodiscard]] bool isBusy() const { return !isHidden(); }
 
     /// Starts to handle things.
     ///
@@ -32,22 +33,16 @@ public:
     void start(const QString& doing, std::size_t count, Step step);
 
 private:
-    void next();
-    void resume(unsigned ofJob);
-    void setBusy(bool isNow);
+    struct Work;
+
+    void proceed(const std::shared_ptr<Work>& work);
+    void next(const std::shared_ptr<Work>& work);
 
     Requests& requests;
     Finished finished;
     QLabel* label;
     QProgressBar* bar;
-    bool busy = false;
-    unsigned number = 0; // Of the latest job.
     bool stopped = false;
-    QString doing;
-    std::size_t handled = 0;
-    std::size_t count = 0;
-    Step step;
-    Outcome outcome;
 };
 
 } // namespace DriveWindow

@@ -7,30 +7,11 @@
 
 namespace DriveWindow
 {
-namespace
-{
 
-QLabel* addLine(QGridLayout& layout, const char* name)
-{
-    auto* label = new QLabel;
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    // A long word must not widen the window.
-    label->setMinimumWidth(100);
-    layout.addWidget(label, layout.rowCount(), 0);
-    return label;
-}
-
-} // namespace
-
-Notice::Notice(QWidget* parent) : QFrame(parent)
+Notice::Notice() : layout(new QGridLayout(this)), what(addLine("what")), remedy(addLine("remedy"))
 {
     setObjectName("notice");
     setFrameShape(QFrame::StyledPanel);
-    auto* layout = new QGridLayout(this);
-    what = addLine(*layout, "what");
-    remedy = addLine(*layout, "remedy");
     QFont bold = what->font();
     bold.setBold(true);
     what->setFont(bold);
@@ -47,6 +28,18 @@ Notice::Notice(QWidget* parent) : QFrame(parent)
             std::exchange(again, nullptr)();
     });
     hide();
+}
+
+QLabel* Notice::addLine(const char* name)
+{
+    auto* label = new QLabel;
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    // A long word must not widen the window.
+    label->setMinimumWidth(100);
+    layout->addWidget(label, layout->rowCount(), 0);
+    return label;
 }
 
 void Notice::show(const Failure& failure, std::function<void()> tryAgain)

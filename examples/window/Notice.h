@@ -5,8 +5,8 @@
 
 #include "Failure.h"
 
+class QGridLayout;
 class QLabel;
-class QTextBrowser;
 
 namespace DriveWindow
 {
@@ -15,11 +15,14 @@ namespace DriveWindow
 class Notice : public QFrame
 {
 public:
-    explicit Notice(QWidget* parent = nullptr);
+    Notice();
 
     void show(const Failure& failure, std::function<void()> tryAgain);
 
 private:
+    QLabel* addLine(const char* name);
+
+    QGridLayout* layout;
     QLabel* what;
     QLabel* remedy;
     std::function<void()> again;

@@ -1,15 +1,14 @@
 #include "Service.h"
 
 #include <QBuffer>
-#include <QByteArray>
+#include <QCollator>
 #include <QImageReader>
+#include <QMap>
 #include <algorithm>
-#include <map>
 #include <system_error>
 #include <unordered_map>
 #include <utility>
 
-#include <velmora/api/Interop.h>
 #include <velmora/native/CommandImage.h>
 
 namespace DriveWindow
@@ -22,78 +21,114 @@ constexpr std::size_t MostProperties = 500;
 constexpr std::size_t LargestIcon = 1 << 20; // In bytes.
 constexpr int IconSize = 32;
 
-template <class Records>
-std::vector<Folder> foldersOf(const Records& items)
-{
-    std::vector<Folder> folders;
-    for (const Api::Item& item : items)
-        folders.push_back({item, shown(item.name)});
-    return folders;
-}
-
 QString stateOf(const Api::Item& item)
 {
-    if (item.isInWorkspace && item.isOnServer)
-        return "Here and on the server";
+    // Many rows share these strings.
+    static const QString both = "Here and on the server", here = "Only here", there = "Only on the server";
     if (item.isInWorkspace)
-        return "Only here";
-    return item.isOnServer ? "Only on the server" : "";
+        return item.isOnServer ? both : here;
+    return item.isOnServer ? there : QString();
 }
 
 // The words of the local service; another word is shown as it is.
 QString stateOf(const QString& word)
 {
-    static const std::map<QString, QString> texts{{"in-sync", "In sync"}, {"changed-here", "Changed here"},
+    static const QMap<QString, QString> texts{{"in-sync", "In sync"}, {"changed-here", "Changed here"},
         {"changed-on-server", "Changed on the server"}, {"changed-on-both", "Changed on both sides"},
         {"only-here", "Only here"}, {"only-on-server", "Only on the server"}, {"locked", "In sync, locked"},
         {"left-out", "Cannot be synced"}, {"failed", "Failed"}};
-    const auto found = texts.find(word);
-    return found == texts.end() ? shown(word) : found->second;
+    return texts.value(word, shown(word));
 }
 
-Api::QVBuffer<Api::ItemId> idsOf(const Items& items)
+qint64 sizeOnDisk(const Api::Item& item)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(Api::localPath(item), error);
+    return error || item.isFolder || !item.isInWorkspace ? -1 : static_cast<qint64>(size);
+}
+
+// Keys take as long to make as the request that listed the items, and most services list by name anyway.
+void sortByName(Rows& rows)
+{
+    QCollator collator;
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::stable_partition(rows.begin(), rows.end(), [](const Row& row) { return row.item.isFolder; });
+    const auto isBefore = [&](const Row& a, const Row& b) {
+        return a.item.isFolder == b.item.isFolder && collator.compare(a.name, b.name) < 0;
+    };
+    if (std::is_sorted(rows.begin(), rows.end(), isBefore))
+        return;
+    std::vector<std::pair<QCollatorSortKey, Row*>> keys;
+    for (Row& row : rows)
+        keys.emplace_back(collator.sortKey(row.name), &row);
+    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) {
+        if (a.second->item.isFolder != b.second->item.isFolder)
+            return a.second->item.isFolder;
+        return a.first.compare(b.first) < 0;
+    });
+    Rows sorted;
+    sorted.reserve(rows.size());
+    for (const auto& [key, row] : keys)
+        sorted.push_back(std::move(*row));
+    rows = std::move(sorted);
+}
+
+template <class Records>
+Rows rowsOf(Records&& items)
+{
+    Rows rows;
+    rows.reserve(items.GetSize());
+    for (Api::Item& item : items) {
+        QString name = shown(item.name);
+        QString state = stateOf(item);
+        rows.push_back({std::move(item), std::move(name), std::move(state)});
+    }
+    sortByName(rows);
+    return rows;
+}
+
+Api::QVBuffer<Api::ItemId> idsOf(const Rows& rows)
 {
     Api::QVBuffer<Api::ItemId> ids;
-    for (const Api::Item& item : items)
-        ids.Append(item.id);
+    for (const Row& row : rows)
+        ids.Append(row.item.id);
     return ids;
 }
 
-// Only properties that the drive defines are asked for: whether others are a failure is up to the sync application.
-Api::QVBuffer<QVString> definedAmong(
-    Tessaport& tessaport, const Items& items, std::initializer_list<const char*> wanted)
+Api::CommandContext contextOf(const Rows& rows)
 {
-    Api::QVBuffer<QVString> ids;
-    for (const auto& definition : tessaport.getPropertyDefinitions(items.front().driveId)) {
-        if (std::any_of(wanted.begin(), wanted.end(), [&](const char* id) { return definition.id == id; }))
-            ids.Append(definition.id);
-    }
-    return ids;
+    Api::CommandContext context;
+    context.itemId = rows.front().item.id;
+    context.itemIds = idsOf({rows.begin() + 1, rows.end()});
+    return context;
 }
 
 // Calls `use` with the position of the item, the property and the value of each property that an item has.
 template <class Use>
-void readValues(Tessaport& tessaport, const Items& items, const Api::QVBuffer<QVString>& properties, Use use)
+void readValues(Tessaport& tessaport, const Rows& rows, const Api::QVBuffer<QVString>& properties, Use use)
 {
     if (properties.GetSize() == 0)
         return;
     std::unordered_map<QVString, std::size_t> positions;
-    for (std::size_t i = 0; i < items.size(); ++i)
-        positions.emplace(items[i].relativePath, i);
-    for (const auto& value : tessaport.getStringPropertyValues(idsOf(items), properties)) {
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        positions.emplace(rows[i].item.relativePath, i);
+    for (const auto& value : tessaport.getStringPropertyValues(idsOf(rows), properties)) {
         const auto position = positions.find(value.relativePath);
         if (position != positions.end())
             use(position->second, value.propertyDefinitionId, value.value);
     }
 }
 
-qint64 sizeOnDisk(const Api::Item& item)
+// Only properties that the drive defines are asked for: whether others are a failure is up to the sync application.
+Api::QVBuffer<QVString> definedAmong(Tessaport& tessaport, const Rows& rows, std::initializer_list<const char*> wanted)
 {
-    if (item.isFolder || !item.isInWorkspace)
-        return -1;
-    std::error_code error;
-    const auto size = std::filesystem::file_size(Api::localPath(item), error);
-    return error ? -1 : static_cast<qint64>(size);
+    Api::QVBuffer<QVString> ids;
+    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item.driveId)) {
+        if (std::any_of(wanted.begin(), wanted.end(), [&](const char* id) { return definition.id == id; }))
+            ids.Append(definition.id);
+    }
+    return ids;
 }
 
 // The bytes are untrusted: the size is checked before anything is decoded.
@@ -120,21 +155,18 @@ QImage readIcon(const Api::Command& command, QStringList& problems)
     }
 }
 
-// The reasons that the sync application gives, and the items that it gives none for.
-QStringList reasonsOf(Tessaport& tessaport, const Items& items)
+// What happened, with the reasons that the sync application gives for what did not.
+Outcome outcomeOf(Tessaport& tessaport, const Api::CommandResult& result, const Rows& rows)
 {
-    QStringList reasons;
-    readValues(tessaport, items, definedAmong(tessaport, items, {"SyncError"}),
-        [&](std::size_t position, const QVString&, const QVString& reason) {
-            reasons += QString("%1: %2").arg(quoted(toQString(items[position].name)), toQString(reason));
-        });
-    return reasons;
-}
-
-Outcome outcomeOf(const Api::CommandResult& result)
-{
-    return {result.isSuccess, result.itemsCreated.GetSize(), result.itemsUpdated.GetSize(),
+    Outcome outcome{result.isSuccess, result.itemsCreated.GetSize(), result.itemsUpdated.GetSize(),
         result.itemsDeleted.GetSize(), {}};
+    if (outcome.success)
+        return outcome;
+    readValues(tessaport, rows, definedAmong(tessaport, rows, {"SyncError"}),
+        [&](std::size_t position, const QVString&, const QVString& reason) {
+            outcome.problems += QString("%1: %2").arg(quoted(rows[position].name), toQString(reason));
+        });
+    return outcome;
 }
 
 } // namespace
@@ -148,64 +180,48 @@ void Outcome::add(const Outcome& other)
     problems += other.problems;
 }
 
-std::vector<Folder> readDrives(Tessaport& tessaport)
+Rows readDrives(Tessaport& tessaport)
 {
     tessaport.discover();
-    std::vector<Folder> roots;
+    Rows roots;
     for (const Api::Drive& drive : tessaport.getDrives())
-        roots.push_back({drive.root, shown(drive.name)});
-    Tessaport::clearCachedItems();
+        roots.push_back({drive.root, shown(drive.name), {}});
     return roots;
 }
 
-std::vector<Folder> readFolders(Tessaport& tessaport, const Api::Item& folder)
-{
-    auto folders = foldersOf(tessaport.getChildFolders(folder));
-    Tessaport::clearCachedItems();
-    return folders;
-}
+Rows readFolders(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getChildFolders(folder.item)); }
 
-std::vector<Row> readItems(Tessaport& tessaport, const Api::Item& folder)
+Rows readContents(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getFolderContents(folder.item)); }
+
+Rows readDetails(Tessaport& tessaport, Rows rows)
 {
-    std::vector<Row> rows;
-    for (Api::Item& item : tessaport.getFolderContents(folder)) {
-        QString name = shown(item.name);
-        QString state = stateOf(item);
-        rows.push_back({std::move(item), std::move(name), std::move(state), -1});
-    }
     // The window asks again for what it shows. A host that looks items up by path keeps them.
     Tessaport::clearCachedItems();
+    for (Row& row : rows)
+        row.size = sizeOnDisk(row.item);
+    readValues(tessaport, rows, definedAmong(tessaport, rows, {"Size", "SyncState"}),
+        [&](std::size_t position, const QVString& property, const QVString& value) {
+            if (property == "Size")
+                rows[position].size = toQString(value).toLongLong();
+            else
+                rows[position].state = stateOf(toQString(value));
+        });
     return rows;
 }
 
-std::vector<Details> readDetails(Tessaport& tessaport, const Items& items)
-{
-    std::vector<Details> details;
-    for (const Api::Item& item : items)
-        details.push_back({stateOf(item), sizeOnDisk(item)});
-    readValues(tessaport, items, definedAmong(tessaport, items, {"Size", "SyncState"}),
-        [&](std::size_t position, const QVString& property, const QVString& value) {
-            if (property == "Size")
-                details[position].size = toQString(value).toLongLong();
-            else
-                details[position].state = stateOf(toQString(value));
-        });
-    return details;
-}
-
-std::vector<Property> readProperties(Tessaport& tessaport, const Items& items)
+std::vector<Property> readProperties(Tessaport& tessaport, const Rows& rows)
 {
     Api::QVBuffer<QVString> ids;
     std::vector<Property> properties;
     std::unordered_map<QVString, std::size_t> places;
-    for (const auto& definition : tessaport.getPropertyDefinitions(items.front().driveId)) {
+    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item.driveId)) {
         if (ids.GetSize() == MostProperties)
             break;
         places.emplace(definition.id, properties.size());
         properties.push_back({shown(definition.displayName), {}});
         ids.Append(definition.id);
     }
-    readValues(tessaport, items, ids, [&](std::size_t position, const QVString& property, const QVString& value) {
+    readValues(tessaport, rows, ids, [&](std::size_t position, const QVString& property, const QVString& value) {
         const auto place = places.find(property);
         if (place == places.end())
             return;
@@ -219,18 +235,10 @@ std::vector<Property> readProperties(Tessaport& tessaport, const Items& items)
     return properties;
 }
 
-Api::CommandContext contextOf(const Items& items)
-{
-    Api::CommandContext context;
-    context.itemId = items.front().id;
-    context.itemIds = idsOf({items.begin() + 1, items.end()});
-    return context;
-}
-
-CommandMenu readCommands(Tessaport& tessaport, const Items& items)
+CommandMenu readCommands(Tessaport& tessaport, const Rows& rows)
 {
     CommandMenu menu;
-    for (const Api::Command& command : tessaport.getCommands(contextOf(items))) {
+    for (const Api::Command& command : tessaport.getCommands(contextOf(rows))) {
         if (menu.entries.size() < MostCommands)
             menu.entries.push_back({command, shown(command.name, 80), readIcon(command, menu.problems)});
         else
@@ -239,34 +247,25 @@ CommandMenu readCommands(Tessaport& tessaport, const Items& items)
     return menu;
 }
 
-Outcome execute(Tessaport& tessaport, const Api::Command& command, const Items& items)
+Outcome execute(Tessaport& tessaport, const Api::Command& command, const Rows& rows)
 {
-    Outcome outcome = outcomeOf(tessaport.executeCommand(command, contextOf(items)));
-    if (!outcome.success)
-        outcome.problems = reasonsOf(tessaport, items);
-    return outcome;
+    return outcomeOf(tessaport, tessaport.executeCommand(command, contextOf(rows)), rows);
 }
 
-Outcome sync(Tessaport& tessaport, const Items& items)
+Outcome sync(Tessaport& tessaport, const Rows& rows)
 {
-    Api::QVBuffer<Api::Item> wanted;
-    for (const Api::Item& item : items)
-        wanted.Append(item);
-    Outcome outcome = outcomeOf(tessaport.syncFiles(wanted));
-    if (!outcome.success)
-        outcome.problems = reasonsOf(tessaport, items);
-    return outcome;
+    Api::QVBuffer<Api::Item> items;
+    for (const Row& row : rows)
+        items.Append(row.item);
+    return outcomeOf(tessaport, tessaport.syncFiles(items), rows);
 }
 
-Outcome addFiles(Tessaport& tessaport, const Api::Item& folder, const QStringList& paths)
+Outcome addFiles(Tessaport& tessaport, const Row& folder, const QStringList& paths)
 {
     Api::QVBuffer<QVString> wanted;
     for (const QString& path : paths)
         wanted.Append(fromQString(path));
-    Outcome outcome = outcomeOf(tessaport.addFiles(folder, wanted));
-    if (!outcome.success)
-        outcome.problems = reasonsOf(tessaport, {folder});
-    return outcome;
+    return outcomeOf(tessaport, tessaport.addFiles(folder.item, wanted), {folder});
 }
 
 } // namespace DriveWindow

@@ -14,27 +14,15 @@ namespace DriveWindow
 {
 
 using Tessaport = Api::QvNativeTessaportAPI;
-using Items = std::vector<Api::Item>;
 
-/// A folder of the tree.
-struct Folder {
-    Api::Item item;
-    QString name;
-};
-
-/// An item of the list.
+/// A drive, a folder or a file, ready to be shown.
 struct Row {
     Api::Item item;
     QString name;
     QString state;
     qint64 size = -1; ///< In bytes; negative if unknown.
 };
-
-/// What is read after the list is shown.
-struct Details {
-    QString state;
-    qint64 size = -1;
-};
+using Rows = std::vector<Row>;
 
 struct Property {
     QString name;
@@ -64,20 +52,20 @@ struct Outcome {
     void add(const Outcome& other);
 };
 
-[[nodiscard]] std::vector<Folder> readDrives(Tessaport& tessaport);
-[[nodiscard]] std::vector<Folder> readFolders(Tessaport& tessaport, const Api::Item& folder);
-[[nodiscard]] std::vector<Row> readItems(Tessaport& tessaport, const Api::Item& folder);
-/// Reads the details of items of one drive, in their order.
-[[nodiscard]] std::vector<Details> readDetails(Tessaport& tessaport, const Items& items);
+[[nodiscard]] Rows readDrives(Tessaport& tessaport);
+/// Reads the folders in a folder, or all that is in it, sorted by name with folders first.
+[[nodiscard]] Rows readFolders(Tessaport& tessaport, const Row& folder);
+[[nodiscard]] Rows readContents(Tessaport& tessaport, const Row& folder);
+
+/// Adds sizes and states to items of one drive. They take longer to read than the list.
+[[nodiscard]] Rows readDetails(Tessaport& tessaport, Rows rows);
 /// Reads the properties of items of one drive. One that differs between the items is shown as such.
-[[nodiscard]] std::vector<Property> readProperties(Tessaport& tessaport, const Items& items);
+[[nodiscard]] std::vector<Property> readProperties(Tessaport& tessaport, const Rows& rows);
 
-[[nodiscard]] Api::CommandContext contextOf(const Items& items);
-[[nodiscard]] CommandMenu readCommands(Tessaport& tessaport, const Items& items);
-[[nodiscard]] Outcome execute(Tessaport& tessaport, const Api::Command& command, const Items& items);
-
-[[nodiscard]] Outcome sync(Tessaport& tessaport, const Items& items);
+[[nodiscard]] CommandMenu readCommands(Tessaport& tessaport, const Rows& rows);
+[[nodiscard]] Outcome execute(Tessaport& tessaport, const Api::Command& command, const Rows& rows);
+[[nodiscard]] Outcome sync(Tessaport& tessaport, const Rows& rows);
 /// @param paths  local files, in the form of this platform.
-[[nodiscard]] Outcome addFiles(Tessaport& tessaport, const Api::Item& folder, const QStringList& paths);
+[[nodiscard]] Outcome addFiles(Tessaport& tessaport, const Row& folder, const QStringList& paths);
 
 } // namespace DriveWindow

@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QLocale>
 
-#include <velmora/api/Interop.h>
 #include <velmora/native/MessageFormatting.h>
 
 namespace DriveWindow
@@ -27,6 +26,8 @@ bool isHarmless(QChar character)
     }
 }
 
+QString cut(const QString& text, int most) { return text.size() > most ? text.left(most) + u'…' : text; }
+
 } // namespace
 
 QString toQString(const QVString& string) { return QString::fromWCharArray(string.w_str()); }
@@ -37,12 +38,12 @@ QVString fromQString(const QString& string) { return Api::toQVString(string.toSt
 
 QString shown(const QString& text, int most)
 {
-    QString line = text.left(most);
-    for (QChar& character : line) {
-        if (!isHarmless(character))
-            character = QChar::ReplacementCharacter;
+    QString line = cut(text, most);
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (!isHarmless(line.at(i)))
+            line[i] = QChar::ReplacementCharacter;
     }
-    return text.size() > most ? line + QChar(0x2026) : line;
+    return line;
 }
 
 QString shown(const QVString& string, int most) { return shown(toQString(string), most); }
@@ -51,8 +52,7 @@ QString quoted(const QString& name) { return u'“' + shown(name, 60) + u'”'; 
 
 QString richText(const QString& message)
 {
-    const QString cut = message.size() > LongestMessage ? message.left(LongestMessage) + QChar(0x2026) : message;
-    return QString::fromStdWString(Api::toRichText(cut.toStdWString()));
+    return QString::fromStdWString(Api::toRichText(cut(message, LongestMessage).toStdWString()));
 }
 
 QString localTime(std::int64_t secondsSince1970)

@@ -5,11 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include <velmora/api/QVString.h>
-
-namespace Quorvex::Velmora::TessaportAPI
-{
-}
+#include <velmora/api/Interop.h>
 
 namespace DriveWindow
 {
@@ -26,7 +22,7 @@ using Quorvex::Velmora::Common::QVString;
 [[nodiscard]] QString shown(const QString& text, int most = 250);
 [[nodiscard]] QString shown(const QVString& string, int most = 250);
 
-/// Quotes a name in a sentence.
+/// Returns a name in quotation marks, short enough for a sentence.
 [[nodiscard]] QString quoted(const QString& name);
 
 /// Returns a message as HTML with links; all else in it is plain text. A very long message ends with an ellipsis.

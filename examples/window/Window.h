@@ -4,9 +4,8 @@
 #include <QTimer>
 #include <unordered_set>
 
-#include <velmora/api/Interop.h>
 #include "Desktop.h"
-#include "FolderModel.h"
+#include "FolderTree.h"
 #include "ItemModel.h"
 #include "Job.h"
 #include "Notice.h"
@@ -16,7 +15,6 @@ class QLabel;
 class QMenu;
 class QTableView;
 class QTextBrowser;
-class QTreeView;
 class QTreeWidget;
 
 namespace DriveWindow
@@ -27,10 +25,8 @@ namespace DriveWindow
 class Window : public QMainWindow
 {
 public:
-    explicit Window(Desktop windowDesktop = Desktop::real());
+    explicit Window(Desktop windowDesktop = {});
 
-    /// Selects a folder below the one that is shown now, once it has been read.
-    void openFolder(const Api::Item& folder);
     /// Adds copies of local files to the folder that is shown.
     void addFiles(const QStringList& paths);
 
@@ -51,27 +47,24 @@ private:
     void readDetails(unsigned ofListing, std::size_t first);
     void readProperties();
     void readCommands();
+    void showCommands(const CommandMenu& found, const Rows& selection);
 
-    void open(const QModelIndex& index);
+    void open(const Row& row);
     void sync();
     void startJob(const QString& doing, std::size_t count, Job::Step step);
-    void run(const MenuEntry& entry, const Items& selection);
 
-    [[nodiscard]] bool hasFolder() const;
-    [[nodiscard]] QString folderName() const;
     /// The selected items, at most so many.
-    [[nodiscard]] Items selectedItems(std::size_t most) const;
+    [[nodiscard]] Rows selectedRows(std::size_t most) const;
     void rememberSelection();
     void restoreSelection();
     void showCount();
-    void showCommands(const CommandMenu& found, const Items& selection);
     void report(const QString& message);
     void report(const Failure& failure, Requests::Again again);
     void report(const QString& doing, const Outcome& outcome, bool stopped);
 
     Desktop desktop;
     Notice* notice = nullptr;
-    QTreeView* tree = nullptr;
+    FolderTree* tree = nullptr;
     QTableView* list = nullptr;
     QTreeWidget* properties = nullptr;
     QTextBrowser* messages = nullptr;
@@ -80,11 +73,9 @@ private:
     QLabel* count = nullptr;
     Job* job = nullptr;
     QTimer selectionTimer;
+    QTimer waitingTimer;
     Requests requests;
-    FolderModel folderModel;
     ItemModel itemModel;
-    Api::Item folder;     // The one that is shown.
-    Api::Item wanted;     // The one to be shown once the tree has it.
     unsigned listing = 0; // Numbers the contents of the list and of the views beside it; what comes for others is late.
     unsigned selected = 0;
     std::unordered_set<QVString> kept; // The relative paths of the selection while the list is arranged.

@@ -12,7 +12,6 @@
 #include <QTableView>
 #include <QTextBrowser>
 #include <QToolBar>
-#include <QTreeView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -24,9 +23,8 @@ namespace
 {
 
 template <class View>
-View* makeItemView(const char* name)
+View* withName(View* view, const char* name)
 {
-    auto* view = new View;
     view->setObjectName(name);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setAlternatingRowColors(true);
@@ -44,7 +42,7 @@ void addDock(QMainWindow& window, Qt::DockWidgetArea area, const char* title, QW
 
 QTableView* makeList(ItemModel& model)
 {
-    auto* list = makeItemView<QTableView>("list");
+    auto* list = withName(new QTableView, "list");
     list->setModel(&model);
     list->setSelectionBehavior(QAbstractItemView::SelectRows);
     list->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -70,12 +68,9 @@ void Window::makeViews()
     setWindowTitle("Drives");
     resize(1100, 680);
     setAcceptDrops(true);
-    tree = makeItemView<QTreeView>("tree");
-    tree->setModel(&folderModel);
-    tree->setHeaderHidden(true);
-    tree->setUniformRowHeights(true);
+    tree = withName(new FolderTree(requests), "tree");
     list = makeList(itemModel);
-    properties = makeItemView<QTreeWidget>("properties");
+    properties = withName(new QTreeWidget, "properties");
     properties->setHeaderLabels({"Property", "Value"});
     properties->setRootIsDecorated(false);
     messages = new QTextBrowser;
@@ -120,10 +115,14 @@ void Window::makeActions()
         action->setShortcut(keys);
         connect(action, &QAction::triggered, &alive, handle);
     };
-    add(QStyle::SP_FileDialogToParent, "Up", QKeySequence("Alt+Up"),
-        [this] { tree->setCurrentIndex(tree->currentIndex().parent()); });
-    add(QStyle::SP_BrowserReload, "Refresh", QKeySequence::Refresh,
-        [this] { hasFolder() ? readFolder() : readDrives(); });
+    add(QStyle::SP_FileDialogToParent, "Up", QKeySequence("Alt+Up"), [this] {
+        if (tree->currentIndex().parent().isValid())
+            tree->setCurrentIndex(tree->currentIndex().parent());
+    });
+    add(QStyle::SP_BrowserReload, "Refresh", QKeySequence::Refresh, [this] {
+        readDrives();
+        readFolder();
+    });
     add(QStyle::SP_FileDialogNewFolder, "Add files…", QKeySequence("Ctrl+N"),
         [this] { addFiles(desktop.chooseFiles(this)); });
     add(QStyle::SP_DialogApplyButton, "Sync", QKeySequence("Ctrl+S"), [this] { sync(); });
@@ -140,12 +139,9 @@ void Window::makeActions()
 
 void Window::connectViews()
 {
-    connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, &alive, [this] { showFolder(); });
-    connect(&folderModel, &FolderModel::rowsInserted, &alive, [this](const QModelIndex& parent, int first) {
-        if (parent == tree->currentIndex() && !wanted.relativePath.Empty())
-            tree->setCurrentIndex(folderModel.find(parent, wanted, first));
-    });
-    connect(list, &QTableView::activated, &alive, [this](const QModelIndex& index) { open(index); });
+    connect(tree, &QTreeWidget::currentItemChanged, &alive, [this] { showFolder(); });
+    connect(
+        list, &QTableView::activated, &alive, [this](const QModelIndex& index) { open(itemModel.at(index.row())); });
     connect(list, &QTableView::customContextMenuRequested, &alive,
         [this](const QPoint& place) { commands->popup(list->viewport()->mapToGlobal(place)); });
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, &alive, [this] { selectionTimer.start(); });
@@ -155,6 +151,11 @@ void Window::connectViews()
         showCount();
         readProperties();
     });
+    connect(&waitingTimer, &QTimer::timeout, &alive, [this] {
+        const qint64 seconds = requests.secondsWithoutAnswer();
+        waiting->setText(seconds < 2 ? QString() : QString("Tessaport has not answered for %1 s").arg(seconds));
+    });
+    waitingTimer.start(1000);
     connect(&itemModel, &ItemModel::modelAboutToBeReset, &alive, [this] { rememberSelection(); });
     connect(&itemModel, &ItemModel::modelReset, &alive, [this] {
         restoreSelection();

@@ -86,6 +86,46 @@ TEST_F(Folders, ShowNewFilesWhenTheyAreRead)
     EXPECT_TRUE(waitForState("new.txt", "Only here"));
 }
 
+TEST_F(Folders, InTheTreeAreReadAgainAndStayOpen)
+{
+    fs::create_directory(demo.here("annex"));
+    openFirstDrive();
+    auto& tree = part<QTreeView>("tree");
+    const QPersistentModelIndex drive = childNamed(tree, {}, "Harbour Project");
+    ASSERT_TRUE(waitFor([&] { return childNamed(tree, drive, "annex").isValid(); }));
+    const QPersistentModelIndex plans = childNamed(tree, drive, "plans");
+    tree.expand(plans);
+    ASSERT_TRUE(waitFor([&] { return childNamed(tree, plans, "details").isValid(); }));
+    tree.setCurrentIndex(plans);
+    ASSERT_TRUE(waitForRow("details"));
+
+    fs::remove(demo.here("annex"));
+    fs::create_directory(demo.here("new"));
+    fs::create_directory(demo.here("plans/new"));
+    trigger("Refresh");
+
+    EXPECT_TRUE(waitFor([&] { return childNamed(tree, drive, "new").isValid(); }));
+    EXPECT_TRUE(waitFor([&] { return childNamed(tree, plans, "new").isValid(); }));
+    EXPECT_FALSE(childNamed(tree, drive, "annex").isValid());
+    EXPECT_TRUE(tree.isExpanded(plans));
+    EXPECT_EQ(tree.currentIndex(), plans);
+    EXPECT_TRUE(waitForRow("new"));
+}
+
+TEST_F(Folders, ThatAreNewAreOpenedFromTheList)
+{
+    openFirstDrive();
+    ASSERT_TRUE(waitFor([&] { return childNamed(part<QTreeView>("tree"), {}, "Harbour Project").isValid(); }));
+    fs::create_directory(demo.here("new"));
+    // A sync has the list read again, not the tree.
+    trigger("Sync");
+    ASSERT_TRUE(waitForRow("new"));
+
+    emit part<QTableView>("list").activated(rowOf("new"));
+
+    EXPECT_TRUE(waitFor([&] { return part<QTreeView>("tree").currentIndex().data() == "new"; }));
+}
+
 TEST_F(Folders, ListSizeLocalTimeAndState)
 {
     openFirstDrive();

@@ -194,6 +194,36 @@ TEST_F(OddAnswers, ThousandsOfDrivesAreAllListed)
     EXPECT_EQ(tree->index(2'499, 0).data(), "Drive 2500");
 }
 
+TEST_F(OddAnswers, DrivesThatChangeBetweenTwoReadingsAreListedOnce)
+{
+    const auto drives = [](std::initializer_list<const char*> names) {
+        Json list = numberedDrives(static_cast<int>(names.size()));
+        int i = 0;
+        for (const char* name : names)
+            list[i++]["name"] = name;
+        return list;
+    };
+    service.answer("GetDrives", drives({"a", "b", "b", "c", "d"}));
+    openWindow();
+    auto& tree = part<QTreeView>("tree");
+    const auto names = [&] {
+        QStringList found;
+        for (int row = 0; row < tree.model()->rowCount(); ++row)
+            found += tree.model()->index(row, 0).data().toString();
+        return found.join(' ');
+    };
+    ASSERT_TRUE(waitFor([&] { return names() == "a b b c d"; })) << names().toStdString();
+
+    for (const auto& next : {drives({"a", "d", "new", "b", "b", "b"}), drives({"x"}), drives({"y", "x", "a"})}) {
+        service.answer("GetDrives", next);
+        QStringList expected;
+        for (const Json& drive : next)
+            expected += QString::fromStdString(drive["name"].get<std::string>());
+        trigger("Refresh");
+        EXPECT_TRUE(waitFor([&] { return names() == expected.join(' '); })) << names().toStdString();
+    }
+}
+
 TEST_F(OddAnswers, DrivesThatAreReadAgainMeanwhileAreListedOnce)
 {
     service.answer("GetDrives", numberedDrives(2'500));

@@ -1,0 +1,157 @@
+#include "FolderTree.h"
+
+#include <QHash>
+#include <QSet>
+#include <QStyle>
+#include <utility>
+
+namespace DriveWindow
+{
+
+// An item that answers for itself takes less time and memory than one that keeps a value for each role.
+struct FolderItem : QTreeWidgetItem {
+    FolderItem(Row shownFolder, QIcon shownIcon) : folder(std::move(shownFolder)), icon(std::move(shownIcon))
+    {
+        setChildIndicatorPolicy(ShowIndicator);
+    }
+
+    [[nodiscard]] QVariant data(int, int role) const override
+    {
+        return role == Qt::DisplayRole ? folder.name : role == Qt::DecorationRole ? icon : QVariant();
+    }
+
+    Row folder;
+    QIcon icon;
+    enum { Unread, Reading, Read } contents = Unread;
+};
+
+namespace
+{
+
+FolderItem* folderItem(QTreeWidgetItem* item) { return static_cast<FolderItem*>(item); }
+
+// Deletes the items from a row on whose folders no longer exist, and returns the others by name.
+QHash<QString, FolderItem*> keepOnly(const Rows& folders, QTreeWidgetItem& parent, int first)
+{
+    QHash<QString, FolderItem*> kept;
+    QSet<QString> names;
+    for (std::size_t i = static_cast<std::size_t>(first); i < folders.size() && parent.childCount() > first; ++i)
+        names.insert(folders[i].name);
+    for (int i = parent.childCount() - 1; i >= first; --i) {
+        FolderItem* child = folderItem(parent.child(i));
+        const QString& name = child->folder.name;
+        if (names.contains(name) && !kept.contains(name))
+            kept.insert(name, child);
+        else
+            delete child;
+    }
+    return kept;
+}
+
+} // namespace
+
+FolderTree::FolderTree(Requests& windowRequests) : requests(windowRequests)
+{
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* item) {
+        if (folderItem(item)->contents == FolderItem::Unread)
+            read(*folderItem(item));
+    });
+    connect(this, &QTreeWidget::currentItemChanged, this, [this] { wanted = {}; });
+}
+
+void FolderTree::readDrives(const std::function<void()>& done)
+{
+    requests.ask("list the drives", DriveWindow::readDrives, [this, done](Rows drives) {
+        update(*invisibleRootItem(), std::move(drives));
+        done();
+    });
+}
+
+const Row* FolderTree::folder() const
+{
+    return currentItem() == nullptr ? nullptr : &folderItem(currentItem())->folder;
+}
+
+void FolderTree::openFolder(const Row& wantedFolder)
+{
+    wanted = wantedFolder.item.relativePath;
+    selectWanted();
+    if (wanted.Empty())
+        return;
+    read(*folderItem(currentItem()));
+    currentItem()->setExpanded(true);
+}
+
+void FolderTree::read(FolderItem& item)
+{
+    item.contents = FolderItem::Reading;
+    // The item may be gone when the answer is there.
+    const QPersistentModelIndex place(indexFromItem(&item));
+    const auto done = [this, place](Rows folders) {
+        if (!place.isValid())
+            return;
+        FolderItem& parent = *folderItem(itemFromIndex(place));
+        parent.contents = FolderItem::Read;
+        parent.setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+        update(parent, std::move(folders));
+    };
+    const auto failed = [this, place] {
+        if (place.isValid())
+            folderItem(itemFromIndex(place))->contents = FolderItem::Unread;
+    };
+    requests.ask(
+        "open the folder " + quoted(item.folder.name),
+        [folder = item.folder](Tessaport& tessaport) { return readFolders(tessaport, folder); }, done, failed);
+}
+
+void FolderTree::update(QTreeWidgetItem& parent, Rows folders)
+{
+    int row = 0;
+    const auto replace = [&](FolderItem& item, Row& folder) {
+        item.folder = std::move(folder);
+        ++row;
+        if (item.contents == FolderItem::Read)
+            read(item);
+    };
+    // Most of them are usually where they were.
+    auto next = folders.begin();
+    while (
+        row < parent.childCount() && next != folders.end() && folderItem(parent.child(row))->folder.name == next->name)
+        replace(*folderItem(parent.child(row)), *next++);
+
+    QHash<QString, FolderItem*> kept = keepOnly(folders, parent, row);
+    QList<QTreeWidgetItem*> added;
+    const auto insertAdded = [&] {
+        parent.insertChildren(row, added);
+        row += static_cast<int>(added.size());
+        added.clear();
+    };
+    const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
+    for (; next != folders.end(); ++next) {
+        FolderItem* item = kept.isEmpty() ? nullptr : kept.take(next->name);
+        if (item == nullptr) {
+            added += new FolderItem(std::move(*next), icon);
+            continue;
+        }
+        insertAdded();
+        if (parent.child(row) != item) {
+            parent.removeChild(item);
+            parent.insertChild(row, item);
+        }
+        replace(*item, *next);
+    }
+    insertAdded();
+    selectWanted();
+}
+
+void FolderTree::selectWanted()
+{
+    for (int i = 0; !wanted.Empty() && i < currentItem()->childCount(); ++i) {
+        if (folderItem(currentItem()->child(i))->folder.item.relativePath == wanted)
+            setCurrentItem(currentItem()->child(i));
+    }
+}
+
+} // namespace DriveWindow
