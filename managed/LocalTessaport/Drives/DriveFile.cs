@@ -67,6 +67,7 @@ internal static class DriveFile
             Locking = Flag(element, "locking", otherwise: false),
             Writable = Flag(element, "writable", otherwise: true),
             Offline = Flag(element, "offline", otherwise: false),
+            Ignored = Patterns(element),
         };
     }
 
@@ -82,6 +83,18 @@ internal static class DriveFile
         && value.GetString() is { Length: > 0 } text
             ? text
             : throw new InvalidDataException($"the string '{member}' of a drive is missing");
+
+    // Nothing of the patterns is loaded for a drive without any.
+    private static IgnoreRules? Patterns(JsonElement element)
+    {
+        if (!element.TryGetProperty("ignore", out var value))
+            return null;
+        if (value.ValueKind != JsonValueKind.Array || value.EnumerateArray().Any(pattern => pattern.ValueKind != JsonValueKind.String))
+            throw new InvalidDataException("the member 'ignore' of a drive is not an array of strings");
+        return value.GetArrayLength() == 0
+            ? null
+            : new IgnoreRules(RequireString(element, "name"), value.EnumerateArray().Select(pattern => pattern.GetString()!));
+    }
 
     private static bool Flag(JsonElement element, string member, bool otherwise)
     {

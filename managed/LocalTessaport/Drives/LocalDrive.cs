@@ -12,6 +12,9 @@ internal sealed class LocalDrive : IDisposable
     public bool Writable { get; init; } = true;
     public bool Offline { get; init; }
 
+    /// <summary>What is left out; null for nothing.</summary>
+    public IgnoreRules? Ignored { get; init; }
+
     public bool AcceptsChanges => Writable && !Offline;
 
     public string WorkspaceLocation => _workspaceLocation ??= PathForm.ToBackslashes(Workspace.Root);
@@ -50,6 +53,7 @@ internal sealed class LocalDrive : IDisposable
         Locking = Locking,
         Writable = Writable,
         Offline = Offline,
+        Ignored = Ignored,
     };
 
     public void Dispose()

@@ -28,16 +28,28 @@ internal sealed class PendingItems
     /// A JSON array with one object for each item that is not in sync, is locked or was kept in a conflict, folders before their
     /// contents. What cannot be synced because of the folder it is in is not listed.
     /// </summary>
-    public static string Describe(PropertySource top) => new PendingItems(top).Describe();
+    public static string Describe(PropertySource top)
+    {
+        var items = new PendingItems(top);
+        return items.Describe(items.List);
+    }
 
-    private string Describe()
+    /// <summary>The same for what the patterns of the drive leave out; of a folder that is left out, only the folder.</summary>
+    public static string DescribeLeftOut(PropertySource top)
+    {
+        var items = new PendingItems(top);
+        return items.Describe(items.ListLeftOut);
+    }
+
+    /// <param name="list">Lists one item if it belongs in the list; false if nothing that is in it does.</param>
+    private string Describe(Predicate<SnapshotNode> list)
     {
         _json.WriteStartArray();
         var pending = new Stack<SnapshotNode>();
         pending.Push(DriveSnapshot.Take(_top.Drive, _top.View.Path).Top);
         while (pending.TryPop(out var node))
         {
-            if (!List(node))
+            if (!list(node))
                 continue;
             var children = node.Children();
             for (var i = children.Count - 1; i >= 0; --i)
@@ -52,13 +64,34 @@ internal sealed class PendingItems
     private bool List(SnapshotNode node)
     {
         var source = SourceFor(node);
+        if (node.LeftOutBy is not null)
+        {
+            ListIfKeptInAConflict(source);
+            return false;
+        }
         var state = SyncStates.Of(source);
-        var error = node.Unreadable ?? source.Failure ?? SyncStates.WhyLeftOut(source);
+        var error = node.Unreadable ?? SyncStates.ReasonOf(source);
         var other = Conflicts.OtherOf(source.Drive, source.Synced);
         var isInSync = state is null or SyncStates.InSync || (state == SyncStates.LeftOut && SyncStates.IsEqual(source.View, source.Synced));
         if (!isInSync || error is not null || other is not null)
             Write(source, state ?? SyncStates.InSync, error, other);
         return !source.View.SidesDiffer && (isInSync || state != SyncStates.LeftOut);
+    }
+
+    private bool ListLeftOut(SnapshotNode node)
+    {
+        if (node.LeftOutBy is null)
+            return true;
+        var source = SourceFor(node);
+        Write(source, SyncStates.LeftOut, SyncStates.ReasonOf(source), Conflicts.OtherOf(source.Drive, source.Synced));
+        return false;
+    }
+
+    // A conflict is settled also if a pattern leaves out the copy.
+    private void ListIfKeptInAConflict(PropertySource source)
+    {
+        if (Conflicts.OtherOf(source.Drive, source.Synced) is { } other)
+            Write(source, SyncStates.LeftOut, SyncStates.ReasonOf(source), other);
     }
 
     private PropertySource SourceFor(SnapshotNode node)

@@ -14,7 +14,7 @@ internal static class PropertyCatalog
         new("IsInWorkspace", "Is in the workspace", PropertyTypes.Boolean, s => s.View.Workspace is not null),
         new("IsOnServer", "Is on the server", PropertyTypes.Boolean, s => s.View.Server is not null),
         new("SyncState", "Sync state", PropertyTypes.String, SyncStates.Of),
-        new("SyncError", "Reason of the last failure", PropertyTypes.String, s => s.Failure ?? SyncStates.WhyLeftOut(s)),
+        new("SyncError", "Reason of the last failure", PropertyTypes.String, SyncStates.ReasonOf),
         new("ConflictOf", "Other version of", PropertyTypes.String, s => Conflicts.OtherOf(s.Drive, s.Synced)),
         new("ConflictFrom", "Version from", PropertyTypes.String, Conflicts.SideOf),
         new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action),
@@ -26,6 +26,7 @@ internal static class PropertyCatalog
     [
         new("Offline", "Is offline", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Offline : null) { IsKnownOffline = true },
         new("Writable", "Is writable", PropertyTypes.Boolean, s => s.View.IsRoot ? s.Drive.Writable : null) { IsKnownOffline = true },
+        new("IgnorePatterns", "Patterns of what is left out", PropertyTypes.String, PatternsOf) { IsKnownOffline = true },
         new("FilesInWorkspace", "Files in the workspace", PropertyTypes.WholeNumber, s => s.TryCountFiles(SideName.Workspace))
         {
             IsKnownOffline = true,
@@ -43,14 +44,20 @@ internal static class PropertyCatalog
         new("LockedBy", "Locked by", PropertyTypes.String, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
     ];
 
-    // Not among the definitions, because reading it means looking at everything in a folder.
+    // These two are not among the definitions, because reading them means looking at everything in a folder.
     private static readonly Property Pending = new("Pending", "What is not in sync", PropertyTypes.String, PendingItems.Describe);
+
+    private static readonly Property LeftOut = new("LeftOut", "What is left out", PropertyTypes.String, PendingItems.DescribeLeftOut);
 
     private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];
 
-    private static readonly Dictionary<string, Property> ById = All.Append(Pending).ToDictionary(property => property.Id);
+    private static readonly Dictionary<string, Property> ById = All.Append(Pending).Append(LeftOut).ToDictionary(property => property.Id);
 
     public static IEnumerable<Property> Of(LocalDrive drive) => All.Where(property => property.AppliesTo(drive));
+
+    // A pattern has no line feed in it.
+    private static string? PatternsOf(PropertySource source) =>
+        source.View.IsRoot && source.Drive.Ignored is { } rules ? string.Join('\n', rules.Patterns) : null;
 
     public static Property? Find(string? id) => id is null ? null : ById.GetValueOrDefault(id);
 }

@@ -34,6 +34,10 @@ internal sealed class PropertySource
 
     public LocalDrive Drive => View.Drive;
     public bool IsFile => !View.IsFolder;
+
+    /// <summary>The pattern of the drive that leaves out the item; null if none does.</summary>
+    public string? LeftOutBy => LeftOut.PatternFor(View);
+
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;
 
     public DateTime? Created => View.Exists ? Side.CreationTimeOf(View.Path) : null;

@@ -18,7 +18,7 @@ internal static class SyncStates
     {
         if (source.View.IsRoot)
             return null;
-        if (!NameRules.CanBeAdded(RelativePath.NameOf(source.View.Path)))
+        if (source.LeftOutBy is not null || !NameRules.CanBeAdded(RelativePath.NameOf(source.View.Path)))
             return LeftOut;
         var state = Compare(source.View, source.Synced);
         if (state == InSync)
@@ -26,11 +26,13 @@ internal static class SyncStates
         return source.Failure is null ? state : Failed;
     }
 
-    /// <summary>
-    /// Why an item that is left out cannot be copied; null for the others, and if there is nothing to copy. Versions that differ on
-    /// both sides may still be found equal.
-    /// </summary>
-    public static string? WhyLeftOut(PropertySource source) =>
+    /// <summary>Why an item is left out, or why its last request failed; null for other items.</summary>
+    public static string? ReasonOf(PropertySource source) => source.LeftOutBy is { } pattern
+        ? Local.LeftOut.ReasonFor(pattern)
+        : source.Failure ?? WhyNotCopied(source);
+
+    // Null if there is nothing to copy. Versions that differ on both sides may still be found equal.
+    private static string? WhyNotCopied(PropertySource source) =>
         Of(source) == LeftOut && Compare(source.View, source.Synced) is not (InSync or ChangedOnBoth)
             ? NameRules.ReasonAgainst(RelativePath.NameOf(source.View.Path))
             : null;

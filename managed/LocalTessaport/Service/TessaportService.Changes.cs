@@ -60,7 +60,9 @@ public partial class TessaportService
         using var scope = new ChangeScope(request.Home);
         try
         {
-            new ItemSync(scope.Edit(place.Drive), new ChangeReport()).SyncFile(place.Path);
+            var edit = scope.Edit(place.Drive);
+            if (LeftOut.PatternFor(edit.At(place.Path)) is null)
+                new ItemSync(edit, new ChangeReport()).SyncFile(place.Path);
         }
         finally
         {

@@ -10,13 +10,17 @@ internal sealed class ChangeScope : IDisposable
     public ChangeScope(HomeFolder home)
     {
         _home = home;
+        Step.Reached("Change.Begin", home.Root);
         _held = HomeLock.Acquire(home);
     }
 
-    public DriveEdit Edit(LocalDrive drive)
+    public DriveEdit Edit(LocalDrive seen)
     {
-        if (_edits.TryGetValue(drive.Id, out var known))
+        if (_edits.TryGetValue(seen.Id, out var known))
             return known;
+        // The drive may have been changed while the request waited for the lock.
+        var drive = DriveFile.Load(_home).Find(seen.Id)
+            ?? throw new IOException($"The drive '{seen.Name}' was removed; list the drives again.");
         Upkeep.Run(_home, drive);
         return _edits[drive.Id] = new DriveEdit(drive, IndexStore.Load(_home, drive.Id).Clone());
     }

@@ -41,6 +41,8 @@ internal sealed class DriveEdit : IDisposable
     /// <summary>Notes that both sides of an item are equal now.</summary>
     public void RecordSynced(SyncedRecord record, ItemView view)
     {
+        if (Drive.Ignored is not null)
+            ForgetLeftOut(record);
         Index.Synced.Put(Index.Synced.ByPath(record.Path) switch
         {
             null => ConflictCopy.Recognise(record, view),
@@ -51,11 +53,25 @@ internal sealed class DriveEdit : IDisposable
             Index.Items.Put(item.SeenIn(view) with { Content = KnownContentOf(view) ?? item.Content });
     }
 
-    /// <summary>Drops the sync records of what is on neither side any more.</summary>
+    /// <summary>Drops the sync records of what is on neither side any more. What is left out was not looked at.</summary>
     public void ForgetWhatIsGone(DriveSnapshot drive)
     {
-        foreach (var record in Index.Synced.Records.Where(record => !Exists(drive.Find(record.Path))).ToList())
+        foreach (var record in Index.Synced.Records.Where(record => !Exists(drive.Find(record.Path)) && !IsLeftOut(record)).ToList())
             Index.Synced.Remove(record);
+    }
+
+    /// <summary>Whether the patterns leave out what a record is about.</summary>
+    public bool IsLeftOut(SyncedRecord record) => Drive.Ignored?.PatternFor(record.Path, record.IsFolder) is not null;
+
+    // A file that was synced, then left out, and then renamed to what is synced is another item from then on.
+    private void ForgetLeftOut(SyncedRecord arrived)
+    {
+        foreach (var side in SideNames.Both)
+        {
+            if (Index.Synced.ByIdentity(side, arrived.IdentityOn(side)) is { } earlier
+                && !RelativePath.Comparer.Equals(earlier.Path, arrived.Path) && IsLeftOut(earlier))
+                Index.Synced.Remove(earlier);
+        }
     }
 
     private static bool Exists(SnapshotNode? node) => node is not null && (node[SideName.Workspace] ?? node[SideName.Server]) is not null;

@@ -4,12 +4,12 @@ namespace Quorvex.Tessaport.API.Local;
 internal static class DriveScan
 {
     /// <summary>
-    /// Every file and folder below the root, folders before their contents. Folders without read permission are left out.
+    /// Every file and folder below a folder, folders before their contents. Folders without read permission are left out.
     /// </summary>
-    public static IEnumerable<(string Path, FileEntry Entry)> Walk(DriveSide side)
+    public static IEnumerable<(string Path, FileEntry Entry)> Walk(DriveSide side, string top = RelativePath.Root)
     {
         var folders = new Stack<string>();
-        folders.Push(RelativePath.Root);
+        folders.Push(top);
         while (folders.TryPop(out var folder))
         {
             foreach (var (name, entry) in ReadIfAllowed(side, folder))

@@ -12,7 +12,8 @@ internal static class Inventory
         var index = new DriveIndex();
         foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
         {
-            if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && AreEqual(view, local, remote))
+            if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && LeftOut.PatternFor(view) is null
+                && AreEqual(view, local, remote))
                 index.Synced.Put(ConflictCopy.Recognise(RecordOf(drive, path, local, remote), view));
         }
         return index;

@@ -50,6 +50,7 @@ internal sealed class AdditionRules
         var target = ItemView.At(_drive, RelativePath.Join(_folder, name));
         if (target.Workspace is { IsFolder: true } || target.Server is { IsFolder: true })
             throw new IOException($"There is a folder named '{name}' already.");
+        LeftOut.RequireNot(target);
         return target;
     }
 }

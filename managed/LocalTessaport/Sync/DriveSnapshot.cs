@@ -65,6 +65,7 @@ internal sealed class DriveSnapshot
         {
             Put(side, pair.To, pair.From[side]);
             pair.From[side] = null;
+            Judge(pair.To);
             pair.To.Unreadable ??= pair.From.Unreadable;
             foreach (var child in pair.From.Children())
             {
@@ -111,6 +112,7 @@ internal sealed class DriveSnapshot
             var place = node.Path;
             foreach (var side in SideNames.Both)
                 node[side] = _drive.Side(side).Find(place);
+            Judge(node);
         }
         return node;
     }
@@ -121,14 +123,24 @@ internal sealed class DriveSnapshot
         pending.Push(top);
         while (pending.TryPop(out var folder))
         {
-            if (!folder.IsFolderOnEither)
+            if (!folder.IsFolderOnEither || folder.LeftOutBy is not null)
                 continue;
             var path = folder.Path;
             foreach (var side in SideNames.Both)
                 Read(folder, path, side);
             foreach (var child in folder.Children())
+            {
+                Judge(child);
                 pending.Push(child);
+            }
         }
+    }
+
+    // A name that is a folder on one side counts as a folder.
+    private void Judge(SnapshotNode node)
+    {
+        if (_drive.Ignored is { } rules && !node.IsRoot)
+            node.LeftOutBy = node.Parent!.LeftOutBy ?? rules.PatternInFolder(node.Path, node.IsFolderOnEither);
     }
 
     private void Read(SnapshotNode folder, string path, SideName side)

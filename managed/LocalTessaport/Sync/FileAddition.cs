@@ -20,6 +20,7 @@ internal sealed class FileAddition
     {
         _edit.Drive.RequireWritable();
         var (source, target) = _rules.RequireSource(path);
+        LeftOut.RequireNot(_edit.At(target.Path));
         if (target.Exists)
             AddVersion(source, target.Path);
         else

@@ -25,11 +25,18 @@ internal static class FolderCreation
         return RelativePath.Join(parent, below);
     }
 
+    private static void RequireNotLeftOut(LocalDrive drive, string path)
+    {
+        if (drive.Ignored?.PatternFor(path, isFolder: true) is { } pattern)
+            throw new IOException($"'{drive.WorkspacePathOf(path)}' would be left out by the pattern '{pattern}' of the drive; remove the pattern first.");
+    }
+
     private static ItemView Create(RequestScope request, LocalDrive drive, string path)
     {
         drive.RequireWritable();
         using var scope = new ChangeScope(request.Home);
         var edit = scope.Edit(drive);
+        RequireNotLeftOut(edit.Drive, path);
         FolderMaker.Make(edit, path);
         scope.Save();
         return edit.At(path);

@@ -16,6 +16,8 @@ internal sealed class ItemDeletion
             _report.Deleted(view);
             return;
         }
+        LeftOut.RequireNot(view);
+        LeftOut.RequireNothingIn(view);
         Delete(edit, view);
     }
 

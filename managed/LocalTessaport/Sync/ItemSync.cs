@@ -46,6 +46,7 @@ internal sealed class ItemSync
         var view = _edit.At(path);
         if (!view.Exists && !view.IsRoot)
             throw new FileNotFoundException($"'{_edit.Drive.WorkspacePathOf(path)}' no longer exists.");
+        LeftOut.RequireNot(view);
     }
 
     private (string Place, SyncProgress Last) RunPasses(string path)

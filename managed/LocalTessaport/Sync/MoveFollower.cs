@@ -40,7 +40,7 @@ internal sealed class MoveFollower
 
     private static bool IsOutOfPlace(DriveIndex index, SnapshotNode node)
     {
-        if (node.IsRoot)
+        if (node.IsRoot || node.LeftOutBy is not null)
             return false;
         var last = index.Synced.ByPath(node.Path);
         foreach (var side in SideNames.Both)
@@ -63,7 +63,7 @@ internal sealed class MoveFollower
         var arrivals = new List<SnapshotNode>();
         foreach (var node in _snapshot.Find(RelativePath.Root)!.SelfAndBelow())
         {
-            if (node[side] is { } entry && HasArrived(Synced, side, entry.Identity, Synced.ByPath(node.Path)))
+            if (node.LeftOutBy is null && node[side] is { } entry && HasArrived(Synced, side, entry.Identity, Synced.ByPath(node.Path)))
                 arrivals.Add(node);
         }
         return arrivals;
@@ -116,7 +116,7 @@ internal sealed class MoveFollower
     private MovePlan? PlanFor(SideName movedOn, SnapshotNode to)
     {
         var other = movedOn.Opposite();
-        if (to[movedOn] is not { } arrived || Synced.ByIdentity(movedOn, arrived.Identity) is not { } record
+        if (to.LeftOutBy is not null || to[movedOn] is not { } arrived || Synced.ByIdentity(movedOn, arrived.Identity) is not { } record
             || record.IsFolder != arrived.IsFolder)
             return null;
         var path = to.Path;
@@ -125,7 +125,7 @@ internal sealed class MoveFollower
         if (to[other] is { } counterpart && record.IdentityOn(other).Matches(counterpart.Identity))
             return new MovePlan(record, to, to);
         var from = _snapshot.Find(record.Path);
-        if (from?[other] is not { } left || HasStayed(from, movedOn, record) || !IsCounterpart(left, other, record)
+        if (from?[other] is not { } left || _edit.IsLeftOut(record) || HasStayed(from, movedOn, record) || !IsCounterpart(left, other, record)
             || RelativePath.IsBeneath(path, record.Path) || RelativePath.IsBeneath(record.Path, path))
             return null;
         return new MovePlan(record, from, to);

@@ -22,6 +22,9 @@ internal sealed class SnapshotNode
     /// <summary>Why a side of this folder could not be read; its contents are then unknown.</summary>
     public string? Unreadable { get; set; }
 
+    /// <summary>The pattern of the drive that leaves out this item; its contents are then unknown. Null if none does.</summary>
+    public string? LeftOutBy { get; set; }
+
     public string Path
     {
         get

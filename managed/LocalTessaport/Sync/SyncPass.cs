@@ -32,7 +32,7 @@ internal sealed class SyncPass
         pending.Push(_snapshot.Top);
         while (pending.TryPop(out var node))
         {
-            if (_progress.IsBlocked(node) || !_progress.Attempt(node.Path, () => Sync(node)) || !node.IsFolderOnEither)
+            if (node.LeftOutBy is not null || _progress.IsBlocked(node) || !_progress.Attempt(node.Path, () => Sync(node)) || !node.IsFolderOnEither)
                 continue;
             var children = node.Children();
             for (var i = children.Count - 1; i >= 0; --i)

@@ -58,11 +58,24 @@ internal sealed class ModelRun
                 RequireNothingLost();
             }
         }
+        var leftOut = _world.Sides.ToDictionary(side => side, LeftOutOn);
         var links = _world.Sides.ToDictionary(side => side, side => side.LinkTargets());
         if (_random.Next(30) == 0)
             KillWhileSyncing();
-        Check(_world.Sync(), links);
+        var result = _world.Sync();
+        Check(result, links);
+        foreach (var side in _world.Sides)
+            Require(!leftOut[side].Except(side.Files().Values).Any(), () => $"A file in '{side.Root}' that is left out was replaced or removed.");
     }
+
+    // A folder may be moved with what is left out in it.
+    private HashSet<int> LeftOutOn(Side side) =>
+        side.Files().Where(file => _world.Patterns.LeaveOut(_world, file.Key)).Select(file => file.Value).ToHashSet();
+
+    private List<string> SyncedOf(IEnumerable<string> paths) => paths.Where(path => !_world.Patterns.LeaveOut(_world, path)).ToList();
+
+    private SortedDictionary<string, int> SyncedFiles(Side side) =>
+        new(side.Files().Where(file => !_world.Patterns.LeaveOut(_world, file.Key)).ToDictionary(), StringComparer.Ordinal);
 
     private void Check(CommandResult result, Dictionary<Side, List<string>> links)
     {
@@ -78,9 +91,9 @@ internal sealed class ModelRun
             Require(obstacles.Count > 0, () => "The sync says that something is left, and nothing is in its way.");
             return;
         }
-        Require(_world.Workspace.Files().SequenceEqual(_world.Server.Files()), () => "The sync says that all is done, and the files of the sides differ.");
+        Require(SyncedFiles(_world.Workspace).SequenceEqual(SyncedFiles(_world.Server)), () => "The sync says that all is done, and the files of the sides differ.");
         Require(
-            _world.Workspace.Folders().SequenceEqual(_world.Server.Folders()),
+            SyncedOf(_world.Workspace.Folders()).SequenceEqual(SyncedOf(_world.Server.Folders())),
             () => "The sync says that all is done, and the folders of the sides differ.");
         var again = _world.Sync();
         Require(again is { IsSuccess: true } && !again.ItemsCreated.Any() && again.ItemsUpdated.Count() == 1, () => "A second sync found more to do.");

@@ -8,7 +8,7 @@ internal static class Obstacles
         var here = world.Workspace.Walk().ToDictionary(entry => entry.Path, entry => entry.Kind);
         var there = world.Server.Walk().ToDictionary(entry => entry.Path, entry => entry.Kind);
         var found = new List<(Side, string)>();
-        foreach (var path in here.Keys.Union(there.Keys))
+        foreach (var path in here.Keys.Union(there.Keys).Where(path => !world.Patterns.LeaveOut(world, path)))
         {
             var (local, remote) = (here.GetValueOrDefault(path), there.GetValueOrDefault(path));
             if (local != Kind.None && remote != Kind.None && local != remote)

@@ -18,13 +18,14 @@ internal sealed class ServiceActions
         _random = random;
     }
 
-    public string? Act() => _random.Next(6) switch
+    public string? Act() => _random.Next(7) switch
     {
         0 => Add(),
         1 => Delete(),
         2 => Close(),
         3 => SyncOne(),
         4 => Settle(),
+        5 => SetPatterns(),
         _ => AskForIds(),
     };
 
@@ -105,6 +106,12 @@ internal sealed class ServiceActions
             throw new BrokenPromiseException($"'{other}' does not hold the version of '{copy}' that was to be used.");
         _ledger.GiveUp(given);
         return $"{command} {copy}: True";
+    }
+
+    private string SetPatterns()
+    {
+        _world.SetPatterns(Patterns.Pick(_random));
+        return $"set the patterns {_world.Patterns}";
     }
 
     private string? OtherVersionOf(string path) => _world.Find(path) is { IsFolder: false } item

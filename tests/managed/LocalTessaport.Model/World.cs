@@ -17,10 +17,7 @@ internal sealed class World : IDisposable
         File.WriteAllText(Path.Combine(Outside, "a.txt"), "outside");
         File.WriteAllText(Path.Combine(Outside, "p", "b.txt"), "outside, deeper");
         _outsideBefore = DescribeOutside();
-        File.WriteAllText(Path.Combine(Root, "drives.json"), $$"""
-            [{"id": "{{DriveId}}", "name": "Model", "type": "Quorvex.DataSourceType.Drive",
-              "workspace": "workspace", "server": "server", "locking": true}]
-            """);
+        WriteDrive();
         File.WriteAllText(Path.Combine(Root, "service.json"), """{"state": "running"}""");
         Environment.SetEnvironmentVariable("TESSAPORT_HOME", Root);
         Service.Discover();
@@ -35,6 +32,9 @@ internal sealed class World : IDisposable
     public string Sources { get; }
     public TessaportService Service { get; } = new();
 
+    /// <summary>What the drive leaves out; see <see cref="SetPatterns"/>.</summary>
+    public Patterns Patterns { get; private set; } = Patterns.None;
+
     public IEnumerable<Side> Sides => [Workspace, Server];
 
     public void Dispose()
@@ -47,12 +47,26 @@ internal sealed class World : IDisposable
 
     public Item? Find(string path) => Service.GetItemsByRelativePaths(DriveId, [path]).SingleOrDefault();
 
+    public bool IsFolderOnEither(string path) =>
+        Sides.Any(side => new DirectoryInfo(side.At(path)) is { Exists: true, LinkTarget: null });
+
+    public void SetPatterns(Patterns patterns)
+    {
+        Patterns = patterns;
+        WriteDrive();
+    }
+
     public CommandResult Sync() => Service.SyncFiles([RootItem()]);
 
     /// <summary>The versions that exist now on either side.</summary>
     public HashSet<int> Versions() => Sides.SelectMany(side => side.Files().Values).ToHashSet();
 
     public bool IsOutsideUnchanged() => DescribeOutside() == _outsideBefore;
+
+    private void WriteDrive() => File.WriteAllText(Path.Combine(Root, "drives.json"), $$"""
+        [{"id": "{{DriveId}}", "name": "Model", "type": "Quorvex.DataSourceType.Drive",
+          "workspace": "workspace", "server": "server", "locking": true, "ignore": {{Patterns.ToJson()}}}]
+        """);
 
     private string DescribeOutside() => string.Join('\n', Directory
         .EnumerateFileSystemEntries(Outside, "*", SearchOption.AllDirectories)

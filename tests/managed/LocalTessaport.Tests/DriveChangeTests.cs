@@ -69,6 +69,74 @@ public sealed class DriveChangeTests : IDisposable
     }
 
     [Fact]
+    public void APatternThatIsSetDuringASyncCountsFromTheNextOneAndLosesNothing()
+    {
+        var drive = _home.AddDrive();
+        drive.PutInWorkspace("a.txt", "from here");
+        drive.PutOnServer("b.txt", "from there");
+        using var change = StepAction.At("Copy.Read", ".txt", _ => _home.Configure(drive, "ignore", new[] { "*.txt" }));
+
+        Assert.True(drive.Sync("").IsSuccess);
+
+        Assert.True(change.WasReached);
+        Assert.Equal(["a.txt", "b.txt"], drive.FilesInWorkspace());
+        Assert.Equal(["a.txt", "b.txt"], drive.FilesOnServer());
+        drive.PutInWorkspace("a.txt", "newer", minutes: 5);
+        File.Delete(drive.OnServer("b.txt"));
+        Assert.True(drive.Sync("").IsSuccess);
+        Assert.Equal("from here", File.ReadAllText(drive.OnServer("a.txt")));
+        Assert.Equal("from there", File.ReadAllText(drive.InWorkspace("b.txt")));
+        Assert.Equal(["a.txt"], drive.FilesOnServer());
+        _home.Configure(drive, "ignore", Array.Empty<string>());
+        Assert.True(drive.Sync("").IsSuccess);
+        Assert.Equal("newer", File.ReadAllText(drive.OnServer("a.txt")));
+        Assert.Equal(["a.txt", "b.txt"], drive.FilesOnServer());
+    }
+
+    [Theory]
+    [InlineData("sync")]
+    [InlineData("add")]
+    [InlineData("make folder")]
+    [InlineData("delete")]
+    public void APatternThatIsSetWhileARequestWaitsForAnotherCountsForIt(string request)
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("synced.tmp", "synced");
+        Assert.True(drive.Sync("").IsSuccess);
+        drive.PutInWorkspace("a.tmp", "mine");
+        var source = _home.MakeSource("b.tmp");
+        using var change = StepAction.At("Change.Begin", "", _ => _home.Configure(drive, "ignore", new[] { "*.tmp" }));
+
+        var succeeded = request switch
+        {
+            "sync" => drive.Sync("").IsSuccess,
+            "add" => _home.Service.AddFiles(drive.Root.Id, [source]).IsSuccess,
+            "delete" => _home.Service.DeleteItems([drive.Item("synced.tmp").Id]).IsSuccess,
+            _ => Record.Exception(() => _home.Service.GetOrCreateFolder(drive.Root.Id, "c.tmp")) is null,
+        };
+
+        Assert.True(change.WasReached);
+        Assert.Equal(request == "sync", succeeded);
+        Assert.Equal(["synced.tmp"], drive.FilesOnServer());
+        Assert.Equal(["a.tmp", "synced.tmp"], drive.FilesInWorkspace());
+        Assert.Empty(Directory.GetDirectories(drive.Server, "c.tmp"));
+    }
+
+    [Fact]
+    public void ADriveThatIsRemovedWhileARequestWaitsForAnotherIsNotChanged()
+    {
+        var drive = _home.AddDrive();
+        _home.Service.Discover();
+        drive.PutInWorkspace("a.txt");
+        using var change = StepAction.At("Change.Begin", "", _ => _home.WriteDrives("[]"));
+
+        Assert.False(drive.Sync("").IsSuccess);
+
+        Assert.True(change.WasReached);
+        Assert.Empty(drive.FilesOnServer());
+    }
+
+    [Fact]
     public void ADriveThatIsRemovedDuringASyncKeepsItsFilesAndCanBeAddedAgain()
     {
         var drive = _home.AddDrive();

@@ -53,6 +53,29 @@ public sealed class KillTests : IDisposable
     }
 
     [Fact]
+    public void SyncingTouchesNothingThatIsLeftOut()
+    {
+        _home.Configure(_drive, "ignore", new[] { "*.tmp" });
+        for (var i = 0; i < Files; ++i)
+        {
+            File.WriteAllText(_drive.InWorkspace($"{i}.tmp"), "from here");
+            File.WriteAllText(_drive.OnServer($"{i}.tmp"), "from there");
+        }
+        for (var round = 0; round < Kills / 4; ++round)
+        {
+            for (var i = 0; i < Files; ++i)
+                File.WriteAllText(_drive.InWorkspace($"{i}.bin"), Content((char)('a' + round)));
+            KillWorker("sync");
+            Assert.True(_drive.Sync("").IsSuccess);
+        }
+        for (var i = 0; i < Files; ++i)
+        {
+            Assert.Equal("from here", File.ReadAllText(_drive.InWorkspace($"{i}.tmp")));
+            Assert.Equal("from there", File.ReadAllText(_drive.OnServer($"{i}.tmp")));
+        }
+    }
+
+    [Fact]
     public void DeletingLeavesCompleteFilesOnly()
     {
         for (var round = 0; round < Kills; ++round)

@@ -85,7 +85,11 @@ public sealed class PropertyTests : IDisposable
         Assert.Equal(false, byId["IsFolder"]);
         Assert.Equal(false, byId["IsLocked"]);
         Assert.Equal(
-            ["SyncError", "ConflictOf", "ConflictFrom", "SyncAction", "Offline", "Writable", "FilesInWorkspace", "FilesOnServer", "UpkeepError", "LockedBy"], definitions.Select(definition => definition.Id).Except(byId.Keys));
+            [
+                "SyncError", "ConflictOf", "ConflictFrom", "SyncAction", "Offline", "Writable", "IgnorePatterns", "FilesInWorkspace", "FilesOnServer",
+                "UpkeepError", "LockedBy",
+            ],
+            definitions.Select(definition => definition.Id).Except(byId.Keys));
     }
 
     [Theory]
