@@ -78,6 +78,9 @@ TEST_F(Completion, OffersWhatShowsAndSettlesWhatIsPending)
 {
     EXPECT_THAT(complete({"stat"}), ElementsAre("status", "stat"));
     EXPECT_THAT(complete({"status", "--ex"}), ElementsAre("--exit-code"));
+    EXPECT_THAT(complete({"status", "--ig"}), ElementsAre("--ignored"));
+    EXPECT_THAT(complete({"drive", "set", "x", "--un"}), ElementsAre("--unignore", "--unignore-all"));
+    EXPECT_THAT(complete({"drive", "set", "x", "--ignore", "b"}), IsEmpty());
     EXPECT_THAT(complete({"conflicts", "k"}), Contains("keep"));
     EXPECT_THAT(complete({"conflicts", "keep", "--o"}), ElementsAre("--other"));
     EXPECT_THAT(complete({"sync", "--q"}), ElementsAre("--quiet"));

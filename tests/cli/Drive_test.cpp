@@ -234,6 +234,34 @@ TEST_F(Drive, SetRefusesWhatItCannotDoAndChangesNothing)
     EXPECT_EQ(readFile(home / "drives.json"), before);
 }
 
+TEST_F(Drive, PatternsAreAddedAndRemovedInTheirOrder)
+{
+    EXPECT_EQ(expectJson({"drive", "add", "Plans", "--workspace", text(here), "--server", text(there), "--ignore",
+                  "*.log", "--ignore", "!keep.log"})["drive"]["ignore"],
+        (nlohmann::json{"*.log", "!keep.log"}));
+
+    const std::string changed =
+        expectOk({"drive", "set", "Plans", "--ignore", "build/", "--ignore", "*.log", "--unignore", "!keep.log"});
+
+    EXPECT_THAT(changed, HasSubstr("; leaves out build/, *.log."));
+    EXPECT_EQ(expectJson({"drives"})[0]["ignore"], (nlohmann::json{"build/", "*.log"}));
+    expectOk({"drive", "set", "Plans", "--unignore-all"});
+    EXPECT_FALSE(drivesFile()[0].contains("ignore"));
+}
+
+TEST_F(Drive, APatternThatCannotBeUsedChangesNothing)
+{
+    expectRefused(run({"drive", "add", "Plans", "--workspace", text(here), "--server", text(there), "--ignore", "[a"}),
+        1, "the pattern '[a' of the drive 'Plans' cannot be used: a bracket is not closed");
+    EXPECT_EQ(add("Plans", here, there).exitCode, 0);
+    const std::string before = readFile(home / "drives.json");
+
+    expectRefused(run({"drive", "set", "Plans", "--ignore", "a\\b"}), 1, "write / between folders");
+    expectRefused(run({"drive", "set", "Plans", "--unignore", "*.tmp"}), 3, "has no pattern '*.tmp'; it has none");
+
+    EXPECT_EQ(readFile(home / "drives.json"), before);
+}
+
 TEST_F(Drive, ADamagedListIsKeptAndNamed)
 {
     makeDemo();

@@ -58,6 +58,21 @@ TEST_F(Status, SaysThatEverythingIsInSync)
     EXPECT_EQ(expectJson({"status"}), nlohmann::json::array());
 }
 
+TEST_F(Status, ListsWhatIsLeftOutOnlyIfAskedFor)
+{
+    writeFile(here("a.tmp"), "x");
+    writeFile(there("build/x.txt"), "x");
+    expectOk({"drive", "set", "Harbour Project", "--ignore", "*.tmp", "--ignore", "build/"});
+
+    EXPECT_EQ(expectOk({"status", "--exit-code"}), "Total: everything is in sync\n");
+    const std::string shown = expectOk({"status", "--ignored", "Harbour Project"});
+
+    EXPECT_THAT(
+        shown, HasSubstr("left out               " + path("a.tmp") + ": It is left out by the pattern '*.tmp'"));
+    EXPECT_THAT(shown, HasSubstr("by the pattern 'build/'"));
+    EXPECT_THAT(shown, HasSubstr("Total: 2 left out\n"));
+}
+
 TEST_F(Status, ListsWhatIsNotInSyncAndWhy)
 {
     makeConflict();

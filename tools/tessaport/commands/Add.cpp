@@ -60,6 +60,8 @@ std::string whyRefused(Context& context, const Item& folder, const SourceFile& f
     const auto target = targetOf(context, folder, file);
     if (target && target->isFolder)
         return "a folder has this name";
+    if (drive && drive->hasPatterns)
+        return "a pattern of the drive leaves it out, or the sync application does not accept its name";
     return drive ? "the sync application does not accept this name"
                  : "the sync application does not take it into this folder: the drive is read-only or offline, or the "
                    "name is not allowed";

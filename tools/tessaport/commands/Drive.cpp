@@ -5,6 +5,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/home/DriveFolders.h"
 #include "tools/tessaport/home/DriveName.h"
+#include "tools/tessaport/home/DrivePatterns.h"
 #include "tools/tessaport/home/DrivesFile.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/platform/Platform.h"
@@ -29,6 +30,7 @@ struct AddOptions {
     std::string type = "Drive";
     bool locking = false;
     bool readOnly = false;
+    std::vector<std::string> ignored;
 };
 
 struct SetOptions {
@@ -37,6 +39,7 @@ struct SetOptions {
     std::optional<std::string> offline;
     std::optional<std::string> readOnly;
     std::optional<std::string> locking;
+    PatternChange patterns;
 };
 
 bool flagOf(const Json& drive, const char* member, bool otherwise)
@@ -146,6 +149,7 @@ Json asJson(const Home& home, const Drive& drive, const Json& inFile)
     json["serverLocation"] = withBackslashes(sideIn(home, inFile, "server"));
     json["offline"] = flagOf(inFile, "offline", false);
     json["readOnly"] = !flagOf(inFile, "writable", true);
+    json["ignore"] = patternsOf(inFile);
     return json;
 }
 
@@ -154,11 +158,12 @@ std::string nameOf(const Json& drive) { return '\'' + memberOf(drive, "name") + 
 ExitCode add(Context& context, const AddOptions& options)
 {
     requireDriveName(options.name, Json::array());
-    const Json drive = {{"id", toUtf8(Common::QVUUID())}, {"name", options.name},
+    Json drive = {{"id", toUtf8(Common::QVUUID())}, {"name", options.name},
         {"type", options.type.find('.') == std::string::npos ? TypePrefix + options.type : options.type},
         {"workspace", usableFolder(options.workspace, "--workspace", true)},
         {"server", usableFolder(options.server, "--server", !options.readOnly)}, {"locking", options.locking},
         {"writable", !options.readOnly}, {"offline", false}};
+    changePatterns(drive, {options.ignored, {}, false});
     Change change(context);
     const Drive added = change.make(
         [&](Json& list) -> Json& {
@@ -185,7 +190,7 @@ std::string settingsOf(const Json& drive)
 {
     return std::string(flagOf(drive, "offline", false) ? "offline" : "online") + ", " +
            (flagOf(drive, "writable", true) ? "writable" : "read-only") + ", " +
-           (flagOf(drive, "locking", false) ? "with locks" : "without locks");
+           (flagOf(drive, "locking", false) ? "with locks" : "without locks") + textOfPatterns(drive);
 }
 
 void apply(const SetOptions& options, Json& list, Json& drive)
@@ -203,12 +208,14 @@ void apply(const SetOptions& options, Json& list, Json& drive)
         drive["writable"] = *options.readOnly == "no";
     if (options.locking)
         drive["locking"] = *options.locking == "yes";
+    changePatterns(drive, options.patterns);
 }
 
 ExitCode set(Context& context, const SetOptions& options)
 {
-    if (!options.name && !options.offline && !options.readOnly && !options.locking)
-        throw Failure(ExitCode::Usage, "say what to change: --name, --offline, --read-only or --locking");
+    if (!options.name && !options.offline && !options.readOnly && !options.locking && options.patterns.isEmpty())
+        throw Failure(ExitCode::Usage,
+            "say what to change: --name, --offline, --read-only, --locking, --ignore, --unignore or --unignore-all");
     Change change(context);
     const Drive drive = change.make([&](Json& list) -> Json& {
         Json& chosen = driveIn(list, options.drive);
@@ -248,11 +255,18 @@ void addSwitch(
         ->check(CLI::IsMember({"yes", "no"}).description(""));
 }
 
+void addPatterns(
+    CLI::App& command, const std::string& name, std::vector<std::string>& patterns, const std::string& description)
+{
+    command.add_option(name, patterns, description)->type_name("PATTERN")->allow_extra_args(false);
+}
+
 void addAddCommand(const CommandLine& line)
 {
     auto [command, options] = addCommand<AddOptions>(line, "add", "Add a drive: two folders that are kept in sync",
         "tessaport drive add Plans --workspace ~/Plans --server /mnt/nas/plans\n"
-        "tessaport drive add Archive --workspace ~/Archive --server /mnt/nas/archive --read-only",
+        "tessaport drive add Archive --workspace ~/Archive --server /mnt/nas/archive --read-only\n"
+        "tessaport drive add Site --workspace ~/Site --server /mnt/nas/site --ignore '*.tmp' --ignore build/",
         add);
     command.add_option("name", options.name, "The name of the drive")->type_name("NAME")->required();
     command.add_option("--workspace", options.workspace, "The folder in which you work")->type_name("DIR")->required();
@@ -262,6 +276,8 @@ void addAddCommand(const CommandLine& line)
     command.add_option("--type", options.type, "Drive, TrelisDocs, TrelisTeam or Morrow (default: Drive)")
         ->type_name("TYPE");
     command.add_flag("--locking", options.locking, "Files can be locked");
+    addPatterns(command, "--ignore", options.ignored,
+        "Leave out what matches, as in .gitignore; for several patterns, repeat it");
     command.add_flag("--read-only", options.readOnly, "Nothing is uploaded or deleted; files are only downloaded");
 }
 
@@ -269,13 +285,20 @@ void addSetCommand(const CommandLine& line)
 {
     auto [command, options] = addCommand<SetOptions>(line, "set", "Rename a drive, or change what it does",
         "tessaport drive set Plans --name \"Plans 2024\"\n"
-        "tessaport drive set Plans --offline yes",
+        "tessaport drive set Plans --offline yes\n"
+        "tessaport drive set Plans --ignore '*.tmp' --ignore build/\n"
+        "tessaport drive set Plans --unignore build/",
         set);
     command.add_option("drive", options.drive, "The drive, by name or identifier")->type_name("DRIVE")->required();
     command.add_option("--name", options.name, "Its new name")->type_name("NAME");
     addSwitch(command, "--offline", options.offline, "Whether its server counts as out of reach");
     addSwitch(command, "--read-only", options.readOnly, "Whether nothing is uploaded or deleted");
     addSwitch(command, "--locking", options.locking, "Whether its files can be locked");
+    addPatterns(command, "--ignore", options.patterns.added,
+        "Also leave out what matches, as in .gitignore; for several patterns, repeat it");
+    addPatterns(command, "--unignore", options.patterns.removed, "Remove this pattern; for several, repeat it");
+    command.add_flag(
+        "--unignore-all", options.patterns.removesAll, "Remove all patterns; those of --ignore are then added");
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,8 @@ class Conditions
 {
 public:
     Conditions(Context& context, const QVBuffer<Drive>& drives)
-        : texts(context, rootsOf(drives), {"Offline", "Writable", "FilesInWorkspace", "FilesOnServer"})
+        : texts(
+              context, rootsOf(drives), {"Offline", "Writable", "IgnorePatterns", "FilesInWorkspace", "FilesOnServer"})
     {
     }
 
@@ -43,6 +45,7 @@ public:
         json["offline"] = flag(drive, "Offline");
         const Json writable = flag(drive, "Writable");
         json["readOnly"] = writable.is_null() ? Json() : Json(writable == false);
+        json["ignore"] = patterns(drive);
         json["filesInWorkspace"] = number(drive, "FilesInWorkspace");
         json["filesOnServer"] = number(drive, "FilesOnServer");
     }
@@ -60,6 +63,15 @@ private:
     {
         const std::string text = asciiLower(texts.of(drive.root, property));
         return text.empty() ? Json() : Json(text == "true");
+    }
+
+    [[nodiscard]] Json patterns(const Drive& drive) const
+    {
+        Json list = Json::array();
+        std::istringstream lines(texts.of(drive.root, "IgnorePatterns"));
+        for (std::string line; std::getline(lines, line);)
+            list.push_back(line);
+        return list;
     }
 
     [[nodiscard]] Json number(const Drive& drive, const char* property) const

@@ -19,6 +19,7 @@ struct StatusOptions {
     std::vector<std::string> paths;
     bool isShort = false;
     bool exitCode = false;
+    bool ignored = false;
 };
 
 constexpr std::size_t KindWidth = 21;
@@ -88,7 +89,9 @@ public:
         std::string total;
         for (const auto& [what, count] : counts)
             total += (total.empty() ? "" : ", ") + std::to_string(count) + ' ' + what;
-        outcomes.line("Total: " + (total.empty() ? "everything is in sync" : total));
+        outcomes.line("Total: " + (!total.empty()       ? total
+                                      : options.ignored ? "nothing is left out"
+                                                        : "everything is in sync"));
     }
 
 private:
@@ -104,8 +107,8 @@ ExitCode showStatus(Context& context, const StatusOptions& options)
     const std::vector<Item> items =
         itemsOrDrives(context, options.paths, [&outcomes](const Lookup& missing) { outcomes.notFound(missing); });
     for (const Item& item : items) {
-        for (const PendingItem& pending : pendingIn(context, item))
-            report.show(pending);
+        for (const PendingItem& listed : options.ignored ? leftOutIn(context, item) : pendingIn(context, item))
+            report.show(listed);
     }
     if (!items.empty() || options.paths.empty())
         report.showTotal();
@@ -121,13 +124,17 @@ void addStatusCommand(const CommandLine& line)
             "tessaport status\n"
             "tessaport status PATH PATH          files, folders or drives\n"
             "tessaport status --short            one letter and one path a line\n"
-            "tessaport status --exit-code        ends with 8 if anything is pending",
+            "tessaport status --exit-code        ends with 8 if anything is pending\n"
+            "tessaport status --ignored          what the patterns of the drives leave out",
             showStatus);
     addPaths(command, options.paths);
     command.add_flag("-s,--short", options.isShort,
         "A letter for each item: A only here, N only on the server, M changed here, S changed on the server, B changed "
         "on both sides, C conflict copy, F failed, X left out, L locked, O drive offline");
-    command.add_flag("--exit-code", options.exitCode, "End with 8 if anything is pending; locked files are not");
+    CLI::Option* const exitCode =
+        command.add_flag("--exit-code", options.exitCode, "End with 8 if anything is pending; locked files are not");
+    command.add_flag("--ignored", options.ignored, "Show what the patterns of the drives leave out, and nothing else")
+        ->excludes(exitCode);
 }
 
 } // namespace Quorvex::Velmora::Tool

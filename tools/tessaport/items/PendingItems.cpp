@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -118,15 +119,27 @@ private:
 };
 
 /// What a sync application that lists it at once says; empty if it does not.
-std::string listOf(Context& context, const Item& top)
+std::string listOf(Context& context, const Item& top, const char* property)
 {
     try {
-        return PropertyTexts(context, {top}, {"Pending"}, PropertyTexts::Refusal::Thrown).of(top, "Pending");
+        return PropertyTexts(context, {top}, {property}, PropertyTexts::Refusal::Thrown).of(top, property);
     } catch (const ApiException&) {
         if (defines(context, top.driveId, "SyncState"))
             throw;
         return "";
     }
+}
+
+/// How an item of an offline drive is listed; nothing on other drives.
+std::optional<PendingItem> onOfflineDrive(Context& context, const Item& top)
+{
+    const auto drive = refusalOf(context, top.driveId);
+    if (!drive || !drive->isOffline)
+        return std::nullopt;
+    PendingItem offline = fromItem(top);
+    offline.state = "offline";
+    offline.error = drive->reason;
+    return offline;
 }
 
 } // namespace
@@ -141,7 +154,7 @@ const PendingKind& PendingItem::kind() const
 {
     const bool saysWhy = !error.empty() && state != "left-out" && state != "offline";
     const PendingKind* const ofState = saysWhy ? nullptr : findKind(state);
-    if (ofState != nullptr && (state != "locked" || conflictOf.empty()))
+    if (ofState != nullptr && ((state != "locked" && state != "left-out") || conflictOf.empty()))
         return *ofState;
     return *findKind(conflictOf.empty() || saysWhy ? "failed" : "conflict");
 }
@@ -150,14 +163,18 @@ bool PendingItem::isPending() const { return kind().letter != 'L'; }
 
 Pending pendingIn(Context& context, const Item& top)
 {
-    if (const auto drive = refusalOf(context, top.driveId); drive && drive->isOffline) {
-        PendingItem offline = fromItem(top);
-        offline.state = "offline";
-        offline.error = drive->reason;
-        return {offline};
-    }
-    const std::string list = listOf(context, top);
+    if (const auto offline = onOfflineDrive(context, top))
+        return {*offline};
+    const std::string list = listOf(context, top, "Pending");
     return list.empty() ? Walk(context, top).found : fromList(top, list);
+}
+
+Pending leftOutIn(Context& context, const Item& top)
+{
+    if (const auto offline = onOfflineDrive(context, top))
+        return {*offline};
+    const std::string list = listOf(context, top, "LeftOut");
+    return list.empty() ? Pending{} : fromList(top, list);
 }
 
 } // namespace Quorvex::Velmora::Tool

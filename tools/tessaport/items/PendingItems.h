@@ -42,4 +42,10 @@ struct PendingItem {
 /// @throws ApiException if the sync application cannot be asked.
 std::vector<PendingItem> pendingIn(Context& context, const TessaportAPI::Item& top);
 
+/// Lists what the patterns of the drive leave out at an item and in it; of a folder that is left out, only the folder.
+///
+/// @return nothing for a sync application that has no patterns.
+/// @throws ApiException if the sync application cannot be asked.
+std::vector<PendingItem> leftOutIn(Context& context, const TessaportAPI::Item& top);
+
 } // namespace Quorvex::Velmora::Tool

@@ -66,16 +66,17 @@ std::optional<Refusal> refusalOf(Context& context, const Common::QVUUID& driveId
     for (const Drive& drive : context.connection().getDrives()) {
         if (drive.id != driveId)
             continue;
-        const PropertyTexts texts(context, {drive.root}, {"Offline", "Writable"});
+        const PropertyTexts texts(context, {drive.root}, {"Offline", "Writable", "IgnorePatterns"});
         const std::string offline = texts.of(drive.root, "Offline");
         const std::string writable = texts.of(drive.root, "Writable");
+        const bool hasPatterns = !texts.of(drive.root, "IgnorePatterns").empty();
         // The sentences that the local service writes.
         const std::string name = "The drive '" + toUtf8(drive.name) + "' is ";
         if (isTrue(offline))
-            return Refusal{name + "offline", true};
+            return Refusal{name + "offline", true, hasPatterns};
         if (offline.empty() && writable.empty())
             return std::nullopt;
-        return Refusal{isTrue(writable) ? "" : name + "read-only", false};
+        return Refusal{isTrue(writable) ? "" : name + "read-only", false, hasPatterns};
     }
     return std::nullopt;
 }

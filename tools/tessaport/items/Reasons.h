@@ -32,8 +32,9 @@ private:
 
 /// Whether a drive takes changes now.
 struct Refusal {
-    std::string reason;     ///< Empty if it does.
-    bool isOffline = false; ///< Nothing comes from the server either.
+    std::string reason;       ///< Empty if it does.
+    bool isOffline = false;   ///< Nothing comes from the server either.
+    bool hasPatterns = false; ///< Whether patterns leave out files.
 
     [[nodiscard]] bool refuses() const { return !reason.empty(); }
 };
