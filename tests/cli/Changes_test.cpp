@@ -129,8 +129,9 @@ TEST_F(Changes, AddEndsWithCode1WhenFilesFailInDifferentWays)
     const std::string missing = text(folder / "missing");
 
     EXPECT_EQ(run({"add", missing, plans()}).exitCode, 3);
-    EXPECT_EQ(run({"add", text(folder), missing, plans()}).exitCode, 1);
-    EXPECT_EQ(run({"add", missing, text(folder), plans()}).exitCode, 1);
+    const std::string whole = text(folder); // Holds the folder to which it would be added.
+    EXPECT_EQ(run({"add", whole, missing, plans()}).exitCode, 1);
+    EXPECT_EQ(run({"add", missing, whole, plans()}).exitCode, 1);
 }
 
 TEST_F(Changes, AddNamesEveryFileOfARequestThatFails)

@@ -33,7 +33,7 @@ std::optional<Objection> objectionTo(const std::string& given, const std::string
         return Objection{"no such file", ExitCode::NotFound};
     }
     if (status.type() == fs::file_type::directory)
-        return Objection{"it is a folder; add files, and make folders with 'tessaport mkdir'", ExitCode::Failure};
+        return Objection{"it is a folder; ask about the files in it", ExitCode::Failure};
     if (status.type() != fs::file_type::regular && status.type() != fs::file_type::none)
         return Objection{"it is not a regular file", ExitCode::Failure};
     if (!std::ifstream(file, std::ios::binary))
