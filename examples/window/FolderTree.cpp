@@ -1,6 +1,7 @@
 #include "FolderTree.h"
 
 #include <QHash>
+#include <QPersistentModelIndex>
 #include <QSet>
 #include <QStyle>
 #include <utility>
@@ -28,15 +29,25 @@ struct FolderItem : QTreeWidgetItem {
 namespace
 {
 
+// Many items take long to make, so the request thread makes them.
+FolderItems itemsOf(Rows folders, const QIcon& icon)
+{
+    FolderItems items;
+    items.reserve(folders.size());
+    for (Row& folder : folders)
+        items.push_back(std::make_unique<FolderItem>(std::move(folder), icon));
+    return items;
+}
+
 FolderItem* folderItem(QTreeWidgetItem* item) { return static_cast<FolderItem*>(item); }
 
 // Deletes the items from a row on whose folders no longer exist, and returns the others by name.
-QHash<QString, FolderItem*> keepOnly(const Rows& folders, QTreeWidgetItem& parent, int first)
+QHash<QString, FolderItem*> keepOnly(const FolderItems& folders, QTreeWidgetItem& parent, int first)
 {
     QHash<QString, FolderItem*> kept;
     QSet<QString> names;
     for (std::size_t i = static_cast<std::size_t>(first); i < folders.size() && parent.childCount() > first; ++i)
-        names.insert(folders[i].name);
+        names.insert(folders[i]->folder.name);
     for (int i = parent.childCount() - 1; i >= first; --i) {
         FolderItem* child = folderItem(parent.child(i));
         const QString& name = child->folder.name;
@@ -50,7 +61,8 @@ QHash<QString, FolderItem*> keepOnly(const Rows& folders, QTreeWidgetItem& paren
 
 } // namespace
 
-FolderTree::FolderTree(Requests& windowRequests) : requests(windowRequests)
+FolderTree::FolderTree(Requests& windowRequests)
+    : requests(windowRequests), icon(style()->standardIcon(QStyle::SP_DirIcon))
 {
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -63,10 +75,13 @@ FolderTree::FolderTree(Requests& windowRequests) : requests(windowRequests)
 
 void FolderTree::readDrives(const std::function<void()>& done)
 {
-    requests.ask("list the drives", DriveWindow::readDrives, [this, done](Rows drives) {
-        update(*invisibleRootItem(), std::move(drives));
-        done();
-    });
+    requests.ask(
+        "list the drives",
+        [icon = icon](Tessaport& tessaport) { return itemsOf(DriveWindow::readDrives(tessaport), icon); },
+        [this, done](FolderItems drives) {
+            update(*invisibleRootItem(), std::move(drives));
+            done();
+        });
 }
 
 const Row* FolderTree::folder() const
@@ -89,7 +104,7 @@ void FolderTree::read(FolderItem& item)
     item.contents = FolderItem::Reading;
     // The item may be gone when the answer is there.
     const QPersistentModelIndex place(indexFromItem(&item));
-    const auto done = [this, place](Rows folders) {
+    const auto done = [this, place](FolderItems folders) {
         if (!place.isValid())
             return;
         FolderItem& parent = *folderItem(itemFromIndex(place));
@@ -103,23 +118,25 @@ void FolderTree::read(FolderItem& item)
     };
     requests.ask(
         "open the folder " + quoted(item.folder.name),
-        [folder = item.folder](Tessaport& tessaport) { return readFolders(tessaport, folder); }, done, failed);
+        [folder = item.folder, icon = icon](
+            Tessaport& tessaport) { return itemsOf(readFolders(tessaport, folder), icon); },
+        done, failed);
 }
 
-void FolderTree::update(QTreeWidgetItem& parent, Rows folders)
+void FolderTree::update(QTreeWidgetItem& parent, FolderItems folders)
 {
     int row = 0;
-    const auto replace = [&](FolderItem& item, Row& folder) {
-        item.folder = std::move(folder);
+    const auto keep = [&](FolderItem& item, FolderItem& now) {
+        std::swap(item.folder, now.folder);
         ++row;
         if (item.contents == FolderItem::Read)
             read(item);
     };
     // Most of them are usually where they were.
     auto next = folders.begin();
-    while (
-        row < parent.childCount() && next != folders.end() && folderItem(parent.child(row))->folder.name == next->name)
-        replace(*folderItem(parent.child(row)), *next++);
+    while (row < parent.childCount() && next != folders.end() &&
+           folderItem(parent.child(row))->folder.name == (*next)->folder.name)
+        keep(*folderItem(parent.child(row)), **next++);
 
     QHash<QString, FolderItem*> kept = keepOnly(folders, parent, row);
     QList<QTreeWidgetItem*> added;
@@ -128,11 +145,10 @@ void FolderTree::update(QTreeWidgetItem& parent, Rows folders)
         row += static_cast<int>(added.size());
         added.clear();
     };
-    const QIcon icon = style()->standardIcon(QStyle::SP_DirIcon);
     for (; next != folders.end(); ++next) {
-        FolderItem* item = kept.isEmpty() ? nullptr : kept.take(next->name);
+        FolderItem* item = kept.isEmpty() ? nullptr : kept.take((*next)->folder.name);
         if (item == nullptr) {
-            added += new FolderItem(std::move(*next), icon);
+            added += next->release();
             continue;
         }
         insertAdded();
@@ -140,10 +156,11 @@ void FolderTree::update(QTreeWidgetItem& parent, Rows folders)
             parent.removeChild(item);
             parent.insertChild(row, item);
         }
-        replace(*item, *next);
+        keep(*item, **next);
     }
     insertAdded();
     selectWanted();
+    requests.destroy(std::move(folders));
 }
 
 void FolderTree::selectWanted()

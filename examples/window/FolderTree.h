@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QPersistentModelIndex>
+#include <QIcon>
 #include <QTreeWidget>
 #include <functional>
+#include <memory>
+#include <vector>
 
 #include "Requests.h"
 #include "Service.h"
@@ -11,6 +13,7 @@ namespace DriveWindow
 {
 
 struct FolderItem;
+using FolderItems = std::vector<std::unique_ptr<FolderItem>>;
 
 /// The tree of drives and folders. The folders in a folder are read when it is opened.
 class FolderTree : public QTreeWidget
@@ -27,10 +30,11 @@ public:
 
 private:
     void read(FolderItem& item);
-    void update(QTreeWidgetItem& parent, Rows folders);
+    void update(QTreeWidgetItem& parent, FolderItems folders);
     void selectWanted();
 
     Requests& requests;
+    QIcon icon;
     QVString wanted; // The relative path of the folder to be selected; empty if none is awaited.
 };
 

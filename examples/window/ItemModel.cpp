@@ -6,6 +6,7 @@
 #include <QStringMatcher>
 #include <QStyle>
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace DriveWindow
@@ -40,7 +41,15 @@ ItemModel::ItemModel()
 Rows ItemModel::setItems(Rows items)
 {
     beginResetModel();
+    std::unordered_set<QVString> marked;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (marks[i])
+            marked.insert(rows[i].item.relativePath);
+    }
     std::swap(rows, items);
+    marks.assign(rows.size(), false);
+    for (std::size_t i = 0; i < rows.size() && !marked.empty(); ++i)
+        marks[i] = marked.count(rows[i].item.relativePath) > 0;
     order = arranged();
     endResetModel();
     return items;
@@ -62,6 +71,12 @@ void ItemModel::setFilter(const QString& text)
 {
     filter = text;
     arrange();
+}
+
+void ItemModel::unmarkShown()
+{
+    for (const std::uint32_t position : order)
+        marks[position] = false;
 }
 
 int ItemModel::rowCount(const QModelIndex& parent) const
@@ -126,7 +141,7 @@ std::vector<std::uint32_t> ItemModel::arranged() const
     const QStringMatcher matcher(filter, Qt::CaseInsensitive);
     std::vector<std::uint32_t> positions;
     for (std::uint32_t i = 0; i < rows.size(); ++i) {
-        if (matcher.indexIn(rows[i].name) >= 0)
+        if (filter.isEmpty() || matcher.indexIn(rows[i].name) >= 0)
             positions.push_back(i);
     }
     const std::vector<Key> keys = sortKeys();

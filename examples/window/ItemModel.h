@@ -32,6 +32,11 @@ public:
     [[nodiscard]] const Rows& items() const { return rows; }
     [[nodiscard]] const Row& at(int row) const { return rows[order[static_cast<std::size_t>(row)]]; }
 
+    /// Marks a shown item. Marks stay with their items when these are arranged, hidden or read again.
+    void mark(int row) { marks[order[static_cast<std::size_t>(row)]] = true; }
+    void unmarkShown();
+    [[nodiscard]] bool isMarked(int row) const { return marks[order[static_cast<std::size_t>(row)]]; }
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -47,6 +52,7 @@ private:
     void arrange();
 
     Rows rows;
+    std::vector<bool> marks;          // One for each of `rows`.
     std::vector<std::uint32_t> order; // Positions in `rows`.
     QIcon folderIcon;
     QIcon fileIcon;

@@ -19,7 +19,6 @@ namespace
 
 constexpr std::size_t DetailsBatch = 200;
 constexpr std::size_t MostForProperties = 100;
-constexpr std::size_t MostKept = 1000;
 constexpr std::size_t All = SIZE_MAX;
 
 Rows part(const Rows& rows, std::size_t first, std::size_t end)
@@ -57,7 +56,6 @@ void Window::showFolder()
 {
     ++listing;
     requests.destroy(itemModel.setItems({}));
-    kept.clear();
     notice->hide();
     readFolder();
 }
@@ -110,6 +108,7 @@ void Window::readProperties()
             properties->clear();
             for (const Property& property : found)
                 new QTreeWidgetItem(properties, {property.name, property.value});
+            properties->resizeColumnToContents(0);
         },
         [this] { properties->clear(); });
 }
@@ -256,25 +255,21 @@ Rows Window::selectedRows(std::size_t most) const
     return rows;
 }
 
-// An empty list keeps what was selected in it before: its filter may change, or its folder be read again.
 void Window::rememberSelection()
 {
-    if (itemModel.rowCount() == 0)
-        return;
-    kept.clear();
-    for (const Row& row : selectedRows(MostKept))
-        kept.insert(row.item.relativePath);
+    itemModel.unmarkShown();
+    for (const QItemSelectionRange& range : list->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            itemModel.mark(row);
+    }
 }
 
 void Window::restoreSelection()
 {
-    const auto isKept = [this](int row) {
-        return row < itemModel.rowCount() && kept.count(itemModel.at(row).item.relativePath) > 0;
-    };
     QItemSelection selection;
-    for (int row = 0; !kept.empty() && row < itemModel.rowCount(); ++row) {
+    for (int row = 0; row < itemModel.rowCount(); ++row) {
         const int first = row;
-        while (isKept(row))
+        while (row < itemModel.rowCount() && itemModel.isMarked(row))
             ++row;
         if (row > first)
             selection.select(itemModel.index(first, 0), itemModel.index(row - 1, 0));

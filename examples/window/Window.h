@@ -2,7 +2,6 @@
 
 #include <QMainWindow>
 #include <QTimer>
-#include <unordered_set>
 
 #include "Desktop.h"
 #include "FolderTree.h"
@@ -78,7 +77,6 @@ private:
     ItemModel itemModel;
     unsigned listing = 0; // Numbers the contents of the list and of the views beside it; what comes for others is late.
     unsigned selected = 0;
-    std::unordered_set<QVString> kept; // The relative paths of the selection while the list is arranged.
     // The receiver of every signal. The last member: nothing happens any more to a window that is being destroyed.
     QObject alive;
 };
