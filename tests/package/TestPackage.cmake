@@ -1,6 +1,7 @@
 # Builds the example host and a program of the support libraries as a user of Velmora would, and runs both.
 #
-#   MODE             install, build or subdirectory: how they get Velmora
+#   MODE             install, build or subdirectory: how they get Velmora; window: the example with a window, from an
+#                    installation
 #   SOURCE_DIR       the repository          BUILD_DIR   its build tree
 #   WORK_DIR         emptied first           CONFIG      the build type
 #   GENERATOR, CXX   what to build with
@@ -61,6 +62,27 @@ function(build_consumer)
         ${compiler} "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
         ${ARGN})
     run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
+endfunction()
+
+# The window needs no screen here. It lists what the home has, so the library, its managed parts and the service were found.
+function(check_window)
+    run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/window" -B "${WORK_DIR}/consumer"
+        "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix"
+        "-DWINDOW_SOURCES=${SOURCE_DIR}/examples/window")
+    run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
+    make_home("${WORK_DIR}/home")
+    set(ENV{QT_QPA_PLATFORM} offscreen)
+    set(ENV{TESSAPORT_HOME} "${WORK_DIR}/home")
+    file(READ "${WORK_DIR}/consumer/local-service.txt" service)
+    execute_process(COMMAND "${WORK_DIR}/consumer/window_starts" "${service}"
+        RESULT_VARIABLE code OUTPUT_VARIABLE out)
+    expect_equal("${out}" "Drawings\nPlan.txt\nRemote.txt\nÜbersicht.txt\n" "the names in the window")
+    expect_equal("${code}" 0 "the exit code of the window")
+    execute_process(COMMAND "${WORK_DIR}/consumer/window/velmora_window" one two
+        RESULT_VARIABLE code ERROR_VARIABLE err)
+    if(NOT code EQUAL 2 OR NOT err MATCHES "usage: velmora_window")
+        message(FATAL_ERROR "the window's program ended with ${code} after '${err}'")
+    endif()
 endfunction()
 
 function(make_home home)
@@ -144,6 +166,11 @@ function(check_dialogs)
 endfunction()
 
 file(REMOVE_RECURSE "${WORK_DIR}")
+if(MODE STREQUAL "window")
+    install_elsewhere("${WORK_DIR}/prefix")
+    check_window()
+    return()
+endif()
 if(MODE STREQUAL "install")
     install_elsewhere("${WORK_DIR}/prefix")
     build_consumer("-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DINSTALLED_HEADERS=${WORK_DIR}/prefix/include")

@@ -54,6 +54,8 @@ Json listOfKind(const char* kind, Json list) { return {{"list", std::move(list)}
 
 Json generated(unsigned count) { return {{"generate", count}}; }
 
+Json endlessList() { return "endless"; }
+
 Json item(int number) { return itemAt(number, L"D:\\Drive\\Folder\\item " + std::to_wstring(number) + L".txt"); }
 
 Json itemAt(int number, std::wstring_view workspacePath)

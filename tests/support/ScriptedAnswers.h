@@ -37,6 +37,9 @@ using Json = nlohmann::json;
 /// A prepared list of this many generated records.
 [[nodiscard]] Json generated(unsigned count);
 
+/// A list of generated records, one for each millisecond, that ends when the service is reset.
+[[nodiscard]] Json endlessList();
+
 /// An item with all nine fields, derived from `number`, which is also the number of its id.
 [[nodiscard]] Json item(int number);
 

@@ -1,9 +1,11 @@
 // What no sync application should send: the window shows it as what it is, and goes on.
 #include <QAction>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTest>
 #include <QTreeView>
 #include <QTreeWidget>
+#include <algorithm>
 #include <limits>
 
 #include "tests/window/ScriptedWindow.h"
@@ -181,6 +183,37 @@ TEST_F(OddAnswers, FoldersWithoutEndInTheTreeLeaveTheWindowAlive)
 
     auto* model = part<QTreeView>("tree").model();
     EXPECT_TRUE(waitFor([&] { return model->rowCount(model->index(0, 0)) == 5'000; }));
+}
+
+TEST_F(OddAnswers, AListWithoutEndLeavesTheWindowAliveAndItsFolderListed)
+{
+    openWindow();
+    ASSERT_TRUE(waitForRow("b.txt"));
+    service.answer("GetFolderContents", TestSupport::endlessList());
+
+    trigger("Refresh");
+
+    EXPECT_TRUE(waitFor([&] { return part<QLabel>("waiting").text().startsWith("Tessaport has not answered for"); }));
+    part<QLineEdit>("filter").setText("b");
+    EXPECT_EQ(column(ItemModel::Name), QStringList("b.txt"));
+}
+
+TEST_F(OddAnswers, AListWithoutEndDoesNotKeepTheWindowOpen)
+{
+    service.answer("GetFolderContents", TestSupport::endlessList());
+    openWindow();
+    ASSERT_TRUE(waitFor([&] {
+        const auto calls = service.takeCalledMembers();
+        return std::find(calls.begin(), calls.end(), "GetFolderContents") != calls.end();
+    }));
+
+    window.reset();
+
+    // The request goes on. Once it ends, another window can be opened.
+    service.reset();
+    service.answer("GetFolderContents", Json::array({fileNamed(11, "a.txt")}));
+    openWindow();
+    EXPECT_TRUE(waitForRow("a.txt"));
 }
 
 TEST_F(OddAnswers, ThousandsOfDrivesAreAllListed)

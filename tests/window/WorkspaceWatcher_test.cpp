@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <velmora/api/Interop.h>
-#include "tests/support/TemporaryFolder.h"
-#include "tests/window/WindowTest.h"
+#include <velmora/native/QvNativeTessaportAPI.h>
+#include "tests/window/LocalWindow.h"
 
 namespace Quorvex::Velmora::WindowTest
 {
@@ -34,18 +34,22 @@ private:
     QFileSystemWatcher watcher;
 };
 
-TEST(FolderWatcher, ReportsManyChangesOnce)
+using FolderWatcherTest = LocalWindow;
+
+TEST_F(FolderWatcherTest, ReportsASyncThatChangesTheWorkspaceOnce)
 {
-    startApplication();
-    const TestSupport::TemporaryFolder folder;
-    Item item;
-    item.workspacePath = folder.file(L"").c_str();
+    QvNativeTessaportAPI tessaport;
+    const Item root = tessaport.getDrives()[0]->root;
+    for (const char* name : {"a.txt", "b.txt", "c.txt"})
+        writeText(demo.onServer(name), "x");
     int calls = 0;
-    const FolderWatcher watcher(item, [&calls] { ++calls; });
+    const FolderWatcher watcher(root, [&calls] { ++calls; });
 
-    for (const wchar_t* name : {L"a", L"b", L"c"})
-        TestSupport::writeFile(folder.file(name), "x");
+    QVBuffer<Item> items;
+    items.Append(root);
+    ASSERT_TRUE(tessaport.syncFiles(items).isSuccess);
 
+    ASSERT_TRUE(fs::exists(demo.here("c.txt")));
     EXPECT_TRUE(waitFor([&] { return calls > 0; }));
     EXPECT_EQ(calls, 1);
 }

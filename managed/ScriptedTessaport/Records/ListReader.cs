@@ -2,8 +2,9 @@ namespace Quorvex.Tessaport.API.Scripted;
 
 /// <summary>
 /// Lists as a script writes them: null, an array, {"generate": count}, {"list": array, "as": kind} for a collection of
-/// another kind (see ListOfKind), or {"list": array, "failsIn": place, "after": count, "throw": exception}, which is
-/// enumerated lazily and fails on the way. Everything but the last is ready before the request comes.
+/// another kind (see ListOfKind), "endless" for one that goes on until the script is reset, or {"list": array,
+/// "failsIn": place, "after": count, "throw": exception}, which is enumerated lazily and fails on the way. Everything but
+/// the last two is ready before the request comes.
 /// </summary>
 internal static class ListReader
 {
@@ -13,6 +14,8 @@ internal static class ListReader
             return null;
         if (json.ValueKind == JsonValueKind.Array)
             return json.EnumerateArray().Select(read).ToList();
+        if (json.ValueKind == JsonValueKind.String && json.GetString() == "endless")
+            return EndlessLists.Of(generate);
         if (json.TryGetProperty("generate", out JsonElement count))
             return Enumerable.Range(0, count.GetInt32()).Select(generate).ToList();
         List<T?> list = json.GetProperty("list").EnumerateArray().Select(read).ToList();

@@ -23,6 +23,7 @@ internal abstract class Member
     {
         foreach (Member member in All.Values)
             member.Reset();
+        EndlessLists.End();
     }
 
     /// <summary>Sets the answers in turn; the last one stays. Each is {"value": …} or {"throw": exception}.</summary>
