@@ -37,13 +37,10 @@ internal sealed class Placement
     /// <exception cref="ChangedException">Something else is there. Nothing was changed.</exception>
     public FileEntry Put(FileEntry? expected)
     {
-        if (!IsExpected(_folder.Find(_name), expected))
-            throw new ChangedException(_place);
-        Step.Reached("Commit.Checked", _place);
         if (expected is { } earlier)
             Replace(earlier);
         else
-            _staging.Move(_prepared, _folder, _name);
+            Move();
         Step.Reached("Commit.Placed", _place);
         // If another program wrote to the file in this moment, it is another version.
         return _folder.Find(_name) is { } placed && placed.IsSameVersion(_preparedEntry)
@@ -58,11 +55,17 @@ internal sealed class Placement
             KeepBeside(_prepared);
     }
 
-    private static bool IsExpected(FileEntry? found, FileEntry? expected) =>
-        found is { } there && expected is { } earlier ? there.IsUnchangedSince(earlier) : found is null && expected is null;
+    private void Move()
+    {
+        Step.Reached("Commit.Checked", _place);
+        _staging.Move(_prepared, _folder, _name);
+    }
 
     private void Replace(FileEntry expected)
     {
+        if (_folder.Find(_name) is not { } found || !found.IsUnchangedSince(expected))
+            throw new ChangedException(_place);
+        Step.Reached("Commit.Checked", _place);
         using var guard = _folder.Guard(_name, expected);
         var record = ReplacementRecord.Write(_staging, _prepared, _relativePath, expected, _preparedEntry.Identity);
         Step.Reached("Commit.Guarded", _place);

@@ -8,6 +8,7 @@ internal sealed class StagedFile : IDisposable
     private readonly string _path;
     private FileEntry _entry;
     private bool _isFlushed;
+    private bool _isMoved;
 
     // What came out of the place and could not be put back stays for the next request.
     private bool _mayHoldOther;
@@ -71,6 +72,7 @@ internal sealed class StagedFile : IDisposable
             _mayHoldOther = true;
             var placed = new Placement(_staging.Folder, _name, _entry, folder, path).Put(expected);
             _mayHoldOther = false;
+            _isMoved = expected is null;
             return placed;
         }
         catch (ChangedException)
@@ -83,7 +85,7 @@ internal sealed class StagedFile : IDisposable
     public void Dispose()
     {
         Handle.Dispose();
-        if (!_mayHoldOther)
+        if (!_mayHoldOther && !_isMoved)
             _staging.Folder.TryDelete(_name);
         _staging.Dispose();
     }

@@ -22,7 +22,8 @@ internal static class DriveScan
         }
     }
 
-    private static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(DriveSide side, string folder)
+    /// <summary>What is directly in a folder; empty without read permission.</summary>
+    public static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(DriveSide side, string folder)
     {
         try
         {

@@ -10,13 +10,35 @@ internal static class Inventory
     {
         using var drive = closed.Opened();
         var index = new DriveIndex();
-        foreach (var (path, _) in DriveScan.Walk(drive.Workspace))
+        foreach (var path in OnBothSides(drive))
         {
             if (ItemView.At(drive, path) is { Workspace: { } local, Server: { } remote } view && LeftOut.PatternFor(view) is null
                 && AreEqual(view, local, remote))
                 index.Synced.Put(ConflictCopy.Recognise(RecordOf(drive, path, local, remote), view));
         }
         return index;
+    }
+
+    private static IEnumerable<string> OnBothSides(LocalDrive drive)
+    {
+        var folders = new Stack<string>();
+        folders.Push(RelativePath.Root);
+        while (folders.TryPop(out var folder))
+        {
+            var remote = DriveScan.ReadIfAllowed(drive.Server, folder).Select(found => found.Key).ToHashSet(RelativePath.Comparer);
+            // A new drive often has one empty side.
+            if (remote.Count == 0)
+                continue;
+            foreach (var (name, entry) in DriveScan.ReadIfAllowed(drive.Workspace, folder))
+            {
+                if (!remote.Contains(name))
+                    continue;
+                var path = RelativePath.Join(folder, name);
+                if (entry.IsFolder)
+                    folders.Push(path);
+                yield return path;
+            }
+        }
     }
 
     private static SyncedRecord RecordOf(LocalDrive drive, string path, FileEntry local, FileEntry remote) => local.IsFolder

@@ -23,6 +23,12 @@ internal sealed class SyncPass
     /// <summary>Syncs the requested item with everything in it; an item that fails does not prevent the others.</summary>
     public void Run()
     {
+        using (_transfers)
+            SyncAll();
+    }
+
+    private void SyncAll()
+    {
         foreach (var folder in _snapshot.Above())
         {
             if (_progress.IsBlocked(folder) || !_progress.Attempt(folder.Path, () => Sync(folder)))

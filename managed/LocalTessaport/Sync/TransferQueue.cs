@@ -3,22 +3,21 @@ using System.Runtime.ExceptionServices;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// Copies files from one side to the other in groups: the copies of a group are prepared in parallel, flushed
-/// together, which takes much less time than one by one, and only then put in their places.
+/// Copies files from one side to the other in groups. While the copies of one group are prepared, those of the group before
+/// it are put in their places.
 /// </summary>
-internal sealed class TransferQueue
+internal sealed class TransferQueue : IDisposable
 {
     // Larger groups took no less time per file.
     private const int MostFiles = 256;
     private const long MostBytes = 64 << 20;
 
-    private static readonly ParallelOptions Threads = new() { MaxDegreeOfParallelism = Math.Clamp(Environment.ProcessorCount, 1, 4) };
-
     private readonly DriveEdit _edit;
     private readonly SyncProgress _progress;
     private readonly ChangeReport _report;
-    private readonly List<Transfer> _waiting = [];
+    private List<Transfer> _waiting = [];
     private long _bytes;
+    private TransferGroup? _prepared;
 
     public TransferQueue(DriveEdit edit, SyncProgress progress, ChangeReport report)
     {
@@ -39,60 +38,54 @@ internal sealed class TransferQueue
         _waiting.Add(new Transfer(node, path, from));
         _bytes += node[from]?.Size ?? 0;
         if (_waiting.Count >= MostFiles || _bytes >= MostBytes)
-            Flush();
+            StartWaiting();
     }
 
     /// <summary>Copies the queued files. A file that fails does not prevent the others.</summary>
     public void Flush()
     {
+        if (_prepared is not null)
+            StartWaiting();
+        var last = _prepared ?? TakeWaiting();
+        _prepared = null;
+        Finish(last);
+    }
+
+    /// <summary>Gives up what was prepared and is not in its place.</summary>
+    public void Dispose() => _prepared?.Dispose();
+
+    /// <summary>Starts to prepare the copies that wait, and puts those prepared before them in their places meanwhile.</summary>
+    private void StartWaiting()
+    {
+        // Two groups that are prepared at once would only compete.
+        _prepared?.Wait();
+        var next = TakeWaiting();
+        next.Start();
         try
         {
-            if (_waiting.Count == 1)
-                Prepare(_waiting[0]);
-            else
-                Parallel.ForEach(_waiting, Threads, Prepare);
-            FlushCopies();
-            foreach (var transfer in _waiting)
-                _progress.Attempt(transfer.Path, () => Commit(transfer));
+            if (_prepared is not null)
+                Finish(_prepared);
         }
         finally
         {
-            _waiting.ForEach(transfer => transfer.Copy?.Dispose());
-            _waiting.Clear();
-            _bytes = 0;
+            _prepared = next;
         }
     }
 
-    private void Prepare(Transfer transfer)
+    private TransferGroup TakeWaiting()
     {
-        try
-        {
-            var (from, to) = (_edit.Drive.Side(transfer.From), _edit.Drive.Side(transfer.From.Opposite()));
-            transfer.Copy = StagedCopy.Prepare(from.At(transfer.Path), to);
-        }
-        catch (Exception e)
-        {
-            transfer.Failure = e;
-        }
+        var group = new TransferGroup(_edit.Drive, _waiting);
+        (_waiting, _bytes) = ([], 0);
+        return group;
     }
 
-    private void FlushCopies()
+    private void Finish(TransferGroup group)
     {
-        var prepared = new List<StagedCopy>(_waiting.Count);
-        foreach (var transfer in _waiting)
+        using (group)
         {
-            if (transfer.Copy is not null)
-                prepared.Add(transfer.Copy);
-        }
-        try
-        {
-            StagedCopy.Flush(prepared);
-        }
-        catch (Exception e)
-        {
-            // It is unknown which copy is not on the disk, so none may be used.
-            foreach (var transfer in _waiting)
-                transfer.Failure ??= e;
+            group.Wait();
+            foreach (var transfer in group.Transfers)
+                _progress.Attempt(transfer.Path, () => Commit(transfer));
         }
     }
 
@@ -125,21 +118,5 @@ internal sealed class TransferQueue
         {
             throw Obstacle.At(side, transfer.Path);
         }
-    }
-
-    private sealed class Transfer
-    {
-        public Transfer(SnapshotNode node, string path, SideName from)
-        {
-            Node = node;
-            Path = path;
-            From = from;
-        }
-
-        public SnapshotNode Node { get; }
-        public string Path { get; }
-        public SideName From { get; }
-        public StagedCopy? Copy { get; set; }
-        public Exception? Failure { get; set; }
     }
 }

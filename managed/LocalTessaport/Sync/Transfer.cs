@@ -1,0 +1,22 @@
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>A file that goes from one side to the other.</summary>
+internal sealed class Transfer
+{
+    public Transfer(SnapshotNode node, string path, SideName from)
+    {
+        Node = node;
+        Path = path;
+        From = from;
+    }
+
+    public SnapshotNode Node { get; }
+    public string Path { get; }
+    public SideName From { get; }
+
+    /// <summary>The copy, once it is prepared.</summary>
+    public StagedCopy? Copy { get; set; }
+
+    /// <summary>Why there is no copy, or none that may be used.</summary>
+    public Exception? Failure { get; set; }
+}
