@@ -56,3 +56,17 @@ Place openPlace(QvNativeTessaportAPI& tessaport, std::vector<Entry> trail)
     place.trail = std::move(trail);
     return place;
 }
+
+void bringHere(QvNativeTessaportAPI& tessaport, const Item& file)
+{
+    if (file.isInWorkspace)
+        return;
+    QVBuffer<Item> items;
+    items.Append(file);
+    if (tessaport.syncFiles(items).isSuccess)
+        return;
+    const std::wstring message =
+        L"'" + toWide(file.name) +
+        L"' could not be brought to this computer. Check the connection to the server, then try again.";
+    throw ApiException(message.c_str(), message.size());
+}

@@ -31,3 +31,9 @@ struct Place {
 /// Lists what is at the end of a trail. @throws ApiException as the requests do.
 [[nodiscard]] Place openPlace(
     Quorvex::Velmora::TessaportAPI::QvNativeTessaportAPI& tessaport, std::vector<Entry> trail);
+
+/// Syncs a file that is only on the server, which has no local path to open yet.
+///
+/// @throws ApiException also if the file could not be brought here.
+void bringHere(
+    Quorvex::Velmora::TessaportAPI::QvNativeTessaportAPI& tessaport, const Quorvex::Velmora::TessaportAPI::Item& file);

@@ -34,21 +34,6 @@ std::wstring textOf(HWND control)
     return text;
 }
 
-// A file that is only on the server has no local path to open yet.
-void bringHere(QvNativeTessaportAPI& tessaport, const Item& file)
-{
-    if (file.isInWorkspace)
-        return;
-    QVBuffer<Item> items;
-    items.Append(file);
-    if (tessaport.syncFiles(items).isSuccess)
-        return;
-    const std::wstring message =
-        L"'" + toWide(file.name) +
-        L"' could not be brought to this computer. Check the connection to the server, then try again.";
-    throw ApiException(message.c_str(), message.size());
-}
-
 class DriveDialog
 {
 public:

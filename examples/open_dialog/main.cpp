@@ -156,7 +156,13 @@ private:
         std::ifstream file(*path, std::ios::binary);
         const std::string bytes{std::istreambuf_iterator<char>(file), {}};
         if (!file) {
-            say(L"'" + path->native() + L"' cannot be read.");
+            say(L"'" + path->native() +
+                L"' cannot be read. Check whether another program has it open, then try again.");
+            return;
+        }
+        // The text would end there, and saving it would lose the rest.
+        if (bytes.find('\0') != std::string::npos) {
+            say(L"'" + path->filename().native() + L"' is not a text. Choose another file.");
             return;
         }
         SetWindowTextW(control(IDC_TEXT), toWide(toQVString(bytes)).c_str());
@@ -175,7 +181,8 @@ private:
         file << toUtf8(toQVString(text));
         file.close();
         if (!file) {
-            say(L"'" + path->native() + L"' cannot be written.");
+            say(L"'" + path->native() +
+                L"' cannot be written. Check that it is not write-protected and that the disk is not full.");
             return;
         }
         say(L"Bringing '" + path->filename().native() + L"' to the server\x2026");

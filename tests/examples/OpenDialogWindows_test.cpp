@@ -105,6 +105,17 @@ TEST_F(OpenDialog, BringsAFileOfTheServerHere)
     EXPECT_EQ(read(L"workspace/Remote.txt"), "from the server");
 }
 
+TEST_F(OpenDialog, OpensNoFileThatIsNotAText)
+{
+    write(L"workspace/Plan.txt", std::string{'Q', '\0', 'y'});
+    openDrive(IDC_OPEN);
+    program->type(L"Plan.txt");
+    program->press(IDOK);
+
+    awaitText(IDC_MESSAGE, L"'Plan.txt' is not a text. Choose another file.");
+    EXPECT_EQ(textOf(program->control(IDC_TEXT)), L"");
+}
+
 TEST_F(OpenDialog, GoesUpByItsButtonAndByBackspace)
 {
     openDrive(IDC_OPEN);
