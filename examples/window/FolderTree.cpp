@@ -91,7 +91,7 @@ const Row* FolderTree::folder() const
 
 void FolderTree::openFolder(const Row& wantedFolder)
 {
-    wanted = wantedFolder.item.relativePath;
+    wanted = wantedFolder.item->relativePath;
     selectWanted();
     if (wanted.Empty())
         return;
@@ -166,7 +166,7 @@ void FolderTree::update(QTreeWidgetItem& parent, FolderItems folders)
 void FolderTree::selectWanted()
 {
     for (int i = 0; !wanted.Empty() && i < currentItem()->childCount(); ++i) {
-        if (folderItem(currentItem()->child(i))->folder.item.relativePath == wanted)
+        if (folderItem(currentItem()->child(i))->folder.item->relativePath == wanted)
             setCurrentItem(currentItem()->child(i));
     }
 }

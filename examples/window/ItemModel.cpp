@@ -14,20 +14,26 @@ namespace DriveWindow
 namespace
 {
 
-// The states of the rows as numbers in their order. There are few of them.
+// The states of the rows as numbers in their order.
 std::vector<qint64> numberedStates(const Rows& rows)
 {
-    QHash<QString, qint64> numbers;
-    for (const Row& row : rows)
-        numbers.insert(row.state, 0);
-    QStringList sorted = numbers.keys();
+    QHash<QString, std::size_t> found; // In the order in which they were found: there are few of them.
+    std::vector<std::size_t> states;
+    states.reserve(rows.size());
+    for (const Row& row : rows) {
+        const auto known = found.constFind(row.state);
+        states.push_back(known != found.cend() ? *known : *found.insert(row.state, std::size_t(found.size())));
+    }
+    QStringList sorted = found.keys();
     sorted.sort();
+    std::vector<qint64> numbers(states.size());
     for (qsizetype i = 0; i < sorted.size(); ++i)
-        numbers[sorted[i]] = i;
-    std::vector<qint64> states;
-    for (const Row& row : rows)
-        states.push_back(numbers.value(row.state));
-    return states;
+        numbers[found[sorted[i]]] = i;
+    std::vector<qint64> result;
+    result.reserve(states.size());
+    for (const std::size_t state : states)
+        result.push_back(numbers[state]);
+    return result;
 }
 
 } // namespace
@@ -44,12 +50,12 @@ Rows ItemModel::setItems(Rows items)
     std::unordered_set<QVString> marked;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (marks[i])
-            marked.insert(rows[i].item.relativePath);
+            marked.insert(rows[i].item->relativePath);
     }
     std::swap(rows, items);
     marks.assign(rows.size(), false);
     for (std::size_t i = 0; i < rows.size() && !marked.empty(); ++i)
-        marks[i] = marked.count(rows[i].item.relativePath) > 0;
+        marks[i] = marked.count(rows[i].item->relativePath) > 0;
     order = arranged();
     endResetModel();
     return items;
@@ -90,7 +96,7 @@ QVariant ItemModel::data(const QModelIndex& index, int role) const
 {
     const Row& row = at(index.row());
     if (role == Qt::DecorationRole && index.column() == Name)
-        return row.item.isFolder ? folderIcon : fileIcon;
+        return row.item->isFolder ? folderIcon : fileIcon;
     if (role == Qt::TextAlignmentRole && index.column() == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
@@ -101,7 +107,7 @@ QVariant ItemModel::data(const QModelIndex& index, int role) const
     case Size:
         return row.size < 0 ? QString() : QLocale().formattedDataSize(row.size);
     case Modified:
-        return localTime(row.item.lastModifiedDate);
+        return localTime(row.item->lastModifiedDate);
     default:
         return row.state;
     }
@@ -129,9 +135,9 @@ std::vector<ItemModel::Key> ItemModel::sortKeys() const
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const qint64 number = sortColumn == State      ? states[i]
                               : sortColumn == Size     ? rows[i].size
-                              : sortColumn == Modified ? rows[i].item.lastModifiedDate
+                              : sortColumn == Modified ? rows[i].item->lastModifiedDate
                                                        : static_cast<qint64>(i);
-        keys.emplace_back(!rows[i].item.isFolder, number);
+        keys.emplace_back(!rows[i].item->isFolder, number);
     }
     return keys;
 }
@@ -149,7 +155,7 @@ std::vector<std::uint32_t> ItemModel::arranged() const
         positions.begin(), positions.end(), [&](std::uint32_t a, std::uint32_t b) { return keys[a] < keys[b]; });
     if (descending) {
         const auto files = std::partition_point(
-            positions.begin(), positions.end(), [&](std::uint32_t i) { return rows[i].item.isFolder; });
+            positions.begin(), positions.end(), [&](std::uint32_t i) { return rows[i].item->isFolder; });
         std::reverse(positions.begin(), files);
         std::reverse(files, positions.end());
     }

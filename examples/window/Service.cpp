@@ -5,6 +5,7 @@
 #include <QImageReader>
 #include <QMap>
 #include <algorithm>
+#include <memory>
 #include <system_error>
 #include <unordered_map>
 #include <utility>
@@ -53,9 +54,9 @@ void sortByName(Rows& rows)
     QCollator collator;
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::stable_partition(rows.begin(), rows.end(), [](const Row& row) { return row.item.isFolder; });
+    std::stable_partition(rows.begin(), rows.end(), [](const Row& row) { return row.item->isFolder; });
     const auto isBefore = [&](const Row& a, const Row& b) {
-        return a.item.isFolder == b.item.isFolder && collator.compare(a.name, b.name) < 0;
+        return a.item->isFolder == b.item->isFolder && collator.compare(a.name, b.name) < 0;
     };
     if (std::is_sorted(rows.begin(), rows.end(), isBefore))
         return;
@@ -63,8 +64,8 @@ void sortByName(Rows& rows)
     for (Row& row : rows)
         keys.emplace_back(collator.sortKey(row.name), &row);
     std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) {
-        if (a.second->item.isFolder != b.second->item.isFolder)
-            return a.second->item.isFolder;
+        if (a.second->item->isFolder != b.second->item->isFolder)
+            return a.second->item->isFolder;
         return a.first.compare(b.first) < 0;
     });
     Rows sorted;
@@ -82,7 +83,7 @@ Rows rowsOf(Records&& items)
     for (Api::Item& item : items) {
         QString name = shown(item.name);
         QString state = stateOf(item);
-        rows.push_back({std::move(item), std::move(name), std::move(state)});
+        rows.push_back({std::make_shared<const Api::Item>(std::move(item)), std::move(name), std::move(state)});
     }
     sortByName(rows);
     return rows;
@@ -92,14 +93,14 @@ Api::QVBuffer<Api::ItemId> idsOf(const Rows& rows)
 {
     Api::QVBuffer<Api::ItemId> ids;
     for (const Row& row : rows)
-        ids.Append(row.item.id);
+        ids.Append(row.item->id);
     return ids;
 }
 
 Api::CommandContext contextOf(const Rows& rows)
 {
     Api::CommandContext context;
-    context.itemId = rows.front().item.id;
+    context.itemId = rows.front().item->id;
     context.itemIds = idsOf({rows.begin() + 1, rows.end()});
     return context;
 }
@@ -112,7 +113,7 @@ void readValues(Tessaport& tessaport, const Rows& rows, const Api::QVBuffer<QVSt
         return;
     std::unordered_map<QVString, std::size_t> positions;
     for (std::size_t i = 0; i < rows.size(); ++i)
-        positions.emplace(rows[i].item.relativePath, i);
+        positions.emplace(rows[i].item->relativePath, i);
     for (const auto& value : tessaport.getStringPropertyValues(idsOf(rows), properties)) {
         const auto position = positions.find(value.relativePath);
         if (position != positions.end())
@@ -124,7 +125,7 @@ void readValues(Tessaport& tessaport, const Rows& rows, const Api::QVBuffer<QVSt
 Api::QVBuffer<QVString> definedAmong(Tessaport& tessaport, const Rows& rows, std::initializer_list<const char*> wanted)
 {
     Api::QVBuffer<QVString> ids;
-    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item.driveId)) {
+    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item->driveId)) {
         if (std::any_of(wanted.begin(), wanted.end(), [&](const char* id) { return definition.id == id; }))
             ids.Append(definition.id);
     }
@@ -185,20 +186,20 @@ Rows readDrives(Tessaport& tessaport)
     tessaport.discover();
     Rows roots;
     for (const Api::Drive& drive : tessaport.getDrives())
-        roots.push_back({drive.root, shown(drive.name), {}});
+        roots.push_back({std::make_shared<const Api::Item>(drive.root), shown(drive.name), {}});
     return roots;
 }
 
-Rows readFolders(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getChildFolders(folder.item)); }
+Rows readFolders(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getChildFolders(*folder.item)); }
 
-Rows readContents(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getFolderContents(folder.item)); }
+Rows readContents(Tessaport& tessaport, const Row& folder) { return rowsOf(tessaport.getFolderContents(*folder.item)); }
 
 Rows readDetails(Tessaport& tessaport, Rows rows)
 {
     // The window asks again for what it shows. A host that looks items up by path keeps them.
     Tessaport::clearCachedItems();
     for (Row& row : rows)
-        row.size = sizeOnDisk(row.item);
+        row.size = sizeOnDisk(*row.item);
     readValues(tessaport, rows, definedAmong(tessaport, rows, {"Size", "SyncState"}),
         [&](std::size_t position, const QVString& property, const QVString& value) {
             if (property == "Size")
@@ -214,7 +215,7 @@ std::vector<Property> readProperties(Tessaport& tessaport, const Rows& rows)
     Api::QVBuffer<QVString> ids;
     std::vector<Property> properties;
     std::unordered_map<QVString, std::size_t> places;
-    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item.driveId)) {
+    for (const auto& definition : tessaport.getPropertyDefinitions(rows.front().item->driveId)) {
         if (ids.GetSize() == MostProperties)
             break;
         places.emplace(definition.id, properties.size());
@@ -256,7 +257,7 @@ Outcome sync(Tessaport& tessaport, const Rows& rows)
 {
     Api::QVBuffer<Api::Item> items;
     for (const Row& row : rows)
-        items.Append(row.item);
+        items.Append(*row.item);
     return outcomeOf(tessaport, tessaport.syncFiles(items), rows);
 }
 
@@ -265,7 +266,7 @@ Outcome addFiles(Tessaport& tessaport, const Row& folder, const QStringList& pat
     Api::QVBuffer<QVString> wanted;
     for (const QString& path : paths)
         wanted.Append(fromQString(path));
-    return outcomeOf(tessaport, tessaport.addFiles(folder.item, wanted), {folder});
+    return outcomeOf(tessaport, tessaport.addFiles(*folder.item, wanted), {folder});
 }
 
 } // namespace DriveWindow

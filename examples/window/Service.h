@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -17,7 +18,7 @@ using Tessaport = Api::QvNativeTessaportAPI;
 
 /// A drive, a folder or a file, ready to be shown.
 struct Row {
-    Api::Item item;
+    std::shared_ptr<const Api::Item> item; ///< Never null. Shared, because long lists are copied.
     QString name;
     QString state;
     qint64 size = -1; ///< In bytes; negative if unknown.

@@ -217,11 +217,11 @@ void Window::startJob(const QString& doing, std::size_t things, Job::Step step)
 
 void Window::open(const Row& row)
 {
-    if (row.item.isFolder)
+    if (row.item->isFolder)
         tree->openFolder(row);
-    else if (!row.item.isInWorkspace)
+    else if (!row.item->isInWorkspace)
         report(QString("%1 is only on the server. Sync it, then open it.").arg(quoted(row.name)));
-    else if (!desktop.open(QUrl::fromLocalFile(toQString(Api::localPath(row.item)))))
+    else if (!desktop.open(QUrl::fromLocalFile(toQString(Api::localPath(*row.item)))))
         report(QString("No program has opened %1. Choose one for such files in the settings of the desktop.")
                    .arg(quoted(row.name)));
 }
