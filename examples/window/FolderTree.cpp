@@ -1,7 +1,6 @@
 #include "FolderTree.h"
 
 #include <QHash>
-#include <QPersistentModelIndex>
 #include <QSet>
 #include <QStyle>
 #include <utility>
@@ -11,31 +10,32 @@ namespace DriveWindow
 
 // An item that answers for itself takes less time and memory than one that keeps a value for each role.
 struct FolderItem : QTreeWidgetItem {
-    FolderItem(Row shownFolder, QIcon shownIcon) : folder(std::move(shownFolder)), icon(std::move(shownIcon))
-    {
-        setChildIndicatorPolicy(ShowIndicator);
-    }
+    explicit FolderItem(Row shownFolder) : folder(std::move(shownFolder)) { setChildIndicatorPolicy(ShowIndicator); }
 
     [[nodiscard]] QVariant data(int, int role) const override
     {
-        return role == Qt::DisplayRole ? folder.name : role == Qt::DecorationRole ? icon : QVariant();
+        if (role == Qt::DisplayRole)
+            return folder.name;
+        return role == Qt::DecorationRole ? static_cast<const FolderTree*>(treeWidget())->icon : QVariant();
     }
 
     Row folder;
-    QIcon icon;
     enum { Unread, Reading, Read } contents = Unread;
+    // Gone with the item, which answers that come later learn from it. Their requests may end on the request thread,
+    // which must not have a part in the tree.
+    std::shared_ptr<FolderItem*> self;
 };
 
 namespace
 {
 
 // Many items take long to make, so the request thread makes them.
-FolderItems itemsOf(Rows folders, const QIcon& icon)
+FolderItems itemsOf(Rows folders)
 {
     FolderItems items;
     items.reserve(folders.size());
     for (Row& folder : folders)
-        items.push_back(std::make_unique<FolderItem>(std::move(folder), icon));
+        items.push_back(std::make_unique<FolderItem>(std::move(folder)));
     return items;
 }
 
@@ -76,8 +76,7 @@ FolderTree::FolderTree(Requests& windowRequests)
 void FolderTree::readDrives(const std::function<void()>& done)
 {
     requests.ask(
-        "list the drives",
-        [icon = icon](Tessaport& tessaport) { return itemsOf(DriveWindow::readDrives(tessaport), icon); },
+        "list the drives", [](Tessaport& tessaport) { return itemsOf(DriveWindow::readDrives(tessaport)); },
         [this, done](FolderItems drives) {
             update(*invisibleRootItem(), std::move(drives));
             done();
@@ -102,25 +101,24 @@ void FolderTree::openFolder(const Row& wantedFolder)
 void FolderTree::read(FolderItem& item)
 {
     item.contents = FolderItem::Reading;
-    // The item may be gone when the answer is there.
-    const QPersistentModelIndex place(indexFromItem(&item));
+    if (item.self == nullptr)
+        item.self = std::make_shared<FolderItem*>(&item);
+    const std::weak_ptr<FolderItem*> place(item.self);
     const auto done = [this, place](FolderItems folders) {
-        if (!place.isValid())
+        const auto parent = place.lock();
+        if (parent == nullptr)
             return;
-        FolderItem& parent = *folderItem(itemFromIndex(place));
-        parent.contents = FolderItem::Read;
-        parent.setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
-        update(parent, std::move(folders));
+        (*parent)->contents = FolderItem::Read;
+        (*parent)->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+        update(**parent, std::move(folders));
     };
-    const auto failed = [this, place] {
-        if (place.isValid())
-            folderItem(itemFromIndex(place))->contents = FolderItem::Unread;
+    const auto failed = [place] {
+        if (const auto parent = place.lock())
+            (*parent)->contents = FolderItem::Unread;
     };
     requests.ask(
         "open the folder " + quoted(item.folder.name),
-        [folder = item.folder, icon = icon](
-            Tessaport& tessaport) { return itemsOf(readFolders(tessaport, folder), icon); },
-        done, failed);
+        [folder = item.folder](Tessaport& tessaport) { return itemsOf(readFolders(tessaport, folder)); }, done, failed);
 }
 
 void FolderTree::update(QTreeWidgetItem& parent, FolderItems folders)

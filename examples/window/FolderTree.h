@@ -29,6 +29,8 @@ public:
     void openFolder(const Row& wantedFolder);
 
 private:
+    friend struct FolderItem;
+
     void read(FolderItem& item);
     void update(QTreeWidgetItem& parent, FolderItems folders);
     void selectWanted();

@@ -6,6 +6,7 @@
 #include <QTreeView>
 #include <QTreeWidget>
 #include <algorithm>
+#include <chrono>
 #include <limits>
 
 #include "tests/window/ScriptedWindow.h"
@@ -214,6 +215,20 @@ TEST_F(OddAnswers, AListWithoutEndDoesNotKeepTheWindowOpen)
     service.answer("GetFolderContents", Json::array({fileNamed(11, "a.txt")}));
     openWindow();
     EXPECT_TRUE(waitForRow("a.txt"));
+}
+
+TEST_F(OddAnswers, AFolderOfTheTreeThatIsBeingReadDoesNotKeepTheWindowOpen)
+{
+    service.kit.getChildFolders.hold();
+    openWindow();
+    ASSERT_TRUE(waitFor([&] { return service.kit.getChildFolders.waitUntilHeld(std::chrono::milliseconds(0)); }));
+
+    window.reset();
+
+    service.kit.getChildFolders.release();
+    // All queues share one order, so the answer for the window has come and gone.
+    Api::RequestQueue().ask([](Api::QvNativeTessaportAPI&) {}).get();
+    EXPECT_FALSE(window.has_value());
 }
 
 TEST_F(OddAnswers, ThousandsOfDrivesAreAllListed)
