@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <map>
+
 #include <gmock/gmock.h>
 
 #include "tests/cli/ToolTest.h"
@@ -255,12 +258,25 @@ TEST_F(Sync, SaysInAdvanceWhichWayFilesWouldGo)
     writeFile(here("README.txt"), "changed here");
     writeFile(there("plans/ground floor.txt"), "changed on the server");
     changeOnBothSides("survey/notes.txt", true);
+    writeFile(here("equal.txt"), "equal");
+    writeFile(there("equal.txt"), "equal");
+    fs::rename(here("survey/2024-05-01.csv"), here("survey/first.csv"));
 
-    const auto lines = linesOf(expectOk({"sync", "-n", harbour()}));
+    const auto before = linesOf(expectOk({"sync", "-n", harbour()}));
+    const ChildResult done = run({"sync", harbour()});
 
-    EXPECT_THAT(lines, testing::UnorderedElementsAre("would go up  " + readme(),
-                           "would come down  " + text(here("plans/ground floor.txt")),
-                           "changed on both sides  " + text(here("survey/notes.txt"))));
+    // The words for what would be done, in the place of those for what was done.
+    const std::map<std::string, std::string> words{{"would go up", "uploaded"}, {"would come down", "downloaded"},
+        {"would be renamed", "renamed"}, {"would be kept twice", "kept twice"}};
+    std::vector<std::string> expected;
+    for (const std::string& line : before)
+        expected.push_back(words.at(line.substr(0, line.find("  "))) + line.substr(line.find("  ")));
+    auto lines = linesOf(done.output);
+    lines.pop_back(); // The total.
+    lines.erase(std::remove(lines.begin(), lines.end(), "in sync  " + harbour()), lines.end());
+    EXPECT_EQ(done.exitCode, 7);
+    EXPECT_EQ(before.size(), 5U) << testing::PrintToString(before);
+    EXPECT_THAT(lines, testing::UnorderedElementsAreArray(expected));
 }
 
 } // namespace

@@ -64,9 +64,9 @@ internal sealed class PendingItems
     private bool List(SnapshotNode node)
     {
         var source = SourceFor(node);
-        if (node.LeftOutBy is not null)
+        if (node.LeftOutBy is { } pattern)
         {
-            ListIfKeptInAConflict(source);
+            ListIfKeptInAConflict(source, pattern);
             return false;
         }
         var state = SyncStates.Of(source);
@@ -80,18 +80,18 @@ internal sealed class PendingItems
 
     private bool ListLeftOut(SnapshotNode node)
     {
-        if (node.LeftOutBy is null)
+        if (node.LeftOutBy is not { } pattern)
             return true;
         var source = SourceFor(node);
-        Write(source, SyncStates.LeftOut, SyncStates.ReasonOf(source), Conflicts.OtherOf(source.Drive, source.Synced));
+        Write(source, SyncStates.LeftOut, LeftOut.ReasonFor(pattern), Conflicts.OtherOf(source.Drive, source.Synced));
         return false;
     }
 
     // A conflict is settled also if a pattern leaves out the copy.
-    private void ListIfKeptInAConflict(PropertySource source)
+    private void ListIfKeptInAConflict(PropertySource source, string pattern)
     {
         if (Conflicts.OtherOf(source.Drive, source.Synced) is { } other)
-            Write(source, SyncStates.LeftOut, SyncStates.ReasonOf(source), other);
+            Write(source, SyncStates.LeftOut, LeftOut.ReasonFor(pattern), other);
     }
 
     private PropertySource SourceFor(SnapshotNode node)

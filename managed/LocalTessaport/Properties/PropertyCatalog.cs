@@ -44,14 +44,16 @@ internal static class PropertyCatalog
         new("LockedBy", "Locked by", PropertyTypes.String, s => s.LockedBy) { AppliesTo = drive => drive.Locking },
     ];
 
-    // These two are not among the definitions, because reading them means looking at everything in a folder.
+    // These three are not among the definitions, because reading them means looking at everything in a folder.
     private static readonly Property Pending = new("Pending", "What is not in sync", PropertyTypes.String, PendingItems.Describe);
 
     private static readonly Property LeftOut = new("LeftOut", "What is left out", PropertyTypes.String, PendingItems.DescribeLeftOut);
 
+    private static readonly Property Plan = new("SyncPlan", "What a sync would do", PropertyTypes.String, SyncPlan.Describe);
+
     private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];
 
-    private static readonly Dictionary<string, Property> ById = All.Append(Pending).Append(LeftOut).ToDictionary(property => property.Id);
+    private static readonly Dictionary<string, Property> ById = All.Append(Pending).Append(LeftOut).Append(Plan).ToDictionary(property => property.Id);
 
     public static IEnumerable<Property> Of(LocalDrive drive) => All.Where(property => property.AppliesTo(drive));
 

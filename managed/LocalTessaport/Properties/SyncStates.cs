@@ -26,14 +26,12 @@ internal static class SyncStates
         return source.Failure is null ? state : Failed;
     }
 
-    /// <summary>Why an item is left out, or why its last request failed; null for other items.</summary>
-    public static string? ReasonOf(PropertySource source) => source.LeftOutBy is { } pattern
-        ? Local.LeftOut.ReasonFor(pattern)
-        : source.Failure ?? WhyNotCopied(source);
+    /// <summary>Why the last request for an item failed, or why its name cannot be synced; null for other items.</summary>
+    public static string? ReasonOf(PropertySource source) => source.Failure ?? WhyNotCopied(source);
 
     // Null if there is nothing to copy. Versions that differ on both sides may still be found equal.
     private static string? WhyNotCopied(PropertySource source) =>
-        Of(source) == LeftOut && Compare(source.View, source.Synced) is not (InSync or ChangedOnBoth)
+        source.LeftOutBy is null && Of(source) == LeftOut && Compare(source.View, source.Synced) is not (InSync or ChangedOnBoth)
             ? NameRules.ReasonAgainst(RelativePath.NameOf(source.View.Path))
             : null;
 

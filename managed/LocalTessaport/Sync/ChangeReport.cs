@@ -6,9 +6,17 @@ internal sealed class ChangeReport
     private readonly List<ListedItem> _created = [];
     private readonly List<ListedItem> _updated = [];
     private readonly List<ListedItem> _deleted = [];
+    private readonly List<(string Path, Exception Reason)> _failed = [];
     private readonly Dictionary<(Guid, string), (List<ListedItem> List, int Index)> _listed = [];
 
     public int Failures { get; private set; }
+
+    public IReadOnlyList<ListedItem> CreatedItems => _created;
+
+    public IReadOnlyList<ListedItem> UpdatedItems => _updated;
+
+    /// <summary>The items that failed, with the reasons.</summary>
+    public IReadOnlyList<(string Path, Exception Reason)> FailedItems => _failed;
 
     /// <summary>How many items are listed.</summary>
     public int Count => _created.Count + _updated.Count + _deleted.Count;
@@ -50,6 +58,7 @@ internal sealed class ChangeReport
     public void Fail(DriveIndex index, string path, Exception reason)
     {
         ++Failures;
+        _failed.Add((path, reason));
         index.Failures.Put(path, reason.Message);
     }
 

@@ -11,7 +11,7 @@ internal static class ConflictCopy
     public static string Keep(DriveEdit edit, string path, SideName side, DateTime modified)
     {
         var source = edit.Drive.Side(side).At(path);
-        var copy = ChoosePath(edit, path, modified, source);
+        var copy = ChoosePath(path, modified, (on, candidate) => IsFreeOrSame(edit, on, candidate, source));
         FileTransfer.PutOnBothSides(edit, source, edit.At(copy));
         edit.Index.Synced.Put(edit.Index.Synced.ByPath(copy)! with { Conflict = new ConflictMark(RelativePath.NameOf(path), side) });
         return copy;
@@ -39,13 +39,16 @@ internal static class ConflictCopy
         return NameFor(original, modified, number) == name ? original : null;
     }
 
-    // A copy that was made before a kill is reused instead of made again.
-    private static string ChoosePath(DriveEdit edit, string path, DateTime modified, FileSource source)
+    /// <summary>The path of a copy. One that was made before a kill is reused instead of made again.</summary>
+    /// <param name="path">The file.</param>
+    /// <param name="modified">The last write of the version to be kept.</param>
+    /// <param name="isFreeOrSame">Whether a place on a side is free or holds that version already.</param>
+    public static string ChoosePath(string path, DateTime modified, Func<SideName, string, bool> isFreeOrSame)
     {
         for (var number = 1; ; ++number)
         {
             var candidate = RelativePath.Join(RelativePath.FolderOf(path), NameFor(RelativePath.NameOf(path), modified, number));
-            if (IsFreeOrSame(edit, SideName.Workspace, candidate, source) && IsFreeOrSame(edit, SideName.Server, candidate, source))
+            if (isFreeOrSame(SideName.Workspace, candidate) && isFreeOrSame(SideName.Server, candidate))
                 return candidate;
         }
     }

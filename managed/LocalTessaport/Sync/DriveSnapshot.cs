@@ -4,10 +4,14 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class DriveSnapshot
 {
     private readonly LocalDrive _drive;
-    private readonly SnapshotNode _root = SnapshotNode.MakeRoot();
+    private readonly SnapshotNode _root;
     private readonly Dictionary<FileIdentity, SnapshotNode>?[] _byIdentity = new Dictionary<FileIdentity, SnapshotNode>?[2];
 
-    private DriveSnapshot(LocalDrive drive) => _drive = drive;
+    private DriveSnapshot(LocalDrive drive, SnapshotNode root)
+    {
+        _drive = drive;
+        _root = root;
+    }
 
     /// <summary>The item that was asked for.</summary>
     public SnapshotNode Top { get; private set; } = null!;
@@ -20,10 +24,23 @@ internal sealed class DriveSnapshot
     /// <summary>Looks at an item, the folders above it and everything in it.</summary>
     public static DriveSnapshot Take(LocalDrive drive, string path)
     {
-        var snapshot = new DriveSnapshot(drive);
+        var snapshot = new DriveSnapshot(drive, SnapshotNode.MakeRoot());
         snapshot.Top = snapshot.LookAt(path);
         snapshot.LookInside(snapshot.Top);
         return snapshot;
+    }
+
+    /// <summary>The part of it at a path.</summary>
+    public DriveSnapshot PartAt(string path) => new(_drive, _root) { Top = Place(path) };
+
+    /// <summary>The node at a path, which is made if it is missing.</summary>
+    public SnapshotNode Place(string path)
+    {
+        var node = _root;
+        foreach (var name in path.Split('\\', StringSplitOptions.RemoveEmptyEntries))
+            node = node.GetOrAdd(name);
+        Judge(node);
+        return node;
     }
 
     public SnapshotNode? Find(string path)
@@ -134,6 +151,14 @@ internal sealed class DriveSnapshot
                 pending.Push(child);
             }
         }
+    }
+
+    /// <summary>Reads one side of a folder that was left out when the snapshot was taken, from where it is on the drive.</summary>
+    public void ReadLater(SnapshotNode folder, SideName side, string place)
+    {
+        Read(folder, place, side);
+        foreach (var child in folder.Children())
+            Judge(child);
     }
 
     // A name that is a folder on one side counts as a folder.

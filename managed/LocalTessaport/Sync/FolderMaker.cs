@@ -40,7 +40,8 @@ internal static class FolderMaker
         edit.RecordSynced(SyncedRecord.ForFolder(path, local, remote), new ItemView(edit.Drive, path, local, remote));
     }
 
-    private static void RequireAllowed(DriveEdit edit, string name, SideName side)
+    /// <exception cref="Exception">The name or the drive does not allow it.</exception>
+    public static void RequireAllowed(DriveEdit edit, string name, SideName side)
     {
         NameRules.Require(name);
         if (side == SideName.Server)

@@ -11,11 +11,18 @@ internal sealed class ItemSync
 
     private readonly DriveEdit _edit;
     private readonly ChangeReport _report;
+    private readonly ISyncSteps _steps;
 
     public ItemSync(DriveEdit edit, ChangeReport report)
+        : this(edit, report, new DriveSteps(edit))
+    {
+    }
+
+    public ItemSync(DriveEdit edit, ChangeReport report, ISyncSteps steps)
     {
         _edit = edit;
         _report = report;
+        _steps = steps;
     }
 
     /// <summary>Syncs the requested item, and lists it if all of it could be synced.</summary>
@@ -26,7 +33,7 @@ internal sealed class ItemSync
         foreach (var (failed, reason) in progress.Failures)
             _report.Fail(_edit.Index, failed, reason);
         if (progress.Failures.Count == 0)
-            _report.Updated(_edit.At(place));
+            _report.Updated(_steps.ViewAt(place));
     }
 
     /// <summary>Syncs one file; a failure is thrown.</summary>
@@ -76,16 +83,16 @@ internal sealed class ItemSync
     // Returns how many items it looked at. The requested item may have moved by now, and another item may be at its path.
     private int RunPass(string path, string place, SyncProgress progress)
     {
-        var part = DriveSnapshot.Take(_edit.Drive, path);
+        var part = _steps.LookAt(path);
         if (part.IsEntireDrive)
             FollowMoves(part, progress, _ => true);
         else if (MoveFollower.IsDue(_edit.Index, part))
-            FollowMoves(_edit.WholeSnapshot(), progress, candidate => IsAskedFor(candidate, path));
+            FollowMoves(_steps.LookAtAll(), progress, candidate => IsAskedFor(candidate, path));
         if (!part.IsEntireDrive && progress.Moves.Count > 0)
-            part = DriveSnapshot.Take(_edit.Drive, path);
-        new SyncPass(_edit, part, progress, _report).Run();
+            part = _steps.LookAt(path);
+        new SyncPass(_edit, part, progress, _report, _steps).Run();
         if (progress.PlaceOf(place) is var now && now != path)
-            new SyncPass(_edit, DriveSnapshot.Take(_edit.Drive, now), progress, _report).Run();
+            new SyncPass(_edit, _steps.LookAt(now), progress, _report, _steps).Run();
         if (part.IsEntireDrive && progress is { DidWork: false, Failures.Count: 0 })
             _edit.ForgetWhatIsGone(part);
         return part.Count;
@@ -93,12 +100,12 @@ internal sealed class ItemSync
 
     private void FollowMoves(DriveSnapshot drive, SyncProgress progress, Func<string, bool> isAskedFor)
     {
-        new MoveFollower(_edit, drive, progress, isAskedFor).Run();
+        new MoveFollower(_edit, drive, progress, _steps, isAskedFor).Run();
         foreach (var (from, to, isExchange) in progress.Moves)
         {
-            _report.Updated(_edit.At(to), SyncActions.Renamed);
+            _report.Updated(_steps.ViewAt(to), SyncActions.Renamed);
             if (isExchange)
-                _report.Updated(_edit.At(from), SyncActions.Renamed);
+                _report.Updated(_steps.ViewAt(from), SyncActions.Renamed);
         }
         if (progress.Moves.Count > 0)
             _edit.Tracker.Reset();

@@ -6,14 +6,20 @@ internal sealed class MoveFollower
     private readonly DriveEdit _edit;
     private readonly DriveSnapshot _snapshot;
     private readonly SyncProgress _progress;
+    private readonly ISyncSteps _steps;
     private readonly Func<string, bool> _isAskedFor;
 
+    /// <param name="edit">The drive.</param>
+    /// <param name="snapshot">All of it.</param>
+    /// <param name="progress">What the pass does.</param>
+    /// <param name="steps">How it is done.</param>
     /// <param name="isAskedFor">Whether a move from or to a path is to be followed.</param>
-    public MoveFollower(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, Func<string, bool> isAskedFor)
+    public MoveFollower(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, ISyncSteps steps, Func<string, bool> isAskedFor)
     {
         _edit = edit;
         _snapshot = snapshot;
         _progress = progress;
+        _steps = steps;
         _isAskedFor = isAskedFor;
     }
 
@@ -166,8 +172,8 @@ internal sealed class MoveFollower
         if (side == SideName.Server)
             _edit.Drive.RequireWritable();
         MakeFoldersAbove(side, plan.To);
-        RequireSame(movedOn, plan.To, to);
-        RequireSame(side, plan.From, from);
+        _steps.RequireSame(movedOn, plan.To, to);
+        _steps.RequireSame(side, plan.From, from);
         Step.Reached("Move.Checked", to);
         var isExchange = plan.To[side] is not null;
         if (isExchange)
@@ -179,7 +185,7 @@ internal sealed class MoveFollower
 
     private void Rename(SideName side, MovePlan plan, string from, string to)
     {
-        _edit.Drive.Side(side).Move(from, to);
+        _steps.Move(side, from, to);
         Step.Reached("Move.Done", to);
         _snapshot.Move(side, plan.From, plan.To);
         _edit.Index.Move((from, to));
@@ -187,18 +193,11 @@ internal sealed class MoveFollower
 
     private void Exchange(SideName side, MovePlan plan, string from, string to)
     {
-        RequireSame(side, plan.To, to);
-        _edit.Drive.Side(side).Exchange(from, to);
+        _steps.RequireSame(side, plan.To, to);
+        _steps.Exchange(side, from, to);
         Step.Reached("Move.Done", to);
         _snapshot.Exchange(side, plan.From, plan.To);
         _edit.Index.Move((from, to), (to, from));
-    }
-
-    private void RequireSame(SideName side, SnapshotNode node, string path)
-    {
-        var found = _edit.Drive.Side(side).Find(path);
-        if (found is not { } now || node[side] is not { } seen || now.Identity != seen.Identity || now.IsFolder != seen.IsFolder)
-            throw new ChangedException(_edit.Drive.Side(side).PathOf(path));
     }
 
     private void MakeFoldersAbove(SideName side, SnapshotNode node)
@@ -207,7 +206,7 @@ internal sealed class MoveFollower
         for (var folder = node.Parent!; !folder.IsRoot && folder[side] is null; folder = folder.Parent!)
             missing.Push(folder);
         while (missing.TryPop(out var folder))
-            FolderMaker.MakeMissing(_edit, folder, side);
+            _steps.MakeFolder(folder, side);
     }
 
     private sealed record MovePlan(SyncedRecord Record, SnapshotNode From, SnapshotNode To);

@@ -7,17 +7,19 @@ internal sealed class SyncPass
     private readonly DriveSnapshot _snapshot;
     private readonly SyncProgress _progress;
     private readonly ChangeReport _report;
-    private readonly TransferQueue _transfers;
+    private readonly ISyncSteps _steps;
+    private readonly ITransfers _transfers;
     private readonly VersionSync _versions;
 
-    public SyncPass(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, ChangeReport report)
+    public SyncPass(DriveEdit edit, DriveSnapshot snapshot, SyncProgress progress, ChangeReport report, ISyncSteps steps)
     {
         _edit = edit;
         _snapshot = snapshot;
         _progress = progress;
         _report = report;
-        _transfers = new TransferQueue(edit, progress, report);
-        _versions = new VersionSync(edit, _transfers, progress, report);
+        _steps = steps;
+        _transfers = steps.Transfers(progress, report);
+        _versions = new VersionSync(edit, _transfers, progress, report, steps);
     }
 
     /// <summary>Syncs the requested item with everything in it; an item that fails does not prevent the others.</summary>
@@ -72,12 +74,12 @@ internal sealed class SyncPass
         {
             if (node[side] is not null)
                 continue;
-            FolderMaker.MakeMissing(_edit, node, side);
+            _steps.MakeFolder(node, side);
             _progress.Worked();
             _report.Updated(_edit.ViewOf(node, node.Path), SyncActions.From(side.Opposite()));
         }
         var path = node.Path;
         var record = SyncedRecord.ForFolder(path, node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);
-        _edit.RecordSynced(record, _edit.ViewOf(node, path));
+        _steps.Record(record, _edit.ViewOf(node, path));
     }
 }

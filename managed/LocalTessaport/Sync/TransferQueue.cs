@@ -6,7 +6,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// Copies files from one side to the other in groups. While the copies of one group are prepared, those of the group before
 /// it are put in their places.
 /// </summary>
-internal sealed class TransferQueue : IDisposable
+internal sealed class TransferQueue : ITransfers
 {
     // Larger groups took no less time per file.
     private const int MostFiles = 256;
@@ -26,22 +26,24 @@ internal sealed class TransferQueue : IDisposable
         _report = report;
     }
 
-    /// <summary>
-    /// Queues a copy of a file from one side to the other. The file there is replaced if it is still the one in the node.
-    /// </summary>
+    /// <exception cref="Exception">The name or the drive does not allow it.</exception>
+    public static void RequireAllowed(LocalDrive drive, SnapshotNode node, SideName from)
+    {
+        NameRules.Require(node.Name);
+        if (from == SideName.Workspace)
+            drive.RequireWritable();
+    }
+
     public void Add(SnapshotNode node, SideName from)
     {
         var path = node.Path;
-        NameRules.Require(node.Name);
-        if (from == SideName.Workspace)
-            _edit.Drive.RequireWritable();
+        RequireAllowed(_edit.Drive, node, from);
         _waiting.Add(new Transfer(node, path, from));
         _bytes += node[from]?.Size ?? 0;
         if (_waiting.Count >= MostFiles || _bytes >= MostBytes)
             StartWaiting();
     }
 
-    /// <summary>Copies the queued files. A file that fails does not prevent the others.</summary>
     public void Flush()
     {
         if (_prepared is not null)

@@ -4,16 +4,18 @@ namespace Quorvex.Tessaport.API.Local;
 internal sealed class VersionSync
 {
     private readonly DriveEdit _edit;
-    private readonly TransferQueue _transfers;
+    private readonly ITransfers _transfers;
+    private readonly ISyncSteps _steps;
     private readonly SyncProgress _progress;
     private readonly ChangeReport _report;
 
-    public VersionSync(DriveEdit edit, TransferQueue transfers, SyncProgress progress, ChangeReport report)
+    public VersionSync(DriveEdit edit, ITransfers transfers, SyncProgress progress, ChangeReport report, ISyncSteps steps)
     {
         _edit = edit;
         _transfers = transfers;
         _progress = progress;
         _report = report;
+        _steps = steps;
     }
 
     public void Sync(SnapshotNode node, FileEntry local, FileEntry remote)
@@ -59,7 +61,7 @@ internal sealed class VersionSync
     {
         if (state != VersionState.Unsure || !last.Hash.IsKnown)
             return state;
-        var hash = FileContent.Hash(_edit.Drive.Side(side).At(path), out var seen);
+        var hash = FileContent.Hash(_steps.FileAt(side, node), out var seen);
         node[side] = seen;
         if (ContentHash.Parse(hash) != last.Hash)
             return VersionState.Changed;
@@ -68,19 +70,19 @@ internal sealed class VersionSync
         var record = side == SideName.Workspace
             ? current with { LocalStamp = stamp, Local = seen.Identity }
             : current with { RemoteStamp = stamp, Remote = seen.Identity };
-        _edit.RecordSynced(record, _edit.ViewOf(node, path));
+        _steps.Record(record, _edit.ViewOf(node, path));
         return VersionState.Synced;
     }
 
     private bool RecordIfEqual(SnapshotNode node, string path)
     {
         var areEqual = FileContent.AreEqual(
-            _edit.Drive.Workspace.At(path), _edit.Drive.Server.At(path), out var local, out var remote);
+            _steps.FileAt(SideName.Workspace, node), _steps.FileAt(SideName.Server, node), out var local, out var remote);
         (node[SideName.Workspace], node[SideName.Server]) = (local, remote);
         if (areEqual)
         {
-            var record = SyncedRecord.ForEqual(path, SeenVersion.Now(local), SeenVersion.Now(remote), _edit.Drive.Workspace.At(path));
-            _edit.RecordSynced(record, _edit.ViewOf(node, path));
+            var record = SyncedRecord.ForEqual(path, SeenVersion.Now(local), SeenVersion.Now(remote), _steps.FileAt(SideName.Workspace, node));
+            _steps.Record(record, _edit.ViewOf(node, path));
         }
         return areEqual;
     }
@@ -91,9 +93,9 @@ internal sealed class VersionSync
         var (local, remote) = (node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);
         var newer = local.Modified >= remote.Modified ? SideName.Workspace : SideName.Server;
         var older = newer.Opposite();
-        var copy = ConflictCopy.Keep(_edit, path, older, node[older]!.Value.Modified);
+        var copy = _steps.KeepCopy(node, path, older);
         _progress.Worked();
-        _report.Created(_edit.At(copy));
+        _report.Created(copy);
         _transfers.Add(node, newer);
     }
 }

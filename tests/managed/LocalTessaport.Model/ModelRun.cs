@@ -18,8 +18,14 @@ internal sealed class ModelRun
     private int _kills;
     private int _unfinished;
 
-    public ModelRun(World world, int seed)
+    private readonly bool _checksPlans;
+
+    /// <param name="world">The drive.</param>
+    /// <param name="seed">For the random numbers.</param>
+    /// <param name="checksPlans">Whether each sync does what it said in advance. Nothing is killed then, so that a run can be repeated.</param>
+    public ModelRun(World world, int seed, bool checksPlans = false)
     {
+        _checksPlans = checksPlans;
         _world = world;
         _random = new Random(seed);
         _actions = new UserActions(world, _ledger, _random);
@@ -37,7 +43,7 @@ internal sealed class ModelRun
             catch (Exception e) when (e is not OutOfMemoryException)
             {
                 throw new BrokenPromiseException(
-                    $"Round {round}: {(e is BrokenPromiseException ? e.Message : e.ToString())}\nSteps:\n{string.Join('\n', _log)}\n{Describe()}");
+                    $"Round {round}: {(e is BrokenPromiseException ? e.Message : e.ToString())}\nSteps:\n{string.Join('\n', _log)}\n{_world.Describe()}");
             }
         }
         return $"{rounds} rounds, {_ledger.Written} versions, {_kills} kills, {_unfinished} syncs that said something is left";
@@ -60,9 +66,11 @@ internal sealed class ModelRun
         }
         var leftOut = _world.Sides.ToDictionary(side => side, LeftOutOn);
         var links = _world.Sides.ToDictionary(side => side, side => side.LinkTargets());
-        if (_random.Next(30) == 0)
+        if (_random.Next(30) == 0 && !_checksPlans)
             KillWhileSyncing();
+        var plan = _checksPlans ? new PlanCheck(_world) : null;
         var result = _world.Sync();
+        plan?.Require(result);
         Check(result, links);
         foreach (var side in _world.Sides)
             Require(!leftOut[side].Except(side.Files().Values).Any(), () => $"A file in '{side.Root}' that is left out was replaced or removed.");
@@ -164,6 +172,4 @@ internal sealed class ModelRun
             _log.Dequeue();
     }
 
-    private string Describe() => string.Join('\n', _world.Sides.Select(side => $"In '{side.Root}':\n" + string.Join('\n', side.Walk().Select(
-        entry => $"  {entry.Kind} {entry.Path}{(entry.Kind == Kind.File ? " = " + File.ReadAllText(side.At(entry.Path)).Split(' ')[1] : "")}"))));
 }

@@ -61,6 +61,10 @@ internal sealed class World : IDisposable
     /// <summary>The versions that exist now on either side.</summary>
     public HashSet<int> Versions() => Sides.SelectMany(side => side.Files().Values).ToHashSet();
 
+    /// <summary>Everything on both sides, with the numbers of the versions.</summary>
+    public string Describe() => string.Join('\n', Sides.Select(side => $"In '{side.Root}':\n" + string.Join('\n', side.Walk().Select(
+        entry => $"  {entry.Kind} {entry.Path}{(entry.Kind == Kind.File ? " = " + File.ReadAllText(side.At(entry.Path)).Split(' ')[1] : "")}"))));
+
     public bool IsOutsideUnchanged() => DescribeOutside() == _outsideBefore;
 
     private void WriteDrive() => File.WriteAllText(Path.Combine(Root, "drives.json"), $$"""

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -9,6 +11,7 @@
 #include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/items/Reasons.h"
+#include "tools/tessaport/items/SyncPlan.h"
 #include "tools/tessaport/output/Items.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
@@ -91,6 +94,8 @@ bool reportOneSidedInside(Context& context, const Item& folder, Outcomes& outcom
 {
     bool found = false;
     forEachOneSided(context, folder, [&](const Item& waiting) {
+        if (PropertyTexts(context, {waiting}, {"SyncState"}).of(waiting, "SyncState") == "left-out")
+            return;
         outcomes.failed(localText(waiting), whyNotSynced(Reasons(context, {waiting}), waiting));
         found = true;
     });
@@ -251,7 +256,7 @@ bool reportLeftOut(Context& context, const Item& item, const std::string& state,
     return true;
 }
 
-/// Says what a sync of items on one drive would do.
+/// Says what a sync of items on one drive would do, as far as their states show it.
 void showWhatWouldBeDone(Context& context, const Items& items, const Refusal& drive, Outcomes& outcomes)
 {
     const PropertyTexts states(context, items, {"SyncState"});
@@ -272,6 +277,38 @@ void showWhatWouldBeDone(Context& context, const Items& items, const Refusal& dr
     }
 }
 
+void showPlan(const std::vector<PlannedChange>& plan, Outcomes& outcomes)
+{
+    std::map<std::string, std::string> actions;
+    for (const PlannedChange& change : plan)
+        actions[change.path] = change.action;
+    for (const PlannedChange& change : plan) {
+        if (!change.error.empty()) {
+            outcomes.failed(change.path, notSynced(change.error));
+        } else if (change.action == "kept-twice") {
+            const std::string original = originalOf(change.path);
+            const std::string side = actions[original] == "uploaded"     ? "here"
+                                     : actions[original] == "downloaded" ? "server"
+                                                                         : "";
+            outcomes.done(change.path, "would be kept twice", explanationOf(original, side),
+                {{"of", original}, {"nameKeptBy", side}});
+        } else {
+            outcomes.done(change.path, change.action == "uploaded"     ? "would go up"
+                                       : change.action == "downloaded" ? Download
+                                                                       : "would be renamed");
+        }
+    }
+}
+
+void showWhatWouldBeDone(Context& context, const Item& item, const Refusal& drive, Outcomes& outcomes)
+{
+    const auto plan = drive.isOffline ? std::nullopt : planFor(context, item);
+    if (plan)
+        showPlan(*plan, outcomes);
+    else
+        showWhatWouldBeDone(context, Items{item}, drive, outcomes);
+}
+
 void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcomes)
 {
     std::unordered_map<Common::QVUUID, Refusal> drives;
@@ -280,7 +317,7 @@ void showWhatWouldBeDone(Context& context, const Items& items, Outcomes& outcome
         if (isNew)
             drive->second = refusalOf(context, item.driveId).value_or(Refusal{});
         const Refusal& refusal = drive->second;
-        orReportWhyNot(item, outcomes, [&] { showWhatWouldBeDone(context, {item}, refusal, outcomes); });
+        orReportWhyNot(item, outcomes, [&] { showWhatWouldBeDone(context, item, refusal, outcomes); });
     }
 }
 
@@ -342,7 +379,7 @@ void addSyncCommand(const CommandLine& line)
         addCommand<SyncOptions>(line, "sync", "Bring both sides up to date; without PATH all drives",
             "tessaport sync\n"
             "tessaport sync PATH PATH       folders with everything in them\n"
-            "tessaport sync -n PATH         only show which way files would go\n"
+            "tessaport sync -n PATH         only show what would be done\n"
             "tessaport sync -q              print nothing but errors\n"
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);

@@ -51,15 +51,12 @@ PendingItem fromItem(const Item& item)
 
 Pending fromList(const Item& top, const std::string& list)
 {
-    const std::string topPath = toUtf8(top.workspacePath);
-    const std::string root = topPath.substr(0, topPath.size() - toUtf8(top.relativePath).size());
     Pending all;
     for (const Json& element : Json::parse(list)) {
         PendingItem item;
         item.drive = top.driveId;
         item.relativePath = element.value("path", "");
-        const bool needsSlash = !root.empty() && root.back() != '\\' && !item.relativePath.empty();
-        item.workspacePath = root + (needsSlash ? "\\" : "") + item.relativePath;
+        item.workspacePath = workspacePathIn(top, item.relativePath);
         item.isFolder = element.value("folder", false);
         item.state = element.value("state", "");
         item.error = element.value("error", "");
@@ -160,6 +157,15 @@ const PendingKind& PendingItem::kind() const
 }
 
 bool PendingItem::isPending() const { return kind().letter != 'L'; }
+
+std::string workspacePathIn(const Item& sameDrive, const std::string& relativePath)
+{
+    const std::string path = toUtf8(sameDrive.workspacePath);
+    std::string root = path.substr(0, path.size() - toUtf8(sameDrive.relativePath).size());
+    if (!root.empty() && root.back() != '\\' && !relativePath.empty())
+        root += '\\';
+    return root + relativePath;
+}
 
 Pending pendingIn(Context& context, const Item& top)
 {

@@ -37,6 +37,9 @@ struct PendingItem {
     [[nodiscard]] bool isPending() const;
 };
 
+/// The workspace path of an item on the drive of another one, as the sync application writes it.
+std::string workspacePathIn(const TessaportAPI::Item& sameDrive, const std::string& relativePath);
+
 /// Lists what is not in sync at an item and in it, folders before their contents.
 ///
 /// @throws ApiException if the sync application cannot be asked.

@@ -19,14 +19,14 @@ std::string keyOf(const Common::QVUUID& drive, const QVString& relativePath, con
 
 bool isTrue(const std::string& text) { return asciiLower(text) == "true"; }
 
+} // namespace
+
 std::string withoutFullStop(std::string text)
 {
     while (!text.empty() && (text.back() == '.' || text.back() == ' '))
         text.pop_back();
     return text;
 }
-
-} // namespace
 
 PropertyTexts::PropertyTexts(
     Context& context, const std::vector<Item>& items, const std::vector<std::string>& propertyIds, Refusal refusal)

@@ -30,6 +30,9 @@ private:
     std::map<std::string, std::string> texts;
 };
 
+/// A reason as the middle of a message.
+std::string withoutFullStop(std::string text);
+
 /// Whether a drive takes changes now.
 struct Refusal {
     std::string reason;       ///< Empty if it does.

@@ -1,0 +1,53 @@
+using System.Buffers;
+using System.Text;
+using System.Text.Encodings.Web;
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Local;
+
+/// <summary>Says what a sync would do now, by making the sync's own decisions without carrying them out.</summary>
+internal static class SyncPlan
+{
+    private static readonly JsonWriterOptions Format = new() { Encoder = JavaScriptEncoder.UnsafeRelaxedJsonEscaping };
+
+    /// <summary>A JSON array with one object for each item that a sync of the item would list as changed or not done.</summary>
+    public static string Describe(PropertySource top)
+    {
+        var report = new ChangeReport();
+        using (var edit = new DriveEdit(top.Drive, top.Index.Clone()))
+        {
+            var path = top.View.Path;
+            report.Attempt(
+                () => new ItemSync(edit, report, new PlannedSteps(edit)).SyncTree(path), reason => report.Fail(edit.Index, path, reason));
+        }
+        return Describe(report);
+    }
+
+    private static string Describe(ChangeReport report)
+    {
+        var text = new ArrayBufferWriter<byte>();
+        using var json = new Utf8JsonWriter(text, Format);
+        json.WriteStartArray();
+        foreach (var item in report.CreatedItems)
+            Write(json, item.Path, item.IsFolder, "action", SyncActions.KeptTwice);
+        foreach (var item in report.UpdatedItems)
+        {
+            if (item.Action is { } action)
+                Write(json, item.Path, item.IsFolder, "action", action);
+        }
+        foreach (var (path, reason) in report.FailedItems)
+            Write(json, path, isFolder: false, "error", reason.Message);
+        json.WriteEndArray();
+        json.Flush();
+        return Encoding.UTF8.GetString(text.WrittenSpan);
+    }
+
+    private static void Write(Utf8JsonWriter json, string path, bool isFolder, string member, string value)
+    {
+        json.WriteStartObject();
+        json.WriteString("path", path);
+        json.WriteBoolean("folder", isFolder);
+        json.WriteString(member, value);
+        json.WriteEndObject();
+    }
+}

@@ -1,0 +1,55 @@
+using System.Text.Json;
+
+namespace Quorvex.Tessaport.API.Model;
+
+/// <summary>What a sync says in advance that it would do, compared with what it then does.</summary>
+internal sealed class PlanCheck
+{
+    private readonly World _world;
+    private readonly SortedSet<string> _planned = new(StringComparer.Ordinal);
+    private readonly Dictionary<string, string> _failing = [];
+
+    /// <summary>Asks for the plan.</summary>
+    public PlanCheck(World world)
+    {
+        _world = world;
+        var before = world.Describe();
+        using var plan = JsonDocument.Parse((string)Value(world.RootItem(), "SyncPlan")!);
+        foreach (var item in plan.RootElement.EnumerateArray())
+        {
+            var path = item.GetProperty("path").GetString()!;
+            if (item.TryGetProperty("error", out var error))
+                _failing[path] = error.GetString()!;
+            else
+                _planned.Add($"{item.GetProperty("action").GetString()} {path}");
+        }
+        if (world.Describe() != before)
+            throw new BrokenPromiseException("Asking what a sync would do changed something.");
+    }
+
+    /// <summary>Compares the plan with the result of the sync.</summary>
+    public void Require(CommandResult result)
+    {
+        var done = new SortedSet<string>(StringComparer.Ordinal);
+        foreach (var item in result.ItemsUpdated)
+        {
+            if (Value(item.Id, "SyncAction") is { } action)
+                done.Add($"{action} {item.RelativePath}");
+        }
+        foreach (var item in result.ItemsCreated)
+            done.Add($"kept-twice {item.RelativePath}");
+        if (!done.SetEquals(_planned))
+            throw new BrokenPromiseException(
+                $"The plan was: {string.Join(", ", _planned.Except(done))}; instead was done: {string.Join(", ", done.Except(_planned))}");
+        if (result.IsSuccess != (_failing.Count == 0))
+            throw new BrokenPromiseException($"The plan was to fail for '{string.Join(", ", _failing)}', and the sync says {result.IsSuccess}.");
+        foreach (var (path, reason) in _failing)
+        {
+            if (_world.Find(path.Replace('\\', '/')) is { } item && (string?)Value(item.Id, "SyncError") is var actual && actual != reason)
+                throw new BrokenPromiseException($"The plan was to fail for '{path}' because: {reason} It failed because: {actual}");
+        }
+    }
+
+    private object? Value(ItemId item, string property) =>
+        _world.Service.GetProperties([item], [property]).Values.SingleOrDefault()?.Value;
+}
