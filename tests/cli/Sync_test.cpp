@@ -253,6 +253,24 @@ TEST_F(Sync, OfADriveWhoseServerFolderIsAFileFailsAndTheOtherDrivesAreSynced)
     EXPECT_EQ(run({"drives"}).exitCode, 0);
 }
 
+TEST_F(Sync, OfADriveWhoseServerFolderIsMissingSaysSoAndMakesNoFolder)
+{
+    expectOk({"sync"});
+    fs::rename(server("harbour"), home / "not mounted");
+    writeFile(here("new.txt"), "new");
+
+    const ChildResult before = run({"sync", "-n", harbour()});
+    const ChildResult done = run({"sync", harbour()});
+
+    for (const ChildResult& result : {before, done}) {
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(
+            result.errors, HasSubstr("a folder of the drive 'Harbour Project', is missing. Mount or restore it"));
+    }
+    EXPECT_THAT(before.output, Not(HasSubstr("would")));
+    EXPECT_FALSE(fs::exists(server("harbour")));
+}
+
 TEST_F(Sync, SaysInAdvanceWhichWayFilesWouldGo)
 {
     writeFile(here("README.txt"), "changed here");

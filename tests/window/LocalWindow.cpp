@@ -1,11 +1,14 @@
 #include "tests/window/LocalWindow.h"
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <system_error>
 
 #include <unistd.h>
 
+#include <velmora/native/RequestQueue.h>
 #include <velmora/native/RuntimeOptions.h>
 #include "tests/support/ChildProcess.h"
 
@@ -38,7 +41,14 @@ DemoHome::DemoHome() : home(homeOfProcess())
         throw std::runtime_error("No demo drives: " + result.description());
 }
 
-DemoHome::~DemoHome() { fs::remove_all(home); }
+DemoHome::~DemoHome()
+{
+    // Requests of the window that have not ended write into the home.
+    TessaportAPI::RequestQueue last;
+    last.ask([](TessaportAPI::QvNativeTessaportAPI&) {}).wait_for(std::chrono::minutes(1));
+    std::error_code ignored;
+    fs::remove_all(home, ignored);
+}
 
 fs::path DemoHome::here(const std::string& file) const { return home / "drives/harbour/workspace" / fs::u8path(file); }
 

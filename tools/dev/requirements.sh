@@ -5,7 +5,7 @@ readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohman
 # A font for windows, which every desktop has and a container may lack.
 readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.
-readonly test_packages=(abigail-tools fish git pkgconf python3 zsh "${window_packages[@]}")
+readonly test_packages=(abigail-tools fish fuse3 git pkgconf python3 rclone zsh "${window_packages[@]}")
 # What makes the site of the documents.
 readonly site_packages=(doxygen doxygen-awesome-css)
 readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-selenium)

@@ -167,6 +167,14 @@ internal sealed class DriveSide : IDisposable
         return new FolderLease(Staging.Open(root.Folder), isOwned: true);
     }
 
+    public bool Exists()
+    {
+        if (TryOpenFolder(RelativePath.Root) is not { } root)
+            return false;
+        root.Dispose();
+        return true;
+    }
+
     public bool HasStaging()
     {
         if (TryOpenFolder(RelativePath.Root) is not { } root)

@@ -43,10 +43,14 @@ internal static class Upkeep
     /// <summary>Does the work for one drive; the caller holds the lock.</summary>
     public static void Run(HomeFolder home, LocalDrive drive)
     {
-        drive.MakeFolders();
+        var isNew = !IndexStore.Exists(home, drive.Id);
+        if (isNew)
+            drive.MakeFolders();
+        else
+            drive.RequireFolders();
         drive.Workspace.ClearStaging();
         drive.Server.ClearStaging();
-        if (!IndexStore.Exists(home, drive.Id))
+        if (isNew)
             IndexStore.Save(home, drive.Id, Inventory.Take(drive));
     }
 
@@ -75,6 +79,7 @@ internal static class Upkeep
 
     private static bool IsDue(HomeFolder home, LocalDrive drive) =>
         !IndexStore.Exists(home, drive.Id)
+        || drive.MissingFolder() is not null
         || drive.Workspace.HasStaging()
         || drive.Server.HasStaging();
 }

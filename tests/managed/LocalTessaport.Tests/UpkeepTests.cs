@@ -76,6 +76,27 @@ public sealed class UpkeepTests : IDisposable
         Assert.Contains(Path.Combine(_home.Root, "lock"), UpkeepErrorOf(drive));
     }
 
+    [Theory]
+    [InlineData(true)]
+    [InlineData(false)]
+    public void AFolderThatADriveHadIsMissedAndNotMadeAnew(bool isServer)
+    {
+        var drive = _home.AddDrive();
+        drive.PutInWorkspace("a.txt");
+        Assert.True(drive.Sync("").IsSuccess);
+        var folder = isServer ? drive.Server : drive.Workspace;
+        Directory.Move(folder, folder + " elsewhere");
+
+        Assert.False(_home.Service.SyncFiles([drive.Root.Id]).IsSuccess);
+        Assert.False(Directory.Exists(folder));
+        Assert.Contains($"'{folder}', a folder of the drive '{drive.Record.Name}', is missing", UpkeepErrorOf(drive));
+
+        Directory.Move(folder + " elsewhere", folder);
+        Assert.True(drive.Sync("").IsSuccess);
+        Assert.Null(UpkeepErrorOf(drive));
+        Assert.Equal(["a.txt"], drive.FilesOnServer());
+    }
+
     private static string? Single(IEnumerable<PropertyValue> values, TestDrive drive, string property) =>
         values.Single(value => value.DriveId == drive.Id && value.PropertyDefinitionId == property).Value.ToString();
 

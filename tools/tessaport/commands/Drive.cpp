@@ -266,7 +266,7 @@ void addAddCommand(const CommandLine& line)
     auto [command, options] = addCommand<AddOptions>(line, "add", "Add a drive: two folders that are kept in sync",
         "tessaport drive add Plans --workspace ~/Plans --server /mnt/nas/plans\n"
         "tessaport drive add Archive --workspace ~/Archive --server /mnt/nas/archive --read-only\n"
-        "tessaport drive add Site --workspace ~/Site --server /mnt/nas/site --ignore '*.tmp' --ignore build/",
+        "tessaport drive add Site --workspace ~/Site --server /mnt/site --ignore '*.tmp' --ignore build/",
         add);
     command.add_option("name", options.name, "The name of the drive")->type_name("NAME")->required();
     command.add_option("--workspace", options.workspace, "The folder in which you work")->type_name("DIR")->required();

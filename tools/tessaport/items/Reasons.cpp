@@ -66,17 +66,18 @@ std::optional<Refusal> refusalOf(Context& context, const Common::QVUUID& driveId
     for (const Drive& drive : context.connection().getDrives()) {
         if (drive.id != driveId)
             continue;
-        const PropertyTexts texts(context, {drive.root}, {"Offline", "Writable", "IgnorePatterns"});
+        const PropertyTexts texts(context, {drive.root}, {"Offline", "Writable", "IgnorePatterns", "UpkeepError"});
         const std::string offline = texts.of(drive.root, "Offline");
         const std::string writable = texts.of(drive.root, "Writable");
         const bool hasPatterns = !texts.of(drive.root, "IgnorePatterns").empty();
+        const std::string fault = withoutFullStop(texts.of(drive.root, "UpkeepError"));
         // The sentences that the local service writes.
         const std::string name = "The drive '" + toUtf8(drive.name) + "' is ";
         if (isTrue(offline))
-            return Refusal{name + "offline", true, hasPatterns};
+            return Refusal{name + "offline", true, hasPatterns, fault};
         if (offline.empty() && writable.empty())
             return std::nullopt;
-        return Refusal{isTrue(writable) ? "" : name + "read-only", false, hasPatterns};
+        return Refusal{isTrue(writable) ? "" : name + "read-only", false, hasPatterns, fault};
     }
     return std::nullopt;
 }
@@ -91,7 +92,9 @@ std::string Reasons::whyNotDone(const Item& item, const std::string& guess) cons
     if (const std::string error = texts.of(item, ErrorProperty); !error.empty())
         return withoutFullStop(error);
     const auto drive = refusalOf(context, item.driveId);
-    return drive && drive->refuses() ? drive->reason : guess;
+    if (drive && drive->refuses())
+        return drive->reason;
+    return drive && !drive->fault.empty() ? drive->fault : guess;
 }
 
 bool Reasons::hasFailed(const Item& item) const { return !texts.of(item, ErrorProperty).empty(); }

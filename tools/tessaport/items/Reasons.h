@@ -38,6 +38,7 @@ struct Refusal {
     std::string reason;       ///< Empty if it does.
     bool isOffline = false;   ///< Nothing comes from the server either.
     bool hasPatterns = false; ///< Whether patterns leave out files.
+    std::string fault;        ///< Why requests for it fail until that is mended; empty if they do not.
 
     [[nodiscard]] bool refuses() const { return !reason.empty(); }
 };

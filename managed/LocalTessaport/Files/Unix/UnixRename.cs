@@ -21,11 +21,12 @@ internal static class UnixRename
             ? UnixError.InvalidArgument
             : Result(Libc.Rename(one, name, other, otherName, Libc.RenameExchange));
 
-    // A link fails when something has the new name; folders and some file systems cannot have one.
+    // A link fails when something has the new name; folders and some file systems cannot have one, and those of mounted remotes
+    // say so with an I/O error.
     private static UnixError LinkThenRemove(SafeHandle from, string name, SafeHandle to, string newName)
     {
         var error = IsMissing(UnixFeatures.HardLinks) ? UnixError.NotPermitted : Result(Libc.Link(from, name, to, newName, 0));
-        if (MeansMissing(error))
+        if (MeansMissing(error) || error == UnixError.InputOutput)
             return LookThenRename(from, name, to, newName);
         return error == UnixError.None ? Result(Libc.Remove(from, name, 0)) : error;
     }
