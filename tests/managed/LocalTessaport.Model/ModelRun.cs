@@ -73,12 +73,26 @@ internal sealed class ModelRun
         plan?.Require(result);
         Check(result, links);
         foreach (var side in _world.Sides)
-            Require(!leftOut[side].Except(side.Files().Values).Any(), () => $"A file in '{side.Root}' that is left out was replaced or removed.");
+            RequireKept(leftOut[side], side);
     }
 
-    // A folder may be moved with what is left out in it.
-    private HashSet<int> LeftOutOn(Side side) =>
-        side.Files().Where(file => _world.Patterns.LeaveOut(_world, file.Key)).Select(file => file.Value).ToHashSet();
+    private List<KeyValuePair<string, int>> LeftOutOn(Side side) =>
+        side.Files().Where(file => _world.Patterns.LeaveOut(_world, file.Key)).ToList();
+
+    // A folder may be moved with what is left out in it, and out of what is left out: then its files are synced, and a version that
+    // was synced before gives way to a newer one.
+    private static void RequireKept(List<KeyValuePair<string, int>> leftOut, Side side)
+    {
+        var folders = side.Folders().Append("").ToHashSet();
+        var versions = side.Files().Values.ToHashSet();
+        foreach (var (path, version) in leftOut)
+        {
+            var hasMoved = !folders.Contains(path[..Math.Max(path.LastIndexOf('/'), 0)]);
+            Require(
+                hasMoved || versions.Contains(version),
+                () => $"Version {version} of '{path}' in '{side.Root}', which is left out, was replaced or removed.");
+        }
+    }
 
     private List<string> SyncedOf(IEnumerable<string> paths) => paths.Where(path => !_world.Patterns.LeaveOut(_world, path)).ToList();
 

@@ -156,6 +156,32 @@ public sealed class LeftOutTests : IDisposable
     }
 
     [Fact]
+    public void FilesOfAFolderThatIsRenamedFromWhatIsLeftOutAreSyncedAgain()
+    {
+        foreach (var file in new[] { "r/here.txt", "r/there.txt", "r/both.txt", "r/neither.txt" })
+            _drive.PutBoth(file, "synced");
+        Assert.True(_drive.Sync("").IsSuccess);
+        Ignore("r/**");
+        _drive.PutInWorkspace("r/here.txt", "newer here", 1);
+        _drive.PutOnServer("r/there.txt", "newer there", 1);
+        _drive.PutInWorkspace("r/both.txt", "changed here", 1);
+        _drive.PutOnServer("r/both.txt", "changed there", 2);
+        Assert.True(_drive.Sync("").IsSuccess);
+        Assert.Equal("synced", File.ReadAllText(_drive.OnServer("r/here.txt")));
+        Directory.Move(_drive.InWorkspace("r"), _drive.InWorkspace("q"));
+
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        string[] files = ["q/both (conflict 2024-05-01 100100).txt", "q/both.txt", "q/here.txt", "q/neither.txt", "q/there.txt"];
+        string[] contents = ["changed here", "changed there", "newer here", "synced", "newer there"];
+        Assert.Equal(files, _drive.FilesInWorkspace());
+        Assert.Equal(files, _drive.FilesOnServer());
+        Assert.Equal(contents, files.Select(file => File.ReadAllText(_drive.InWorkspace(file))));
+        Assert.Equal(contents, files.Select(file => File.ReadAllText(_drive.OnServer(file))));
+        RequireNothingMoreToDo();
+    }
+
+    [Fact]
     public void AFolderThatIsRenamedToWhatIsLeftOutComesBack()
     {
         _drive.PutBoth("p/a.txt", "synced");
