@@ -47,6 +47,13 @@ internal sealed class World : IDisposable
 
     public Item? Find(string path) => Service.GetItemsByRelativePaths(DriveId, [path]).SingleOrDefault();
 
+    /// <summary>Whether a sync renamed a folder, or exchanged two.</summary>
+    public bool HasMovedFolders(CommandResult result)
+    {
+        var folders = result.ItemsUpdated.Where(item => item.IsFolder).Select(item => item.Id).ToList();
+        return Service.GetProperties(folders, ["SyncAction"]).Values.Any(value => (string)value.Value == "renamed");
+    }
+
     public bool IsFolderOnEither(string path) =>
         Sides.Any(side => new DirectoryInfo(side.At(path)) is { Exists: true, LinkTarget: null });
 
