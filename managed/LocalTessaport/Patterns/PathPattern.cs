@@ -5,7 +5,7 @@ internal sealed class PathPattern
 {
     private const string AnyFolders = "**";
 
-    // Null stands for any number of folders.
+    // Null matches any number of folders.
     private readonly List<NamePattern?> _names = [];
     private readonly bool _isForFolders;
     private readonly bool _isForAnyFolder;
