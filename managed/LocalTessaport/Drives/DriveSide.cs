@@ -175,10 +175,11 @@ internal sealed class DriveSide : IDisposable
         return true;
     }
 
-    public bool HasStaging()
+    /// <summary>Null if the root does not exist.</summary>
+    public bool? HasStaging()
     {
         if (TryOpenFolder(RelativePath.Root) is not { } root)
-            return false;
+            return null;
         using (root)
             return Staging.Exists(root.Folder);
     }

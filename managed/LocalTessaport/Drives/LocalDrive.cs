@@ -68,12 +68,6 @@ internal sealed class LocalDrive : IDisposable
         Directory.CreateDirectory(Server.Root);
     }
 
-    /// <summary>A folder of the drive that does not exist; null if both do.</summary>
-    public string? MissingFolder() =>
-        !Workspace.Exists() ? Workspace.Root
-        : !Offline && !Server.Exists() ? Server.Root
-        : null;
-
     /// <summary>
     /// Makes sure that a drive that was used before still has its folders. A disk that is not mounted must not be taken for an
     /// empty one: what would be put in its place is out of sight once it is back.
@@ -81,8 +75,9 @@ internal sealed class LocalDrive : IDisposable
     /// <exception cref="IOException">One of them is missing.</exception>
     public void RequireFolders()
     {
-        if (MissingFolder() is { } folder)
+        var missing = !Workspace.Exists() ? Workspace : !Offline && !Server.Exists() ? Server : null;
+        if (missing is not null)
             throw new DirectoryNotFoundException(
-                $"'{folder}', a folder of the drive '{Name}', is missing. Mount or restore it; create it only to begin with an empty one.");
+                $"'{missing.Root}', a folder of the drive '{Name}', is missing. Mount or restore it; create it only to begin with an empty one.");
     }
 }

@@ -53,7 +53,7 @@ internal static class PropertyCatalog
 
     private static readonly Property[] All = [.. General, .. OfDrives, .. Locking, .. CloudIdentifiers.Properties];
 
-    private static readonly Dictionary<string, Property> ById = All.Append(Pending).Append(LeftOut).Append(Plan).ToDictionary(property => property.Id);
+    private static readonly Dictionary<string, Property> ById = new[] { Pending, LeftOut, Plan }.Concat(All).ToDictionary(property => property.Id);
 
     public static IEnumerable<Property> Of(LocalDrive drive) => All.Where(property => property.AppliesTo(drive));
 

@@ -9,6 +9,7 @@ internal sealed class PropertySource
         Index = index;
         Synced = index.Synced.ByPath(view.Path);
         Failure = index.Failures.At(view.Path);
+        LeftOutBy = LeftOut.PatternFor(view);
     }
 
     public ItemView View { get; }
@@ -36,7 +37,7 @@ internal sealed class PropertySource
     public bool IsFile => !View.IsFolder;
 
     /// <summary>The pattern of the drive that leaves out the item; null if none does.</summary>
-    public string? LeftOutBy => LeftOut.PatternFor(View);
+    public string? LeftOutBy { get; }
 
     public DriveSide Side => View.Workspace is not null ? Drive.Workspace : Drive.Server;
 

@@ -79,7 +79,6 @@ internal static class Upkeep
 
     private static bool IsDue(HomeFolder home, LocalDrive drive) =>
         !IndexStore.Exists(home, drive.Id)
-        || drive.MissingFolder() is not null
-        || drive.Workspace.HasStaging()
-        || drive.Server.HasStaging();
+        || (drive.Workspace.HasStaging() ?? true)
+        || (drive.Server.HasStaging() ?? !drive.Offline);
 }

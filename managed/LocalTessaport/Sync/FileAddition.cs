@@ -20,7 +20,7 @@ internal sealed class FileAddition
     {
         _edit.Drive.RequireWritable();
         var (source, target) = _rules.RequireSource(path);
-        LeftOut.RequireNot(_edit.At(target.Path));
+        LeftOut.RequireNot(target with { Drive = _edit.Drive });
         if (target.Exists)
             AddVersion(source, target.Path);
         else

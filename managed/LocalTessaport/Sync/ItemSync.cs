@@ -50,7 +50,6 @@ internal sealed class ItemSync
     private void RequireReachable(string path)
     {
         _edit.Drive.RequireOnline();
-        _edit.Drive.RequireFolders();
         var view = _edit.At(path);
         if (!view.Exists && !view.IsRoot)
             throw new FileNotFoundException($"'{_edit.Drive.WorkspacePathOf(path)}' no longer exists.");

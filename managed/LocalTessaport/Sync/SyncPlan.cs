@@ -17,10 +17,15 @@ internal static class SyncPlan
         using (var edit = new DriveEdit(top.Drive, top.Index.Clone()))
         {
             var path = top.View.Path;
-            report.Attempt(
-                () => new ItemSync(edit, report, new PlannedSteps(edit)).SyncTree(path), reason => report.Fail(edit.Index, path, reason));
+            report.Attempt(() => Plan(edit, report, path), reason => report.Fail(edit.Index, path, reason));
         }
         return Describe(report);
+    }
+
+    private static void Plan(DriveEdit edit, ChangeReport report, string path)
+    {
+        edit.Drive.RequireFolders();
+        new ItemSync(edit, report, new PlannedSteps(edit)).SyncTree(path);
     }
 
     private static string Describe(ChangeReport report)

@@ -126,12 +126,17 @@ std::string originalOf(const std::string& copy)
     return end == std::string::npos ? "" : copy.substr(0, note) + copy.substr(end + 1);
 }
 
-/// Which version kept the name: "here" if it was uploaded, "server" if it was downloaded.
+/// The side from which a version came: "here" if it was uploaded, "server" if it was downloaded.
+std::string originOf(const std::string& action)
+{
+    return action == "uploaded" ? "here" : action == "downloaded" ? "server" : "";
+}
+
+/// Which version kept the name.
 std::string sideThatKeptTheName(const Item& copy, const PropertyTexts& actions)
 {
     const QVString original = toQVString(originalOf(toUtf8(copy.relativePath)));
-    const std::string action = actions.of(copy.driveId, original, ActionProperty);
-    return action == "uploaded" ? "here" : action == "downloaded" ? "server" : "";
+    return originOf(actions.of(copy.driveId, original, ActionProperty));
 }
 
 std::string explanationOf(const std::string& original, const std::string& sideThatKeptIt)
@@ -287,9 +292,7 @@ void showPlan(const std::vector<PlannedChange>& plan, Outcomes& outcomes)
             outcomes.failed(change.path, notSynced(change.error));
         } else if (change.action == "kept-twice") {
             const std::string original = originalOf(change.path);
-            const std::string side = actions[original] == "uploaded"     ? "here"
-                                     : actions[original] == "downloaded" ? "server"
-                                                                         : "";
+            const std::string side = originOf(actions[original]);
             outcomes.done(change.path, "would be kept twice", explanationOf(original, side),
                 {{"of", original}, {"nameKeptBy", side}});
         } else {
