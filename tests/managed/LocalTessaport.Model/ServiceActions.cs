@@ -1,3 +1,5 @@
+using Quorvex.Tessaport.API.Local;
+
 namespace Quorvex.Tessaport.API.Model;
 
 /// <summary>Requests other than a sync of the drive.</summary>
@@ -38,20 +40,39 @@ internal sealed class ServiceActions
             return null;
         var source = Path.Combine(_world.Sources, Path.GetFileName(name));
         File.WriteAllText(source, _user.NewContent(out var version));
-        // The version that is replaced may be elsewhere on the other side, if the item was moved.
         var everything = _ledger.OwedAmong(_world.Versions());
-        var before = _ledger.OwedAmong(_world.Sides.SelectMany(side => side.Files().Where(file => file.Key == name).Select(file => file.Value)));
-        var result = _world.Service.AddFiles(folder.Id, [source]);
+        var (result, replaced) = AddTo(folder.Id, source, name);
         File.Delete(source);
+        if (!result.IsSuccess)
+            replaced = [];
+        var lost = everything.Except(_world.Versions()).Except(replaced).ToList();
+        if (lost.Count > 0)
+            throw new BrokenPromiseException($"Adding '{name}' lost the versions {string.Join(", ", lost)}.");
         if (result.IsSuccess)
             _ledger.Write(version);
-        var missing = everything.Except(_world.Versions()).ToList();
-        if (missing.Count > (result.IsSuccess ? 1 : 0))
-            throw new BrokenPromiseException($"Adding '{name}' lost the versions {string.Join(", ", missing)}.");
-        // One of them was replaced; a copy of it may still be where the item was before.
-        if (result.IsSuccess)
-            _ledger.GiveUp(before.Concat(missing));
+        // Files that changed places may still be where they were before on the other side, from where the next sync removes them.
+        _ledger.GiveUp(replaced);
         return $"add {name} = {version}: {result.IsSuccess}";
+    }
+
+    // Also returns the versions that the file had once it was synced, which is when the added one replaces it.
+    private (CommandResult Result, List<int> Replaced) AddTo(ItemId folder, string source, string path)
+    {
+        List<int> replaced = [];
+        Step.Hook = (step, _) =>
+        {
+            if (step == "Add.Synced")
+                replaced = VersionsAt(path);
+        };
+        try
+        {
+            var result = _world.Service.AddFiles(folder, [source]);
+            return (result, replaced);
+        }
+        finally
+        {
+            Step.Hook = null;
+        }
     }
 
     private string? Delete()

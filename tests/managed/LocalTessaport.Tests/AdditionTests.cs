@@ -53,6 +53,44 @@ public sealed class AdditionTests : IDisposable
         Assert.Contains(_drive.FilesOnServer(), name => File.ReadAllText(_drive.OnServer(name)) == "mine");
     }
 
+    // With a second name of one of the files, the others cannot simply change places here as they did on the server.
+    [Theory]
+    [InlineData(false)]
+    [InlineData(true)]
+    public void AddingAfterARotationReplacesOnlyTheVersionThatCameToItsPlace(bool hasSecondName)
+    {
+        foreach (var name in new[] { "a", "b", "c", "d" })
+            _drive.PutBoth($"{name}.txt", name);
+        if (hasSecondName)
+        {
+            foreach (var side in new[] { _drive.Workspace, _drive.Server })
+                HardLink.Make(Path.Combine(side, "d.txt"), Path.Combine(side, "second.txt"));
+        }
+        Assert.True(_drive.Sync("").IsSuccess);
+        RotateOnServer("a", "b", "c", "d");
+
+        var result = _home.Service.AddFiles(_drive.Root.Id, [_home.MakeSource("b.txt", "added")]);
+
+        Assert.True(result.IsSuccess);
+        Assert.True(_drive.Sync("").IsSuccess);
+        foreach (var (name, content) in new[] { ("a", "b"), ("b", "added"), ("c", "d"), ("d", "a") })
+        {
+            Assert.Equal(content, File.ReadAllText(_drive.InWorkspace($"{name}.txt")));
+            Assert.Equal(content, File.ReadAllText(_drive.OnServer($"{name}.txt")));
+        }
+        Assert.Equal(_drive.FilesOnServer(), _drive.FilesInWorkspace());
+    }
+
+    // Each takes the place of the one before.
+    private void RotateOnServer(params string[] names)
+    {
+        string At(string name) => _drive.OnServer($"{name}.txt");
+        File.Move(At(names[0]), At("aside"));
+        for (var i = 1; i < names.Length; ++i)
+            File.Move(At(names[i]), At(names[i - 1]));
+        File.Move(At("aside"), At(names[^1]));
+    }
+
     [Fact]
     public void TheGoodFilesOfABatchAreAddedAndTheOthersAreInNoList()
     {
