@@ -1,6 +1,8 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
 readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model abi site)
+# These run only if they are named: they take long.
+readonly rare_check_steps=(reproducible)
 fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20
@@ -17,7 +19,8 @@ check() { # [--long] [step]...
     fi
     [ $# -gt 0 ] || set -- "${check_steps[@]}"
     for name in "$@"; do
-        is_one_of "$name" "${check_steps[@]}" || fail "there is no step '$name'; there are: ${check_steps[*]}" 2
+        is_one_of "$name" "${check_steps[@]}" "${rare_check_steps[@]}" ||
+            fail "there is no step '$name'; there are: ${check_steps[*]} ${rare_check_steps[*]}" 2
     done
     require "${build_packages[@]}" "${check_packages[@]}"
     for name in "$@"; do
