@@ -43,7 +43,8 @@ ChildResult ToolTest::runOnTerminal(ChildProgram program)
 
 void ToolTest::complete(ChildProgram& program) const
 {
-    program.program = fs::absolute(TESSAPORT_TOOL).make_preferred();
+    if (program.program.empty())
+        program.program = fs::absolute(TESSAPORT_TOOL).make_preferred();
     program.environment.try_emplace("TESSAPORT_HOME", text(home));
     program.foldLineEnds = false;
 }

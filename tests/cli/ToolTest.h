@@ -30,6 +30,8 @@ protected:
 
     /// Runs the tool on the home.
     ChildResult run(std::vector<std::string> arguments);
+
+    /// Runs the tool, or another program that is named.
     ChildResult runProgram(ChildProgram program);
 
     /// Runs the tool with all standard streams on a terminal.

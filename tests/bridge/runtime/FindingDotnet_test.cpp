@@ -1,4 +1,8 @@
 // .NET that is missing, too old, or unable to start; and the same process after the cause is removed.
+#include <cstdint>
+#include <fstream>
+#include <stdexcept>
+
 #include "tests/bridge/runtime/StartTest.h"
 
 using namespace Quorvex::Velmora::TestSupport;
@@ -29,6 +33,24 @@ protected:
 
     const fs::path root = installation.root() / "dotnet";
 };
+
+// Writes the processor's number in the header of a library, ELF or PE.
+void pretendToBeForArm64(const fs::path& library)
+{
+    std::fstream file(library, std::ios::in | std::ios::out | std::ios::binary);
+#ifdef _WIN32
+    constexpr std::uint16_t Arm64 = 0xaa64;
+    std::uint32_t header = 0;
+    file.seekg(0x3c).read(reinterpret_cast<char*>(&header), sizeof header);
+    file.seekp(header + 4);
+#else
+    constexpr std::uint16_t Arm64 = 183;
+    file.seekp(18);
+#endif
+    file.write(reinterpret_cast<const char*>(&Arm64), sizeof Arm64);
+    if (!file)
+        throw std::runtime_error("the header could not be changed");
+}
 
 constexpr const char* InstallOrPoint = "RuntimeOptions::dotnetRoot";
 
@@ -76,6 +98,18 @@ TEST_F(FindingDotnet, ReportsAHostThatCannotBeOpened)
 
     EXPECT_THAT(take({api, step("dotnet", root), "connect", step("dotnet", dotnetRoot()), "connect"}),
         ElementsAre(failsNaming("0x80008082", root.u8string(), HostLibrary, "Repair or reinstall .NET"), Connected));
+}
+
+TEST_F(FindingDotnet, ReportsAHostForAnotherArchitecture)
+{
+    layOutHost();
+    for (const fs::directory_entry& version : fs::directory_iterator(root / "host" / "fxr"))
+        pretendToBeForArm64(version.path() / HostLibrary);
+
+    EXPECT_THAT(take({api, step("dotnet", root), "connect", step("dotnet", dotnetRoot()), "connect"}),
+        ElementsAre(
+            failsNaming("0x80008082", root.u8string(), HostLibrary, "for the processor architecture of this program"),
+            Connected));
 }
 
 TEST_F(FindingDotnet, ReportsAnInstallationWithoutAFramework)

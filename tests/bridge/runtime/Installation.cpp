@@ -52,14 +52,15 @@ ChildResult runHost(std::string_view name, const std::vector<std::string>& argum
     return run(program);
 }
 
-ChildResult runManagedHost(const fs::path& apiFolder, const std::vector<std::string>& loadedBefore)
+ChildResult runManagedHost(
+    const fs::path& apiFolder, const std::vector<std::string>& loadedBefore, const fs::path& libraryFolder)
 {
     ChildProgram program;
     program.program = native(VELMORA_MANAGED_HOST_FOLDER) / (std::string("ManagedHost") + VELMORA_PROGRAM_SUFFIX);
     program.arguments = {hostFile(VELMORA_PLUGIN_NAME).u8string(), apiFolder.u8string()};
     program.arguments.insert(program.arguments.end(), loadedBefore.begin(), loadedBefore.end());
     program.environment["DOTNET_ROOT"] = dotnetRoot().u8string();
-    findLibraryIn(libraryOfBuild().parent_path(), program.environment);
+    findLibraryIn(libraryFolder, program.environment);
     return run(program);
 }
 

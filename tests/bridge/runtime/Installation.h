@@ -36,10 +36,11 @@ constexpr int ExitCodeOfHosts = 7;
 [[nodiscard]] ChildResult runHost(
     std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit);
 
-/// Runs the host written in C# (tests/managed/ManagedHost) with the library of the build tree, after it has loaded the
+/// Runs the host written in C# (tests/managed/ManagedHost) with the library of the folder, after it has loaded the
 /// assemblies that are named.
-[[nodiscard]] ChildResult runManagedHost(
-    const std::filesystem::path& apiFolder, const std::vector<std::string>& loadedBefore);
+[[nodiscard]] ChildResult runManagedHost(const std::filesystem::path& apiFolder,
+    const std::vector<std::string>& loadedBefore,
+    const std::filesystem::path& libraryFolder = libraryOfBuild().parent_path());
 
 /// The .NET installation that the tests were built with.
 [[nodiscard]] std::filesystem::path dotnetRoot();

@@ -8,6 +8,7 @@
 #include <windows.h>
 #endif
 
+#include <velmora/bridge/boundary/OwnedReply.h>
 #include <velmora/bridge/runtime/ClrRuntime.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include "tests/bridge/runtime/Installation.h"
@@ -74,14 +75,16 @@ protected:
     {
         const std::u16string api = vendorFolder("fitting").u16string();
         const VelmoraString apiFolder{api.data(), api.size()};
-        VelmoraReply reply{};
-        const std::int32_t row = startBridge(&table, &apiFolder, &reply);
-        runtime.entryPoints().releaseReply(&reply);
+        OwnedReply reply;
+        reply.setEntryPoints(runtime.entryPoints());
+        const std::int32_t row = startBridge(&table, &apiFolder, reply.fill());
+        message = row == 0 ? std::wstring() : reply.message();
         return row;
     }
 
     ClrRuntime& runtime = ClrRuntime::ofProcess();
     StartBridge startBridge = nullptr;
+    std::wstring message;
 };
 
 } // namespace
@@ -108,6 +111,7 @@ TEST_F(RunningRuntime, RefusesATableThatWasMadeForAnotherBridge)
 
             EXPECT_EQ(start(table), 6);
             EXPECT_EQ(table.request, nullptr);
+            EXPECT_THAT(message, testing::HasSubstr(L"Install the library and its bridge folder from one release"));
         }
     }
     TessaportEntryPoints empty{};

@@ -62,10 +62,19 @@ Finding lookAtAssembly(const std::string& subject, const fs::path& file, const s
     return good(subject, fileVersion(file).value_or(""), toText(file));
 }
 
+// The folders that belong to the library, beside it.
+fs::path libraryParts() { return libraryFile().parent_path() / "velmora"; }
+
+// A bridge of another release may still fit, and the library refuses one that does not.
 Finding lookAtBridge()
 {
-    return lookAtAssembly("Bridge", libraryFile().parent_path() / "velmora" / "bridge" / "Velmora.Bridge.dll",
+    Finding finding = lookAtAssembly("Bridge", libraryParts() / "bridge" / "Velmora.Bridge.dll",
         "install the library again: its managed parts belong into the folder velmora/bridge beside it");
+    const std::string release = versionOf(libraryFile());
+    if (finding.good && finding.version.rfind(release, 0) != 0)
+        return bad("Bridge", finding.detail + " has version " + finding.version + ", but the library has " + release,
+            "install the library and its folder velmora/bridge from one release");
+    return finding;
 }
 
 Finding lookAtApi(const Context& context)
@@ -74,11 +83,24 @@ Finding lookAtApi(const Context& context)
         "name the folder of the sync application's assembly with --api-folder, or install the local service again");
 }
 
-std::vector<fs::path> dotnetRoots(const Context& context)
+struct DotnetSearch {
+    std::vector<fs::path> roots;
+    std::string remedy; ///< For a search that finds nothing.
+};
+
+// As the library searches.
+DotnetSearch dotnetSearch(const Context& context)
 {
+    const std::string install =
+        "install the .NET runtime " + std::to_string(OldestDotnet) + " or newer, or name its folder with --dotnet-root";
     if (!context.options.dotnetRoot.empty())
-        return {toPath(absolutePath(context.options.dotnetRoot))};
-    return Platform::usualDotnetRoots();
+        return {{toPath(absolutePath(context.options.dotnetRoot))}, install};
+    const fs::path shipped = libraryParts() / "dotnet";
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(shipped, error)))
+        return {{shipped},
+            "install the library again with this folder, or remove the folder to use the .NET runtime of this machine"};
+    return {Platform::usualDotnetRoots(), install};
 }
 
 std::string listed(const std::vector<std::string>& texts)
@@ -91,10 +113,9 @@ std::string listed(const std::vector<std::string>& texts)
 
 Finding lookAtDotnetInstallations(const Context& context)
 {
-    const std::string remedy =
-        "install the .NET runtime " + std::to_string(OldestDotnet) + " or newer, or name its folder with --dotnet-root";
+    const auto [roots, remedy] = dotnetSearch(context);
     std::vector<std::string> looked;
-    for (const fs::path& root : dotnetRoots(context)) {
+    for (const fs::path& root : roots) {
         looked.push_back(toText(root));
         const DotnetInstallation found = lookAtDotnet(root);
         if (found.hosts.empty())

@@ -9,6 +9,7 @@
 #include <velmora/bridge/boundary/ProcessExit.h>
 #include <velmora/bridge/boundary/ReplyReader.h>
 #include <velmora/bridge/boundary/ThreadEnd.h>
+#include <velmora/bridge/runtime/DotnetRoot.h>
 #include <velmora/bridge/runtime/HostSignals.h>
 #include <velmora/bridge/runtime/HostingFailure.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
@@ -109,14 +110,15 @@ void ClrRuntime::startHost()
     checkBridgeFolder(bridge);
     checkForObstacles();
     watchThreadEnds();
-    HostingStatus status = host->open(wanted.dotnetRoot);
+    const DotnetRoot dotnet = chooseDotnetRoot(wanted.dotnetRoot, bridge);
+    HostingStatus status = host->open(dotnet.folder);
     if (status.succeeded()) {
         const HostSignals kept;
         status = host->start(bridge, startFunction);
     }
     if (!status.succeeded()) {
         startFunction = nullptr;
-        failHosting(status);
+        fail(describeHostingFailure(status, dotnet, bridge));
     }
 }
 
@@ -139,11 +141,6 @@ void ClrRuntime::startBridge()
     described.apiVersion = reader.wideString();
     running = std::move(described);
     table = filled;
-}
-
-void ClrRuntime::failHosting(const HostingStatus& status) const
-{
-    fail(describeHostingFailure(status, wanted.dotnetRoot, bridge));
 }
 
 void ClrRuntime::setOptions(const TessaportAPI::RuntimeOptions& options)

@@ -61,7 +61,6 @@ private:
     const TessaportEntryPoints& start();
     void startHost();
     void startBridge();
-    [[noreturn]] void failHosting(const HostingStatus& status) const;
 
     mutable std::mutex mutex;
     std::unique_ptr<HostFxr> host;

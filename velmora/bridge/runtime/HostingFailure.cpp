@@ -21,6 +21,11 @@ struct KnownFailure {
 constexpr const wchar_t* InstallDotnet =
     L"Install the .NET runtime 8.0 or newer, or set RuntimeOptions::dotnetRoot to the folder of an installation.";
 constexpr const wchar_t* RepairDotnet = L"Repair or reinstall .NET.";
+constexpr const wchar_t* RepairDotnetOfArchitecture =
+    L"Repair or reinstall .NET for the processor architecture of this program.";
+constexpr const wchar_t* RepairShippedDotnet = L"Reinstall this library with its dotnet folder, remove that folder to "
+                                               L"use the .NET runtime of this machine, or set "
+                                               L"RuntimeOptions::dotnetRoot to the folder of an installation.";
 constexpr const wchar_t* RepairBridge = L"Reinstall this library with its bridge folder.";
 constexpr const wchar_t* RestartProcess =
     L"Restart this process once the cause is gone; it cannot start .NET any more.";
@@ -40,7 +45,7 @@ constexpr const wchar_t* OtherHost =
 // The status codes of .NET's native hosting, as its documentation lists them.
 constexpr KnownFailure KnownFailures[] = {
     {0x80008081, L"an argument of a hosting function was invalid", RepairBridge},
-    {0x80008082, L"a library of .NET could not be loaded", RepairDotnet},
+    {0x80008082, L"a library of .NET could not be loaded", RepairDotnetOfArchitecture},
     {0x80008083, L"no .NET installation was found", InstallDotnet},
     {0x80008084, L"a library of .NET lacks a function that is needed", RepairDotnet},
     {0x80008085, L"the folder of .NET's own host could not be found", RepairDotnet},
@@ -99,10 +104,17 @@ std::wstring hexadecimal(std::int32_t code)
     return Common::Unicode::fromUtf8(text);
 }
 
-std::wstring searched(const std::filesystem::path& dotnetRoot)
+const wchar_t* remedyFor(const KnownFailure& failure, const DotnetRoot& dotnet)
 {
-    if (!dotnetRoot.empty())
-        return L"in '" + Common::wideText(dotnetRoot) + L"'";
+    const bool isAboutDotnet = failure.remedy == InstallDotnet || failure.remedy == RepairDotnet ||
+                               failure.remedy == RepairDotnetOfArchitecture;
+    return isAboutDotnet && dotnet.isShipped ? RepairShippedDotnet : failure.remedy;
+}
+
+std::wstring searched(const DotnetRoot& dotnet)
+{
+    if (!dotnet.folder.empty())
+        return L"in '" + Common::wideText(dotnet.folder) + L"'";
 #ifdef _WIN32
     return L"in DOTNET_ROOT, in the registered location and in 'C:\\Program Files\\dotnet'";
 #else
@@ -114,14 +126,14 @@ std::wstring searched(const std::filesystem::path& dotnetRoot)
 } // namespace
 
 std::wstring describeHostingFailure(
-    const HostingStatus& status, const std::filesystem::path& dotnetRoot, const std::filesystem::path& bridgeFolder)
+    const HostingStatus& status, const DotnetRoot& dotnet, const std::filesystem::path& bridgeFolder)
 {
     const KnownFailure& failure = failureOf(static_cast<std::uint32_t>(status.code));
     std::wstring message = L".NET could not be started: ";
     message += failure.meaning;
-    message += L" (" + hexadecimal(status.code) + L"). .NET was looked for " + searched(dotnetRoot);
+    message += L" (" + hexadecimal(status.code) + L"). .NET was looked for " + searched(dotnet);
     message += L", the bridge in '" + Common::wideText(bridgeFolder) + L"'. ";
-    message += failure.remedy;
+    message += remedyFor(failure, dotnet);
     if (!status.details.empty())
         message += L" .NET's own words: " + Common::Unicode::fromUtf8(status.details);
     return message;
