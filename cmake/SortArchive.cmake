@@ -1,22 +1,24 @@
 # Runs after cpack has packed an archive, which has its files in the order of the file system and with the name of the user who
 # built it: packs it again, so that archives of the same sources are the same, whoever builds them.
-find_program(tar NAMES tar REQUIRED)
-find_program(gzip NAMES gzip REQUIRED)
-set(times)
-if(DEFINED ENV{SOURCE_DATE_EPOCH})
-    set(times "--mtime=@$ENV{SOURCE_DATE_EPOCH}")
-endif()
-foreach(archive IN LISTS CPACK_PACKAGE_FILES)
-    set(folder "${archive}.unpacked")
-    file(REMOVE_RECURSE "${folder}")
-    file(MAKE_DIRECTORY "${folder}")
-    file(ARCHIVE_EXTRACT INPUT "${archive}" DESTINATION "${folder}")
-    execute_process(
-        COMMAND "${tar}" --create --directory "${folder}" --sort=name --owner=0 --group=0 --numeric-owner
-            --mode=go+rX,go-w --format=gnu ${times} "${CPACK_PACKAGE_FILE_NAME}"
-        COMMAND "${gzip}" --no-name --best
-        OUTPUT_FILE "${archive}.part"
+function(pack_again archive name)
+    set(pack [[
+        set -eu
+        chmod -R u+rw,go-w,go+rX "$1"
+        [ -z "${SOURCE_DATE_EPOCH:-}" ] || find "$1" -exec touch --no-dereference "--date=@$SOURCE_DATE_EPOCH" {} +
+        case $2 in
+            *.zip) find "$1" | LC_ALL=C sort | TZ=UTC zip --quiet -X -9 -@ "$2" ;;
+            *) tar --create --sort=name --owner=0 --group=0 --numeric-owner --format=gnu "$1" | gzip --no-name --best >"$2" ;;
+        esac
+    ]])
+    execute_process(COMMAND sh -c "${pack}" sh "${name}" "${archive}" WORKING_DIRECTORY "${archive}.unpacked"
         COMMAND_ERROR_IS_FATAL ANY)
-    file(RENAME "${archive}.part" "${archive}")
-    file(REMOVE_RECURSE "${folder}")
+endfunction()
+
+foreach(archive IN LISTS CPACK_PACKAGE_FILES)
+    file(REMOVE_RECURSE "${archive}.unpacked")
+    file(MAKE_DIRECTORY "${archive}.unpacked")
+    file(ARCHIVE_EXTRACT INPUT "${archive}" DESTINATION "${archive}.unpacked")
+    file(REMOVE "${archive}")
+    pack_again("${archive}" "${CPACK_PACKAGE_FILE_NAME}")
+    file(REMOVE_RECURSE "${archive}.unpacked")
 endforeach()

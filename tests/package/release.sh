@@ -39,6 +39,7 @@ run_release() { # <package command> [argument]...
         check_abi() { :; }
         record_abi() { echo recorded >abi; git add abi; }
         docs() { mkdir -p "$site_folder/html"; echo site >"$site_folder/html/index.html"; }
+        package_windows() { mkdir -p "$windows_packages_folder"; echo "$(current_version)" >"$windows_packages_folder/library.zip"; }
         package() { mkdir -p "$packages_folder"; echo "$(current_version)" >"$packages_folder/library.deb"; '"$package"'; }
         release "$@"' bash "$@" 2>&1
 }
@@ -86,7 +87,7 @@ expect_clean 'the release'
 [ "$(git rev-parse 'v0.1.0^{commit}')" = "$(git rev-parse HEAD)" ] || fail_test 'the tag is not at the release'
 grep -qx 'recorded' abi || fail_test 'the binary interface is not recorded'
 (cd build/release-0.1.0 && sha256sum --quiet --check SHA256SUMS) || fail_test 'the checksums are wrong'
-[ "$(cd build/release-0.1.0 && echo ./*)" = './SHA256SUMS ./VelmoraTessaport-0.1.0-site.tar.gz ./library.deb' ] ||
+[ "$(cd build/release-0.1.0 && echo ./*)" = './SHA256SUMS ./VelmoraTessaport-0.1.0-site.tar.gz ./library.deb ./library.zip' ] ||
     fail_test "the release has: $(ls build/release-0.1.0)"
 
 expect_refusal 'the tag v0.1.0 exists already' 0.1.0

@@ -94,6 +94,13 @@ class Spdx(unittest.TestCase):
         self.assertFalse(spdx.is_in(where, pathlib.Path("libvelmora-tessaport0_1.2.3-1_amd64.deb")))
         self.assertFalse(spdx.is_in(where, pathlib.Path("tessaport-local-service_1.2.3-1_amd64.deb")))
 
+    def test_tells_complete_archives_from_others(self):
+        where = "the complete archives, `velmora/dotnet`"
+        self.assertTrue(spdx.is_in(where, pathlib.Path("VelmoraTessaport-1.2.3-linux-x86_64-complete.tar.gz")))
+        self.assertTrue(spdx.is_in(where, pathlib.Path("VelmoraTessaport-1.2.3-win-x64-complete.zip")))
+        self.assertFalse(spdx.is_in(where, pathlib.Path("VelmoraTessaport-1.2.3-linux-x86_64.tar.gz")))
+        self.assertFalse(spdx.is_in(where, pathlib.Path("tessaport_1.2.3-1_amd64.deb")))
+
     def test_refuses_terms_and_places_that_it_does_not_know(self):
         self.notices(NOTICES.replace("| MIT |", "| Some terms |"))
         self.assertIn("the terms 'Some terms' of Parser (header-only)", self.run_tool().stderr)

@@ -18,6 +18,7 @@ release() { # <version> [--dry-run]
     record_abi
     git commit --quiet --all --message "Release $version"
     package
+    package_windows
     docs
     folder=$PWD/build/release-$version
     collect_release "$version" "$folder"
@@ -73,7 +74,7 @@ set_changes() { # <version>
 collect_release() { # <version> <folder>
     rm -rf "$2"
     mkdir -p "$2"
-    find "$packages_folder" -maxdepth 1 -type f -exec cp -t "$2" {} +
+    find "$packages_folder" "$windows_packages_folder" -maxdepth 1 -type f -exec cp -t "$2" {} +
     tar --create --gzip --file "$2/VelmoraTessaport-$1-site.tar.gz" --directory "$site_folder" html
     (cd "$2" && sha256sum -- * >SHA256SUMS.part && mv SHA256SUMS.part SHA256SUMS)
 }

@@ -10,10 +10,10 @@ readonly test_packages=(abigail-tools fish fuse3 git pkgconf python3 rclone zsh 
 readonly site_packages=(doxygen doxygen-awesome-css)
 readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-selenium)
 # The compiler cache, because the packages and the archive are built of the same objects.
-readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 "${site_packages[@]}")
+readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 zip "${site_packages[@]}")
 readonly bench_packages=(git libbenchmark-dev libisal-dev rsync)
 readonly check_packages=(abigail-tools clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
-readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest "${site_packages[@]}")
+readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest zip "${site_packages[@]}")
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)
 
 require() { # <package>...
@@ -84,21 +84,23 @@ require_dotnet_root() { # <platform, such as linux-x64> <version> <folder>
     step ".NET $2 for $1" "dotnet-$1-$2" make_dotnet_root "$@"
 }
 
-# Lays out a .NET installation from NuGet's runtime pack; the host pack stays in the package cache. Does nothing if the
-# folder contains that version already.
+# Lays out a .NET installation with its license from NuGet's runtime pack; the host pack stays in the package cache. Does
+# nothing if the folder contains that version already. The folder contains nothing else, because it is distributed as it is.
 make_dotnet_root() { # <platform> <version> <folder>
     local platform=$1 version=$2 folder=$3
     local packages=${NUGET_PACKAGES:-$HOME/.nuget/packages} fxr=libhostfxr.so
-    local pack=$packages/microsoft.netcore.app.runtime.$platform/$version/runtimes/$platform
-    local framework=$folder/shared/Microsoft.NETCore.App/$version
-    [ ! -e "$folder/complete-$version" ] || [ ! -d "$packages/microsoft.netcore.app.host.$platform/$version" ] || return 0
+    local pack=$packages/microsoft.netcore.app.runtime.$platform/$version
+    local files=$pack/runtimes/$platform framework=$folder/shared/Microsoft.NETCore.App/$version
+    [ ! -e "$folder.complete-$version" ] || [ ! -d "$packages/microsoft.netcore.app.host.$platform/$version" ] || return 0
     [ "$platform" != win-x64 ] || fxr=hostfxr.dll
     fetch_dotnet_packs "$platform" "$version" "$packages" &&
-        rm -rf "$folder" &&
+        rm -rf "$folder" "$folder".complete-* &&
         mkdir -p "$folder/host/fxr/$version" "$framework" &&
-        cp "$pack"/lib/net*/* "$pack"/native/* "$framework/" &&
+        cp --no-preserve=mode "$files"/lib/net*/* "$files"/native/* "$framework/" &&
         mv "$framework/$fxr" "$folder/host/fxr/$version/" &&
-        touch "$folder/complete-$version"
+        cp --no-preserve=mode "$pack/LICENSE.TXT" "$pack/THIRD-PARTY-NOTICES.TXT" "$folder/" &&
+        if [ "$platform" != win-x64 ]; then chmod +x "$framework/createdump"; fi &&
+        touch "$folder.complete-$version"
 }
 
 # The SDK restores packages for a project only; this one has nothing else in it.

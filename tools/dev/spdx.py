@@ -19,13 +19,15 @@ import tempfile
 
 # The terms in the table of the notices, as SPDX names them.
 LICENSES = {"MIT": "MIT", "BSD 3-Clause": "BSD-3-Clause", "Boost Software License 1.0": "BSL-1.0"}
-# What the table of the notices calls a place, and the Debian package that has it. An archive has all.
+# What the table of the notices calls a place, and the Debian package that has it. An archive has all, but for what only
+# complete ones have.
 PLACES = {
     r"`VelmoraTessaport`": r"libvelmora-tessaport\d+",
     r"`VelmoraLogging`": r"libvelmora-tessaport-dev",
     r"`tessaport`": r"tessaport",
     r"test kit": r"libvelmora-tessaport-testkit-dev",
     r"site of the documents": r"velmora-tessaport-doc",
+    r"complete archives": None,
 }
 
 
@@ -61,8 +63,8 @@ def third_party(root):
 
 def is_in(where, package):
     if package.suffix != ".deb":
-        return True
-    return any(re.search(place, where) and re.fullmatch(name, name_of(package)) for place, name in PLACES.items())
+        return "complete archives" not in where or name_of(package).endswith("-complete")
+    return any(name and re.search(place, where) and re.fullmatch(name, name_of(package)) for place, name in PLACES.items())
 
 
 def checksums(contents):

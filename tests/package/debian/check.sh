@@ -1,32 +1,14 @@
 #!/bin/bash
-# Runs in a fresh chroot: installs the packages, uses them as a user does, removes them, and tries the archive. Its folder has
+# Runs in a fresh chroot: installs the packages, uses them as a user does, removes them, and tries the archives. Its folder has
 # what ./dev package has copied: the packages, .NET, the example host, the consumer project and files of this folder.
 set -euo pipefail
 
-fail() { # <message>
-    printf 'FAILED: %s\n' "$1" >&2
-    exit 1
-}
+# shellcheck source=tests/package/expectations.sh
+. ./expectations.sh
 
 now() { date +%s%N; }
 
 milliseconds_since() { echo $((($(now) - $1) / 1000000)); } # <time>
-
-expect_output() { # <what must be in it> <command>...
-    local wanted=$1 output
-    shift
-    output=$("$@" 2>&1) || fail "'$*' ended with $?: $output"
-    [[ $output == *"$wanted"* ]] || fail "'$*' did not print '$wanted', but: $output"
-}
-
-expect_failure() { # <what must be in its messages> <command>...
-    local wanted=$1 output status=0
-    shift
-    output=$("$@" 2>&1) || status=$?
-    [ "$status" -ne 0 ] || fail "'$*' did not fail, but printed: $output"
-    [ "$status" -lt 126 ] || fail "'$*' ended with $status: $output"
-    [[ $output == *"$wanted"* ]] || fail "'$*' did not print '$wanted', but: $output"
-}
 
 # Every file but those in which apt and dpkg keep their own records and caches.
 list_files() {
@@ -89,16 +71,33 @@ purge_packages() {
     apt-get -o Dpkg::Use-Pty=false purge --yes "${names[@]}"
 }
 
+unpack_to() { # <folder> <archive>
+    mkdir -p "$1"
+    tar --extract --file "$2" --directory "$1" --strip-components=1
+}
+
 check_archive() {
     local folder='/opt/Ablage für Velmora'
-    mkdir -p "$folder"
-    tar --extract --file packages/*.tar.gz --directory "$folder" --strip-components=1
+    unpack_to "$folder" packages/*-linux-x86_64.tar.gz
     "$folder/bin/tessaport" doctor || fail "doctor of the archive found something"
     expect_output "$folder/lib/libVelmoraTessaport.so" "$folder/bin/tessaport" doctor
     rm -rf "$folder"
 }
 
+# Before there is any other .NET.
+check_complete_archive() {
+    local folder='/opt/Ablage mit .NET'
+    unpack_to "$folder" packages/*-complete.tar.gz
+    "$folder/bin/tessaport" demo >/dev/null
+    "$folder/bin/tessaport" doctor || fail "doctor of the complete archive found something"
+    expect_output "$folder/lib/velmora/dotnet" "$folder/bin/tessaport" doctor
+    expect_output 'Harbour Project' "$folder/bin/tessaport" drives
+    [ -s "$folder/lib/velmora/dotnet/LICENSE.TXT" ] || fail "the license of .NET is not in the complete archive"
+    rm -rf "$folder" /root/.local
+}
+
 list_files >before.txt
+check_complete_archive
 begin=$(now)
 install_packages
 check_without_dotnet
