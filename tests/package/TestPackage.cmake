@@ -10,6 +10,13 @@
 #   DIALOG_TESTS     the tests of the example open_dialog, for Windows
 cmake_minimum_required(VERSION 3.25)
 
+# Users have such folders, too. On Windows the arguments of the example host are in the code page of the system.
+if(TOOLCHAIN)
+    set(PREFIX "${WORK_DIR}/prefix with blanks")
+else()
+    set(PREFIX "${WORK_DIR}/Präfix mit Lücken")
+endif()
+
 function(run)
     execute_process(COMMAND ${ARGV} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -33,7 +40,7 @@ endfunction()
 function(find_launcher result)
     set(launcher ${EMULATOR})
     if(TOOLCHAIN AND MODE STREQUAL "install")
-        set(launcher "${CMAKE_COMMAND}" -E env "WINEPATH=Z:${WORK_DIR}/prefix/bin" ${EMULATOR})
+        set(launcher "${CMAKE_COMMAND}" -E env "WINEPATH=Z:${PREFIX}/bin" ${EMULATOR})
     elseif(TOOLCHAIN AND MODE STREQUAL "build")
         set(launcher "${CMAKE_COMMAND}" -E env "VELMORA_WINE_LIBRARIES=Z:${BUILD_DIR}/bin" ${EMULATOR})
     elseif(TOOLCHAIN)
@@ -67,7 +74,7 @@ endfunction()
 # The window needs no screen here. It lists what the home has, so the library, its managed parts and the service were found.
 function(check_window)
     run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/window" -B "${WORK_DIR}/consumer"
-        "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix"
+        "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_PREFIX_PATH=${PREFIX}"
         "-DWINDOW_SOURCES=${SOURCE_DIR}/examples/window")
     run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
     make_home("${WORK_DIR}/home")
@@ -134,11 +141,11 @@ endfunction()
 
 # Compiles a source with the flags of a library's pkg-config file.
 function(build_with_pkg_config library source program)
-    set(ENV{PKG_CONFIG_PATH} "${WORK_DIR}/prefix/${LIBDIR}/pkgconfig")
+    set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
     execute_process(COMMAND pkg-config --cflags --libs "${library}"
         OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    separate_arguments(flags)
-    run("${CXX}" -std=c++17 "${source}" -o "${program}" ${flags} "-Wl,-rpath,${WORK_DIR}/prefix/${LIBDIR}")
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run("${CXX}" -std=c++17 "${source}" -o "${program}" ${flags} "-Wl,-rpath,${PREFIX}/${LIBDIR}")
 endfunction()
 
 function(check_pkg_config)
@@ -167,13 +174,13 @@ endfunction()
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 if(MODE STREQUAL "window")
-    install_elsewhere("${WORK_DIR}/prefix")
+    install_elsewhere("${PREFIX}")
     check_window()
     return()
 endif()
 if(MODE STREQUAL "install")
-    install_elsewhere("${WORK_DIR}/prefix")
-    build_consumer("-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DINSTALLED_HEADERS=${WORK_DIR}/prefix/include")
+    install_elsewhere("${PREFIX}")
+    build_consumer("-DCMAKE_PREFIX_PATH=${PREFIX}" "-DINSTALLED_HEADERS=${PREFIX}/include")
     run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --target all_verify_interface_header_sets --parallel 2)
 elseif(MODE STREQUAL "build")
     build_consumer("-DCMAKE_PREFIX_PATH=${BUILD_DIR}")
@@ -194,7 +201,7 @@ run(${launcher} "${host_recipes}")
 check_host_lists_the_drives()
 check_host_says_that_nothing_is_installed()
 if(MODE STREQUAL "install")
-    file(GLOB tool "${WORK_DIR}/prefix/bin/tessaport" "${WORK_DIR}/prefix/bin/tessaport.exe")
+    file(GLOB tool "${PREFIX}/bin/tessaport" "${PREFIX}/bin/tessaport.exe")
     run(${launcher} "${tool}" --home "${WORK_DIR}/home" drives)
     if(DIALOG_TESTS)
         check_dialogs()
