@@ -18,7 +18,8 @@ release() { # <version> [--dry-run]
     record_abi
     git commit --quiet --all --message "Release $version"
     package
-    package_windows
+    # In a shell of its own, which ends Wine when it exits, as this one takes back a release that failed.
+    (package_windows)
     docs
     folder=$PWD/build/release-$version
     collect_release "$version" "$folder"
