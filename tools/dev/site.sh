@@ -9,7 +9,7 @@ docs() {
     say "in ${site_folder#"$PWD"/}/html/index.html"
 }
 
-# In a copy that every user may read, because linkchecker takes the rights of another one when root runs it.
+# In a copy that every user may read, because linkchecker gives up the rights of root.
 check_links() {
     local copy status=0
     copy=$(mktemp -d) && chmod 755 "$copy" && cp -r --no-preserve=mode "$site_folder/html" "$copy" || return 1
