@@ -4,6 +4,7 @@
 #                    installation
 #   SOURCE_DIR       the repository          BUILD_DIR   its build tree
 #   WORK_DIR         emptied first           CONFIG      the build type
+#   VERSION          of the repository
 #   GENERATOR, CXX   what to build with
 #   TOOLCHAIN, EMULATOR   of a cross build, which installs from the archive that cpack makes
 #   LIBDIR           the folder of libraries in the prefix
@@ -66,7 +67,7 @@ function(build_consumer)
         set(compiler "-DCMAKE_CXX_COMPILER=${CXX}")
     endif()
     run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/consumer" -B "${WORK_DIR}/consumer"
-        ${compiler} "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
+        ${compiler} "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DVELMORA_VERSION=${VERSION}" "-DHOST_SOURCES=${SOURCE_DIR}/examples/host"
         ${ARGN})
     run("${CMAKE_COMMAND}" --build "${WORK_DIR}/consumer" --config "${CONFIG}" --parallel 2)
 endfunction()

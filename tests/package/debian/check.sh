@@ -40,7 +40,8 @@ check_hosts() {
     cmake -S host -B host-of-cmake
     cmake --build host-of-cmake
     expect_output 'Harbour Project:' "$(find host-of-cmake -name velmora_host -type f)" "$service"
-    cmake -S test-kit -B test-kit-build "-DSOURCES=$PWD/consumer/testkit/recipes.cpp"
+    cmake -S test-kit -B test-kit-build "-DVELMORA_VERSION=$(pkg-config --modversion velmora-tessaport)" \
+        "-DSOURCES=$PWD/consumer/testkit/recipes.cpp"
     cmake --build test-kit-build
     test-kit-build/recipes
 }
