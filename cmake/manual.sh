@@ -5,7 +5,7 @@ tool=$1     # The tool.
 library=$2  # The folder of its library.
 help2man=$3 # The program.
 output=$4   # The folder to make, which has the file "complete" in the end.
-includes=$(dirname "$0")/manual.inc
+includes=$(realpath "$(dirname "$0")")/manual.inc
 
 export LD_LIBRARY_PATH="$library" LC_ALL=C.UTF-8
 
@@ -25,9 +25,11 @@ page() { # <name> <summary> <help2man option>...
     shift
     summary=$1
     shift
-    "$help2man" --no-info --section=1 --source="tessaport $version" --manual='User Commands' --name="$summary" \
-        --version-string="$version" "$@" "$output/print-help" |
-        sed "s/^print-help \\\\- /$name \\\\- /; s/PRINT-HELP/$(echo "$name" | tr '[:lower:]' '[:upper:]')/g" >"$output/man/$name.1"
+    # From its folder, because help2man cannot run a program whose path has a blank.
+    (cd "$output" && "$help2man" --no-info --section=1 --source="tessaport $version" --manual='User Commands' \
+        --name="$summary" --version-string="$version" "$@" ./print-help) >"$output/page.txt"
+    sed "s/^print-help \\\\- /$name \\\\- /; s/PRINT-HELP/$(echo "$name" | tr '[:lower:]' '[:upper:]')/g" \
+        "$output/page.txt" >"$output/man/$name.1"
     gzip -9n "$output/man/$name.1"
 }
 
