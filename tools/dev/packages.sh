@@ -66,8 +66,13 @@ build_to_pack() { # <preset>
 pack() { # <build tree> <folder> [cpack option]...
     local tree=$1 folder=$2
     shift 2
-    step "pack into ${folder#"$PWD"/}${1:+, with .NET}" package-pack cpack --config "$tree/CPackConfig.cmake" -B "$folder" "$@"
+    step "pack into ${folder#"$PWD"/}${1:+, with .NET}" package-pack run_cpack --config "$tree/CPackConfig.cmake" -B "$folder" "$@"
     rm -rf "$folder/_CPack_Packages"
+}
+
+# Packages have the modes of the files that cpack makes, whatever the umask of the user.
+run_cpack() { # <cpack option>...
+    (umask 022 && cpack "$@")
 }
 
 # The archive, and the complete one with the .NET runtime that the managed parts are precompiled for.
