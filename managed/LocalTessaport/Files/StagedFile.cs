@@ -13,9 +13,9 @@ internal sealed class StagedFile : IDisposable
     // What came out of the place and could not be put back stays for the next request.
     private bool _mayHoldOther;
 
-    public StagedFile(DriveSide side)
+    public StagedFile(FolderLease staging)
     {
-        _staging = side.OpenStaging();
+        _staging = staging;
         _path = Path.Join(_staging.Folder.Path, _name);
         try
         {

@@ -34,6 +34,26 @@ public sealed class KillBetweenStepsTests : IDisposable
         RequireKept("from the server");
     }
 
+    // Many files are prepared in several folders.
+    [UnixTheory]
+    [InlineData("Commit.Guarded", "Commit.Exchanged", "None")]
+    [InlineData("Commit.Guarded", "Commit.SetAside", "Exchanging")]
+    public void AVersionSavedDuringADownloadOfManyFilesIsKept(string savesAt, string diesAt, string lacks)
+    {
+        var names = Enumerable.Range(0, 100).Select(i => $"folder/{i}.txt").ToList();
+        names.ForEach(name => _drive.PutBoth(name, "synced"));
+        Assert.True(_drive.Sync("").IsSuccess);
+        names.ForEach(name => _drive.PutOnServer(name, $"{name} from the server", 5));
+
+        KillAtStep("sync-once", savesAt, diesAt, lacks);
+        _home.Service.Discover();
+
+        RequireKept(Saved);
+        Assert.True(_drive.Sync("").IsSuccess);
+        RequireKept(Saved);
+        names.ForEach(name => RequireKept($"{name} from the server"));
+    }
+
     [UnixTheory]
     [InlineData("Commit.Exchanged", "None", "from the server")]
     [InlineData("Commit.SetAside", "Exchanging", "synced")]
