@@ -263,6 +263,44 @@ TEST_F(Pieces, BeforeAFailureAreDiscarded)
     expectNothingLeft(handles);
 }
 
+// Each piece of a result is a result of its own.
+class PiecesOfAResult : public Pieces
+{
+protected:
+    const PackedReply head = ReplyBuilder().number(1).number(1).item(1).number(0).number(0).build(1);
+    const PackedReply middle = ReplyBuilder().number(1).number(1).item(2).number(2).item(3).item(4).number(0).build(1);
+    const PackedReply tail = ReplyBuilder().number(1).number(0).number(0).number(1).item(5).build(1);
+};
+
+TEST_F(PiecesOfAResult, FormItsListsInOrder)
+{
+    const std::int64_t handles = table.liveHandles();
+    table.replyInPieces({head, middle, tail});
+    {
+        const CommandResult result = bridge.syncFiles({});
+
+        EXPECT_TRUE(result.isSuccess);
+        ASSERT_EQ(result.itemsCreated.GetSize(), 2U);
+        ASSERT_EQ(result.itemsDeleted.GetSize(), 2U);
+        ASSERT_EQ(result.itemsUpdated.GetSize(), 1U);
+        EXPECT_EQ(result.itemsCreated[1]->lastModifiedDate, 1'700'000'002);
+        EXPECT_EQ(result.itemsDeleted[0]->lastModifiedDate, 1'700'000'003);
+        EXPECT_EQ(result.itemsUpdated[0]->lastModifiedDate, 1'700'000'005);
+        EXPECT_EQ(table.liveHandles(), handles + 5);
+    }
+    expectNothingLeft(handles);
+}
+
+TEST_F(PiecesOfAResult, CutShortAnywhereFailTheRequest)
+{
+    const std::int64_t handles = table.liveHandles();
+    for (std::size_t size = 0; size < middle.bytes.size(); ++size) {
+        table.replyInPieces({head, middle.cutTo(size), tail});
+        EXPECT_THROW((void)bridge.syncFiles({}), ApiException) << size;
+    }
+    expectNothingLeft(handles);
+}
+
 class FailedRequest : public DamagedList
 {
 protected:

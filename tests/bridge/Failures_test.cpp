@@ -217,8 +217,10 @@ TEST_F(FailingEnumeration, OfALongListLeavesNothingBehind)
     for (int i = 0; i < 30'000; ++i)
         many.push_back(item(1000 + i));
     service.answer("GetFolderContents", failingList(many, 30'000, halfWay));
+    service.answer("SyncFiles", outcome(true, items, many, failingList(many, 30'000, halfWay)));
 
     expectFailure([&] { (void)bridge.getFolderContents(folder); });
+    expectFailure([&] { (void)bridge.syncFiles({}); });
 }
 
 } // namespace

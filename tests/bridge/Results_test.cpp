@@ -285,6 +285,27 @@ TEST_F(Results, OfEveryFileOperationIsTheOutcomeWithItsLists)
     }
 }
 
+// Each list is longer than one piece in which it crosses the boundary.
+TEST_F(Results, OfAFileOperationWithLongListsAreCompleteAndInOrder)
+{
+    constexpr int Count = 8'000;
+    Json lists[] = {Json::array(), Json::array(), Json::array()};
+    for (int i = 0; i < 3 * Count; ++i)
+        lists[i / Count].push_back(item(i));
+    service.answer("SyncFiles", outcome(true, lists[0], lists[1], lists[2]));
+
+    const CommandResult result = bridge.syncFiles({});
+
+    EXPECT_TRUE(result.isSuccess);
+    int number = 0;
+    for (const QVBuffer<Item>* list : {&result.itemsCreated, &result.itemsDeleted, &result.itemsUpdated}) {
+        ASSERT_EQ(list->GetSize(), std::uint32_t{Count});
+        for (std::uint32_t i = 0; i < list->GetSize(); ++i)
+            ASSERT_EQ((*list)[i]->lastModifiedDate, 1'700'000'000 + number++);
+        expectItem(*(*list)[Count - 1], number - 1);
+    }
+}
+
 TEST_F(Results, OfAFailedFileOperationAreMarkedAsFailed)
 {
     service.answer("SyncFiles", outcome(false, Json::array(), Json::array(), Json::array({item(1)})));

@@ -85,6 +85,9 @@ private:
     void receive(VelmoraRequest number, const VelmoraArguments& arguments, Result& result) const;
     template <class Record>
     void receive(VelmoraRequest number, const VelmoraArguments& arguments, QVBuffer<Record>& list) const;
+    void receive(VelmoraRequest number, const VelmoraArguments& arguments, CommandResult& result) const;
+    template <class Result>
+    void receiveInPieces(VelmoraRequest number, const VelmoraArguments& arguments, Result& result) const;
 
     const TessaportEntryPoints* entryPoints = nullptr;
     std::unique_ptr<ManagedHandle> service;

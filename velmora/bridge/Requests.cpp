@@ -1,7 +1,7 @@
 // The requests of QvManagedTessaportService. Each names its number, sets its arguments, and returns its result.
 #include <velmora/bridge/ExceptionTranslation.h>
 #include <velmora/bridge/QvManagedTessaportService.h>
-#include <velmora/bridge/conversions/ListReceiver.h>
+#include <velmora/bridge/conversions/ReplyReceiver.h>
 #include <velmora/bridge/conversions/RequestArguments.h>
 #include <velmora/bridge/conversions/ToNative.h>
 
@@ -43,7 +43,18 @@ void QvManagedTessaportService::receive(Request number, const VelmoraArguments& 
 template <class Record>
 void QvManagedTessaportService::receive(Request number, const VelmoraArguments& arguments, QVBuffer<Record>& list) const
 {
-    ListReceiver<Record> receiver(*entryPoints, list);
+    receiveInPieces(number, arguments, list);
+}
+
+void QvManagedTessaportService::receive(Request number, const VelmoraArguments& arguments, CommandResult& result) const
+{
+    receiveInPieces(number, arguments, result);
+}
+
+template <class Result>
+void QvManagedTessaportService::receiveInPieces(Request number, const VelmoraArguments& arguments, Result& result) const
+{
+    ReplyReceiver<Result> receiver(*entryPoints, result);
     const std::int32_t row = entryPoints->request(number, service->get(), &arguments, receiver.reply().fill());
     receiver.rethrowFailure();
     throwUnlessDone(row, receiver.reply());

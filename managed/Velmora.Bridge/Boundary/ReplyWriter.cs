@@ -98,9 +98,13 @@ internal sealed unsafe class ReplyWriter : IDisposable
     public void EndRecord(Reply* reply)
     {
         ++_recordCount;
-        if (_size >= PieceSize && reply->TakePiece != null)
-            HandOverPiece(reply);
+        if (IsPieceFull(reply))
+            HandOverPiece(reply, _recordCount);
     }
+
+    /// <summary>Whether what was written is to be handed over before more is.</summary>
+    [MethodImpl(MethodImplOptions.AggressiveInlining)]
+    public bool IsPieceFull(Reply* reply) => _size >= PieceSize && reply->TakePiece != null;
 
     /// <summary>Hands memory and handles over to the native side, as the only piece or the last one.</summary>
     public void MoveTo(Reply* reply)
@@ -168,9 +172,12 @@ internal sealed unsafe class ReplyWriter : IDisposable
         };
     }
 
+    /// <summary>Hands over what was written as a piece of a longer reply, and begins the next piece.</summary>
+    /// <exception cref="OperationCanceledException">The native side refused it.</exception>
     [MethodImpl(MethodImplOptions.NoInlining)]
-    private void HandOverPiece(Reply* reply)
+    public void HandOverPiece(Reply* reply, uint count)
     {
+        _recordCount = count;
         Complete();
         reply->Data = _data;
         reply->Size = _size;
@@ -185,7 +192,7 @@ internal sealed unsafe class ReplyWriter : IDisposable
         _handleCount = 0;
         _recordCount = 0;
         if (refused != 0)
-            throw new OperationCanceledException("The native side refused a piece of the list.");
+            throw new OperationCanceledException("The native side refused a piece of the reply.");
     }
 
     private static nuint Filled(nuint count, nuint alignment) => (count + alignment - 1) & ~(alignment - 1);

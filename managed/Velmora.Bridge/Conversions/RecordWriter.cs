@@ -51,25 +51,4 @@ internal static class RecordWriter
         writer.WriteUInt32((uint)(command.Image?.Length ?? 0));
         writer.WriteHandle(command);
     }
-
-    public static void Write(ReplyWriter writer, CommandResult result)
-    {
-        writer.WriteBool(result.IsSuccess);
-        WriteCountedItems(writer, result.ItemsCreated);
-        WriteCountedItems(writer, result.ItemsDeleted);
-        WriteCountedItems(writer, result.ItemsUpdated);
-    }
-
-    // The count is written after the items, because a list is enumerated only once.
-    private static void WriteCountedItems(ReplyWriter writer, IEnumerable<Item>? items)
-    {
-        nuint place = writer.ReserveUInt32();
-        uint count = 0;
-        foreach (Item item in items ?? Array.Empty<Item>())
-        {
-            ItemWriter.WriteItem(writer, item);
-            ++count;
-        }
-        writer.WriteUInt32At(place, count);
-    }
 }

@@ -60,5 +60,12 @@ internal static unsafe class Answers
 
     public static void Items(IEnumerable<Item>? items, Reply* reply) => OptionalList(items, ItemWriter.WriteItem, reply);
 
+    public static void Outcome(CommandResult result, Reply* reply)
+    {
+        using var writer = new ReplyWriter();
+        CommandResultWriter.Write(writer, result, reply);
+        writer.MoveTo(reply, 1);
+    }
+
     public static void Flag(bool value, Reply* reply) => One(value, static (writer, flag) => writer.WriteBool(flag), reply);
 }

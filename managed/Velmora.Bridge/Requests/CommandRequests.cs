@@ -7,9 +7,8 @@ internal static unsafe class CommandRequests
         Arguments.Service(service).GetCommands(Arguments.Context(arguments)), RecordWriter.Write, reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void ExecuteCommand(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
-        Arguments.Service(service).ExecuteCommand(Arguments.Command(arguments), Arguments.Context(arguments)),
-        RecordWriter.Write, reply);
+    public static void ExecuteCommand(long service, RequestArguments* arguments, Reply* reply) => Answers.Outcome(
+        Arguments.Service(service).ExecuteCommand(Arguments.Command(arguments), Arguments.Context(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     public static void GetCommandImage(RequestArguments* arguments, Reply* reply) => Answers.One(

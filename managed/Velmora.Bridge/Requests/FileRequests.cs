@@ -3,9 +3,8 @@ namespace Velmora.Bridge.Requests;
 internal static unsafe class FileRequests
 {
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void AddFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
-        Arguments.Service(service).AddFiles(Arguments.Folder(arguments), Arguments.Strings(arguments)),
-        RecordWriter.Write, reply);
+    public static void AddFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.Outcome(
+        Arguments.Service(service).AddFiles(Arguments.Folder(arguments), Arguments.Strings(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     public static void CanAddFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.Flag(
@@ -20,12 +19,12 @@ internal static unsafe class FileRequests
     }
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void SyncFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
-        Arguments.Service(service).SyncFiles(Arguments.Ids(arguments)), RecordWriter.Write, reply);
+    public static void SyncFiles(long service, RequestArguments* arguments, Reply* reply) => Answers.Outcome(
+        Arguments.Service(service).SyncFiles(Arguments.Ids(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
-    public static void DeleteItems(long service, RequestArguments* arguments, Reply* reply) => Answers.One(
-        Arguments.Service(service).DeleteItems(Arguments.Ids(arguments)), RecordWriter.Write, reply);
+    public static void DeleteItems(long service, RequestArguments* arguments, Reply* reply) => Answers.Outcome(
+        Arguments.Service(service).DeleteItems(Arguments.Ids(arguments)), reply);
 
     [MethodImpl(MethodImplOptions.NoInlining)]
     public static void FileClosedWithinRunningProcess(long service, RequestArguments* arguments) =>

@@ -14,6 +14,7 @@ namespace Quorvex::Velmora::Tessaport
 void toNative(ReplyReader& reader, Common::QVString& text);
 void toNative(ReplyReader& reader, TessaportAPI::Item& item);
 void toNative(ReplyReader& reader, TessaportAPI::Drive& drive);
+/// Sets the outcome, and appends the items: a long result comes in several pieces.
 void toNative(ReplyReader& reader, TessaportAPI::CommandResult& result);
 void toNative(ReplyReader& reader, TessaportAPI::WorkspacePathToItemResult& result);
 void toNative(ReplyReader& reader, TessaportAPI::PropertyDefinition& definition);

@@ -12,20 +12,19 @@
 namespace Quorvex::Velmora::Tessaport
 {
 
-/// Receives a list over the C boundary piece by piece, and appends its records to a buffer. Outlives the call whose
-/// reply it is.
-template <class Record>
-class ListReceiver
+/// Receives a list, or a result with lists, over the C boundary piece by piece, and appends what each piece holds.
+/// Outlives the call whose reply it is.
+template <class Result>
+class ReplyReceiver
 {
 public:
-    ListReceiver(const TessaportEntryPoints& table, Common::QVBuffer<Record>& records)
-        : table(table), owned(table), records(records)
+    ReplyReceiver(const TessaportEntryPoints& table, Result& result) : table(table), owned(table), result(result)
     {
         owned.reply().takePiece = &takePiece;
         owned.reply().taker = this;
     }
-    ListReceiver(const ListReceiver&) = delete;
-    ListReceiver& operator=(const ListReceiver&) = delete;
+    ReplyReceiver(const ReplyReceiver&) = delete;
+    ReplyReceiver& operator=(const ReplyReceiver&) = delete;
 
     [[nodiscard]] OwnedReply& reply() noexcept { return owned; }
 
@@ -45,7 +44,7 @@ private:
 
     static std::int32_t takePiece(VelmoraReply* piece) noexcept
     {
-        auto* const self = static_cast<ListReceiver*>(piece->taker);
+        auto* const self = static_cast<ReplyReceiver*>(piece->taker);
         try {
             self->append(*piece);
             return 0;
@@ -58,14 +57,25 @@ private:
     void append(VelmoraReply& piece)
     {
         ReplyReader reader(piece, table);
+        append(reader, piece, result);
+    }
+
+    template <class Record>
+    static void append(ReplyReader& reader, const VelmoraReply& piece, Common::QVBuffer<Record>& records)
+    {
         records.Reserve(
             capacityAfterAppending(static_cast<std::uint32_t>(std::min(piece.expectedCount, LongestAnnouncement))));
         toNative(reader, reader.count(), records);
     }
 
+    static void append(ReplyReader& reader, const VelmoraReply&, TessaportAPI::CommandResult& outcome)
+    {
+        toNative(reader, outcome);
+    }
+
     const TessaportEntryPoints& table;
     OwnedReply owned;
-    Common::QVBuffer<Record>& records;
+    Result& result;
     std::exception_ptr failure;
 };
 
