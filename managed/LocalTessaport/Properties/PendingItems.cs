@@ -1,6 +1,3 @@
-using System.Buffers;
-using System.Text;
-using System.Text.Encodings.Web;
 using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -10,41 +7,37 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal sealed class PendingItems
 {
-    private static readonly JsonWriterOptions Format = new() { Encoder = JavaScriptEncoder.UnsafeRelaxedJsonEscaping };
-
     private readonly PropertySource _top;
     private readonly Dictionary<string, string> _locks;
-    private readonly ArrayBufferWriter<byte> _text = new();
     private readonly Utf8JsonWriter _json;
 
-    private PendingItems(PropertySource top)
+    private PendingItems(PropertySource top, Utf8JsonWriter json)
     {
         _top = top;
         _locks = LocksOf(top);
-        _json = new Utf8JsonWriter(_text, Format);
+        _json = json;
     }
 
     /// <summary>
     /// A JSON array with one object for each item that is not in sync, is locked or was kept in a conflict, folders before their
     /// contents. What cannot be synced because of the folder it is in is not listed.
     /// </summary>
-    public static string Describe(PropertySource top)
+    public static string Describe(PropertySource top) => JsonList.Make(json =>
     {
-        var items = new PendingItems(top);
-        return items.Describe(items.List);
-    }
+        var items = new PendingItems(top, json);
+        items.ListAll(items.List);
+    });
 
     /// <summary>The same for what the patterns of the drive leave out; of a folder that is left out, only the folder.</summary>
-    public static string DescribeLeftOut(PropertySource top)
+    public static string DescribeLeftOut(PropertySource top) => JsonList.Make(json =>
     {
-        var items = new PendingItems(top);
-        return items.Describe(items.ListLeftOut);
-    }
+        var items = new PendingItems(top, json);
+        items.ListAll(items.ListLeftOut);
+    });
 
     /// <param name="list">Lists one item if it belongs in the list; false if nothing that is in it does.</param>
-    private string Describe(Predicate<SnapshotNode> list)
+    private void ListAll(Predicate<SnapshotNode> list)
     {
-        _json.WriteStartArray();
         var pending = new Stack<SnapshotNode>();
         pending.Push(DriveSnapshot.Take(_top.Drive, _top.View.Path).Top);
         while (pending.TryPop(out var node))
@@ -55,9 +48,6 @@ internal sealed class PendingItems
             for (var i = children.Count - 1; i >= 0; --i)
                 pending.Push(children[i]);
         }
-        _json.WriteEndArray();
-        _json.Flush();
-        return Encoding.UTF8.GetString(_text.WrittenSpan);
     }
 
     /// <summary>Lists one item if it is pending; false if a sync does not look at what is in it.</summary>

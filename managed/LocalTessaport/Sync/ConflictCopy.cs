@@ -13,9 +13,13 @@ internal static class ConflictCopy
         var source = edit.Drive.Side(side).At(path);
         var copy = ChoosePath(path, modified, (on, candidate) => IsFreeOrSame(edit, on, candidate, source));
         FileTransfer.PutOnBothSides(edit, source, edit.At(copy));
-        edit.Index.Synced.Put(edit.Index.Synced.ByPath(copy)! with { Conflict = new ConflictMark(RelativePath.NameOf(path), side) });
+        Mark(edit.Index, copy, path, side);
         return copy;
     }
+
+    /// <summary>Notes in the record of a copy of which file it is another version, and from which side.</summary>
+    public static void Mark(DriveIndex index, string copy, string original, SideName side) =>
+        index.Synced.Put(index.Synced.ByPath(copy)! with { Conflict = new ConflictMark(RelativePath.NameOf(original), side) });
 
     /// <summary>
     /// Marks the first record of a file if it is a copy that was kept by a process that was killed before it could save that.

@@ -38,6 +38,7 @@ internal sealed class PlannedSteps : ISyncSteps
 
     public void RequireSame(SideName side, SnapshotNode node, string path)
     {
+        // The picture is all that a plan knows.
     }
 
     public void MakeFolder(SnapshotNode folder, SideName side)
@@ -57,6 +58,7 @@ internal sealed class PlannedSteps : ISyncSteps
 
     public void Exchange(SideName side, string one, string other)
     {
+        // Both are in the picture, where they are exchanged next, so nothing else can be in the way.
     }
 
     public ItemView KeepCopy(SnapshotNode node, string path, SideName side)
@@ -69,7 +71,7 @@ internal sealed class PlannedSteps : ISyncSteps
         PutCopy(kept, SideName.Workspace, node[side]!.Value, source);
         PutCopy(kept, SideName.Server, node[side]!.Value, source);
         RecordEqual(kept);
-        _edit.Index.Synced.Put(_edit.Index.Synced.ByPath(copy)! with { Conflict = new ConflictMark(RelativePath.NameOf(path), side) });
+        ConflictCopy.Mark(_edit.Index, copy, path, side);
         return _edit.ViewOf(kept, copy);
     }
 

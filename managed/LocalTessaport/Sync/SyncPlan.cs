@@ -1,6 +1,3 @@
-using System.Buffers;
-using System.Text;
-using System.Text.Encodings.Web;
 using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -8,8 +5,6 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Says what a sync would do now, by making the sync's own decisions without carrying them out.</summary>
 internal static class SyncPlan
 {
-    private static readonly JsonWriterOptions Format = new() { Encoder = JavaScriptEncoder.UnsafeRelaxedJsonEscaping };
-
     /// <summary>A JSON array with one object for each item that a sync of the item would list as changed or not done.</summary>
     public static string Describe(PropertySource top)
     {
@@ -19,7 +14,7 @@ internal static class SyncPlan
             var path = top.View.Path;
             report.Attempt(() => Plan(edit, report, path), reason => report.Fail(edit.Index, path, reason));
         }
-        return Describe(report);
+        return JsonList.Make(json => Write(json, report));
     }
 
     private static void Plan(DriveEdit edit, ChangeReport report, string path)
@@ -28,11 +23,8 @@ internal static class SyncPlan
         new ItemSync(edit, report, new PlannedSteps(edit)).SyncTree(path);
     }
 
-    private static string Describe(ChangeReport report)
+    private static void Write(Utf8JsonWriter json, ChangeReport report)
     {
-        var text = new ArrayBufferWriter<byte>();
-        using var json = new Utf8JsonWriter(text, Format);
-        json.WriteStartArray();
         foreach (var item in report.CreatedItems)
             Write(json, item.Path, item.IsFolder, "action", SyncActions.KeptTwice);
         foreach (var item in report.UpdatedItems)
@@ -42,9 +34,6 @@ internal static class SyncPlan
         }
         foreach (var (path, reason) in report.FailedItems)
             Write(json, path, isFolder: false, "error", reason.Message);
-        json.WriteEndArray();
-        json.Flush();
-        return Encoding.UTF8.GetString(text.WrittenSpan);
     }
 
     private static void Write(Utf8JsonWriter json, string path, bool isFolder, string member, string value)
