@@ -10,7 +10,7 @@ internal static class FileLocks
         || (view.IsFolder && edit.Index.Items.Records
             .Where(record => record.LockedBy is not null)
             .Select(edit.Tracker.PathOf)
-            .Any(path => path is not null && RelativePath.IsBeneath(path, view.Path)));
+            .Any(path => path is not null && RelativePath.IsInside(path, view.Path)));
 
     public static void Lock(DriveEdit edit, ItemView view) => Set(edit, view, Environment.UserName);
 

@@ -19,7 +19,7 @@ internal static class RelativePath
 
     public static string FolderOf(string path) => path.LastIndexOf('\\') is var at and >= 0 ? path[..at] : Root;
 
-    public static bool IsBeneath(string path, string folder) =>
+    public static bool IsInside(string path, string folder) =>
         path.Length > folder.Length
         && (folder.Length == 0 || (path[folder.Length] == '\\' && path.StartsWith(folder, Comparison)));
 

@@ -35,7 +35,7 @@ internal sealed class FailureTable
     /// <summary>Forgets an item with everything in it.</summary>
     public void RemoveWithin(string path)
     {
-        foreach (var known in _reasons.Keys.Where(known => known == path || RelativePath.IsBeneath(known, path)).ToList())
+        foreach (var known in _reasons.Keys.Where(known => known == path || RelativePath.IsInside(known, path)).ToList())
             Remove(known);
     }
 }

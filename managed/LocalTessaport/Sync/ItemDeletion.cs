@@ -36,7 +36,7 @@ internal sealed class ItemDeletion
     }
 
     private bool WentBefore(LocalDrive drive, string path) => _deleted.Any(
-        place => place.Drive == drive && (place.Path == path || RelativePath.IsBeneath(path, place.Path)));
+        place => place.Drive == drive && (place.Path == path || RelativePath.IsInside(path, place.Path)));
 
     private static void RequireDeletable(DriveEdit edit, ItemView view)
     {

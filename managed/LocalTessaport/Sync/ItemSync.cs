@@ -113,5 +113,5 @@ internal sealed class ItemSync
 
     // A move of a folder that contains the requested item concerns it too.
     private static bool IsAskedFor(string candidate, string path) =>
-        RelativePath.Comparer.Equals(candidate, path) || RelativePath.IsBeneath(candidate, path) || RelativePath.IsBeneath(path, candidate);
+        RelativePath.Comparer.Equals(candidate, path) || RelativePath.IsInside(candidate, path) || RelativePath.IsInside(path, candidate);
 }

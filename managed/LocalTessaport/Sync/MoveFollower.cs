@@ -132,7 +132,7 @@ internal sealed class MoveFollower
             return new MovePlan(record, to, to);
         var from = _snapshot.Find(record.Path);
         if (from?[other] is not { } left || _edit.IsLeftOut(record) || HasStayed(from, movedOn, record) || !IsCounterpart(left, other, record)
-            || RelativePath.IsBeneath(path, record.Path) || RelativePath.IsBeneath(record.Path, path))
+            || RelativePath.IsInside(path, record.Path) || RelativePath.IsInside(record.Path, path))
             return null;
         return new MovePlan(record, from, to);
     }

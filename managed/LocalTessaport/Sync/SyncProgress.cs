@@ -65,5 +65,5 @@ internal sealed class SyncProgress
     }
 
     private static bool IsWithin(string path, string folder) =>
-        RelativePath.Comparer.Equals(path, folder) || RelativePath.IsBeneath(path, folder);
+        RelativePath.Comparer.Equals(path, folder) || RelativePath.IsInside(path, folder);
 }
