@@ -246,7 +246,7 @@ TEST_F(OddAnswers, DrivesThatChangeBetweenTwoReadingsAreListedOnce)
 {
     const auto drives = [](std::initializer_list<const char*> names) {
         Json list = numberedDrives(static_cast<int>(names.size()));
-        int i = 0;
+        std::size_t i = 0;
         for (const char* name : names)
             list[i++]["name"] = name;
         return list;

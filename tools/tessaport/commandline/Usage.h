@@ -10,6 +10,7 @@ namespace Quorvex::Velmora::Tool
 
 /// The command that was recognised before the line stopped making sense.
 const CLI::App& deepestOf(const CLI::App& app);
+const CLI::App& deepestOf(const CLI::App&& app) = delete;
 
 /// What is wrong with a command line and what to type instead.
 std::string complaintAbout(
