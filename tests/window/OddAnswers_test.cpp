@@ -7,6 +7,7 @@
 #include <QTreeWidget>
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <limits>
 
 #include "tests/window/ScriptedWindow.h"

@@ -42,9 +42,15 @@ check_format() {
     step "format of the C# sources" check-format-cs format_cs --verify-no-changes
 }
 
-check_headers() { build lint all_verify_interface_header_sets; }
+check_headers() {
+    require "$(lint_package)"
+    build lint all_verify_interface_header_sets
+}
 
-check_lint() { build lint compile; }
+check_lint() {
+    require "$(lint_package)"
+    build lint compile
+}
 
 # Another standard library than that of the compiler of the tests.
 check_libcxx() { build libcxx; }

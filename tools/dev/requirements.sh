@@ -12,7 +12,7 @@ readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-se
 # The compiler cache, because the packages and the archive are built of the same objects.
 readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 zip "${site_packages[@]}")
 readonly bench_packages=(git libbenchmark-dev libisal-dev rsync)
-readonly check_packages=(abigail-tools clang clang-format clang-tidy libc++-dev libclang-rt-dev shellcheck)
+readonly check_packages=(abigail-tools clang clang-format libc++-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest zip "${site_packages[@]}")
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)
 
@@ -25,6 +25,15 @@ require() { # <package>...
 CLI11, JSON for Modern C++ (nlohmann_json), Boost, Gumbo, Qt 6.4 and the .NET SDK 8.0 or newer, then run this again"
     else
         require_dotnet
+    fi
+}
+
+# The version that the rules are written for, from Debian's security updates; any other system's own. Needs package lists.
+lint_package() {
+    if apt-cache show clang-tidy-22 >/dev/null 2>&1; then
+        echo clang-tidy-22
+    else
+        echo clang-tidy
     fi
 }
 
