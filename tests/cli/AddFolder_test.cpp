@@ -14,7 +14,6 @@ namespace
 {
 
 using testing::HasSubstr;
-using testing::Not;
 
 class AddFolder : public ToolTest
 {

@@ -18,7 +18,6 @@ namespace
 {
 
 using namespace TessaportAPI;
-using ::testing::ElementsAre;
 
 HWND window(std::intptr_t value) { return reinterpret_cast<HWND>(value); }
 
