@@ -54,7 +54,7 @@ public:
             if (fs::path::preferred_separator == '/' && name.find('\\') != std::string::npos)
                 outcomes.failed(source.given, "a name with a back-slash cannot be added; rename it");
             else if (type == fs::file_type::directory)
-                add(source, relativePath + '/' + name);
+                add(source, std::string(relativePath).append("/").append(name));
             else if (type == fs::file_type::symlink)
                 outcomes.failed(source.given, "it is a link, which is left out; add what it leads to by itself");
             else
