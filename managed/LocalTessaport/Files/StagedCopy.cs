@@ -22,7 +22,7 @@ internal sealed class StagedCopy : IDisposable
     /// <summary>Copies a file and flushes the copy.</summary>
     public static StagedCopy Make(FileSource source, params DriveSide[] sides)
     {
-        var copy = Prepare(source, Array.ConvertAll<DriveSide, Func<FolderLease>>(sides, side => side.OpenStaging));
+        var copy = Prepare(source, sides);
         try
         {
             Flush([copy]);
@@ -36,17 +36,15 @@ internal sealed class StagedCopy : IDisposable
     }
 
     /// <summary>Copies a file; the copy must be flushed before it is committed.</summary>
-    /// <param name="source">The file.</param>
-    /// <param name="openStaging">Opens the folder in which a copy is prepared, for each side that is to have one.</param>
     /// <exception cref="ChangedException">The file changed during each of several attempts.</exception>
-    public static StagedCopy Prepare(FileSource source, params Func<FolderLease>[] openStaging)
+    public static StagedCopy Prepare(FileSource source, params DriveSide[] sides)
     {
         for (var attempt = 1; attempt <= Attempts; ++attempt)
         {
             var copy = new StagedCopy(source);
             try
             {
-                if (copy.Fill(openStaging))
+                if (copy.Fill(sides))
                     return copy;
             }
             catch
@@ -77,13 +75,13 @@ internal sealed class StagedCopy : IDisposable
             file.Dispose();
     }
 
-    private bool Fill(Func<FolderLease>[] openStaging)
+    private bool Fill(DriveSide[] sides)
     {
         using var input = _source.Open();
         Source = input.Entry;
         Step.Reached("Copy.Opened", input.Path);
-        foreach (var open in openStaging)
-            _files.Add(new StagedFile(open()));
+        foreach (var side in sides)
+            _files.Add(new StagedFile(side));
         Hash = FileCopier.Copy(input, _files.ConvertAll(file => file.Handle));
         Step.Reached("Copy.Read", input.Path);
         if (!input.IsUnchanged)

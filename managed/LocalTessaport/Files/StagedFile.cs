@@ -13,9 +13,9 @@ internal sealed class StagedFile : IDisposable
     // What came out of the place and could not be put back stays for the next request.
     private bool _mayHoldOther;
 
-    public StagedFile(FolderLease staging)
+    public StagedFile(DriveSide side)
     {
-        _staging = staging;
+        _staging = side.OpenStaging();
         _path = Path.Join(_staging.Folder.Path, _name);
         try
         {

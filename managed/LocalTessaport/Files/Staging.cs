@@ -9,9 +9,6 @@ internal static class Staging
 {
     public const string FolderName = ".tessaport";
 
-    /// <summary>Ends the names of its folders in which files are prepared; the other folders in it were removed by a user.</summary>
-    public const string FolderSuffix = ".files";
-
     private const int OwnerRights = 0x1c0;
 
     private static readonly FileEntry Private = new() { Kind = EntryKind.Folder, Mode = OwnerRights };
@@ -19,14 +16,11 @@ internal static class Staging
     public static string NewName() => Guid.NewGuid().ToString("N");
 
     /// <summary>Opens the folder and creates it if it is missing.</summary>
-    public static OpenFolder Open(OpenFolder root) => OpenIn(root, FolderName);
-
-    /// <summary>Opens a folder that only its owner can enter, and creates it if it is missing.</summary>
-    public static OpenFolder OpenIn(OpenFolder parent, string name)
+    public static OpenFolder Open(OpenFolder root)
     {
-        parent.MakeFolder(name, Private);
-        return parent.TryOpen(name)
-            ?? throw new IOException($"'{Path.Join(parent.Path, name)}' cannot be opened: it is not a folder. Remove it and try again.");
+        root.MakeFolder(FolderName, Private);
+        return root.TryOpen(FolderName)
+            ?? throw new IOException($"'{Path.Join(root.Path, FolderName)}' cannot be opened: it is not a folder. Remove it and try again.");
     }
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
@@ -40,25 +34,12 @@ internal static class Staging
             using var staging = root.TryOpen(FolderName);
             if (staging is null)
                 return;
-            Recover(root, staging);
+            ReplacementRecord.Recover(root, staging);
             if (staging.Empty())
                 root.RemoveFolder(FolderName);
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
-        }
-    }
-
-    private static void Recover(OpenFolder root, OpenFolder staging)
-    {
-        ReplacementRecord.Recover(root, staging);
-        foreach (var (name, entry) in staging.Read())
-        {
-            if (!entry.IsFolder || !name.EndsWith(FolderSuffix, StringComparison.Ordinal))
-                continue;
-            using var folder = staging.TryOpen(name);
-            if (folder is not null)
-                ReplacementRecord.Recover(root, folder);
         }
     }
 }

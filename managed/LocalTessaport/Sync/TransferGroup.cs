@@ -1,5 +1,3 @@
-using System.Collections.Concurrent;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
@@ -9,12 +7,7 @@ internal sealed class TransferGroup : IDisposable
 {
     private static readonly ParallelOptions Threads = new() { MaxDegreeOfParallelism = Math.Clamp(Environment.ProcessorCount, 1, 4) };
 
-    // For fewer files, making the folders takes longer than waiting.
-    private const int SmallestWithFolders = 32;
-
     private readonly LocalDrive _drive;
-    private readonly ConcurrentBag<StagingFolder> _inWorkspace = [];
-    private readonly ConcurrentBag<StagingFolder> _onServer = [];
     private Task? _preparation;
 
     public TransferGroup(LocalDrive drive, List<Transfer> transfers)
@@ -47,8 +40,6 @@ internal sealed class TransferGroup : IDisposable
     {
         _preparation?.GetAwaiter().GetResult();
         Transfers.ForEach(transfer => transfer.Copy?.Dispose());
-        foreach (var folder in _inWorkspace.Concat(_onServer))
-            folder.Dispose();
     }
 
     private void Prepare()
@@ -64,29 +55,12 @@ internal sealed class TransferGroup : IDisposable
     {
         try
         {
-            var (source, to) = (_drive.Side(transfer.From).At(transfer.Path), transfer.From.Opposite());
-            transfer.Copy = Transfers.Count < SmallestWithFolders
-                ? StagedCopy.Prepare(source, _drive.Side(to).OpenStaging)
-                : PrepareInFolder(source, to);
+            var (from, to) = (_drive.Side(transfer.From), _drive.Side(transfer.From.Opposite()));
+            transfer.Copy = StagedCopy.Prepare(from.At(transfer.Path), to);
         }
         catch (Exception e)
         {
             transfer.Failure = e;
-        }
-    }
-
-    // Each thread has its own folder while it prepares a file.
-    private StagedCopy PrepareInFolder(FileSource source, SideName to)
-    {
-        var unused = to == SideName.Workspace ? _inWorkspace : _onServer;
-        var folder = unused.TryTake(out var existing) ? existing : new StagingFolder(_drive.Side(to));
-        try
-        {
-            return StagedCopy.Prepare(source, folder.Open);
-        }
-        finally
-        {
-            unused.Add(folder);
         }
     }
 

@@ -34,7 +34,7 @@ public sealed class KillBetweenStepsTests : IDisposable
         RequireKept("from the server");
     }
 
-    // Many files are prepared in several folders.
+    // Many files are prepared before the first of them is placed.
     [UnixTheory]
     [InlineData("Commit.Guarded", "Commit.Exchanged", "None")]
     [InlineData("Commit.Guarded", "Commit.SetAside", "Exchanging")]

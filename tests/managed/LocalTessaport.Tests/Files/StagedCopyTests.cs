@@ -132,7 +132,7 @@ public sealed class StagedCopyTests : IDisposable
     [Fact]
     public void ACopyThatWasNotFlushedCannotTakeItsPlace()
     {
-        using var copy = StagedCopy.Prepare(FileSource.Outside(_source), _one.OpenStaging);
+        using var copy = StagedCopy.Prepare(FileSource.Outside(_source), _one);
 
         Assert.Throws<InvalidOperationException>(() => copy.Commit(0, _one, "a", null));
     }
@@ -140,7 +140,7 @@ public sealed class StagedCopyTests : IDisposable
     [Fact]
     public void ManyCopiesAreFlushedTogether()
     {
-        var copies = Enumerable.Range(0, 40).Select(_ => StagedCopy.Prepare(FileSource.Outside(_source), _one.OpenStaging, _other.OpenStaging)).ToList();
+        var copies = Enumerable.Range(0, 40).Select(_ => StagedCopy.Prepare(FileSource.Outside(_source), _one, _other)).ToList();
 
         StagedCopy.Flush(copies);
         for (var i = 0; i < copies.Count; ++i)
