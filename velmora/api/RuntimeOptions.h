@@ -11,8 +11,8 @@ struct RuntimeOptions {
     /// library.
     std::filesystem::path apiFolder;
 
-    /// The folder of a .NET installation, which holds host/fxr. Empty means the folder velmora/dotnet beside this library
-    /// if there is one, as in complete archives, otherwise the installation that .NET's own look-up finds.
+    /// The folder of a .NET installation, which holds host/fxr. Empty means the folder velmora/dotnet beside this
+    /// library if there is one, as in complete archives, otherwise the installation that .NET's own look-up finds.
     std::filesystem::path dotnetRoot;
 };
 
