@@ -11,6 +11,19 @@ internal sealed record Property(string Id, string DisplayName, PropertyDataType 
     /// <summary>Whether the root of an offline drive has a value.</summary>
     public bool IsKnownOffline { get; init; }
 
+    /// <summary>
+    /// The value that the item's id carries, for properties for which the item need not be looked at; null for the others.
+    /// </summary>
+    public Func<ItemId, object?>? InId { get; init; }
+
+    public PropertyValue ValueOf(DrivePlace place, object value) => new()
+    {
+        DriveId = place.Drive.Id,
+        RelativePath = place.Path,
+        PropertyDefinitionId = Id,
+        Value = value,
+    };
+
     public PropertyDefinition ToDefinition() => new()
     {
         Id = Id,

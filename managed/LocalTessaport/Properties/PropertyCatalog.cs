@@ -17,7 +17,7 @@ internal static class PropertyCatalog
         new("SyncError", "Reason of the last failure", PropertyTypes.String, SyncStates.ReasonOf),
         new("ConflictOf", "Other version of", PropertyTypes.String, s => Conflicts.OtherOf(s.Drive, s.Synced)),
         new("ConflictFrom", "Version from", PropertyTypes.String, Conflicts.SideOf),
-        new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action),
+        new("SyncAction", "What the sync did", PropertyTypes.String, s => s.Action) { InId = id => id.Action },
         new("ContentHash", "SHA-256", PropertyTypes.String, s => s.IsFile ? s.TryHash() : null),
     ];
 

@@ -20,6 +20,23 @@ internal static class PropertyReader
         return values;
     }
 
+    /// <summary>Reads properties whose values the ids of the items carry.</summary>
+    public static List<PropertyValue> ReadFromIds(RequestScope request, List<ItemId> ids, List<Property> properties)
+    {
+        var values = new List<PropertyValue>(ids.Count * properties.Count);
+        foreach (var id in ids)
+        {
+            if (request.TryPlaceOf(id) is not { Drive.Offline: false } place)
+                continue;
+            foreach (var property in properties)
+            {
+                if (property.InId!(id) is { } value)
+                    values.Add(property.ValueOf(place, value));
+            }
+        }
+        return values;
+    }
+
     private static void Read(PropertySource source, List<Property> properties, List<PropertyValue> values)
     {
         foreach (var property in properties)
@@ -27,13 +44,7 @@ internal static class PropertyReader
             if (!property.AppliesTo(source.Drive) || (source.Drive.Offline && !property.IsKnownOffline)
                 || property.Read(source) is not { } value)
                 continue;
-            values.Add(new PropertyValue
-            {
-                DriveId = source.Drive.Id,
-                RelativePath = source.View.Path,
-                PropertyDefinitionId = property.Id,
-                Value = value,
-            });
+            values.Add(property.ValueOf(new DrivePlace(source.Drive, source.View.Path), value));
         }
     }
 

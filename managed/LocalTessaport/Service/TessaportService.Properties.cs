@@ -10,6 +10,9 @@ public partial class TessaportService
         ArgumentNullException.ThrowIfNull(ids);
         ArgumentNullException.ThrowIfNull(propertyDefinitionIds);
         var request = RequestScope.Begin();
+        var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();
+        if (properties.TrueForAll(property => property.InId is not null))
+            return new PropertyValues { Values = PropertyReader.ReadFromIds(request, ids, properties) };
         using var drives = new OpenedDrives();
         var items = ids
             .Select(id => (Place: request.TryPlaceOf(id), id?.Action))
@@ -17,7 +20,6 @@ public partial class TessaportService
             .Select(item => (View: ItemView.ToDescribe(drives.At(item.Place!.Value)), item.Action))
             .Where(item => item.View.Exists || item.View.IsRoot)
             .ToList();
-        var properties = propertyDefinitionIds.Select(PropertyCatalog.Find).OfType<Property>().ToList();
         var (views, actions) = (items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action));
         return new PropertyValues { Values = PropertyReader.Read(request, views, actions, properties) };
     }

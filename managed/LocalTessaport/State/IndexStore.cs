@@ -27,6 +27,9 @@ internal static class IndexStore
         return index;
     }
 
+    /// <summary>Drops what is kept in memory.</summary>
+    public static void ForgetAll() => Known.Clear();
+
     /// <summary>Saves the records and takes ownership of them: from now on they are handed out for reading.</summary>
     public static void Save(HomeFolder home, Guid drive, DriveIndex index)
     {

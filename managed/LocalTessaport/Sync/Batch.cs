@@ -18,6 +18,9 @@ internal static class Batch
             report.Attempt(scope.Save);
         }
         var (result, count) = (report.ToResult(), report.Count);
+        // While a long result is read, the records would be as large as it is. The next request that needs them reads them again.
+        if (count >= LargeGarbage.ManyItems)
+            IndexStore.ForgetAll();
         LargeGarbage.ReleaseAfter(count);
         return result;
     }

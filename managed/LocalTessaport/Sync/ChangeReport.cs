@@ -66,10 +66,21 @@ internal sealed class ChangeReport
     public CommandResult ToResult() => new()
     {
         IsSuccess = Failures == 0,
-        ItemsCreated = _created.Select(item => item.ToItem()),
-        ItemsUpdated = _updated.Select(item => item.ToItem()),
-        ItemsDeleted = _deleted.Select(item => item.ToItem()),
+        ItemsCreated = Items(_created),
+        ItemsUpdated = Items(_updated),
+        ItemsDeleted = Items(_deleted),
     };
+
+    private static IEnumerable<Item> Items(List<ListedItem> list)
+    {
+        for (var i = 0; i < list.Count; ++i)
+        {
+            yield return list[i].ToItem();
+            // The items that were read before are garbage by now, unless the reader keeps them.
+            if ((i + 1) % LargeGarbage.ManyItems == 0)
+                LargeGarbage.ReleaseAfter(LargeGarbage.ManyItems);
+        }
+    }
 
     private void List(List<ListedItem> list, ListedItem item)
     {

@@ -6,8 +6,8 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class LargeGarbage
 {
-    // For fewer items the collection takes longer than it is worth.
-    private const int ManyItems = 20_000;
+    /// <summary>For fewer items the collection takes longer than it is worth.</summary>
+    public const int ManyItems = 20_000;
 
     /// <param name="items">How many items the work that is finished was about.</param>
     public static void ReleaseAfter(int items)

@@ -136,6 +136,23 @@ public sealed class PropertyTests : IDisposable
     }
 
     [Fact]
+    public void SyncActionIsKnownWithoutALookAtTheItemAndTheSameBesideOtherProperties()
+    {
+        var drive = _home.AddDrive();
+        drive.PutInWorkspace("a.txt");
+        var listed = drive.Sync("").ItemsUpdated.Single(item => item.Name == "a.txt").Id;
+        var both = _home.Service.GetProperties([listed], ["Name", "SyncAction"]).Values;
+        System.IO.File.Delete(drive.InWorkspace("a.txt"));
+        System.IO.File.Delete(drive.OnServer("a.txt"));
+
+        var alone = Assert.Single(_home.Service.GetProperties([listed], ["SyncAction"]).Values);
+
+        Assert.Equal(["a.txt", "uploaded"], both.Select(value => value.Value));
+        Assert.Equal(("uploaded", "a.txt", drive.Id, "SyncAction"),
+            ((string)alone.Value, alone.RelativePath, alone.DriveId, alone.PropertyDefinitionId));
+    }
+
+    [Fact]
     public void OnlyExistingItemsHaveValues()
     {
         var drive = _home.AddDrive();
