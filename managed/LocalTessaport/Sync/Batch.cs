@@ -18,7 +18,7 @@ internal static class Batch
             report.Attempt(scope.Save);
         }
         var (result, count) = (report.ToResult(), report.Count);
-        // While a long result is read, the records would be as large as it is. The next request that needs them reads them again.
+        // The records take as much memory as a long result, which is read next. Whoever needs them later reads them from the disk.
         if (count >= LargeGarbage.ManyItems)
             IndexStore.ForgetAll();
         LargeGarbage.ReleaseAfter(count);
