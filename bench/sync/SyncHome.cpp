@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "tests/support/ChildProcess.h"
@@ -28,28 +27,17 @@ std::vector<fs::path> filesIn(const fs::path& folder)
     return files;
 }
 
-double processorSecondsOfChildren()
-{
-    rusage used{};
-    ::getrusage(RUSAGE_CHILDREN, &used);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(used.ru_utime) + seconds(used.ru_stime);
-}
-
 Run runTimed(TestSupport::ChildProgram program)
 {
     program.timeLimit = std::chrono::hours(1);
     // What was written before must not be flushed on the account of this run.
     ::sync();
-    const double usedBefore = processorSecondsOfChildren();
     const auto begin = std::chrono::steady_clock::now();
     const auto result = TestSupport::run(program);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     if (!result.exitedWith(0))
         throw std::runtime_error(program.program.string() + " failed: " + result.description());
-    return {took.count(), processorSecondsOfChildren() - usedBefore, static_cast<double>(result.peakMemory) / 1e6};
+    return {took.count(), result.processorTime.count(), static_cast<double>(result.peakMemory) / 1e6};
 }
 
 } // namespace

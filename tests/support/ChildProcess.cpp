@@ -173,10 +173,16 @@ std::string receive(int from, std::size_t wanted = std::numeric_limits<std::size
     return received;
 }
 
+std::chrono::duration<double> durationOf(const timeval& time)
+{
+    return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+}
+
 void setEnd(ChildResult& result, int status, const rusage& usage, bool killed)
 {
     constexpr std::size_t kibibyte = 1024;
     result.peakMemory = static_cast<std::size_t>(usage.ru_maxrss) * kibibyte;
+    result.processorTime = durationOf(usage.ru_utime) + durationOf(usage.ru_stime);
     result.timedOut = killed && WIFSIGNALED(status);
     if (WIFSIGNALED(status))
         result.signal = WTERMSIG(status);

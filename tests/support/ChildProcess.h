@@ -41,6 +41,8 @@ struct ChildResult {
     std::string errors;
     /// The peak memory use, in bytes.
     std::size_t peakMemory = 0;
+    /// What all its threads used in user and in system mode.
+    std::chrono::duration<double> processorTime{};
 
     /// True if the process exited by itself with this code.
     [[nodiscard]] bool exitedWith(int code) const { return !timedOut && signal == 0 && exitCode == code; }
