@@ -10,6 +10,7 @@ namespace Velmora.Bridge.Loading;
 internal static class ApiAssembly
 {
     private const string Name = "Quorvex.Tessaport.API";
+    private const string Remedy = "Set RuntimeOptions::apiFolder to the folder of the sync application that holds it.";
     public const string FileName = Name + ".dll";
 
     // There is no static constructor here, because no start could succeed after it had failed once.
@@ -32,6 +33,7 @@ internal static class ApiAssembly
             context.ResolvingUnmanagedDll += (_, name) => _dependencies!.LoadLibrary(name);
         }
         _dependencies = new DependencyFolder(context, path);
+        CheckName(context, path);
         Assembly assembly = BindReference(path);
         if (!SamePath(assembly.Location, path))
         {
@@ -49,15 +51,41 @@ internal static class ApiAssembly
 
     private static void CheckFile(string folder, string path)
     {
-        const string Remedy = "Set RuntimeOptions::apiFolder to the folder of the sync application that holds it.";
         if (!Directory.Exists(folder))
             throw new LoadingException($"{FileName} was looked for in '{folder}', which is not a folder. {Remedy}");
         if (!File.Exists(path))
             throw new LoadingException($"{FileName} was looked for in '{folder}' and is not there. {Remedy}");
-        string? found;
+    }
+
+    // In a runtime that this library has started, the assembly is loaded to learn its name: the reference to it then finds it
+    // without an event, after which the runtime compares names by the rules of a culture, and loads ICU's for that (6 ms).
+    // Another program's runtime may have an assembly that the reference finds first; so there only the name is read.
+    private static void CheckName(AssemblyLoadContext context, string path)
+    {
+        string? found = context == AssemblyLoadContext.Default ? NameOfLoaded(path) : ReadName(path);
+        if (found != Name)
+            throw Misnamed(path, found);
+    }
+
+    private static string? NameOfLoaded(string path)
+    {
         try
         {
-            found = AssemblyName.GetAssemblyName(path).Name;
+            return AssemblyLoadContext.Default.LoadFromAssemblyPath(path).GetName().Name;
+        }
+        catch (Exception e) when (e is IOException or BadImageFormatException or UnauthorizedAccessException)
+        {
+            string? name = ReadName(path);
+            throw name == Name ? DoesNotFit(path, e) : Misnamed(path, name);
+        }
+    }
+
+    // This needs four more assemblies.
+    private static string? ReadName(string path)
+    {
+        try
+        {
+            return AssemblyName.GetAssemblyName(path).Name;
         }
         catch (Exception e) when (e is BadImageFormatException or FileLoadException)
         {
@@ -67,8 +95,6 @@ internal static class ApiAssembly
         {
             throw new LoadingException($"'{path}' cannot be read: {e.Message} Give this user the right to read it.");
         }
-        if (found != Name)
-            throw new LoadingException($"'{path}' holds the assembly '{found}', and not {Name}. {Remedy}");
     }
 
     private static void CheckNoOther(AssemblyLoadContext place, string path)
@@ -91,10 +117,15 @@ internal static class ApiAssembly
         }
         catch (Exception e) when (e is TypeLoadException or IOException or BadImageFormatException)
         {
-            throw new LoadingException(
-                $"'{path}' does not fit this library: {e.Message} Install a version of the sync application that this library was built for, and restart this process.");
+            throw DoesNotFit(path, e);
         }
     }
+
+    private static LoadingException DoesNotFit(string path, Exception e) => new(
+        $"'{path}' does not fit this library: {e.Message} Install a version of the sync application that this library was built for, and restart this process.");
+
+    private static LoadingException Misnamed(string path, string? name) =>
+        new($"'{path}' holds the assembly '{name}', and not {Name}. {Remedy}");
 
     // A method of its own, because compiling it binds the reference.
     [MethodImpl(MethodImplOptions.NoInlining)]

@@ -13,9 +13,10 @@ constexpr const char* AssemblyName = "Quorvex.Tessaport.API.dll";
 class ManagedHost : public testing::Test
 {
 protected:
-    static std::vector<std::string> connect(const std::vector<std::string>& loadedBefore)
+    static std::vector<std::string> connect(
+        const std::vector<std::string>& loadedBefore, const fs::path& library = libraryOfBuild().parent_path())
     {
-        const ChildResult result = runManagedHost(vendorFolder("fitting"), loadedBefore);
+        const ChildResult result = runManagedHost(vendorFolder("fitting"), loadedBefore, library);
         EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
         return linesOf(result);
     }
@@ -39,4 +40,17 @@ TEST_F(ManagedHost, IsToldWhenItHasLoadedAnotherAssemblyOfThatName)
     EXPECT_THAT(
         connect({other.u8string()}), ElementsAre(failsNaming(other.u8string(), "is already loaded in this process",
                                          (vendorFolder("fitting") / AssemblyName).u8string(), "Restart this process")));
+}
+
+TEST_F(ManagedHost, IsToldWhenTheApiAssemblyIsFoundInTheBridgeFolder)
+{
+    const Installation installation;
+    // Without this file the runtime takes any assembly beside the bridge.
+    fs::remove(installation.bridge() / "Velmora.Bridge.deps.json");
+    const fs::path intruder = installation.bridge() / AssemblyName;
+    fs::copy_file(vendorFolder("version-5.2") / AssemblyName, intruder);
+
+    EXPECT_THAT(connect({}, installation.library()),
+        ElementsAre(failsNaming(intruder.u8string(), (vendorFolder("fitting") / AssemblyName).u8string(),
+            "Remove that file", "restart this process")));
 }
