@@ -15,9 +15,9 @@
 #include <gtest/gtest.h>
 
 #include <velmora/api/Exceptions.h>
+#include "tests/bridge/runtime/FakeBridge.h"
 #include "tests/bridge/runtime/FakeHostFxr.h"
 #include "tests/bridge/runtime/Installation.h"
-#include "tests/support/ReplyBuilder.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;
@@ -31,46 +31,6 @@ constexpr std::uint32_t FirstCode = 0x80008081;
 constexpr std::uint32_t LastCode = 0x800080a7;
 constexpr std::uint32_t RuntimeFailedToStart = 0x80008089;
 constexpr std::uint32_t InvalidState = 0x800080a3;
-
-#ifdef _WIN32
-constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json", "nethost.dll"};
-#else
-constexpr const char* BridgeFiles[] = {"Velmora.Bridge.dll", "Velmora.Bridge.runtimeconfig.json"};
-#endif
-
-// What the fake bridge does when it is started.
-struct BridgeScript {
-    std::int32_t row = 0;
-    std::vector<std::u16string> strings;
-    int started = 0;
-    int repliesReleased = 0;
-    std::u16string apiFolder;
-    std::uint32_t version = 0;
-    std::uint32_t size = 0;
-};
-BridgeScript bridgeScript;
-
-PackedReply replyOf(const std::vector<std::u16string>& strings)
-{
-    ReplyBuilder builder;
-    for (const std::u16string& each : strings)
-        builder.string(each);
-    return builder.build(static_cast<std::uint32_t>(strings.size()));
-}
-
-std::int32_t startFakeBridge(TessaportEntryPoints* table, const VelmoraString* apiFolder, VelmoraReply* reply)
-{
-    static PackedReply content;
-    ++bridgeScript.started;
-    bridgeScript.apiFolder.assign(apiFolder->data, apiFolder->length);
-    bridgeScript.version = table->version;
-    bridgeScript.size = table->size;
-    table->releaseReply = [](VelmoraReply*) { ++bridgeScript.repliesReleased; };
-    content = replyOf(bridgeScript.strings);
-    reply->data = content.bytes.data();
-    reply->size = content.bytes.size();
-    return bridgeScript.row;
-}
 
 std::string hexadecimal(std::uint32_t code)
 {
@@ -86,8 +46,7 @@ class Starting : public testing::Test
 protected:
     Starting()
     {
-        bridgeScript = {};
-        bridgeScript.strings = {u".NET 8.0.1", u"0.1.0.0", u"/api/Quorvex.Tessaport.API.dll", u"3.0.0.0"};
+        bridgeScript = successfulBridge();
         script.startBridge = startFakeBridge;
         for (const char* const name : BridgeFiles)
             writeText(bridge / name, "");
@@ -262,15 +221,15 @@ TEST_F(Starting, DescribesWhatRuns)
 
 TEST_F(Starting, ReportsTheBridgesOwnMessageUnchangedAndDoesNotStartTheHostAgain)
 {
-    const std::vector<std::u16string> described = bridgeScript.strings;
+    const PackedReply described = bridgeScript.reply;
     bridgeScript.row = 6;
-    bridgeScript.strings = {u"the assembly is not there"};
+    bridgeScript.reply = replyOf({u"the assembly is not there"});
 
     EXPECT_EQ(failureOfStart(), "the assembly is not there");
     EXPECT_TRUE(runtime.description().framework.empty());
 
     bridgeScript.row = 0;
-    bridgeScript.strings = described;
+    bridgeScript.reply = described;
     expectSuccess();
     EXPECT_EQ(script.started, 1);
     EXPECT_EQ(bridgeScript.started, 2);
@@ -279,7 +238,7 @@ TEST_F(Starting, ReportsTheBridgesOwnMessageUnchangedAndDoesNotStartTheHostAgain
 
 TEST_F(Starting, FailsWhenTheReplyDoesNotDescribeTheRuntime)
 {
-    bridgeScript.strings = {u".NET 8.0.1"};
+    bridgeScript.reply = replyOf({u".NET 8.0.1"});
 
     EXPECT_THROW((void)runtime.entryPoints(), std::exception);
     EXPECT_TRUE(runtime.description().framework.empty());

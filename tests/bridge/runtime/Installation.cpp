@@ -14,9 +14,6 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// The path as messages show it: with the platform's own slashes, and with the drive on Windows.
-fs::path native(const char* path) { return fs::absolute(fs::u8path(path)).make_preferred(); }
-
 fs::path hostProgram(std::string_view name) { return hostFile(std::string(name) + VELMORA_PROGRAM_SUFFIX); }
 
 // For programs that are not in the folder of the library.
@@ -31,6 +28,8 @@ void findLibraryIn(const fs::path& folder, std::map<std::string, std::string>& e
 }
 
 } // namespace
+
+fs::path native(const char* path) { return fs::absolute(fs::u8path(path)).make_preferred(); }
 
 fs::path vendorFolder(std::string_view variant) { return native(VELMORA_VENDORS_FOLDER) / variant; }
 

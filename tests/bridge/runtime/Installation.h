@@ -16,6 +16,10 @@
 namespace Quorvex::Velmora::TestSupport
 {
 
+/// A path of the build in the platform's own form, which messages show: with its slashes, and with the drive on
+/// Windows.
+[[nodiscard]] std::filesystem::path native(const char* path);
+
 /// The folder of one variant of the vendor's assembly: see tests/managed/Vendors.
 [[nodiscard]] std::filesystem::path vendorFolder(std::string_view variant);
 

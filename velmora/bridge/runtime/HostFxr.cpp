@@ -1,15 +1,13 @@
 #include "velmora/bridge/runtime/HostFxr.h"
 
-#include <array>
-#include <string_view>
 #include <vector>
 
 #include <coreclr_delegates.h>
 #include <nethost.h>
 
 #include <velmora/bridge/runtime/Globalization.h>
+#include <velmora/bridge/runtime/HostErrors.h>
 #include <velmora/bridge/runtime/NativeLibrary.h>
-#include <velmora/text/Unicode.h>
 
 #ifdef _WIN32
 #define VELMORA_HOST_TEXT(text) L##text
@@ -30,49 +28,6 @@ constexpr auto ProcedureNotFound = static_cast<std::int32_t>(0x8007007f);
 
 constexpr const char_t* StartupType = VELMORA_HOST_TEXT("Velmora.Bridge.Loading.Startup, Velmora.Bridge");
 constexpr const char_t* StartMethod = VELMORA_HOST_TEXT("Start");
-
-// Collects what hostfxr writes on this thread during one step.
-class ErrorCollector
-{
-public:
-    explicit ErrorCollector(hostfxr_set_error_writer_fn setWriter) : setWriter(setWriter)
-    {
-        current = this;
-        if (setWriter != nullptr)
-            previous = setWriter(&append);
-    }
-    ErrorCollector(const ErrorCollector&) = delete;
-    ErrorCollector& operator=(const ErrorCollector&) = delete;
-    ~ErrorCollector()
-    {
-        if (setWriter != nullptr)
-            setWriter(previous);
-        current = nullptr;
-    }
-
-    [[nodiscard]] const std::string& collected() const noexcept { return text; }
-
-private:
-    // Called by hostfxr, through which no exception may pass.
-    static void HOSTFXR_CALLTYPE append(const char_t* message)
-    {
-        try {
-            std::string& text = current->text;
-            if (!text.empty())
-                text += ' ';
-            text += std::filesystem::path(message).u8string();
-        } catch (...) {
-        }
-    }
-
-    static thread_local ErrorCollector* current;
-
-    std::string text;
-    hostfxr_set_error_writer_fn setWriter;
-    hostfxr_error_writer_fn previous = nullptr;
-};
-
-thread_local ErrorCollector* ErrorCollector::current = nullptr;
 
 // Closes the context in any case: an open one blocks all later contexts of the process.
 class Context
@@ -105,7 +60,7 @@ public:
 
     HostingStatus start(const std::filesystem::path& bridgeFolder, StartBridge& startBridge) override
     {
-        const ErrorCollector errors(setErrorWriter);
+        const HostErrors errors(setErrorWriter);
         HostingStatus status;
         status.code = startRuntime(bridgeFolder, reinterpret_cast<void**>(&startBridge));
         if (!status.succeeded())
@@ -185,7 +140,7 @@ private:
         if (code == 0) { // Otherwise a runtime runs already, with its own properties and assemblies.
             allowMissingIcu(context.handle, properties);
             load_assembly_fn load = nullptr;
-            code = getDelegate(context.handle, hdt_load_assembly, reinterpret_cast<void**>(&load));
+            code = askFor(load, context.handle, hdt_load_assembly);
             if (!HostingStatus::isSuccess(code))
                 return code;
             if (load(assembly.c_str(), nullptr, nullptr) == 0 && findInDefaultContext(context.handle, startBridge))
@@ -197,8 +152,9 @@ private:
     bool findInDefaultContext(hostfxr_handle context, void** startBridge)
     {
         get_function_pointer_fn find = nullptr;
-        return getDelegate(context, hdt_get_function_pointer, reinterpret_cast<void**>(&find)) == 0 &&
-               find(StartupType, StartMethod, UNMANAGEDCALLERSONLY_METHOD, nullptr, nullptr, startBridge) == 0;
+        return askFor(find, context, hdt_get_function_pointer) == 0 &&
+               find(StartupType, StartMethod, UNMANAGEDCALLERSONLY_METHOD, nullptr, nullptr, startBridge) == 0 &&
+               *startBridge != nullptr;
     }
 
     // Where other managed code may have assemblies of the same names. It makes the runtime compare names by the rules
@@ -206,11 +162,25 @@ private:
     std::int32_t loadIntoOwnContext(hostfxr_handle context, const std::filesystem::path& assembly, void** startBridge)
     {
         load_assembly_and_get_function_pointer_fn load = nullptr;
-        const std::int32_t code =
-            getDelegate(context, hdt_load_assembly_and_get_function_pointer, reinterpret_cast<void**>(&load));
+        const std::int32_t code = askFor(load, context, hdt_load_assembly_and_get_function_pointer);
         if (!HostingStatus::isSuccess(code))
             return code;
-        return load(assembly.c_str(), StartupType, StartMethod, UNMANAGEDCALLERSONLY_METHOD, nullptr, startBridge);
+        return checked(
+            load(assembly.c_str(), StartupType, StartMethod, UNMANAGEDCALLERSONLY_METHOD, nullptr, startBridge),
+            *startBridge);
+    }
+
+    template <class Function>
+    std::int32_t askFor(Function& function, hostfxr_handle context, hostfxr_delegate_type type)
+    {
+        return checked(getDelegate(context, type, reinterpret_cast<void**>(&function)), function);
+    }
+
+    // A host that reports success may still hand out nothing to call.
+    template <class Function>
+    static std::int32_t checked(std::int32_t code, const Function& function)
+    {
+        return HostingStatus::isSuccess(code) && function == nullptr ? HostingCode::HostFunctionMissing : code;
     }
 
     std::filesystem::path dotnetRoot;
