@@ -47,6 +47,19 @@ TEST_F(AddFolder, PutsEverythingInItOnBothSides)
     EXPECT_THAT(expectOk({"status", plans() + "/site"}), HasSubstr("everything is in sync"));
 }
 
+// As an addition leaves it that failed between the two sides.
+TEST_F(AddFolder, AddsAFileThatIsOnlyInTheWorkspaceToTheServerToo)
+{
+    expectOk({"add", text(source), plans()});
+    writeFile(source / "c.txt", "c");
+    writeFile(here("site/c.txt"), "c");
+
+    EXPECT_THAT(expectOk({"add", text(source), plans()}), HasSubstr("updated  " + text(source / "c.txt")));
+
+    EXPECT_EQ(readFile(there("site/c.txt")), "c");
+    EXPECT_EQ(readFile(here("site/c.txt")), "c");
+}
+
 TEST_F(AddFolder, ReplacesNoFileOfAFolderThatExists)
 {
     expectOk({"add", text(source), plans()});

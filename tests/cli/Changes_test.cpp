@@ -51,6 +51,17 @@ TEST_F(Changes, MkdirMakesNestedFoldersOnBothSides)
     EXPECT_EQ(expectOk({"mkdir", path + '/'}), "exists  " + path + "/\n");
 }
 
+TEST_F(Changes, MkdirMakesAFolderThatIsOnlyInTheWorkspaceOnTheServerToo)
+{
+    const std::string path = plans() + "/half";
+    fs::create_directory(toPath(path));
+
+    EXPECT_EQ(expectOk({"mkdir", path}), "created  " + path + '\n');
+
+    EXPECT_TRUE(fs::is_directory(server("harbour") / "plans/half"));
+    EXPECT_EQ(expectOk({"mkdir", path}), "exists  " + path + '\n');
+}
+
 TEST_F(Changes, DryRunsOnlyShowWhatWouldBeDone)
 {
     const std::string file = source("new.txt", "new");

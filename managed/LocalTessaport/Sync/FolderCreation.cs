@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>Finds a folder below another one by its name or path, and creates it if it does not exist.</summary>
+/// <summary>Finds a folder below another one by its name or path, and creates it on each side on which it does not exist.</summary>
 internal static class FolderCreation
 {
     public static ItemView GetOrCreate(RequestScope request, DrivePlace parent, string? name)
@@ -8,8 +8,13 @@ internal static class FolderCreation
         FolderListing.RequireFolder(ItemView.At(parent.Drive, parent.Path));
         var path = PathBelow(parent.Path, name);
         var found = new ItemFinder().Find(parent with { Path = path });
-        return found is { IsFolder: true } folder ? folder : Create(request, parent.Drive, path);
+        return found is { IsFolder: true } folder && !IsToBeCompleted(folder) ? folder : Create(request, parent.Drive, path);
     }
+
+    // A folder on one side is there: where nothing can be created on the other one, it is the answer and no failure.
+    private static bool IsToBeCompleted(ItemView folder) =>
+        (folder.Workspace is null || folder.Server is null)
+        && folder.Drive.AcceptsChanges && folder.Drive.Ignored?.PatternFor(folder.Path, isFolder: true) is null;
 
     private static string PathBelow(string parent, string? name)
     {

@@ -214,6 +214,29 @@ public sealed class AdditionTests : IDisposable
         Assert.True(File.Exists(_drive.InWorkspace("a/b/c/x.txt")));
     }
 
+    [Theory]
+    [InlineData(true)]
+    [InlineData(false)]
+    public void AFolderThatIsOnOneSideIsMadeOnTheOtherOne(bool isInWorkspace)
+    {
+        Directory.CreateDirectory(isInWorkspace ? _drive.InWorkspace("a") : _drive.OnServer("a"));
+
+        var made = _home.Service.GetOrCreateFolder(_drive.Root.Id, "a");
+
+        Assert.True(made is { IsFolder: true, IsInWorkspace: true, IsOnServer: true });
+        Assert.True(Directory.Exists(_drive.InWorkspace("a")) && Directory.Exists(_drive.OnServer("a")));
+    }
+
+    [Fact]
+    public void AFolderThatIsOnOneSideOfAReadOnlyDriveIsFound()
+    {
+        Directory.CreateDirectory(_drive.InWorkspace("a"));
+        _home.Configure(_drive, "writable", false);
+
+        Assert.True(_home.Service.GetOrCreateFolder(_drive.Root.Id, "a") is { IsInWorkspace: true, IsOnServer: false });
+        Assert.False(Directory.Exists(_drive.OnServer("a")));
+    }
+
     [Fact]
     public void AFolderCannotBeCreatedInPlaceOfAFileNorBelowOneNorWithoutAName()
     {

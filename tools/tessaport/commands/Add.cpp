@@ -209,9 +209,11 @@ private:
         std::vector<SourceFile> files;
         for (const SourceFile& file : folder.files) {
             const auto found = targetOf(context, existing, fileName(file.path));
-            if (!found || found->isFolder)
+            const bool isFile = found && !found->isFolder;
+            const bool isSame = isFile && haveSameContent(toPath(localText(*found)), toPath(file.path));
+            if (!isFile || (isSame && !found->isOnServer))
                 files.push_back(file);
-            else if (haveSameContent(toPath(localText(*found)), toPath(file.path)))
+            else if (isSame)
                 outcomes.done(file.given, "exists");
             else
                 outcomes.failed(file.given, "there is a file of this name with other content; add the file by itself "

@@ -23,9 +23,15 @@ struct MakeFolderOptions {
 struct Request {
     std::string given;
     std::optional<Item> nearest;
-    std::string missing; ///< The path to create in `nearest`.
-    std::string hint;    ///< What may have been meant if there is no such item.
+    std::string missing;  ///< The path to create in `nearest`.
+    std::string hint;     ///< What may have been meant if there is no such item.
+    bool isThere = false; ///< Whether the path is a folder on one side already.
 };
+
+bool isFolderOnOneSide(const Lookup& lookup)
+{
+    return lookup.item && lookup.item->isFolder && lookup.item->isInWorkspace != lookup.item->isOnServer;
+}
 
 // One request looks up the paths and all folders on the way to them.
 std::vector<Request> nearestItems(Context& context, const std::vector<std::string>& paths)
@@ -42,11 +48,13 @@ std::vector<Request> nearestItems(Context& context, const std::vector<std::strin
     const std::vector<Lookup> lookups = findItems(context, all);
     std::vector<Request> requests;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        Request request{paths[i], std::nullopt, "", ""};
+        Request request{paths[i], std::nullopt, "", "", false};
         for (std::size_t k = starts[i]; k < starts[i + 1] && !request.nearest; ++k) {
-            if (lookups[k].item)
+            if (k == starts[i] && isFolderOnOneSide(lookups[k]))
+                request.isThere = true;
+            else if (lookups[k].item)
                 request.nearest = lookups[k].item;
-            else
+            if (!request.nearest)
                 request.missing = fileName(all[k]) + (request.missing.empty() ? "" : "/") + request.missing;
         }
         if (!request.nearest)
@@ -67,8 +75,9 @@ void makeFolder(Context& context, const Request& request, bool dryRun, Outcomes&
     if (dryRun)
         return outcomes.done(request.given, "would be created");
     try {
-        context.connection().getOrCreateFolder(*request.nearest, toQVString(request.missing));
-        outcomes.done(request.given, "created");
+        const Item made = context.connection().getOrCreateFolder(*request.nearest, toQVString(request.missing));
+        const bool isAsBefore = request.isThere && made.isInWorkspace != made.isOnServer;
+        outcomes.done(request.given, isAsBefore ? "exists" : "created");
     } catch (...) {
         const Explanation explanation = explainCurrentException();
         outcomes.failed(request.given, explanation.text, explanation.code);
