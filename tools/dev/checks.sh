@@ -1,16 +1,17 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model abi site)
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model soak abi site)
 # These run only if they are named: they take long.
 readonly rare_check_steps=(reproducible)
 fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20
+soak_requests=1000000
 
 check() { # [--long] [step]...
     local name
     if [ "${1:-}" = --long ]; then
-        fuzz_seconds=60 model_rounds=10000 race_seconds=60
+        fuzz_seconds=60 model_rounds=10000 race_seconds=60 soak_requests=10000000
         shift
     fi
     if [ "${1:-}" = --record-abi ]; then
@@ -82,6 +83,12 @@ check_model() {
     build release velmora_local_service_model
     step "$model_rounds rounds of the model of the sync" check-model "$program" rounds "$model_rounds"
     step "$race_seconds seconds of races" check-race "$program" race "$race_seconds"
+}
+
+# Requests of all kinds in one process, which must not grow.
+check_soak() {
+    build release velmora_soak
+    step "$soak_requests requests in one process" check-soak build/release/tests/velmora_soak "$soak_requests"
 }
 
 # The library and what crosses the C boundary, compared with what the last release recorded.
