@@ -104,6 +104,14 @@ record_abi() {
     build abi velmora_record_abi
 }
 
+# Faults in the sources, of which the tests should notice all.
+mutate() { # [--count NUMBER] [--seed SEED] [folder]...
+    require "${build_packages[@]}" "${test_packages[@]}"
+    configure release
+    step "faults in the sources" mutations tools/dev/mutate.py . "$@"
+    tail -n 1 "$log_folder/mutations.txt"
+}
+
 format_sources() {
     require "${build_packages[@]}" "${check_packages[@]}"
     step "format the C++ sources" format-cpp format_cpp -i
