@@ -154,6 +154,8 @@ TEST(ToUtf8Strict, RefusesUnpairedSurrogates)
     EXPECT_EQ(toUtf8Strict(wide({Smile})), "\xF0\x9F\x98\x80");
 }
 
+TEST(ToUtf8Strict, AcceptsTheLastCodePoint) { EXPECT_EQ(toUtf8Strict(wide({0x10FFFF})), "\xF4\x8F\xBF\xBF"); }
+
 TEST(FromUtf8, DecodesEveryPlane)
 {
     EXPECT_EQ(fromUtf8("a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80"), wide({'a', 0xE9, 0x4E2D, Smile}));
@@ -190,8 +192,11 @@ TEST(FromUtf8, ReplacesEachByteOfATruncatedSequence)
 TEST(FromUtf8, ReadsNothingBeyondTheView)
 {
     for (const std::string_view sequence : {"\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x98\x80"}) {
-        for (std::size_t length = 1; length < sequence.size(); ++length)
+        const std::string after = "four" + std::string(sequence);
+        for (std::size_t length = 1; length < sequence.size(); ++length) {
             EXPECT_EQ(fromUtf8(sequence.substr(0, length)), replacements(length)) << sequence << ' ' << length;
+            EXPECT_EQ(fromUtf8(std::string_view(after).substr(0, 4 + length)), L"four" + replacements(length));
+        }
     }
 }
 
