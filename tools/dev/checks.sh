@@ -1,17 +1,19 @@
 # ./dev check and ./dev format
 # shellcheck shell=bash
-readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model soak abi site)
+readonly check_steps=(layout format headers lint libcxx address thread fuzz windows model soak calls abi site)
 # These run only if they are named: they take long.
 readonly rare_check_steps=(reproducible)
 fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20
+damaged_files=1000
 soak_requests=1000000
+failing_calls_step=50 # Of the pairs of a call and an error.
 
 check() { # [--long] [step]...
     local name
     if [ "${1:-}" = --long ]; then
-        fuzz_seconds=60 model_rounds=10000 race_seconds=60 soak_requests=10000000
+        fuzz_seconds=60 model_rounds=10000 race_seconds=60 damaged_files=10000 soak_requests=10000000 failing_calls_step=8
         shift
     fi
     if [ "${1:-}" = --record-abi ]; then
@@ -83,6 +85,14 @@ check_model() {
     build release velmora_local_service_model
     step "$model_rounds rounds of the model of the sync" check-model "$program" rounds "$model_rounds"
     step "$race_seconds seconds of races" check-race "$program" race "$race_seconds"
+    step "$damaged_files damaged files of the home" check-damage "$program" damage "$damaged_files"
+}
+
+# Each call of the system that a command makes on the files of a user fails.
+check_calls() {
+    build release cli_failing_calls_tests
+    step "failing calls of the system" check-calls \
+        env "VELMORA_FAILING_CALLS_STEP=$failing_calls_step" build/release/tests/cli_failing_calls_tests
 }
 
 # Requests of all kinds in one process, which must not grow.

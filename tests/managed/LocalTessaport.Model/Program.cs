@@ -2,11 +2,11 @@ using System.Diagnostics;
 using System.Globalization;
 using Quorvex.Tessaport.API.Model;
 
-// Usage: LocalTessaport.Model rounds <count> [<seed>] | plans <count> [<seed>] | race <seconds> [<seed>]
+// Usage: LocalTessaport.Model rounds <count> [<seed>] | plans <count> [<seed>] | race <seconds> [<seed>] | damage <count> [<seed>]
 // Exit code 0: every check passed. 1: one failed; the output has the seed and the steps. 2: wrong usage.
 if (args.Length is < 2 or > 3 || !int.TryParse(args[1], NumberStyles.None, CultureInfo.InvariantCulture, out var amount))
 {
-    Console.Error.WriteLine("Usage: LocalTessaport.Model rounds <count> [<seed>] | plans <count> [<seed>] | race <seconds> [<seed>]");
+    Console.Error.WriteLine("Usage: LocalTessaport.Model rounds <count> [<seed>] | plans <count> [<seed>] | race <seconds> [<seed>] | damage <count> [<seed>]");
     return 2;
 }
 var seed = args.Length == 3 ? int.Parse(args[2], CultureInfo.InvariantCulture) : Environment.TickCount & int.MaxValue;
@@ -20,7 +20,8 @@ try
         "rounds" => new ModelRun(world, seed).Run(amount),
         "plans" => new ModelRun(world, seed, checksPlans: true).Run(amount),
         "race" => new RaceRun(world, seed).Run(TimeSpan.FromSeconds(amount)),
-        _ => throw new ArgumentException($"'{args[0]}' is not 'rounds', 'plans' or 'race'."),
+        "damage" => new DamageRun(world, seed).Run(amount),
+        _ => throw new ArgumentException($"'{args[0]}' is not 'rounds', 'plans', 'race' or 'damage'."),
     };
     Console.WriteLine($"{summary}, {watch.Elapsed.TotalSeconds.ToString("F0", CultureInfo.InvariantCulture)} s");
     return 0;
