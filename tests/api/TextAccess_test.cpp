@@ -103,3 +103,48 @@ TEST(StringBlock, LivesAsLongAsAnOwnerOfItsRoom)
     EXPECT_EQ(static_cast<unsigned char*>(room)[RoomSize - 1], 0x5A);
     TextAccess::releaseRoom(room);
 }
+
+TEST(StringBlock, SharesTheCharactersOfAStringThatTheNextOneEndsWith)
+{
+    Strings strings;
+    const TextAssignment assignments[] = {
+        {&strings[0], u"a.txt"}, {&strings[1], u"plans\\a.txt"}, {&strings[2], u"W:\\work\\plans\\a.txt"}};
+
+    TextAccess::assign(assignments, std::size(assignments));
+
+    EXPECT_EQ(strings[0].w_str(), strings[2].w_str() + 14);
+    EXPECT_EQ(strings[1].w_str(), strings[2].w_str() + 8);
+    EXPECT_STREQ(strings[0].c_str(), "a.txt");
+    EXPECT_STREQ(strings[1].c_str(), "plans\\a.txt");
+    EXPECT_STREQ(strings[2].c_str(), "W:\\work\\plans\\a.txt");
+}
+
+TEST(StringBlock, HoldsStringsThatEndLikeTheNextOne)
+{
+    expectStrings({u"a", u"a", u"a"}, {L"a", L"a", L"a"});
+    expectStrings({u"b", u"", u"ab"}, {L"b", L"", L"ab"});
+    expectStrings({u"longer", u"er", u"er"}, {L"longer", L"er", L"er"});
+    expectStrings({u"c", u"bc", u"Abc"}, {L"c", L"bc", L"Abc"});
+}
+
+TEST(StringBlock, HoldsStringsThatEndLikeTheNextOneWithAZeroCharacter)
+{
+    constexpr std::u16string_view zeroInside{u"a\0b", 3};
+    constexpr std::u16string_view zeroFirst{u"\0b", 2};
+    expectStrings({u"b", zeroInside, u"last"}, {L"b", L"a", L"last"});
+    expectStrings({u"b", zeroFirst, u"ab"}, {L"b", L"", L"ab"});
+    expectStrings({zeroFirst, zeroInside, u"last"}, {L"", L"a", L"last"});
+    expectStrings({zeroInside, zeroInside, zeroInside}, {L"a", L"a", L"a"});
+}
+
+TEST(StringBlock, HoldsStringsThatEndLikeTheNextOneWithASurrogatePair)
+{
+    const std::u16string pair = smiles(1);
+    const std::wstring wide = Unicode::fromUtf16(pair);
+    const std::u16string low = pair.substr(1);
+    expectStrings({pair, u"a" + pair, u"ba" + pair}, {wide, L"a" + wide, L"ba" + wide});
+    expectStrings({u"a", pair + u"a", pair + pair + u"a"}, {L"a", wide + L"a", wide + wide + L"a"});
+    expectStrings({low, pair, u"a" + pair}, {Unicode::fromUtf16(low), wide, L"a" + wide});
+    expectStrings({low, u"a" + low, u"ba" + low},
+        {Unicode::fromUtf16(low), Unicode::fromUtf16(u"a" + low), Unicode::fromUtf16(u"ba" + low)});
+}

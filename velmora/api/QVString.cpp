@@ -18,13 +18,12 @@
 namespace Quorvex::Velmora::Common
 {
 
-// A string inside a block. Its characters and their terminator follow it.
+// A string inside a block. Strings of one block may share characters: a path ends with the name.
 struct QVString::Representation {
     std::atomic<char*> narrow{nullptr};
+    wchar_t* characters = nullptr;
     std::uint32_t length = 0;
     std::uint32_t offsetInBlock = 0;
-
-    wchar_t* characters() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
 };
 
 namespace
@@ -44,11 +43,7 @@ constexpr std::size_t TextAlignment = 8;
 
 constexpr std::size_t aligned(std::size_t size) noexcept { return (size + TextAlignment - 1) & ~(TextAlignment - 1); }
 
-template <class Representation>
-constexpr std::size_t sizeOfText(std::size_t length) noexcept
-{
-    return aligned(sizeof(Representation) + (length + 1) * sizeof(wchar_t));
-}
+constexpr std::size_t sizeOfCharacters(std::size_t length) noexcept { return (length + 1) * sizeof(wchar_t); }
 
 template <class Representation>
 Block* blockOf(Representation* text) noexcept
@@ -72,8 +67,9 @@ Block* allocateBlock(std::size_t roomSize, std::size_t textSize)
 }
 
 template <class Representation>
-Representation* placeText(Block* block, std::size_t offset) noexcept
+Representation* placeText(Block* block) noexcept
 {
+    const std::size_t offset = block->firstText + block->textCount * sizeof(Representation);
     auto* const text = new (reinterpret_cast<unsigned char*>(block) + offset) Representation;
     text->offsetInBlock = static_cast<std::uint32_t>(offset);
     ++block->textCount;
@@ -81,20 +77,29 @@ Representation* placeText(Block* block, std::size_t offset) noexcept
 }
 
 template <class Representation>
+Representation* firstTextOf(Block* block) noexcept
+{
+    return reinterpret_cast<Representation*>(reinterpret_cast<unsigned char*>(block) + block->firstText);
+}
+
+template <class Representation>
+void dropNarrowForms(Block* block) noexcept
+{
+    auto* text = firstTextOf<Representation>(block);
+    for (std::uint32_t left = block->narrowForms.load(std::memory_order_relaxed); left > 0; ++text) {
+        if (const char* const narrow = text->narrow.load(std::memory_order_acquire)) {
+            delete[] narrow;
+            --left;
+        }
+    }
+}
+
+template <class Representation>
 void releaseBlock(Block* block) noexcept
 {
     if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
-    auto* position = reinterpret_cast<unsigned char*>(block) + block->firstText;
-    std::uint32_t narrowForms = block->narrowForms.load(std::memory_order_relaxed);
-    while (narrowForms > 0) {
-        auto* const each = reinterpret_cast<Representation*>(position);
-        if (const char* const narrow = each->narrow.load(std::memory_order_acquire)) {
-            delete[] narrow;
-            --narrowForms;
-        }
-        position += sizeOfText<Representation>(each->length);
-    }
+    dropNarrowForms<Representation>(block);
     ::operator delete(block);
 }
 
@@ -104,12 +109,13 @@ Representation* makeText(std::wstring_view characters)
     if (characters.empty())
         return nullptr;
     checkLength(characters.size());
-    Block* const block = allocateBlock(0, sizeOfText<Representation>(characters.size()));
-    auto* const text = placeText<Representation>(block, block->firstText);
+    Block* const block = allocateBlock(0, sizeof(Representation) + sizeOfCharacters(characters.size()));
+    auto* const text = placeText<Representation>(block);
     block->references.store(1, std::memory_order_relaxed);
+    text->characters = reinterpret_cast<wchar_t*>(text + 1);
     text->length = static_cast<std::uint32_t>(characters.size());
-    std::memcpy(text->characters(), characters.data(), characters.size() * sizeof(wchar_t));
-    text->characters()[characters.size()] = L'\0';
+    std::memcpy(text->characters, characters.data(), characters.size() * sizeof(wchar_t));
+    text->characters[characters.size()] = L'\0';
     return text;
 }
 
@@ -119,6 +125,90 @@ Representation* retain(Representation* text) noexcept
     if (text != nullptr)
         blockOf(text)->references.fetch_add(1, std::memory_order_relaxed);
     return text;
+}
+
+// The strings to assign, and which of them share the characters of the next one, because that ends with them.
+class Assignments
+{
+public:
+    Assignments(const TextAssignment* first, std::size_t count, bool mayShare) : first(first), count(count)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (isEmpty(i))
+                continue;
+            checkLength(source(i).size());
+            ++texts;
+            if (mayShare && i < MostShared && isEndOfNext(i))
+                shared |= std::uint64_t{1} << i;
+            else
+                bytes += sizeOfCharacters(source(i).size());
+        }
+    }
+
+    [[nodiscard]] std::u16string_view source(std::size_t i) const noexcept { return first[i].source; }
+    [[nodiscard]] bool isEmpty(std::size_t i) const noexcept { return source(i).empty() || source(i).front() == u'\0'; }
+    [[nodiscard]] bool isShared(std::size_t i) const noexcept { return i < MostShared && ((shared >> i) & 1) != 0; }
+
+    const TextAssignment* const first;
+    const std::size_t count;
+    std::size_t texts = 0;
+    // What the characters take that are not shared.
+    std::size_t bytes = 0;
+
+private:
+    static constexpr std::size_t MostShared = 64;
+
+    [[nodiscard]] bool isEndOfNext(std::size_t i) const noexcept
+    {
+        if (i + 1 == count || isEmpty(i + 1) || source(i + 1).size() < source(i).size())
+            return false;
+        const std::u16string_view end = source(i + 1).substr(source(i + 1).size() - source(i).size());
+        return std::memcmp(end.data(), source(i).data(), end.size() * sizeof(char16_t)) == 0;
+    }
+
+    std::uint64_t shared = 0;
+};
+
+// Makes the strings, the last one first. Returns false if one cannot share characters: where a unit of the longer one
+// is not a character of its own, or where that ends at a zero character.
+template <class Representation>
+bool fillBlock(Block* block, const Assignments& strings) noexcept
+{
+    for (std::size_t i = 0; i < strings.texts; ++i)
+        placeText<Representation>(block);
+    Representation* text = firstTextOf<Representation>(block) + strings.texts;
+    auto* unused = reinterpret_cast<wchar_t*>(text);
+    bool isUnitForUnit = false;
+    for (std::size_t i = strings.count; i-- > 0;) {
+        if (strings.isEmpty(i))
+            continue;
+        --text;
+        const std::u16string_view source = strings.source(i);
+        if (strings.isShared(i)) {
+            if (!isUnitForUnit)
+                return false;
+            text->length = static_cast<std::uint32_t>(source.size());
+            text->characters = text[1].characters + (text[1].length - text->length);
+        } else {
+            text->length = static_cast<std::uint32_t>(widenToFirstZero(source, unused));
+            text->characters = unused;
+            unused[text->length] = L'\0';
+            unused += text->length + 1;
+            isUnitForUnit = text->length == source.size();
+        }
+    }
+    return true;
+}
+
+// Returns null if the strings cannot share characters as they should.
+template <class Representation>
+Block* makeBlock(const Assignments& strings, std::size_t roomSize)
+{
+    Block* const block = allocateBlock(roomSize, strings.texts * sizeof(Representation) + strings.bytes);
+    if (fillBlock<Representation>(block, strings))
+        return block;
+    ::operator delete(block);
+    return nullptr;
 }
 
 } // namespace
@@ -184,16 +274,13 @@ const char* QVString::c_str() const
     return made.release();
 }
 
-const wchar_t* QVString::w_str() const noexcept
-{
-    return representation == nullptr ? L"" : representation->characters();
-}
+const wchar_t* QVString::w_str() const noexcept { return representation == nullptr ? L"" : representation->characters; }
 
 std::wstring_view TextAccess::view(const QVString& text) noexcept
 {
     if (text.representation == nullptr)
         return {};
-    return {text.representation->characters(), text.representation->length};
+    return {text.representation->characters, text.representation->length};
 }
 
 QVString TextAccess::make(std::wstring_view text)
@@ -207,30 +294,22 @@ void* TextAccess::assign(
     const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners)
 {
     using Representation = QVString::Representation;
-    const auto isEmpty = [](std::u16string_view source) { return source.empty() || source.front() == u'\0'; };
-    std::size_t textSize = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::u16string_view source = assignments[i].source;
-        checkLength(source.size());
-        textSize += isEmpty(source) ? 0 : sizeOfText<Representation>(source.size());
+    const Assignments strings(assignments, count, true);
+    Block* block = nullptr;
+    if (strings.texts + roomSize != 0) {
+        block = makeBlock<Representation>(strings, roomSize);
+        if (block == nullptr)
+            block = makeBlock<Representation>(Assignments(assignments, count, false), roomSize);
+        // One store instead of an atomic increment for each owner: no one else knows the block yet.
+        block->references.store(block->textCount + roomOwners, std::memory_order_relaxed);
     }
-    Block* const block = textSize + roomSize != 0 ? allocateBlock(roomSize, textSize) : nullptr;
-    std::size_t offset = block != nullptr ? block->firstText : 0;
+    Representation* text = block != nullptr ? firstTextOf<Representation>(block) : nullptr;
     for (std::size_t i = 0; i < count; ++i) {
         QVString made;
-        if (!isEmpty(assignments[i].source)) {
-            auto* const text = placeText<Representation>(block, offset);
-            text->length = static_cast<std::uint32_t>(widenToFirstZero(assignments[i].source, text->characters()));
-            text->characters()[text->length] = L'\0';
-            offset += sizeOfText<Representation>(text->length);
-            made.representation = text;
-        }
+        if (!strings.isEmpty(i))
+            made.representation = text++;
         made.swap(*assignments[i].target);
     }
-    if (block == nullptr)
-        return nullptr;
-    // Last, because no one else knows the block yet: one store instead of an atomic increment for each owner.
-    block->references.store(block->textCount + roomOwners, std::memory_order_relaxed);
     return roomSize == 0 ? nullptr : block + 1;
 }
 

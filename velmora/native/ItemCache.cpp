@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <utility>
+#include <string_view>
 
 #include <velmora/api/TextAccess.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -14,7 +14,8 @@ namespace Quorvex::Velmora::TessaportAPI
 namespace
 {
 
-using ItemMap = std::map<std::wstring, Item>;
+// A key is the characters of its item's workspacePath: strings do not change, and the item is never assigned to.
+using ItemMap = std::map<std::wstring_view, const Item>;
 
 // Leaked on purpose: another thread may be in a request while the process ends.
 ItemMap& sFullWorkspacePathToItemMap = *new ItemMap;
@@ -26,10 +27,10 @@ class Report
 public:
     void add(const Item& item)
     {
-        std::wstring key(Common::TextAccess::view(item.workspacePath));
+        const std::wstring_view key = Common::TextAccess::view(item.workspacePath);
         if (!isCached(key)) {
             // Lists are mostly sorted: the place after the last item is a good hint for the next one.
-            place = std::next(items.try_emplace(place, std::move(key), item));
+            place = std::next(items.try_emplace(place, key, item));
         }
     }
 
@@ -46,7 +47,7 @@ public:
 
 private:
     // The items of a folder that is listed again follow each other in the cache.
-    bool isCached(const std::wstring& key)
+    bool isCached(std::wstring_view key)
     {
         const auto end = sFullWorkspacePathToItemMap.end();
         if (next == end || next->first != key)
