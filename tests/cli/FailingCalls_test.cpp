@@ -128,6 +128,19 @@ protected:
         EXPECT_GT(failed, static_cast<int>(attacks.size() * 3 / 4)) << "the calls are no longer those of the count";
     }
 
+    /// Runs the tool with a failing call on what is in a folder.
+    ChildResult runWith(const std::vector<std::string>& arguments, const Attack& attack, const fs::path& concerned)
+    {
+        fs::remove(log);
+        ChildProgram program;
+        program.arguments = arguments;
+        program.environment["LD_PRELOAD"] = FAILING_CALLS_LIBRARY;
+        program.environment["VELMORA_FAILING_CALL"] = attack.call + ':' + std::to_string(attack.number) + ':' +
+                                                      std::to_string(attack.error) + ':' + text(concerned);
+        program.environment["VELMORA_FAILING_CALL_LOG"] = text(log);
+        return runProgram(program);
+    }
+
     const fs::path work = folder / "work";
     std::vector<std::string> kept;
 
@@ -164,21 +177,9 @@ private:
         ASSERT_TRUE(runProgram(copy).exitedWith(0));
     }
 
-    ChildResult runWith(const Command& command, const Attack& attack)
-    {
-        fs::remove(log);
-        ChildProgram program;
-        program.arguments = command.arguments;
-        program.environment["LD_PRELOAD"] = FAILING_CALLS_LIBRARY;
-        program.environment["VELMORA_FAILING_CALL"] =
-            attack.call + ':' + std::to_string(attack.number) + ':' + std::to_string(attack.error) + ':' + text(work);
-        program.environment["VELMORA_FAILING_CALL_LOG"] = text(log);
-        return runProgram(program);
-    }
-
     std::vector<Attack> attacksOn(const Command& command)
     {
-        const ChildResult usual = runWith(command, {"none", 0, 0});
+        const ChildResult usual = runWith(command.arguments, {"none", 0, 0}, work);
         EXPECT_TRUE(contains(command.success, usual.exitCode)) << usual.description();
         EXPECT_TRUE(command.isDone());
         std::map<std::string, int> counts;
@@ -200,7 +201,7 @@ private:
     /// Runs the command with the failing call, and once more. @return whether the call was made.
     bool survives(const Command& command, const Attack& attack)
     {
-        const ChildResult result = runWith(command, attack);
+        const ChildResult result = runWith(command.arguments, attack, work);
         const std::vector<std::string> calls = linesOf(readFile(log));
         const bool failed = std::find(calls.begin(), calls.end(), "failed") != calls.end();
         expectTruth(command, result);
@@ -314,6 +315,21 @@ TEST_F(FailingCalls, OfDriveSetLoseNothing)
 {
     attack({{"drive", "set", "plans", "--name", "renamed"}, {0},
         [this] { return Json::parse(readFile(home / "drives.json"))[0]["name"] == "renamed"; }});
+}
+
+TEST_F(FailingCalls, OfReadingAndWritingNameTheFileOnItsSide)
+{
+    writeFile(workspaceOf("plans") / "new", "new");
+
+    const auto errorsOf = [this](const std::string& call, const fs::path& side) {
+        return runWith({"sync"}, {call, 1, ENOSPC}, side).errors;
+    };
+
+    EXPECT_THAT(errorsOf("pwrite", serverOf("plans")),
+        testing::AllOf(testing::HasSubstr("'" + text(serverOf("plans"))), testing::HasSubstr("cannot be written: "),
+            testing::HasSubstr("Make room")));
+    EXPECT_THAT(
+        errorsOf("pread", workspaceOf("plans")), testing::HasSubstr("'" + inWorkspace("new") + "' cannot be read: "));
 }
 
 class FailingCallsOfKeep : public FailingCalls, public testing::WithParamInterface<std::string>

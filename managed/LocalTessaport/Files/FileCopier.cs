@@ -8,17 +8,17 @@ internal sealed class FileCopier
     private const int BlockSize = 128 * 1024;
 
     private readonly OpenedFile _input;
-    private readonly List<SafeFileHandle> _outputs;
+    private readonly List<StagedFile> _outputs;
     private readonly IncrementalHash _hash;
 
-    private FileCopier(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs, IncrementalHash hash)
+    private FileCopier(OpenedFile input, IReadOnlyList<StagedFile> outputs, IncrementalHash hash)
     {
         _input = input;
         _outputs = [];
         // The system shares the blocks of a file where it can; the file is then only read for its hash.
         foreach (var output in outputs)
         {
-            if (!FileHandle.TryClone(input, output))
+            if (!FileHandle.TryClone(input, output.Handle))
                 _outputs.Add(output);
         }
         _hash = hash;
@@ -27,7 +27,7 @@ internal sealed class FileCopier
     private long Size => _input.Entry.Size;
 
     /// <summary>Copies as many bytes as the file had when it was opened, even if it grows, and returns their SHA-256.</summary>
-    public static string Copy(OpenedFile input, IReadOnlyList<SafeFileHandle> outputs)
+    public static string Copy(OpenedFile input, IReadOnlyList<StagedFile> outputs)
     {
         using var hash = IncrementalHash.CreateHash(HashAlgorithmName.SHA256);
         new FileCopier(input, outputs, hash).CopyAll();
@@ -50,7 +50,7 @@ internal sealed class FileCopier
         if (written == Size)
             return;
         foreach (var output in _outputs)
-            RandomAccess.SetLength(output, Size);
+            RandomAccess.SetLength(output.Handle, Size);
     }
 
     private void HashZeros(Span<byte> block, long count)
@@ -72,7 +72,7 @@ internal sealed class FileCopier
                 return;
             _hash.AppendData(block[..count]);
             foreach (var output in _outputs)
-                RandomAccess.Write(output, block[..count], start);
+                output.Write(block[..count], start);
             start += count;
         }
     }

@@ -41,4 +41,33 @@ internal static class FileHandle
         else
             UnixFile.Flush(handle, path);
     }
+
+    public static int Read(SafeFileHandle handle, Span<byte> block, long offset, string path)
+    {
+        try
+        {
+            return RandomAccess.Read(handle, block, offset);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            throw Failure(e, path, "read");
+        }
+    }
+
+    public static void Write(SafeFileHandle handle, ReadOnlySpan<byte> block, long offset, string path)
+    {
+        try
+        {
+            RandomAccess.Write(handle, block, offset);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+            throw Failure(e, path, "written");
+        }
+    }
+
+    // .NET does not know the path of a file that it has not opened itself.
+    private static Exception Failure(Exception thrown, string path, string action) => OperatingSystem.IsWindows()
+        ? WindowsFailure.For(thrown.HResult & 0xFFFF, path, action)
+        : UnixFailure.For((UnixError)(thrown.InnerException ?? thrown).HResult, path, action);
 }

@@ -21,7 +21,7 @@ internal sealed class OpenedFile : IDisposable
     /// <summary>Whether it is unchanged since it was opened.</summary>
     public bool IsUnchanged => FileHandle.EntryOf(Handle, Path).IsUnchangedSince(Entry);
 
-    public int Read(Span<byte> block, long offset) => RandomAccess.Read(Handle, block, offset);
+    public int Read(Span<byte> block, long offset) => FileHandle.Read(Handle, block, offset, Path);
 
     public void Dispose() => Handle.Dispose();
 }

@@ -33,7 +33,7 @@ internal sealed class ReplacementRecord
         var text = string.Create(CultureInfo.InvariantCulture,
             $"{expected.IsFolder}\n{expected.Size}\n{time.Seconds}\n{time.Nanoseconds}\n{expected.Identity}\n{prepared}\n{place}");
         using (var file = staging.CreateFile(staged + Suffix))
-            RandomAccess.Write(file, Encoding.UTF8.GetBytes(text), 0);
+            FileHandle.Write(file, Encoding.UTF8.GetBytes(text), 0, Path.Join(staging.Path, staged + Suffix));
         return new ReplacementRecord(staging, staged + Suffix);
     }
 

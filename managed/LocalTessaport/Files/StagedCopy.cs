@@ -82,7 +82,7 @@ internal sealed class StagedCopy : IDisposable
         Step.Reached("Copy.Opened", input.Path);
         foreach (var side in sides)
             _files.Add(new StagedFile(side));
-        Hash = FileCopier.Copy(input, _files.ConvertAll(file => file.Handle));
+        Hash = FileCopier.Copy(input, _files);
         Step.Reached("Copy.Read", input.Path);
         if (!input.IsUnchanged)
             return false;

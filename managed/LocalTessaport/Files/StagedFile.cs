@@ -30,6 +30,8 @@ internal sealed class StagedFile : IDisposable
 
     public SafeFileHandle Handle { get; }
 
+    public void Write(ReadOnlySpan<byte> block, long offset) => FileHandle.Write(Handle, block, offset, _path);
+
     /// <summary>
     /// Gives the copy the time and permissions of its source and closes it, so that large groups hold no descriptors.
     /// </summary>

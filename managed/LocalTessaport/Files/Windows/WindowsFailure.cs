@@ -17,7 +17,7 @@ internal static class WindowsFailure
         WindowsStatus.NoSuchFile or WindowsStatus.NameInvalid or WindowsStatus.NameNotFound or WindowsStatus.PathNotFound
         or WindowsStatus.PathSyntaxBad or WindowsStatus.DeletePending or WindowsStatus.NotAFolder;
 
-    private static Exception For(int error, string path, string action)
+    public static Exception For(int error, string path, string action)
     {
         var message = $"'{path}' cannot be {action}: {Marshal.GetPInvokeErrorMessage(error).TrimEnd('.', ' ')}.{Remedy(error)}";
         return error == AccessDenied
