@@ -1,8 +1,10 @@
 // Lists of other types than List<T>, and lists that change: the bridge takes what their own enumerator gives.
+#include <cstdint>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include <velmora/bridge/conversions/ToNative.h>
 #include "tests/support/BridgeTest.h"
 
 namespace Quorvex::Velmora::TestSupport
@@ -26,6 +28,17 @@ protected:
 
     const Json items = Json::array({item(1), item(2), item(3)});
 };
+
+// As QVBuffer::Append() grows: 0, 1, 2, 4, 8, …
+TEST(CapacityAfterAppending, IsTheNextPowerOfTwoWhereThereIsOne)
+{
+    EXPECT_EQ(Tessaport::capacityAfterAppending(0), 0U);
+    for (const std::uint32_t power : {1U, 2U, 4U, 1024U, 0x80000000U})
+        EXPECT_EQ(Tessaport::capacityAfterAppending(power), power);
+    EXPECT_EQ(Tessaport::capacityAfterAppending(3), 4U);
+    EXPECT_EQ(Tessaport::capacityAfterAppending(1025), 2048U);
+    EXPECT_EQ(Tessaport::capacityAfterAppending(0x80000001U), 0x80000001U);
+}
 
 TEST_F(Lists, AreOnlyEnumerated)
 {

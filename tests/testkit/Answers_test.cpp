@@ -68,6 +68,7 @@ TEST_F(Answers, BringEveryFieldOfADrive)
     EXPECT_TRUE(drives[0]->locking);
     EXPECT_EQ(drives[0]->root.workspacePath, QVString(L"D:\\Harbour"));
     EXPECT_EQ(drives[0]->root.relativePath, QVString());
+    EXPECT_TRUE(drives[0]->root.isFolder);
 }
 
 TEST_F(Answers, BringEveryFieldOfAnItem)

@@ -42,6 +42,11 @@ class Mutation:
     before: str
     after: str
 
+    @property
+    def key(self):
+        """What does not change when lines are added above."""
+        return self.file, self.before.strip(), self.after.strip()
+
     def __str__(self):
         return f"{self.file}:{self.line}\n    - {self.before.strip()}\n    + {self.after.strip()}"
 
@@ -99,3 +104,13 @@ def chosen(root, folder, suffix, count, seed):
             break
         found.setdefault((mutation.file, mutation.line), mutation)
     return list(found.values())
+
+
+def explained(path):
+    """The faults that no test can notice: each has its file, the line before and after it, and the reason, each on a line."""
+    blocks = pathlib.Path(path).read_text(encoding="utf-8").strip().split("\n\n")
+    faults = set()
+    for block in blocks[1:]:  # After the introduction.
+        file, before, after, _ = block.split("\n")
+        faults.add((file, before.removeprefix("- "), after.removeprefix("+ ")))
+    return faults
