@@ -4,6 +4,7 @@
 //
 // After each tenth it drops everything that it holds, and writes what the process uses. It fails if that grows after
 // the first tenth.
+#include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <malloc.h>
@@ -41,9 +43,18 @@ std::size_t entriesOf(const char* folder)
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+// The connection of a queue is closed on the thread of the queues, some time after the queue is gone.
+void waitForQueues()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (TestSupport::countHandles() > 0 && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
 Soak::ProcessUse useAfterDropping(Soak::Requests& requests)
 {
     requests.drop();
+    waitForQueues();
     Soak::ProcessUse use;
     use.managedBytes = requests.service().collect().bytes;
     TestHosts::giveBackFreeMemory();
