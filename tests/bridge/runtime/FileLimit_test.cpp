@@ -68,3 +68,8 @@ TEST_F(FileLimit, IsNamedByTheErrorOfARequestThatReachesIt)
         ASSERT_THAT(linesOf(result), IsAnsweredOrExplained) << left << ": " << result.description();
     }
 }
+
+TEST_F(FileLimit, IsTheNumberInTheMessage)
+{
+    EXPECT_THAT(linesOf(runHost(20, 1000)), testing::Contains(HasSubstr("(its limit is 20)")));
+}
