@@ -40,7 +40,6 @@ internal static class HandleTable
     /// Return.
     /// </summary>
     /// <returns>How many were taken, at least one.</returns>
-    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static int Take(int most, out int first)
     {
         while (true)
@@ -92,7 +91,6 @@ internal static class HandleTable
             "The native side passed a handle that is not in use; its native and managed parts do not belong together.");
     }
 
-    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void Release(long handle)
     {
         if (handle == 0 || !IsNumber(handle))

@@ -6,7 +6,6 @@ internal static unsafe class ItemWriter
     private static readonly DateTime Epoch = new(1970, 1, 1);
 
     // Optimised from the start, because the first listing of a process may well be its longest.
-    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void WriteItem(ReplyWriter writer, Item item)
     {
         Guid driveId = item.DriveId;

@@ -15,7 +15,6 @@ internal static unsafe class Answers
     public static void Handle(object target, Reply* reply) =>
         One(target, static (writer, made) => writer.WriteHandle(made), reply);
 
-    [MethodImpl(MethodImplOptions.AggressiveOptimization)]
     public static void List<T>(IEnumerable<T> records, RecordAction<T> write, Reply* reply)
     {
         using var writer = new ReplyWriter();
