@@ -50,7 +50,7 @@ internal sealed class DriveSide : IDisposable
     /// <summary>
     /// The files and folders directly in a folder, by name, in no particular order; empty if the folder does not exist.
     /// </summary>
-    public List<KeyValuePair<string, FileEntry>> Read(string folder)
+    public List<NamedEntry> Read(string folder)
     {
         if (TryOpenFolder(folder) is not { } found)
             return [];

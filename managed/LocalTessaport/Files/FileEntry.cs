@@ -37,6 +37,13 @@ internal readonly record struct FileEntry
 
     public DateTime Modified => ModifiedTime.ToDateTime();
 
+    // The one that the compiler makes needs comparers of these types, for which the runtime has no code in advance.
+    public bool Equals(FileEntry other) =>
+        Kind == other.Kind && Size == other.Size && ModifiedTime == other.ModifiedTime && ChangeTime == other.ChangeTime
+        && Identity == other.Identity && Device == other.Device && Mode == other.Mode;
+
+    public override int GetHashCode() => HashCode.Combine(Size, Device, Mode, Identity.Number);
+
     /// <summary>
     /// Whether this is the version that `earlier` was, apart from its name and permissions. The file system counts a rename as a
     /// change, so the change time cannot be compared after one.

@@ -22,7 +22,7 @@ internal abstract class OpenFolder : IDisposable
     public abstract FileEntry? Find(string name);
 
     /// <summary>The files and folders with names that can be listed, in no particular order.</summary>
-    public abstract List<KeyValuePair<string, FileEntry>> Read();
+    public abstract List<NamedEntry> Read();
 
     /// <summary>The name as it is spelled on the disk, where case does not matter.</summary>
     public abstract string SpellingOf(string name);

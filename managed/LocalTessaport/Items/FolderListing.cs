@@ -12,17 +12,19 @@ internal static class FolderListing
     public static List<ItemView> Read(LocalDrive drive, string folder)
     {
         var local = drive.Workspace.Read(folder);
-        var remote = new Dictionary<string, FileEntry>(RelativePath.Comparer);
-        foreach (var (name, entry) in drive.Server.Read(folder))
-            remote[name] = entry;
+        var remote = drive.Server.Read(folder);
+        // Positions and not entries: the runtime has no code in advance for a dictionary of this assembly's structs.
+        var unmatched = new Dictionary<string, int>(remote.Count, RelativePath.Comparer);
+        for (var i = 0; i < remote.Count; ++i)
+            unmatched[remote[i].Name] = i;
         var views = new List<ItemView>(Math.Max(local.Count, remote.Count));
         foreach (var (name, entry) in local)
         {
-            FileEntry? counterpart = remote.Remove(name, out var found) ? found : null;
+            FileEntry? counterpart = unmatched.Remove(name, out var position) ? remote[position].Entry : null;
             views.Add(new ItemView(drive, RelativePath.Join(folder, name), entry, counterpart));
         }
-        foreach (var (name, entry) in remote)
-            views.Add(new ItemView(drive, RelativePath.Join(folder, name), null, entry));
+        foreach (var position in unmatched.Values)
+            views.Add(new ItemView(drive, RelativePath.Join(folder, remote[position].Name), null, remote[position].Entry));
         views.Sort(ByName);
         return views;
     }

@@ -1,7 +1,7 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>An item as the union of its two sides at one moment.</summary>
-internal readonly record struct ItemView(LocalDrive Drive, string Path, FileEntry? Workspace, FileEntry? Server)
+internal sealed record ItemView(LocalDrive Drive, string Path, FileEntry? Workspace, FileEntry? Server)
 {
     public static ItemView At(LocalDrive drive, string path) =>
         new(drive, path, drive.Workspace.Find(path), drive.Server.Find(path));

@@ -23,7 +23,7 @@ internal static class DriveScan
     }
 
     /// <summary>What is directly in a folder; empty without read permission.</summary>
-    public static List<KeyValuePair<string, FileEntry>> ReadIfAllowed(DriveSide side, string folder)
+    public static List<NamedEntry> ReadIfAllowed(DriveSide side, string folder)
     {
         try
         {

@@ -25,7 +25,7 @@ internal static class Inventory
         folders.Push(RelativePath.Root);
         while (folders.TryPop(out var folder))
         {
-            var remote = DriveScan.ReadIfAllowed(drive.Server, folder).Select(found => found.Key).ToHashSet(RelativePath.Comparer);
+            var remote = DriveScan.ReadIfAllowed(drive.Server, folder).Select(found => found.Name).ToHashSet(RelativePath.Comparer);
             // A new drive often has one empty side.
             if (remote.Count == 0)
                 continue;

@@ -35,9 +35,9 @@ internal sealed class UnixFolder : OpenFolder
 
     public override FileEntry? Find(string name) => Examine(name) is { } status ? status.ToEntry() : null;
 
-    public override List<KeyValuePair<string, FileEntry>> Read()
+    public override List<NamedEntry> Read()
     {
-        var found = new List<KeyValuePair<string, FileEntry>>();
+        var found = new List<NamedEntry>();
         using var list = new UnixFolderList(_handle, Path);
         while (list.MoveNext())
         {

@@ -40,10 +40,10 @@ internal sealed class WindowsFolder : OpenFolder
 
     public override FileEntry? Find(string name) => Examine(name, WindowsFile.EntryOf);
 
-    public override List<KeyValuePair<string, FileEntry>> Read()
+    public override List<NamedEntry> Read()
     {
         var found = List(filter: null);
-        found.RemoveAll(item => item.Value.Kind == EntryKind.Other || !NameRules.CanBeListed(item.Key));
+        found.RemoveAll(item => item.Entry.Kind == EntryKind.Other || !NameRules.CanBeListed(item.Name));
         return found;
     }
 
@@ -155,7 +155,7 @@ internal sealed class WindowsFolder : OpenFolder
     }
 
     /// <summary>All entries of the folder, links included, or those that match a name.</summary>
-    public List<KeyValuePair<string, FileEntry>> List(string? filter)
+    public List<NamedEntry> List(string? filter)
     {
         var volume = WindowsFile.EntryOf(_handle, Path).Device;
         var status = NativeFile.Open(_handle, "", FolderAccess, NativeFile.ShareAll, NativeFile.OpenExisting,

@@ -6,9 +6,9 @@ internal static unsafe class WindowsFolderList
     private const int BufferSize = 64 * 1024;
 
     /// <summary>The entries of an open folder, or those that match a name. The handle must not have been listed before.</summary>
-    public static List<KeyValuePair<string, FileEntry>> Read(SafeFileHandle folder, string path, ulong volume, string? filter = null)
+    public static List<NamedEntry> Read(SafeFileHandle folder, string path, ulong volume, string? filter = null)
     {
-        var found = new List<KeyValuePair<string, FileEntry>>();
+        var found = new List<NamedEntry>();
         var buffer = new byte[BufferSize];
         while (true)
         {
@@ -21,7 +21,7 @@ internal static unsafe class WindowsFolderList
         }
     }
 
-    private static void Collect(byte[] buffer, ulong volume, List<KeyValuePair<string, FileEntry>> found)
+    private static void Collect(byte[] buffer, ulong volume, List<NamedEntry> found)
     {
         fixed (byte* start = buffer)
         {

@@ -16,9 +16,9 @@ internal static class WindowsTree
             var items = top.List(filter: null);
             if (items.Count == 0)
                 return true;
-            if (earlier.SetEquals(items.Select(item => item.Key)))
+            if (earlier.SetEquals(items.Select(item => item.Name)))
                 return false;
-            earlier = items.Select(item => item.Key).ToHashSet();
+            earlier = items.Select(item => item.Name).ToHashSet();
             foreach (var (name, entry) in items)
                 Remove(top, name, entry);
         }
