@@ -153,15 +153,17 @@ public sealed class StagedCopyTests : IDisposable
         Assert.Equal(NamesIn(_one), NamesIn(_other));
     }
 
-    [UnixFact]
-    public void HolesStayHoles()
+    [UnixTheory]
+    [InlineData(0)]
+    [InlineData(256 << 20)]
+    public void HolesStayHoles(long dataAt)
     {
         const long size = 512L << 20;
         using (var file = new FileStream(_source, FileMode.Create))
         {
             file.SetLength(size);
-            file.Seek(size / 2, SeekOrigin.Begin);
-            file.Write("in the middle"u8);
+            file.Seek(dataAt, SeekOrigin.Begin);
+            file.Write("between holes"u8);
         }
 
         using (var copy = StagedCopy.Make(FileSource.Outside(_source), _one))
