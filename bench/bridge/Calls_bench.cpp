@@ -109,7 +109,7 @@ int main(int argc, char** argv)
             {"request with one record, ns, the managed call included", "RequestForOneRecord", "Nothing",
                 Goal::AtMostAbove, 2000},
             {"second connection, ns", "SecondConnection", "Nothing", Goal::AtMostAbove, 20000},
-            {"making and dropping 1,000,000 ids, ns", "MakeAndDropIds", "Nothing", Goal::AtMostAbove, 100.0 * IdCount},
+            {"making and dropping 1,000,000 ids, ns", "MakeAndDropIds", "Nothing", Goal::AtMostAbove, 50.0 * IdCount},
         });
     const std::int64_t left = TestSupport::countHandles();
     std::printf("handles left: %lld (the raw service is one)\n", static_cast<long long>(left));

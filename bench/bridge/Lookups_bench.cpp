@@ -173,8 +173,8 @@ int main(int argc, char** argv)
     return Bench::runWithRatios(argc, argv,
         {
             {"items by workspace paths to native limit", "ItemsByWorkspacePaths", "NativeItemsByWorkspacePaths",
-                Goal::AtMost, 1.5},
-            {"permanent ids to native limit", "PermanentIds", "NativePermanentIds", Goal::AtMost, 1.5},
-            {"property values to native limit", "PropertyValues", "NativePropertyValues", Goal::AtMost, 1.5},
+                Goal::AtMost, 0.85},
+            {"permanent ids to native limit", "PermanentIds", "NativePermanentIds", Goal::AtMost, 0.85},
+            {"property values to native limit", "PropertyValues", "NativePropertyValues", Goal::AtMost, 0.85},
         });
 }

@@ -95,5 +95,5 @@ int main(int argc, char** argv)
 {
     return Bench::runWithRatios(argc, argv,
         {{"flush of 100,000 events against filling a tree and write_json", "Flush", "FillAndWriteJson",
-            Bench::Goal::AtMost, 1.15}});
+            Bench::Goal::AtMost, 0.8}});
 }
