@@ -158,8 +158,11 @@ internal sealed class DriveSide : IDisposable
         Removal.MoveAside(parent.Folder, path, staging.Folder, expected);
     }
 
+    /// <summary>The folder in which this thread prepares copies, created if it is missing.</summary>
+    public FolderLease OpenCopies() => _held is not null ? new FolderLease(_held.Copies(), isOwned: false) : OpenStaging();
+
     /// <summary>The staging folder, created if it is missing.</summary>
-    public FolderLease OpenStaging()
+    private FolderLease OpenStaging()
     {
         if (_held is not null)
             return new FolderLease(_held.Staging(), isOwned: false);

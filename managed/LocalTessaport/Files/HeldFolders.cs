@@ -5,6 +5,7 @@ internal sealed class HeldFolders : IDisposable
 {
     private readonly object _lock = new();
     private readonly string _path;
+    private readonly OpenFolder?[] _copies = new OpenFolder?[Local.Staging.CopyFolders];
     private OpenFolder? _root;
     private OpenFolder? _staging;
 
@@ -24,10 +25,24 @@ internal sealed class HeldFolders : IDisposable
             return _staging ??= Local.Staging.Open(root);
     }
 
+    /// <summary>The folder in which this thread prepares copies.</summary>
+    public OpenFolder Copies()
+    {
+        var staging = Staging();
+        var number = Environment.CurrentManagedThreadId % _copies.Length;
+        lock (_lock)
+            return _copies[number] ??= Local.Staging.OpenCopies(staging, number);
+    }
+
     public void CloseStaging()
     {
         lock (_lock)
         {
+            foreach (ref var copies in _copies.AsSpan())
+            {
+                copies?.Dispose();
+                copies = null;
+            }
             _staging?.Dispose();
             _staging = null;
         }

@@ -1,6 +1,6 @@
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>A file in preparation in the staging folder of a side. It is deleted unless it is committed.</summary>
+/// <summary>A file in preparation in a folder for copies of a side. It is deleted unless it is committed.</summary>
 internal sealed class StagedFile : IDisposable
 {
     private readonly FolderLease _staging;
@@ -15,7 +15,7 @@ internal sealed class StagedFile : IDisposable
 
     public StagedFile(DriveSide side)
     {
-        _staging = side.OpenStaging();
+        _staging = side.OpenCopies();
         _path = Path.Join(_staging.Folder.Path, _name);
         try
         {

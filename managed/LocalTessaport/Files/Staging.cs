@@ -9,6 +9,9 @@ internal static class Staging
 {
     public const string FolderName = ".tessaport";
 
+    /// <summary>How many folders there are for copies, for as many threads as copy at once.</summary>
+    public const int CopyFolders = 4;
+
     private const int OwnerRights = 0x1c0;
 
     private static readonly FileEntry Private = new() { Kind = EntryKind.Folder, Mode = OwnerRights };
@@ -16,12 +19,13 @@ internal static class Staging
     public static string NewName() => Guid.NewGuid().ToString("N");
 
     /// <summary>Opens the folder and creates it if it is missing.</summary>
-    public static OpenFolder Open(OpenFolder root)
-    {
-        root.MakeFolder(FolderName, Private);
-        return root.TryOpen(FolderName)
-            ?? throw new IOException($"'{Path.Join(root.Path, FolderName)}' cannot be opened: it is not a folder. Remove it and try again.");
-    }
+    public static OpenFolder Open(OpenFolder root) => OpenPrivate(root, FolderName);
+
+    /// <summary>
+    /// Opens one of the folders in the staging folder in which copies are prepared. Threads that create files in one folder wait for
+    /// each other, and for the thread that renames files out of it.
+    /// </summary>
+    public static OpenFolder OpenCopies(OpenFolder staging, int number) => OpenPrivate(staging, NameOfCopies(number));
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
@@ -35,11 +39,26 @@ internal static class Staging
             if (staging is null)
                 return;
             ReplacementRecord.Recover(root, staging);
+            for (var number = 0; number < CopyFolders; ++number)
+            {
+                using var copies = staging.TryOpen(NameOfCopies(number));
+                if (copies is not null)
+                    ReplacementRecord.Recover(root, copies);
+            }
             if (staging.Empty())
                 root.RemoveFolder(FolderName);
         }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
         }
+    }
+
+    private static string NameOfCopies(int number) => $"copies-{number}";
+
+    private static OpenFolder OpenPrivate(OpenFolder parent, string name)
+    {
+        parent.MakeFolder(name, Private);
+        return parent.TryOpen(name)
+            ?? throw new IOException($"'{Path.Join(parent.Path, name)}' cannot be opened: it is not a folder. Remove it and try again.");
     }
 }

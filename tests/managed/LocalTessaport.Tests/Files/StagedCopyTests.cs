@@ -191,7 +191,9 @@ public sealed class StagedCopyTests : IDisposable
         UnixCalls.SetMode(_source, (UnixFileMode)0b110_110_110);
         using (StepAction.At("Copy.Read", "source", _ =>
         {
-            Assert.Equal((UnixFileMode)0b110_000_000, UnixCalls.ModeOf(Staged(_one).Single()));
+            var staged = Staged(_one).Single();
+            Assert.Equal((UnixFileMode)0b110_000_000, UnixCalls.ModeOf(staged));
+            Assert.Equal((UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.GetDirectoryName(staged)!));
             Assert.Equal((UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.Combine(_one.Root, ".tessaport")));
         }))
         using (var copy = StagedCopy.Make(FileSource.Outside(_source), _one))
@@ -234,5 +236,6 @@ public sealed class StagedCopyTests : IDisposable
 
     private static string[] NamesIn(DriveSide side) => [.. Directory.GetFiles(side.Root).Select(path => Path.GetFileName(path)).Order()];
 
-    private static string[] Staged(DriveSide side) => Directory.GetFiles(Path.Combine(side.Root, ".tessaport"));
+    private static string[] Staged(DriveSide side) =>
+        Directory.GetFiles(Path.Combine(side.Root, ".tessaport"), "*", SearchOption.AllDirectories);
 }
