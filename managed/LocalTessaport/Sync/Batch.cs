@@ -19,7 +19,7 @@ internal static class Batch
         }
         var (result, count) = (report.ToResult(), report.Count);
         // The records take as much memory as a long result, which is read next. Whoever needs them later reads them from the disk.
-        if (count >= LargeGarbage.ManyItems)
+        if (LargeGarbage.IsLeftBy(count))
             IndexStore.ForgetAll();
         LargeGarbage.ReleaseAfter(count);
         return result;

@@ -77,8 +77,7 @@ internal sealed class ChangeReport
         {
             yield return list[i].ToItem();
             // The items that were read before are garbage by now, unless the reader keeps them.
-            if ((i + 1) % LargeGarbage.ManyItems == 0)
-                LargeGarbage.ReleaseAfter(LargeGarbage.ManyItems);
+            LargeGarbage.ReleaseDuring(i + 1);
         }
     }
 

@@ -6,13 +6,24 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal static class LargeGarbage
 {
-    /// <summary>For fewer items the collection takes longer than it is worth.</summary>
-    public const int ManyItems = 20_000;
+    // For fewer items the collection takes longer than it is worth.
+    private const int ManyItems = 20_000;
 
-    /// <param name="items">How many items the work that is finished was about.</param>
+    /// <summary>Whether work on so many items leaves enough to be given back.</summary>
+    public static bool IsLeftBy(int items) => items >= ManyItems;
+
+    /// <summary>Gives back what work on so many items left, if that is enough to be worth it.</summary>
     public static void ReleaseAfter(int items)
     {
-        if (items >= ManyItems)
+        if (IsLeftBy(items))
             GC.Collect(GC.MaxGeneration, GCCollectionMode.Aggressive, blocking: true, compacting: true);
+    }
+
+    /// <summary>Gives it back from time to time, when one item after the other becomes garbage.</summary>
+    /// <param name="items">How many items there were up to now.</param>
+    public static void ReleaseDuring(int items)
+    {
+        if (items % ManyItems == 0)
+            ReleaseAfter(ManyItems);
     }
 }
