@@ -14,10 +14,8 @@ shift
 compile=("$@")
 while [ $# -gt 1 ]; do
     case $1 in
-        -o) object=$2 ;;
-    esac
-    case $1 in
-        -o | -MF | -MT) shift ;;
+        -o) object=$2 && shift ;;
+        -MF | -MT) shift ;;
         -c | -MD) ;;
         *) flags+=("$1") ;;
     esac
