@@ -198,7 +198,7 @@ private:
         return some;
     }
 
-    /// Runs the command with the failing call, and once more. @return whether the call was made.
+    /// Runs the command with the failing call, and once more; false if the call was not made.
     bool survives(const Command& command, const Attack& attack)
     {
         const ChildResult result = runWith(command.arguments, attack, work);

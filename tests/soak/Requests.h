@@ -31,7 +31,7 @@ public:
     void keep(const Common::QVBuffer<TessaportAPI::Command>& found);
     void clear();
 
-    /// A kept record, or a default-constructed one while there is none.
+    /// A kept record; an empty one if none is kept.
     [[nodiscard]] TessaportAPI::Item item();
     [[nodiscard]] TessaportAPI::Command command();
     [[nodiscard]] Common::QVBuffer<TessaportAPI::Item> items();

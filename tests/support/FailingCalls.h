@@ -1,5 +1,5 @@
 /// @file
-/// Which call of the system fails, for the functions that stand in for it (see FailingCalls.cpp).
+/// Which call of the system fails. The functions that replace the calls ask this (see FailingCalls.cpp).
 #pragma once
 
 #include <dlfcn.h>

@@ -139,7 +139,7 @@ format_cpp() { sources '*.h' '*.cpp' | xargs clang-format "$@"; }
 
 format_cs() { # [dotnet format option]...
     local folder
-    for folder in managed tests/managed bench/bridge/Peers; do
+    for folder in managed tests/managed bench; do
         dotnet format whitespace "$folder" --folder --exclude "$folder/**/obj" "$@" || return 1
     done
 }

@@ -4,8 +4,8 @@
 mutate.py <root of the repository> [--count NUMBER] [--seed SEED] [FOLDER...]
 
 The sources must be as they are committed; each is restored after its fault. The tests run where only the build folder and an
-empty /tmp can be written: what a fault may delete is nobody's. Those in explained_mutations.txt are not made. The exit code is 1 if fewer than 95 % are
-noticed.
+empty /tmp can be written, because a fault may delete files. Faults that explained_mutations.txt lists are not made. The exit code
+is 1 if fewer than 95 % are noticed.
 """
 import argparse
 import collections
