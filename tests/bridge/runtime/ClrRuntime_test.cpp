@@ -4,7 +4,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -18,6 +17,7 @@
 #include "tests/bridge/runtime/FakeBridge.h"
 #include "tests/bridge/runtime/FakeHostFxr.h"
 #include "tests/bridge/runtime/Installation.h"
+#include "tests/bridge/runtime/RuntimeStart.h"
 
 using namespace Quorvex::Velmora;
 using namespace Quorvex::Velmora::Tessaport;
@@ -27,48 +27,17 @@ using testing::HasSubstr;
 namespace
 {
 
-constexpr std::uint32_t FirstCode = 0x80008081;
-constexpr std::uint32_t LastCode = 0x800080a7;
 constexpr std::uint32_t RuntimeFailedToStart = 0x80008089;
 constexpr std::uint32_t InvalidState = 0x800080a3;
 
-std::string hexadecimal(std::uint32_t code)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%08x", code);
-    return text;
-}
-
 HostingStatus statusOf(std::uint32_t code) { return {static_cast<std::int32_t>(code), "words of the host"}; }
 
-class Starting : public testing::Test
+class Starting : public RuntimeStart
 {
 protected:
-    Starting()
-    {
-        bridgeScript = successfulBridge();
-        script.startBridge = startFakeBridge;
-        for (const char* const name : BridgeFiles)
-            writeText(bridge / name, "");
-    }
+    Starting() : RuntimeStart(std::make_unique<FakeHostFxr>(script)) { script.startBridge = startFakeBridge; }
 
-    std::string failureOfStart()
-    {
-        try {
-            (void)runtime.entryPoints();
-        } catch (const TessaportAPI::ApiException& e) {
-            return e.what();
-        }
-        ADD_FAILURE() << "the start succeeded";
-        return {};
-    }
-
-    void expectSuccess() { EXPECT_EQ(runtime.entryPoints().version, EntryPointsVersion); }
-
-    TemporaryFolder folder;
-    const std::filesystem::path bridge = folder.path() / "bridge";
     HostScript script;
-    ClrRuntime runtime{std::make_unique<FakeHostFxr>(script), bridge};
 };
 
 class HostingCodes : public Starting, public testing::WithParamInterface<std::uint32_t>

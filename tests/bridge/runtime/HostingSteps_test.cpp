@@ -2,7 +2,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -18,6 +17,7 @@
 #include <velmora/bridge/runtime/NativeLibrary.h>
 #include "tests/bridge/runtime/FakeBridge.h"
 #include "tests/bridge/runtime/Installation.h"
+#include "tests/bridge/runtime/RuntimeStart.h"
 #include "tests/bridge/runtime/hosts/SubstituteHostFxr.h"
 
 using namespace Quorvex::Velmora;
@@ -37,16 +37,6 @@ namespace
 #define VELMORA_HOST_TEXT(text) text
 #endif
 
-constexpr std::uint32_t FirstCode = 0x80008081;
-constexpr std::uint32_t LastCode = 0x800080a7;
-
-std::string hexadecimal(std::uint32_t code)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%08x", code);
-    return text;
-}
-
 struct Step {
     const char* name;
     void (*answer)(HostFxrScript& host, std::int32_t code);
@@ -58,14 +48,11 @@ constexpr Step Steps[] = {
                             std::int32_t code) { host.loadAssembly = host.findFunction = host.loadFunction = code; }},
 };
 
-class HostingSteps : public testing::Test
+class HostingSteps : public RuntimeStart
 {
 protected:
-    HostingSteps()
+    HostingSteps() : RuntimeStart(HostFxr::system())
     {
-        for (const char* const name : BridgeFiles)
-            writeText(bridge / name, "");
-        bridgeScript = successfulBridge();
         const auto scriptOf = NativeLibrary::open(native(VELMORA_SUBSTITUTE_HOSTFXR))
                                   .symbol<TestHosts::GetHostFxrScript>(TestHosts::HostFxrScriptFunction);
         host = scriptOf == nullptr ? nullptr : scriptOf();
@@ -78,29 +65,20 @@ protected:
         runtime.setOptions({{}, root});
     }
 
+    // The library stays loaded, and what a test has set refers to the test.
+    void TearDown() override
+    {
+        if (host != nullptr)
+            *host = HostFxrScript{};
+    }
+
     void reset()
     {
         *host = HostFxrScript{};
         host->startFunction = reinterpret_cast<void*>(&startFakeBridge);
     }
 
-    std::string failureOfStart()
-    {
-        try {
-            (void)runtime.entryPoints();
-        } catch (const TessaportAPI::ApiException& e) {
-            return e.what();
-        }
-        ADD_FAILURE() << "the start succeeded";
-        return {};
-    }
-
-    void expectSuccess() { EXPECT_EQ(runtime.entryPoints().version, EntryPointsVersion); }
-
-    TemporaryFolder folder;
     const std::filesystem::path root = native(VELMORA_SUBSTITUTE_DOTNET);
-    const std::filesystem::path bridge = folder.path() / "bridge";
-    ClrRuntime runtime{HostFxr::system(), bridge};
     HostFxrScript* host = nullptr;
 };
 
