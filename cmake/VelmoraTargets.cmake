@@ -48,11 +48,12 @@ function(velmora_own_allocation target)
     endif()
 endfunction()
 
-# velmora_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [FILTER <GoogleTest filter>] [NATIVE])
-# Adds a GoogleTest program; each of its tests becomes one ctest entry with a time limit. NATIVE means that the program
-# starts no .NET: its tests also run under the sanitizers.
+# velmora_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [FILTER <GoogleTest filter>]
+#     [RESOURCE <name>] [NATIVE])
+# Adds a GoogleTest program; each of its tests becomes one ctest entry with a time limit. RESOURCE is what only one test at a
+# time may use. NATIVE means that the program starts no .NET: its tests also run under the sanitizers.
 function(velmora_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "NATIVE" "TIMEOUT;FILTER" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "NATIVE" "TIMEOUT;FILTER;RESOURCE" "SOURCES;LIBRARIES")
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
@@ -67,6 +68,9 @@ function(velmora_add_test name)
     if(ARG_NATIVE)
         list(APPEND properties LABELS native)
         add_dependencies(velmora_native_tests ${name})
+    endif()
+    if(ARG_RESOURCE)
+        list(APPEND properties RESOURCE_LOCK ${ARG_RESOURCE})
     endif()
     if(ARG_FILTER)
         set(filter TEST_FILTER "${ARG_FILTER}")

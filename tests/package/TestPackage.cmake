@@ -1,9 +1,10 @@
 # Builds the example host and a program of the support libraries as a user of Velmora would, and runs both.
 #
 #   MODE             install, build or subdirectory: how they get Velmora; window: the example with a window, from an
-#                    installation
+#                    installation; dialogs: the example with dialogs, from what a run with the mode install left
 #   SOURCE_DIR       the repository          BUILD_DIR   its build tree
-#   WORK_DIR         emptied first           CONFIG      the build type
+#   WORK_DIR         emptied first, but for the dialogs
+#   CONFIG           the build type
 #   VERSION          of the repository
 #   GENERATOR, CXX   what to build with
 #   TOOLCHAIN, EMULATOR   of a cross build, which installs from the archive that cpack makes
@@ -40,7 +41,7 @@ endfunction()
 # Programs of a cross build find their DLLs in the folders of WINEPATH.
 function(find_launcher result)
     set(launcher ${EMULATOR})
-    if(TOOLCHAIN AND MODE STREQUAL "install")
+    if(TOOLCHAIN AND MODE MATCHES "^(install|dialogs)$")
         set(launcher "${CMAKE_COMMAND}" -E env "WINEPATH=Z:${PREFIX}/bin" ${EMULATOR})
     elseif(TOOLCHAIN AND MODE STREQUAL "build")
         set(launcher "${CMAKE_COMMAND}" -E env "VELMORA_WINE_LIBRARIES=Z:${BUILD_DIR}/bin" ${EMULATOR})
@@ -169,10 +170,15 @@ endfunction()
 function(check_dialogs)
     find_program_of_consumer(velmora_open_dialog dialogs)
     file(READ "${WORK_DIR}/consumer/local-service.txt" service)
+    find_launcher(launcher)
     run("${CMAKE_COMMAND}" -E env "VELMORA_OPEN_DIALOG=${dialogs}" "VELMORA_LOCAL_SERVICE=${service}" ${launcher}
         "${DIALOG_TESTS}" "--gtest_filter=OpenDialog.OpensTheFileWhoseNameIsTyped:OpenDialog.SavesInANewFolder")
 endfunction()
 
+if(MODE STREQUAL "dialogs")
+    check_dialogs()
+    return()
+endif()
 file(REMOVE_RECURSE "${WORK_DIR}")
 if(MODE STREQUAL "window")
     install_elsewhere("${PREFIX}")
@@ -204,9 +210,6 @@ check_host_says_that_nothing_is_installed()
 if(MODE STREQUAL "install")
     file(GLOB tool "${PREFIX}/bin/tessaport" "${PREFIX}/bin/tessaport.exe")
     run(${launcher} "${tool}" --home "${WORK_DIR}/home" drives)
-    if(DIALOG_TESTS)
-        check_dialogs()
-    endif()
     if(NOT TOOLCHAIN)
         check_pkg_config()
     endif()
