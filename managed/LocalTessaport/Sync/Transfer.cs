@@ -1,18 +1,11 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A file that goes from one side to the other.</summary>
-internal sealed class Transfer
+internal sealed class Transfer(SnapshotNode node, string path, SideName from)
 {
-    public Transfer(SnapshotNode node, string path, SideName from)
-    {
-        Node = node;
-        Path = path;
-        From = from;
-    }
-
-    public SnapshotNode Node { get; }
-    public string Path { get; }
-    public SideName From { get; }
+    public SnapshotNode Node { get; } = node;
+    public string Path { get; } = path;
+    public SideName From { get; } = from;
 
     /// <summary>The copy, once it is prepared.</summary>
     public StagedCopy? Copy { get; set; }

@@ -1,27 +1,13 @@
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>Decides which version of a file goes to the other side, or that both are kept.</summary>
-internal sealed class VersionSync
+internal sealed class VersionSync(
+    DriveEdit edit, ITransfers transfers, SyncProgress progress, ChangeReport report, ISyncSteps steps)
 {
-    private readonly DriveEdit _edit;
-    private readonly ITransfers _transfers;
-    private readonly ISyncSteps _steps;
-    private readonly SyncProgress _progress;
-    private readonly ChangeReport _report;
-
-    public VersionSync(DriveEdit edit, ITransfers transfers, SyncProgress progress, ChangeReport report, ISyncSteps steps)
-    {
-        _edit = edit;
-        _transfers = transfers;
-        _progress = progress;
-        _report = report;
-        _steps = steps;
-    }
-
     public void Sync(SnapshotNode node, FileEntry local, FileEntry remote)
     {
         var path = node.Path;
-        var last = _edit.Index.Synced.ByPath(path);
+        var last = edit.Index.Synced.ByPath(path);
         var here = VersionCheck.Compare(local, last, SideName.Workspace);
         var there = VersionCheck.Compare(remote, last, SideName.Server);
         if (here == VersionState.Synced && there == VersionState.Synced)
@@ -36,18 +22,18 @@ internal sealed class VersionSync
             case (VersionState.Synced, VersionState.Synced):
                 break;
             case (VersionState.Synced, VersionState.Changed):
-                _transfers.Add(node, SideName.Server);
+                transfers.Add(node, SideName.Server);
                 break;
             case (VersionState.Changed, VersionState.Synced):
-                _transfers.Add(node, SideName.Workspace);
+                transfers.Add(node, SideName.Workspace);
                 break;
             case (VersionState.Synced, VersionState.Unsure):
                 if (!RecordIfEqual(node, path))
-                    _transfers.Add(node, SideName.Server);
+                    transfers.Add(node, SideName.Server);
                 break;
             case (VersionState.Unsure, VersionState.Synced):
                 if (!RecordIfEqual(node, path))
-                    _transfers.Add(node, SideName.Workspace);
+                    transfers.Add(node, SideName.Workspace);
                 break;
             default:
                 if (!RecordIfEqual(node, path))
@@ -61,28 +47,28 @@ internal sealed class VersionSync
     {
         if (state != VersionState.Unsure || !last.Hash.IsKnown)
             return state;
-        var hash = FileContent.Hash(_steps.FileAt(side, node), out var seen);
+        var hash = FileContent.Hash(steps.FileAt(side, node), out var seen);
         node[side] = seen;
         if (ContentHash.Parse(hash) != last.Hash)
             return VersionState.Changed;
         var stamp = SeenVersion.Now(seen).Stamp;
-        var current = _edit.Index.Synced.ByPath(path) ?? last;
+        var current = edit.Index.Synced.ByPath(path) ?? last;
         var record = side == SideName.Workspace
             ? current with { LocalStamp = stamp, Local = seen.Identity }
             : current with { RemoteStamp = stamp, Remote = seen.Identity };
-        _steps.Record(record, _edit.ViewOf(node, path));
+        steps.Record(record, edit.ViewOf(node, path));
         return VersionState.Synced;
     }
 
     private bool RecordIfEqual(SnapshotNode node, string path)
     {
         var areEqual = FileContent.AreEqual(
-            _steps.FileAt(SideName.Workspace, node), _steps.FileAt(SideName.Server, node), out var local, out var remote);
+            steps.FileAt(SideName.Workspace, node), steps.FileAt(SideName.Server, node), out var local, out var remote);
         (node[SideName.Workspace], node[SideName.Server]) = (local, remote);
         if (areEqual)
         {
-            var record = SyncedRecord.ForEqual(path, SeenVersion.Now(local), SeenVersion.Now(remote), _steps.FileAt(SideName.Workspace, node));
-            _steps.Record(record, _edit.ViewOf(node, path));
+            var record = SyncedRecord.ForEqual(path, SeenVersion.Now(local), SeenVersion.Now(remote), steps.FileAt(SideName.Workspace, node));
+            steps.Record(record, edit.ViewOf(node, path));
         }
         return areEqual;
     }
@@ -93,9 +79,9 @@ internal sealed class VersionSync
         var (local, remote) = (node[SideName.Workspace]!.Value, node[SideName.Server]!.Value);
         var newer = local.Modified >= remote.Modified ? SideName.Workspace : SideName.Server;
         var older = newer.Opposite();
-        var copy = _steps.KeepCopy(node, path, older);
-        _progress.Worked();
-        _report.Created(copy);
-        _transfers.Add(node, newer);
+        var copy = steps.KeepCopy(node, path, older);
+        progress.Worked();
+        report.Created(copy);
+        transfers.Add(node, newer);
     }
 }
