@@ -82,6 +82,11 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths, const 
     return command.add_option("path", paths, description)->type_name("PATH");
 }
 
+CLI::Option* addDryRun(CLI::App& command, bool& dryRun)
+{
+    return command.add_flag("-n,--dry-run", dryRun, "Only show what would be done");
+}
+
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples)
 {

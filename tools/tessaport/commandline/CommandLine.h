@@ -60,6 +60,15 @@ CLI::Option* addPath(CLI::App& command, std::string& path, const std::string& de
 CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths,
     const std::string& description = "Files or folders in a workspace, or DRIVE/PATH");
 
+/// What a command that changes items is told.
+struct ChangeOptions {
+    std::vector<std::string> paths;
+    bool dryRun = false;
+};
+
+/// Declares the flag with which a command only shows what it would change.
+CLI::Option* addDryRun(CLI::App& command, bool& dryRun);
+
 /// Declares a command that only groups others.
 CLI::App& addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples);

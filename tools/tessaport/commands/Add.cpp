@@ -28,12 +28,9 @@ namespace
 
 using namespace TessaportAPI;
 
-struct AddOptions {
-    std::vector<std::string> filesAndFolder;
-    bool dryRun = false;
-
-    [[nodiscard]] std::vector<std::string> files() const { return {filesAndFolder.begin(), filesAndFolder.end() - 1}; }
-    [[nodiscard]] const std::string& folder() const { return filesAndFolder.back(); }
+struct AddOptions : ChangeOptions {
+    [[nodiscard]] std::vector<std::string> files() const { return {paths.begin(), paths.end() - 1}; }
+    [[nodiscard]] const std::string& folder() const { return paths.back(); }
 };
 
 QVBuffer<QVString> pathsOf(const std::vector<SourceFile>& files)
@@ -273,7 +270,7 @@ ExitCode canAddEach(Context& context, const AddOptions& options)
 
 void addFileOptions(CLI::App& command, AddOptions& options, const std::string& what)
 {
-    command.add_option("file", options.filesAndFolder, what + ", then the folder in a workspace or DRIVE/PATH")
+    command.add_option("file", options.paths, what + ", then the folder in a workspace or DRIVE/PATH")
         ->type_name("FILE... FOLDER")
         ->expected(2, CLI::detail::expected_max_vector_size)
         ->required();
@@ -290,7 +287,7 @@ void addAddCommands(const CommandLine& line)
             "tessaport add -n *.dwg FOLDER         only show what would be done",
             add);
     addFileOptions(command, options, "Local files and folders");
-    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    addDryRun(command, options.dryRun);
 
     auto [can, question] = addCommand<AddOptions>(line, "can-add", "Show which local files could be added to a folder",
         "tessaport can-add drawing.dwg notes.txt FOLDER", canAddEach);

@@ -129,7 +129,7 @@ void addItemCommands(const CommandLine& line)
         ->type_name("ACTION")
         ->required();
     addPaths(command, options.paths)->required();
-    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    addDryRun(command, options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

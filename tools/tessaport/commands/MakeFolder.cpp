@@ -14,11 +14,6 @@ namespace
 
 using namespace TessaportAPI;
 
-struct MakeFolderOptions {
-    std::vector<std::string> paths;
-    bool dryRun = false;
-};
-
 /// A path that is to become a folder, and the nearest existing item on the way to it.
 struct Request {
     std::string given;
@@ -84,7 +79,7 @@ void makeFolder(Context& context, const Request& request, bool dryRun, Outcomes&
     }
 }
 
-ExitCode makeFolders(Context& context, const MakeFolderOptions& options)
+ExitCode makeFolders(Context& context, const ChangeOptions& options)
 {
     const std::vector<Request> requests = nearestItems(context, options.paths);
     Outcomes outcomes(context);
@@ -97,11 +92,11 @@ ExitCode makeFolders(Context& context, const MakeFolderOptions& options)
 
 void addMakeFolderCommand(const CommandLine& line)
 {
-    auto [command, options] = addCommand<MakeFolderOptions>(
+    auto [command, options] = addCommand<ChangeOptions>(
         line, "mkdir", "Create folders and missing levels", "tessaport mkdir PATH/plans/2024", makeFolders);
     addPaths(command, options.paths, "Folders to create in a workspace, or DRIVE/PATH")->required();
     command.add_flag("-p,--parents", "Changes nothing: missing levels are always created, as other mkdirs do with -p");
-    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    addDryRun(command, options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -16,11 +16,9 @@ namespace
 
 using namespace TessaportAPI;
 
-struct RemoveOptions {
-    std::vector<std::string> paths;
+struct RemoveOptions : ChangeOptions {
     bool recursive = false;
     bool yes = false;
-    bool dryRun = false;
 };
 
 /// Counts what is in a folder, at any depth.
@@ -147,7 +145,7 @@ void addRemoveCommand(const CommandLine& line)
     addPaths(command, options.paths)->required();
     command.add_flag("-r,--recursive", options.recursive, "Delete folders with everything in them");
     command.add_flag("-y,--yes", options.yes, "Do not ask");
-    command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    addDryRun(command, options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

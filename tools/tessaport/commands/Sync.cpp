@@ -24,10 +24,8 @@ namespace
 
 using namespace TessaportAPI;
 
-struct SyncOptions {
-    std::vector<std::string> paths;
+struct SyncOptions : ChangeOptions {
     std::string one;
-    bool dryRun = false;
     bool isQuiet = false;
 };
 
@@ -387,7 +385,7 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
     CLI::Option* const paths = addPaths(command, options.paths);
-    CLI::Option* const dryRun = command.add_flag("-n,--dry-run", options.dryRun, "Only show what would be done");
+    CLI::Option* const dryRun = addDryRun(command, options.dryRun);
     CLI::Option* const quiet =
         command.add_flag("-q,--quiet", options.isQuiet, "Print nothing but errors")->excludes(dryRun);
     command.add_option("--one", options.one, "Sync this one item with a one-shot operation")
