@@ -1,14 +1,15 @@
 /// @file
 /// A library to preload into a program: it records in which order files are created, flushed and renamed.
 ///
-/// Each call is a line in the file that VELMORA_RECORDED_CALLS names: "create PATH", "flush PATH", "flush-all" for an
-/// entire file system, or "rename FROM TO" with the names as the program gave them. Nothing is recorded without the
-/// variable, and calls that fail are not recorded.
+/// Each call is a line in the file that VELMORA_RECORDED_CALLS names: "create PATH", "open DESCRIPTOR FOLDER", "flush
+/// PATH", "flush-all DESCRIPTOR FOLDER" for an entire file system, or "rename FROM TO" with the names as the program
+/// gave them. Nothing is recorded without the variable, and calls that fail are not recorded.
 #ifndef _GNU_SOURCE
 #define _GNU_SOURCE 1
 #endif
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +21,8 @@
 
 namespace
 {
+
+constexpr long OpenRestricted = 437;
 
 void record(const std::string& line)
 {
@@ -59,6 +62,13 @@ int recordCreation(int flags, int result)
     return result;
 }
 
+// A descriptor that only stands for a folder cannot flush anything.
+void recordFolder(std::uint64_t flags, int descriptor)
+{
+    if ((flags & O_DIRECTORY) != 0 && (flags & O_PATH) == 0)
+        record("open " + std::to_string(descriptor) + ' ' + pathOf(descriptor) + '\n');
+}
+
 int recordRename(const char* from, const char* to, int result)
 {
     if (result == 0)
@@ -78,7 +88,23 @@ int syncfs(int descriptor) noexcept
 {
     const int result = next<int(int)>("syncfs")(descriptor);
     if (result == 0)
-        record("flush-all\n");
+        record("flush-all " + std::to_string(descriptor) + ' ' + pathOf(descriptor) + '\n');
+    return result;
+}
+
+// openat2() has no function of its own.
+long syscall(long number, ...) noexcept
+{
+    va_list list;
+    va_start(list, number);
+    long arguments[6];
+    for (long& argument : arguments)
+        argument = va_arg(list, long);
+    va_end(list);
+    const long result = next<long(long, ...)>("syscall")(
+        number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]);
+    if (number == OpenRestricted && result >= 0)
+        recordFolder(*reinterpret_cast<const std::uint64_t*>(arguments[2]), static_cast<int>(result));
     return result;
 }
 

@@ -161,6 +161,9 @@ internal sealed class DriveSide : IDisposable
     /// <summary>The folder in which this thread prepares copies, created if it is missing.</summary>
     public FolderLease OpenCopies() => _held is not null ? new FolderLease(_held.Copies(), isOwned: false) : OpenStaging();
 
+    /// <summary>Flushes all files of a file system that holds copies; false if that is not reliable.</summary>
+    public bool TryFlushFileSystem(ulong device) => _held is not null && _held.TryFlushFileSystem(device);
+
     /// <summary>The staging folder, created if it is missing.</summary>
     private FolderLease OpenStaging()
     {

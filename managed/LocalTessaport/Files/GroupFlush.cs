@@ -12,13 +12,13 @@ internal static class GroupFlush
 
     public static void Run(IReadOnlyCollection<StagedFile> files)
     {
-        foreach (var group in files.GroupBy(file => file.Device))
-            FlushOn(group.ToList());
+        foreach (var group in files.GroupBy(file => file.Group))
+            Flush(group.Key.Side, group.Key.Device, group.ToList());
     }
 
-    private static void FlushOn(List<StagedFile> files)
+    private static void Flush(DriveSide side, ulong device, List<StagedFile> files)
     {
-        if (files.Count >= SmallestForFileSystem && files[0].TryFlushFileSystem())
+        if (files.Count >= SmallestForFileSystem && side.TryFlushFileSystem(device))
             files.ForEach(file => file.SetFlushed());
         else if (files.Count == 1)
             files[0].Flush();

@@ -8,6 +8,7 @@ internal sealed class HeldFolders : IDisposable
     private readonly OpenFolder?[] _copies = new OpenFolder?[Local.Staging.CopyFolders];
     private OpenFolder? _root;
     private OpenFolder? _staging;
+    private SafeFileHandle? _fileSystem;
 
     public HeldFolders(string path) => _path = path;
 
@@ -22,7 +23,15 @@ internal sealed class HeldFolders : IDisposable
     {
         var root = Root() ?? throw new DirectoryNotFoundException($"'{_path}' no longer exists. Create it and try again.");
         lock (_lock)
-            return _staging ??= Local.Staging.Open(root);
+        {
+            if (_staging is null)
+            {
+                _staging = Local.Staging.Open(root);
+                // Before any copy is written: a handle that is opened later does not report a failure of which another program knows.
+                _fileSystem = _staging.OpenFileSystem();
+            }
+            return _staging;
+        }
     }
 
     /// <summary>The folder in which this thread prepares copies.</summary>
@@ -34,6 +43,15 @@ internal sealed class HeldFolders : IDisposable
             return _copies[number] ??= Local.Staging.OpenCopies(staging, number);
     }
 
+    /// <summary>Flushes all files of a file system on which copies are prepared; false if that is not reliable.</summary>
+    public bool TryFlushFileSystem(ulong device)
+    {
+        SafeFileHandle? handle;
+        lock (_lock)
+            handle = _fileSystem;
+        return handle is not null && FileHandle.EntryOf(handle, _path).Device == device && FileHandle.TryFlushFileSystem(handle);
+    }
+
     public void CloseStaging()
     {
         lock (_lock)
@@ -43,6 +61,8 @@ internal sealed class HeldFolders : IDisposable
                 copies?.Dispose();
                 copies = null;
             }
+            _fileSystem?.Dispose();
+            _fileSystem = null;
             _staging?.Dispose();
             _staging = null;
         }

@@ -39,6 +39,9 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Opens a file of this folder that its owner created, to flush it.</summary>
     public abstract SafeFileHandle OpenToFlush(string name);
 
+    /// <summary>Opens the folder itself, to flush all files of its file system; null where that is not possible.</summary>
+    public virtual SafeFileHandle? OpenFileSystem() => null;
+
     /// <summary>Creates a folder with at most the rights of another one; false if there is a folder already.</summary>
     public abstract bool MakeFolder(string name, FileEntry? like);
 

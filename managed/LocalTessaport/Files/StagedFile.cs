@@ -3,6 +3,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>A file in preparation in a folder for copies of a side. It is deleted unless it is committed.</summary>
 internal sealed class StagedFile : IDisposable
 {
+    private readonly DriveSide _side;
     private readonly FolderLease _staging;
     private readonly string _name = Staging.NewName();
     private readonly string _path;
@@ -15,6 +16,7 @@ internal sealed class StagedFile : IDisposable
 
     public StagedFile(DriveSide side)
     {
+        _side = side;
         _staging = side.OpenCopies();
         _path = Path.Join(_staging.Folder.Path, _name);
         try
@@ -42,21 +44,14 @@ internal sealed class StagedFile : IDisposable
         Handle.Dispose();
     }
 
-    /// <summary>The file system that holds the file.</summary>
-    public ulong Device => _entry.Device;
+    /// <summary>Files that agree in this are flushed together: their side, and the file system that holds them.</summary>
+    public (DriveSide Side, ulong Device) Group => (_side, _entry.Device);
 
     public void Flush()
     {
-        using var file = Reopen();
+        using var file = _staging.Folder.OpenToFlush(_name);
         FileHandle.Flush(file, _path);
         SetFlushed();
-    }
-
-    /// <summary>Flushes all files of this file system; false if that is not reliable.</summary>
-    public bool TryFlushFileSystem()
-    {
-        using var file = Reopen();
-        return FileHandle.TryFlushFileSystem(file);
     }
 
     /// <summary>Marks the file as flushed together with others.</summary>
@@ -91,6 +86,4 @@ internal sealed class StagedFile : IDisposable
             _staging.Folder.TryDelete(_name);
         _staging.Dispose();
     }
-
-    private SafeFileHandle Reopen() => _staging.Folder.OpenToFlush(_name);
 }

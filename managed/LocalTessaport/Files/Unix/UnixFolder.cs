@@ -74,6 +74,8 @@ internal sealed class UnixFolder : OpenFolder
     public override SafeFileHandle OpenToFlush(string name) => UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly, out var error)
         ?? throw UnixFailure.For(error, PathOf(name), "opened");
 
+    public override SafeFileHandle? OpenFileSystem() => UnixPath.TryOpen(_handle, ".", Libc.OpenReadOnly | Libc.OpenFolder, out _);
+
     public override bool MakeFolder(string name, FileEntry? like)
     {
         var mode = like is { } other ? ((uint)other.Mode & AllRights) | OwnerRights : AllRights;

@@ -40,6 +40,23 @@ public sealed class FlushOrderTests : IDisposable
             Assert.Single(renames, words => words[2] == name);
     }
 
+    // A descriptor reports what failed since it was opened, and earlier failures only if no program was told of them.
+    [UnixFact]
+    public void FileSystemOfALargeGroupIsFlushedByADescriptorThatWasOpenBeforeTheFirstCopy()
+    {
+        var drive = _home.AddDrive();
+        _home.Service.Discover();
+        for (var i = 0; i < 300; ++i)
+            drive.PutInWorkspace($"{i}.txt");
+
+        var calls = Record("sync-once");
+
+        var firstCopy = Array.FindIndex(calls, call => call.StartsWith("create ", StringComparison.Ordinal) && call.Contains(".tessaport/copies-", StringComparison.Ordinal));
+        var flushes = calls.Where(call => call.StartsWith("flush-all ", StringComparison.Ordinal)).ToList();
+        Assert.NotEmpty(flushes);
+        Assert.All(flushes, flush => Assert.InRange(Array.LastIndexOf(calls, flush.Replace("flush-all ", "open ", StringComparison.Ordinal)), 0, firstCopy));
+    }
+
     /// <summary>The renames that the process made, as words.</summary>
     private static List<string[]> RequireFlushedBeforeRenamed(string[] calls)
     {
@@ -54,10 +71,11 @@ public sealed class FlushOrderTests : IDisposable
                 flushed.UnionWith(created);
             else if (words[0] == "flush")
                 flushed.Add(words[1]);
-            else
+            else if (words[0] == "rename")
+            {
                 renames.Add(words);
-            if (words[0] == "rename")
                 Assert.Contains(words[1], flushed);
+            }
         }
         return renames;
     }
