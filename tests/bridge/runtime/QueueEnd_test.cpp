@@ -70,6 +70,13 @@ TEST(EndDuringARequest, BeginsNoFurtherRequest)
 
     EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
 }
+
+TEST(EndOfAProcess, BeginsNoRequestOfAQueueThatNeverConnected)
+{
+    const ChildResult result = runQueueHost("waiting-without-a-connection");
+
+    EXPECT_TRUE(result.exitedWith(ExitCodeOfHosts)) << result.description();
+}
 #endif
 
 TEST(QueueOfAProcess, ConnectsOnceTheCauseOfAFailureIsGone)

@@ -50,15 +50,16 @@ bool hold(RequestQueue& queue)
 // Destroyed while the process ends, and so before the objects of the library.
 std::optional<RequestQueue> globalQueue;
 
-struct SlowGlobal {
-    ~SlowGlobal()
+// Destroyed after the handlers that a queue and a connection register for the end of the process.
+struct LateGlobal {
+    ~LateGlobal()
     {
-        if (isSlow)
-            std::this_thread::sleep_for(300ms);
+        if (action)
+            action();
     }
-    bool isSlow = false;
+    std::function<void()> action;
 };
-SlowGlobal slowGlobal;
+LateGlobal lateGlobal;
 
 // Keeps the process alive after the destructors of all libraries.
 bool lingers = false;
@@ -123,7 +124,7 @@ int beginNothingMore()
 {
     static auto* const leaked = new RequestQueue;
     static auto* const begun = new std::promise<void>;
-    slowGlobal.isSlow = true;
+    lateGlobal.action = [] { std::this_thread::sleep_for(300ms); };
     (void)leaked->ask([](QvNativeTessaportAPI& tessaport) {
         (void)tessaport.getDrives();
         begun->set_value();
@@ -131,6 +132,20 @@ int beginNothingMore()
     });
     leaked->ask([](QvNativeTessaportAPI&) { std::_Exit(1); }, [](std::future<void>) { std::_Exit(2); });
     begun->get_future().wait();
+    return ExitCode;
+}
+
+// Without a connection there is only the queue that can know of the end.
+int beginNothingWithoutAConnection(const std::filesystem::path& apiFolder)
+{
+    static auto* const leaked = new RequestQueue;
+    static const auto getVersion = [](QvNativeTessaportAPI& tessaport) { return tessaport.getVersion(); };
+    setRuntimeOptions({apiFolder / "missing", {}});
+    leaked->ask(getVersion).wait();
+    lateGlobal.action = [] {
+        if (leaked->ask(getVersion).wait_for(300ms) == std::future_status::ready)
+            std::_Exit(1);
+    };
     return ExitCode;
 }
 
@@ -191,6 +206,8 @@ int main(int count, char** values)
         exitInARequest();
     if (way == "waiting-request")
         return beginNothingMore();
+    if (way == "waiting-without-a-connection")
+        return beginNothingWithoutAConnection(apiFolder);
     if (way == "used-cache")
         return returnWhileTheItemCacheIsUsed();
     return 2;

@@ -78,6 +78,23 @@ public sealed class SyncPlanTests : IDisposable
     }
 
     [Fact]
+    public void ReadsTheFilesOfAFolderThatIsNoLongerLeftOutWhereTheyAre()
+    {
+        _drive.PutBoth("p/build/y.txt", "synced");
+        Assert.True(_drive.Sync("").IsSuccess);
+        _home.Configure(_drive, "ignore", new[] { "p/build/" });
+        _drive.PutInWorkspace("p/build/y.txt", "equal", 3);
+        _drive.PutOnServer("p/build/y.txt", "equal", 4);
+        Directory.Move(_drive.InWorkspace("p"), _drive.InWorkspace("q"));
+
+        Assert.Equal(["renamed q"], Plan(""));
+
+        Assert.True(_drive.Sync("").IsSuccess);
+        Assert.Contains("q/build/y.txt", _drive.FilesOnServer());
+        Assert.Empty(Plan(""));
+    }
+
+    [Fact]
     public void ItIsNoPropertyThatIsAskedForWithAllOthers() =>
         Assert.DoesNotContain("SyncPlan", _home.Service.GetPropertyDefinitions(_drive.Id).Select(definition => definition.Id));
 
