@@ -67,6 +67,9 @@ expect_refusal 'is not a version'
 expect_refusal 'is not a version' 1.2
 expect_refusal 'is not a version' 01.2.3
 expect_refusal "there is no option '--fast'" 0.2.0 --fast
+expect_refusal "there is no option 'none'" 0.2.0 none
+expect_refusal "there is no option ''" 0.2.0 ''
+expect_refusal "there is no option '--fast'" 0.2.0 --dry-run --fast
 expect_refusal 'is not newer than 0.1.0, that of velmora/Version.h' 0.0.9
 touch new
 expect_refusal 'not committed' 0.2.0

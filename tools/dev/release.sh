@@ -4,7 +4,7 @@
 # Everything but the push. A release that fails leaves the tree and the history as they were.
 release() { # <version> [--dry-run]
     local version=${1:-} start folder
-    check_release "$version" "${2:-}"
+    check_release "$@"
     start=$(git rev-parse HEAD)
     # shellcheck disable=SC2064 # The commit of now.
     trap "undo_release $start" EXIT
@@ -28,11 +28,13 @@ release() { # <version> [--dry-run]
     say "in ${folder#"$PWD"/}; to publish it: git push origin HEAD v$version"
 }
 
-check_release() { # <version> <option>
-    local version=$1 current newest
+check_release() { # <version> [option]...
+    local version=${1:-} option current newest
     [[ $version =~ ^(0|[1-9][0-9]*)(\.(0|[1-9][0-9]*)){2}$ ]] ||
         fail "'$version' is not a version: give three numbers, such as 1.2.3" 2
-    is_one_of "${2:-none}" none --dry-run || fail "there is no option '$2'; ./dev help lists them" 2
+    for option in "${@:2}"; do
+        [ "$option" = --dry-run ] || fail "there is no option '$option'; ./dev help lists them" 2
+    done
     [ -z "$(git status --porcelain)" ] ||
         fail "the tree has changes that are not committed: commit or remove what 'git status' shows, and run this again"
     ! git rev-parse --quiet --verify "refs/tags/v$version" >/dev/null ||
