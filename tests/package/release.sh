@@ -29,13 +29,21 @@ make_repository() {
     git commit --quiet --message 'Begin'
 }
 
-# The command with stand-ins for what builds.
-run_release() { # <package command> [argument]...
-    local package=$1
+run_in_release() { # <commands> [argument]...
+    local commands=$1
     shift
     bash -c '
         set -euo pipefail
         . tools/dev/steps.sh; . tools/dev/packages.sh; . tools/dev/site.sh; . tools/dev/release.sh
+        '"$commands" bash "$@" 2>&1
+}
+
+# The command with stand-ins for what builds.
+run_release() { # <package command> [argument]...
+    local package=$1
+    shift
+    # shellcheck disable=SC2016 # The inner shell expands it.
+    run_in_release '
         check_abi() { :; }
         record_abi() { echo recorded >abi; git add abi; }
         docs() { mkdir -p "$site_folder/html"; echo site >"$site_folder/html/index.html"; }
@@ -46,7 +54,7 @@ run_release() { # <package command> [argument]...
             echo "$(current_version)" >"$windows_packages_folder/library.zip"
         }
         package() { mkdir -p "$packages_folder"; echo "$(current_version)" >"$packages_folder/library.deb"; '"$package"'; }
-        release "$@"' bash "$@" 2>&1
+        release "$@"' "$@"
 }
 
 expect_refusal() { # <part of the message> [argument]...
@@ -101,6 +109,17 @@ grep -qx 'recorded' abi || fail_test 'the binary interface is not recorded'
 (cd build/release-0.1.0 && sha256sum --quiet --check SHA256SUMS) || fail_test 'the checksums are wrong'
 [ "$(cd build/release-0.1.0 && echo ./*)" = './SHA256SUMS ./VelmoraTessaport-0.1.0-site.tar.gz ./library.deb ./library.zip' ] ||
     fail_test "the release has: $(ls build/release-0.1.0)"
+
+# The site again, built later by another user with other habits.
+site=VelmoraTessaport-0.1.0-site.tar.gz
+chmod -R go= build/docs/site/html
+touch --date='2033-03-03' build/docs/site/html/index.html
+[ "$(id -u)" -ne 0 ] || chown -R 4321:4321 build/docs/site/html
+# shellcheck disable=SC2016 # The inner shell expands it.
+run_in_release 'umask 077; collect_release 0.1.0 "$PWD/build/again"' || fail_test 'the files cannot be collected again'
+cmp "build/release-0.1.0/$site" "build/again/$site" || fail_test 'the archive of the site depends on who packs it and when'
+! tar --list --verbose --numeric-owner --file "build/again/$site" | grep -v ' 0/0 ' ||
+    fail_test 'the archive of the site has the user who packed it'
 
 expect_refusal 'the tag v0.1.0 exists already' 0.1.0
 expect_refusal 'lists no change' 0.2.0

@@ -78,8 +78,15 @@ collect_release() { # <version> <folder>
     rm -rf "$2"
     mkdir -p "$2"
     find "$packages_folder" "$windows_packages_folder" -maxdepth 1 -type f -exec cp -t "$2" {} +
-    tar --create --gzip --file "$2/VelmoraTessaport-$1-site.tar.gz" --directory "$site_folder" html
+    pack_site "$2/VelmoraTessaport-$1-site.tar.gz"
     (cd "$2" && sha256sum -- * >SHA256SUMS.part && mv SHA256SUMS.part SHA256SUMS)
+}
+
+# Depends on the site and the commit alone, not on who packs it, when and with which umask.
+pack_site() { # <archive>
+    use_source_date
+    tar --create --sort=name --owner=0 --group=0 --numeric-owner --mode=u+rw,go-w,go+rX "--mtime=@$SOURCE_DATE_EPOCH" \
+        --format=gnu --directory "$site_folder" html | gzip --no-name --best >"$1"
 }
 
 undo_release() { # <commit to return to>
