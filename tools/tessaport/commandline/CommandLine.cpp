@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 #include "tools/tessaport/commandline/Help.h"
 #include "tools/tessaport/commandline/Usage.h"
 
@@ -14,23 +16,26 @@ namespace
 
 void addGlobalOptions(CLI::App& app, GlobalOptions& options)
 {
-    app.add_flag("--json", options.json, "Print JSON: lists as an array with one item on each line");
-    app.add_option("--color", options.color, "When to print colours: auto, always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember(std::vector<std::string>{"auto", "always", "never"}).description(""))
-        ->take_last();
-    app.add_flag("--no-color", options.noColor, "Print without colours, as when NO_COLOR is set");
-    app.add_flag("-v,--verbose", options.verbose, "Show the library's log lines on standard error");
-    app.add_option("--home", options.home, "Home of the local sync service (default: TESSAPORT_HOME, else the user's)")
-        ->type_name("DIR")
-        ->take_last();
-    app.add_option("--api-folder", options.apiFolder,
-           "Folder that holds Quorvex.Tessaport.API.dll (default: the local sync service)")
-        ->type_name("DIR")
-        ->take_last();
-    app.add_option("--dotnet-root", options.dotnetRoot, "Folder of the .NET installation (default: the one found)")
-        ->type_name("DIR")
-        ->take_last();
+    const CommandSyntax syntax(app);
+    syntax.addFlag("--json", options.json, "Print JSON: lists as an array with one item on each line");
+    syntax.addOption("--color", options.color, "When to print colours: auto, always or never")
+        .valueName("WHEN")
+        .oneOf({"auto", "always", "never"})
+        .lastOnly();
+    syntax.addFlag("--no-color", options.noColor, "Print without colours, as when NO_COLOR is set");
+    syntax.addFlag("-v,--verbose", options.verbose, "Show the library's log lines on standard error");
+    syntax
+        .addOption("--home", options.home, "Home of the local sync service (default: TESSAPORT_HOME, else the user's)")
+        .valueName("DIR")
+        .lastOnly();
+    syntax
+        .addOption("--api-folder", options.apiFolder,
+            "Folder that holds Quorvex.Tessaport.API.dll (default: the local sync service)")
+        .valueName("DIR")
+        .lastOnly();
+    syntax.addOption("--dotnet-root", options.dotnetRoot, "Folder of the .NET installation (default: the one found)")
+        .valueName("DIR")
+        .lastOnly();
     app.set_version_flag("-V,--version", "tessaport " VELMORA_TOOL_VERSION, "Print the tool's version");
 }
 
@@ -60,7 +65,7 @@ std::string helpOn(const CLI::App& app, const std::vector<std::string>& words)
 
 } // namespace
 
-CLI::App& addCommand(const CommandLine& line, const std::string& name, const std::string& description,
+CommandSyntax addCommand(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run)
 {
     CLI::App& command = *line.app.add_subcommand(name, description);
@@ -69,44 +74,29 @@ CLI::App& addCommand(const CommandLine& line, const std::string& name, const std
     command.callback([&context = line.context, &chosen = line.chosen, action = std::move(run)] {
         chosen = [&context, action] { return action(context); };
     });
-    return command;
+    return CommandSyntax(command);
 }
 
-CLI::Option* addPath(CLI::App& command, std::string& path, const std::string& description)
-{
-    return command.add_option("path", path, description)->type_name("PATH");
-}
-
-CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths, const std::string& description)
-{
-    return command.add_option("path", paths, description)->type_name("PATH");
-}
-
-CLI::Option* addDryRun(CLI::App& command, bool& dryRun)
-{
-    return command.add_flag("-n,--dry-run", dryRun, "Only show what would be done");
-}
-
-CLI::App& addGroup(
+CommandSyntax addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples)
 {
     CLI::App& group = *line.app.add_subcommand(name, description);
     group.footer(examples);
     group.group(line.group);
     group.require_subcommand(1);
-    return group;
+    return CommandSyntax(group);
 }
 
-CLI::App& addGroup(const CommandLine& line, const std::string& name, const std::string& description,
+CommandSyntax addGroup(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run)
 {
-    CLI::App& group = addGroup(line, name, description, examples);
+    CLI::App& group = addGroup(line, name, description, examples).app();
     group.require_subcommand(0, 1);
     group.callback([&group, &context = line.context, &chosen = line.chosen, action = std::move(run)] {
         if (group.get_subcommands().empty())
             chosen = [&context, action] { return action(context); };
     });
-    return group;
+    return CommandSyntax(group);
 }
 
 void addHelpCommand(const CommandLine& line)
@@ -119,8 +109,8 @@ void addHelpCommand(const CommandLine& line)
             context.output.write(helpOn(app, *words));
             return ExitCode::Ok;
         })
-        .add_option("command", *words, "The command")
-        ->type_name("COMMAND");
+        .addOption("command", *words, "The command")
+        .valueName("COMMAND");
 }
 
 ExitCode runCommandLine(

@@ -6,9 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "tools/tessaport/app/Context.h"
+#include "tools/tessaport/commandline/CommandSyntax.h"
 
 namespace Quorvex::Velmora::Tool
 {
@@ -25,18 +24,24 @@ struct CommandLine {
 
     /// This command line with another heading.
     [[nodiscard]] CommandLine under(std::string heading) const { return {app, context, chosen, std::move(heading)}; }
+
+    /// This command line for the commands that a group holds.
+    [[nodiscard]] CommandLine inside(const CommandSyntax& group) const
+    {
+        return {group.app(), context, chosen, "Commands"};
+    }
 };
 
 /// Declares a command. Help shows the examples first, and messages about wrong usage show the first of them.
 ///
 /// @param run  called with the context if the user runs this command.
-CLI::App& addCommand(const CommandLine& line, const std::string& name, const std::string& description,
+CommandSyntax addCommand(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run);
 
 /// A declared command, and the values of its options. Both live as long as the command line.
 template <class Options>
 struct DeclaredCommand {
-    CLI::App& command;
+    CommandSyntax command;
     Options& options;
 };
 
@@ -48,17 +53,10 @@ template <class Options>
     const std::string& description, const std::string& examples, ExitCode (*run)(Context&, const Options&))
 {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = addCommand(
+    const CommandSyntax command = addCommand(
         line, name, description, examples, [options, run](Context& context) { return run(context, *options); });
     return {command, *options};
 }
-
-/// Declares the argument PATH of a command: one file or folder.
-CLI::Option* addPath(CLI::App& command, std::string& path, const std::string& description);
-
-/// Declares the argument PATH of a command: any number of files and folders.
-CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths,
-    const std::string& description = "Files or folders in a workspace, or DRIVE/PATH");
 
 /// What a command that changes items is told.
 struct ChangeOptions {
@@ -66,17 +64,14 @@ struct ChangeOptions {
     bool dryRun = false;
 };
 
-/// Declares the flag with which a command only shows what it would change.
-CLI::Option* addDryRun(CLI::App& command, bool& dryRun);
-
 /// Declares a command that only groups others.
-CLI::App& addGroup(
+CommandSyntax addGroup(
     const CommandLine& line, const std::string& name, const std::string& description, const std::string& examples);
 
 /// Declares a command that groups others and does something on its own as well.
 ///
 /// @param run  called with the context if the user names none of the commands in it.
-CLI::App& addGroup(const CommandLine& line, const std::string& name, const std::string& description,
+CommandSyntax addGroup(const CommandLine& line, const std::string& name, const std::string& description,
     const std::string& examples, std::function<ExitCode(Context&)> run);
 
 /// Declares the command that shows help.

@@ -268,12 +268,12 @@ ExitCode canAddEach(Context& context, const AddOptions& options)
     return outcomes.finish();
 }
 
-void addFileOptions(CLI::App& command, AddOptions& options, const std::string& what)
+void addFileOptions(CommandSyntax command, AddOptions& options, const std::string& what)
 {
-    command.add_option("file", options.paths, what + ", then the folder in a workspace or DRIVE/PATH")
-        ->type_name("FILE... FOLDER")
-        ->expected(2, CLI::detail::expected_max_vector_size)
-        ->required();
+    command.addOption("file", options.paths, what + ", then the folder in a workspace or DRIVE/PATH")
+        .valueName("FILE... FOLDER")
+        .atLeast(2)
+        .required();
 }
 
 } // namespace
@@ -287,7 +287,7 @@ void addAddCommands(const CommandLine& line)
             "tessaport add -n *.dwg FOLDER         only show what would be done",
             add);
     addFileOptions(command, options, "Local files and folders");
-    addDryRun(command, options.dryRun);
+    command.addDryRun(options.dryRun);
 
     auto [can, question] = addCommand<AddOptions>(line, "can-add", "Show which local files could be added to a folder",
         "tessaport can-add drawing.dwg notes.txt FOLDER", canAddEach);

@@ -6,6 +6,7 @@
 #include <velmora/io/QVChecksum.h>
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/Outcomes.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -90,7 +91,7 @@ void addChecksumCommand(const CommandLine& line)
     auto [command, files] = addCommand<std::vector<std::string>>(line, "checksum",
         "Show the 32-bit checksum of files, as QVChecksum computes it", "tessaport checksum drawing.dwg notes.txt",
         checksums);
-    command.add_option("file", files, "Local files")->type_name("FILE")->required();
+    command.addOption("file", files, "Local files").valueName("FILE").required();
 }
 
 } // namespace Quorvex::Velmora::Tool

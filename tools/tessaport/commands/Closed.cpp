@@ -31,11 +31,11 @@ void addClosedCommand(const CommandLine& line)
     auto [command, options] =
         addCommand<ClosedOptions>(line, "closed", "Tell the sync application that a process has closed a file",
             "tessaport closed --process 4711 PATH", reportClosed);
-    addPath(command, options.path, "The file that was closed")->required();
-    command.add_option("--process", options.process, "Number of the process")
-        ->type_name("N")
-        ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
-        ->required();
+    command.addPath(options.path, "The file that was closed").required();
+    command.addOption("--process", options.process, "Number of the process")
+        .valueName("N")
+        .from1To(std::numeric_limits<int>::max())
+        .required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -31,16 +31,16 @@ void addCompletionCommand(const CommandLine& line)
             context.output.write(completionScript(*shell));
             return ExitCode::Ok;
         })
-        .add_option("shell", *shell, "bash, zsh or fish")
-        ->type_name("SHELL")
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}).description(""))
-        ->required();
+        .addOption("shell", *shell, "bash, zsh or fish")
+        .valueName("SHELL")
+        .oneOf({"bash", "zsh", "fish"})
+        .required();
 
     const auto words = std::make_shared<std::vector<std::string>>();
     const auto hidden = line.under("");
     addCommand(hidden, CompletionCommand, "", "", [words, &app = std::as_const(line.app)](Context& context) {
         return complete(context, app, *words);
-    }).add_option("word", *words);
+    }).addOption("word", *words, "");
 }
 
 } // namespace Quorvex::Velmora::Tool

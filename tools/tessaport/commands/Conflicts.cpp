@@ -8,6 +8,7 @@
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Time.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -160,11 +161,11 @@ void addKeepCommand(const CommandLine& line)
         "tessaport conflicts keep --other PATH    the copy, which takes the place of the other\n"
         "tessaport conflicts keep --both PATH     both, as two ordinary files",
         keep);
-    addPath(command, options.path, "The file, by the name that one version kept")->required();
-    command.add_flag("--this", options.keepThis, "Keep the version that has the name, and delete the copy");
-    command.add_flag("--other", options.keepOther, "Put the copy in the place of the version that has the name");
-    command.add_flag("--both", options.keepBoth, "Keep both, and list the conflict no longer");
-    command.add_option("--copy", options.copy, "The copy that is meant, if there are several")->type_name("FILE");
+    command.addPath(options.path, "The file, by the name that one version kept").required();
+    command.addFlag("--this", options.keepThis, "Keep the version that has the name, and delete the copy");
+    command.addFlag("--other", options.keepOther, "Put the copy in the place of the version that has the name");
+    command.addFlag("--both", options.keepBoth, "Keep both, and list the conflict no longer");
+    command.addOption("--copy", options.copy, "The copy that is meant, if there are several").valueName("FILE");
 }
 
 } // namespace
@@ -172,13 +173,14 @@ void addKeepCommand(const CommandLine& line)
 void addConflictCommands(const CommandLine& line)
 {
     const auto paths = std::make_shared<std::vector<std::string>>();
-    CLI::App& group = addGroup(line, "conflicts", "Show the files of which both versions were kept, or settle one",
-        "tessaport conflicts\n"
-        "tessaport conflicts PATH                  in one folder or drive\n"
-        "tessaport conflicts keep --other PATH     settle one",
-        [paths](Context& context) { return showConflicts(context, *paths); });
-    addPaths(group, *paths, "Files or folders in a workspace, or DRIVE/PATH; without PATH all drives");
-    addKeepCommand({group, line.context, line.chosen, "Commands"});
+    const CommandSyntax group =
+        addGroup(line, "conflicts", "Show the files of which both versions were kept, or settle one",
+            "tessaport conflicts\n"
+            "tessaport conflicts PATH                  in one folder or drive\n"
+            "tessaport conflicts keep --other PATH     settle one",
+            [paths](Context& context) { return showConflicts(context, *paths); });
+    group.addPaths(*paths, "Files or folders in a workspace, or DRIVE/PATH; without PATH all drives");
+    addKeepCommand(line.inside(group));
 }
 
 } // namespace Quorvex::Velmora::Tool

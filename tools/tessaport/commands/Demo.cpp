@@ -2,6 +2,7 @@
 #include "tools/tessaport/commands/Views.h"
 #include "tools/tessaport/home/DemoDrives.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"

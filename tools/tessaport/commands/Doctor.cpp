@@ -6,6 +6,7 @@
 #include "tools/tessaport/installation/FileVersion.h"
 #include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"

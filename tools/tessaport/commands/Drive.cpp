@@ -8,6 +8,7 @@
 #include "tools/tessaport/home/DrivePatterns.h"
 #include "tools/tessaport/home/DrivesFile.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -248,17 +249,15 @@ ExitCode remove(Context& context, const std::string& nameOrId)
 }
 
 void addSwitch(
-    CLI::App& command, const std::string& name, std::optional<std::string>& value, const std::string& description)
+    CommandSyntax command, const std::string& name, std::optional<std::string>& value, const std::string& description)
 {
-    command.add_option(name, value, description)
-        ->type_name("YES|NO")
-        ->check(CLI::IsMember({"yes", "no"}).description(""));
+    command.addOption(name, value, description).valueName("YES|NO").oneOf({"yes", "no"});
 }
 
 void addPatterns(
-    CLI::App& command, const std::string& name, std::vector<std::string>& patterns, const std::string& description)
+    CommandSyntax command, const std::string& name, std::vector<std::string>& patterns, const std::string& description)
 {
-    command.add_option(name, patterns, description)->type_name("PATTERN")->allow_extra_args(false);
+    command.addOption(name, patterns, description).valueName("PATTERN").repeated();
 }
 
 void addAddCommand(const CommandLine& line)
@@ -268,17 +267,17 @@ void addAddCommand(const CommandLine& line)
         "tessaport drive add Archive --workspace ~/Archive --server /mnt/nas/archive --read-only\n"
         "tessaport drive add Site --workspace ~/Site --server /mnt/site --ignore '*.tmp' --ignore build/",
         add);
-    command.add_option("name", options.name, "The name of the drive")->type_name("NAME")->required();
-    command.add_option("--workspace", options.workspace, "The folder in which you work")->type_name("DIR")->required();
-    command.add_option("--server", options.server, "The folder that plays the server, such as one on a network drive")
-        ->type_name("DIR")
-        ->required();
-    command.add_option("--type", options.type, "Drive, TrelisDocs, TrelisTeam or Morrow (default: Drive)")
-        ->type_name("TYPE");
-    command.add_flag("--locking", options.locking, "Files can be locked");
+    command.addOption("name", options.name, "The name of the drive").valueName("NAME").required();
+    command.addOption("--workspace", options.workspace, "The folder in which you work").valueName("DIR").required();
+    command.addOption("--server", options.server, "The folder that plays the server, such as one on a network drive")
+        .valueName("DIR")
+        .required();
+    command.addOption("--type", options.type, "Drive, TrelisDocs, TrelisTeam or Morrow (default: Drive)")
+        .valueName("TYPE");
+    command.addFlag("--locking", options.locking, "Files can be locked");
     addPatterns(command, "--ignore", options.ignored,
         "Leave out what matches, as in .gitignore; for several patterns, repeat it");
-    command.add_flag("--read-only", options.readOnly, "Nothing is uploaded or deleted; files are only downloaded");
+    command.addFlag("--read-only", options.readOnly, "Nothing is uploaded or deleted; files are only downloaded");
 }
 
 void addSetCommand(const CommandLine& line)
@@ -289,15 +288,15 @@ void addSetCommand(const CommandLine& line)
         "tessaport drive set Plans --ignore '*.tmp' --ignore build/\n"
         "tessaport drive set Plans --unignore build/",
         set);
-    command.add_option("drive", options.drive, "The drive, by name or identifier")->type_name("DRIVE")->required();
-    command.add_option("--name", options.name, "Its new name")->type_name("NAME");
+    command.addOption("drive", options.drive, "The drive, by name or identifier").valueName("DRIVE").required();
+    command.addOption("--name", options.name, "Its new name").valueName("NAME");
     addSwitch(command, "--offline", options.offline, "Whether its server counts as out of reach");
     addSwitch(command, "--read-only", options.readOnly, "Whether nothing is uploaded or deleted");
     addSwitch(command, "--locking", options.locking, "Whether its files can be locked");
     addPatterns(command, "--ignore", options.patterns.added,
         "Also leave out what matches, as in .gitignore; for several patterns, repeat it");
     addPatterns(command, "--unignore", options.patterns.removed, "Remove this pattern; for several, repeat it");
-    command.add_flag(
+    command.addFlag(
         "--unignore-all", options.patterns.removesAll, "Remove all patterns; those of --ignore are then added");
 }
 
@@ -305,16 +304,16 @@ void addSetCommand(const CommandLine& line)
 
 void addDriveCommands(const CommandLine& line)
 {
-    CLI::App& group = addGroup(line, "drive", "Add, change or remove a drive of the local sync service",
+    const CommandSyntax group = addGroup(line, "drive", "Add, change or remove a drive of the local sync service",
         "tessaport drive add Plans --workspace ~/Plans --server /mnt/nas/plans\n"
         "tessaport drive set Plans --offline yes\n"
         "tessaport drive remove Plans");
-    const CommandLine inside{group, line.context, line.chosen, "Commands"};
+    const CommandLine inside = line.inside(group);
     addAddCommand(inside);
     addSetCommand(inside);
     auto [command, drive] = addCommand<std::string>(
         inside, "remove", "Remove a drive; its folders and files stay", "tessaport drive remove Plans", remove);
-    command.add_option("drive", drive, "The drive, by name or identifier")->type_name("DRIVE")->required();
+    command.addOption("drive", drive, "The drive, by name or identifier").valueName("DRIVE").required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -6,6 +6,7 @@
 #include "tools/tessaport/commands/Views.h"
 #include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -76,7 +77,7 @@ private:
 
     [[nodiscard]] Json number(const Drive& drive, const char* property) const
     {
-        const Json number = Json::parse(texts.of(drive.root, property), nullptr, false);
+        const Json number = tryParseJson(texts.of(drive.root, property));
         return number.is_number() ? number : Json();
     }
 

@@ -2,6 +2,7 @@
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -68,12 +69,12 @@ void addIdCommands(const CommandLine& line)
 {
     auto [idCommand, paths] = addCommand<std::vector<std::string>>(line, "id",
         "Show the permanent ids of items, which survive renames and moves", "tessaport id PATH PATH", showIds);
-    addPaths(idCommand, paths)->required();
+    idCommand.addPaths(paths).required();
 
     auto [resolveCommand, ids] =
         addCommand<std::vector<std::string>>(line, "resolve", "Show where the items of permanent ids are",
             "tessaport resolve tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef", resolveIds);
-    resolveCommand.add_option("id", ids, "Permanent ids")->type_name("ID")->required();
+    resolveCommand.addOption("id", ids, "Permanent ids").valueName("ID").required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -2,6 +2,7 @@
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -119,17 +120,15 @@ void addItemCommands(const CommandLine& line)
 {
     auto [listCommand, paths] = addCommand<std::vector<std::string>>(line, "commands",
         "Show the commands that the sync application offers for items", "tessaport commands PATH", showCommands);
-    addPaths(listCommand, paths)->required();
+    listCommand.addPaths(paths).required();
 
     auto [command, options] = addCommand<RunOptions>(line, "run", "Run a command of the sync application on items",
         "tessaport run lock PATH\n"
         "tessaport run 'Copy link' PATH PATH",
         run);
-    command.add_option("command", options.command, "Identifier or name of the command")
-        ->type_name("ACTION")
-        ->required();
-    addPaths(command, options.paths)->required();
-    addDryRun(command, options.dryRun);
+    command.addOption("command", options.command, "Identifier or name of the command").valueName("ACTION").required();
+    command.addPaths(options.paths).required();
+    command.addDryRun(options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

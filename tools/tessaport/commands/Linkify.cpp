@@ -42,8 +42,8 @@ void addLinkifyCommand(const CommandLine& line)
             "tessaport linkify 'See www.example.test.'\n"
             "tessaport linkify < message.txt",
             linkifyText);
-    command.add_option("text", options.text, "The message; without it standard input is read")->type_name("TEXT");
-    command.add_flag("--html", options.isHtml, "The message is HTML already; only put the links in");
+    command.addOption("text", options.text, "The message; without it standard input is read").valueName("TEXT");
+    command.addFlag("--html", options.isHtml, "The message is HTML already; only put the links in");
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -7,6 +7,7 @@
 #include "tools/tessaport/items/FolderReader.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 #include "tools/tessaport/text/Wildcard.h"
 
@@ -141,13 +142,13 @@ void addListCommand(const CommandLine& line)
         "tessaport ls -R --filter '*.dwg' PATH   files of one kind, at any depth\n"
         "tessaport ls --json PATH",
         list);
-    addPath(command, options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash");
-    command.add_flag("-l,--long", options.isLong, "Show size in bytes, time and sync state");
-    command.add_flag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
-    command.add_flag("--folders", options.foldersOnly, "List folders only");
-    command.add_flag("-1,--names", options.namesOnly, "Print the names only, one a line");
-    command.add_option("--filter", options.filter, "Show only names that match; * and ? match any characters")
-        ->type_name("PATTERN");
+    command.addPath(options.path, "Folder or file in a workspace or DRIVE/PATH, with either slash");
+    command.addFlag("-l,--long", options.isLong, "Show size in bytes, time and sync state");
+    command.addFlag("-R,--recursive", options.recursive, "Also list what is in the folders, at any depth");
+    command.addFlag("--folders", options.foldersOnly, "List folders only");
+    command.addFlag("-1,--names", options.namesOnly, "Print the names only, one a line");
+    command.addOption("--filter", options.filter, "Show only names that match; * and ? match any characters")
+        .valueName("PATTERN");
 }
 
 } // namespace Quorvex::Velmora::Tool

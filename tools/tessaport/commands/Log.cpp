@@ -3,6 +3,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/logs/LineReader.h"
 #include "tools/tessaport/logs/LogRecord.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -103,25 +104,25 @@ ExitCode grep(Context& context, const GrepOptions& options)
 
 void addLogCommands(const CommandLine& line)
 {
-    CLI::App& group = addGroup(line, "log", "Read JSON logs, one record a line",
+    const CommandSyntax group = addGroup(line, "log", "Read JSON logs, one record a line",
         "tessaport log cat app.log\n"
         "tessaport log grep user=anna app.log");
-    const CommandLine inside{group, line.context, line.chosen, "Commands"};
+    const CommandLine inside = line.inside(group);
     auto [catCommand, file] = addCommand<std::string>(inside, "cat", "Show a log as readable text, or as a JSON array",
         "tessaport log cat app.log\n"
         "tessaport log cat --json app.log",
         cat);
-    catCommand.add_option("file", file, "The log; - reads standard input")->type_name("FILE")->required();
+    catCommand.addOption("file", file, "The log; - reads standard input").valueName("FILE").required();
 
     auto [command, options] = addCommand<GrepOptions>(inside, "grep",
         "Show the records in which a key has a value (exit code 3 if no record has it)",
         "tessaport log grep user=anna app.log\n"
         "tessaport log grep request.path=/drives app.log      a nested key",
         grep);
-    command.add_option("condition", options.condition, "The key and its complete value")
-        ->type_name("KEY=VALUE")
-        ->required();
-    command.add_option("file", options.file, "The log; - reads standard input")->type_name("FILE")->required();
+    command.addOption("condition", options.condition, "The key and its complete value")
+        .valueName("KEY=VALUE")
+        .required();
+    command.addOption("file", options.file, "The log; - reads standard input").valueName("FILE").required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -94,9 +94,9 @@ void addMakeFolderCommand(const CommandLine& line)
 {
     auto [command, options] = addCommand<ChangeOptions>(
         line, "mkdir", "Create folders and missing levels", "tessaport mkdir PATH/plans/2024", makeFolders);
-    addPaths(command, options.paths, "Folders to create in a workspace, or DRIVE/PATH")->required();
-    command.add_flag("-p,--parents", "Changes nothing: missing levels are always created, as other mkdirs do with -p");
-    addDryRun(command, options.dryRun);
+    command.addPaths(options.paths, "Folders to create in a workspace, or DRIVE/PATH").required();
+    command.addFlag("-p,--parents", "Changes nothing: missing levels are always created, as other mkdirs do with -p");
+    command.addDryRun(options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

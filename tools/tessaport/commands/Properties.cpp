@@ -8,6 +8,7 @@
 #include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -216,13 +217,13 @@ void addPropertyCommand(const CommandLine& line)
         "tessaport props --id Size --id Modified PATH PATH\n"
         "tessaport props --definitions 'Harbour Project'    the properties of a drive",
         showProperties);
-    CLI::Option* const paths = addPaths(command, options.paths);
-    command.add_option("--id", options.ids, "Show this property only; can be given several times")
-        ->type_name("PROPERTY")
-        ->allow_extra_args(false);
-    command.add_option("--definitions", options.definitionsOf, "Show the properties that a drive defines")
-        ->type_name("DRIVE")
-        ->excludes(paths);
+    const CommandOption paths = command.addPaths(options.paths);
+    command.addOption("--id", options.ids, "Show this property only; can be given several times")
+        .valueName("PROPERTY")
+        .repeated();
+    command.addOption("--definitions", options.definitionsOf, "Show the properties that a drive defines")
+        .valueName("DRIVE")
+        .excludes({paths});
 }
 
 } // namespace Quorvex::Velmora::Tool

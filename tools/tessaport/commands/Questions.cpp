@@ -5,6 +5,7 @@
 #include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -97,9 +98,9 @@ void addPathQuestion(const CommandLine& line, const char* name, const char* desc
 {
     const auto path = std::make_shared<std::string>();
     addCommand(line, name, description, example, [path, ask](Context& context) { return ask(context, *path); })
-        .add_option("path", *path, "A path with either slash, or DRIVE/PATH")
-        ->type_name(pathName)
-        ->required();
+        .addOption("path", *path, "A path with either slash, or DRIVE/PATH")
+        .valueName(pathName)
+        .required();
 }
 
 } // namespace
@@ -117,7 +118,7 @@ void addQuestionCommands(const CommandLine& line)
     auto [command, paths] = addCommand<std::vector<std::string>>(line, "in-workspace",
         "Say which local files are in a workspace (0: all of them, 1: not all)", "tessaport in-workspace PATH PATH",
         areInWorkspace);
-    addPaths(command, paths, "Local files, with either slash")->required();
+    command.addPaths(paths, "Local files, with either slash").required();
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -142,10 +142,10 @@ void addRemoveCommand(const CommandLine& line)
         "tessaport rm -n PATH            only shows what would be done\n"
         "tessaport rm -y PATH            does not ask",
         remove);
-    addPaths(command, options.paths)->required();
-    command.add_flag("-r,--recursive", options.recursive, "Delete folders with everything in them");
-    command.add_flag("-y,--yes", options.yes, "Do not ask");
-    addDryRun(command, options.dryRun);
+    command.addPaths(options.paths).required();
+    command.addFlag("-r,--recursive", options.recursive, "Delete folders with everything in them");
+    command.addFlag("-y,--yes", options.yes, "Do not ask");
+    command.addDryRun(options.dryRun);
 }
 
 } // namespace Quorvex::Velmora::Tool

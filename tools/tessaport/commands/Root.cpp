@@ -1,5 +1,6 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -67,8 +68,8 @@ void addRootCommand(const CommandLine& line)
             "tessaport root\n"
             "tessaport root --first       the root of the first drive, whether it takes files or not",
             showRoot);
-    command.add_option("--type", options.driveType, "Type of the drive")->type_name("TYPE")->capture_default_str();
-    command.add_flag("--first", options.firstDrive, "Show the root of the first drive");
+    command.addOption("--type", options.driveType, "Type of the drive").valueName("TYPE").showDefault();
+    command.addFlag("--first", options.firstDrive, "Show the root of the first drive");
 }
 
 } // namespace Quorvex::Velmora::Tool

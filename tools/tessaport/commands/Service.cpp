@@ -55,25 +55,26 @@ ExitCode showState(Context& context)
     return state->code;
 }
 
-CLI::Validator isState()
+std::vector<std::string> stateNames()
 {
     std::vector<std::string> names;
     for (const ServiceStateName& state : ServiceStates)
         names.emplace_back(state.name);
-    return CLI::IsMember(names).description("");
+    return names;
 }
 
 } // namespace
 
 void addServiceCommands(const CommandLine& line)
 {
-    CLI::App& group = addGroup(line, "service", "Start and stop the local sync service, let it fail, or show its state",
-        "tessaport service                                  show the state, and what is set for requests\n"
-        "tessaport service stop\n"
-        "tessaport service delay getFolderContents 5s\n"
-        "tessaport service fail sync \"quota exceeded\" --times 2",
-        showState);
-    const CommandLine inside{group, line.context, line.chosen, "Commands"};
+    const CommandSyntax group =
+        addGroup(line, "service", "Start and stop the local sync service, let it fail, or show its state",
+            "tessaport service                                  show the state, and what is set for requests\n"
+            "tessaport service stop\n"
+            "tessaport service delay getFolderContents 5s\n"
+            "tessaport service fail sync \"quota exceeded\" --times 2",
+            showState);
+    const CommandLine inside = line.inside(group);
     addCommand(inside, "start", "Let the service answer requests", "tessaport service start",
         [](Context& context) { return changeState(context, "running"); });
     addCommand(inside, "stop", "Let requests fail as if the sync application did not run", "tessaport service stop",
@@ -83,7 +84,7 @@ void addServiceCommands(const CommandLine& line)
     auto [command, state] =
         addCommand<std::string>(inside, "set-state", "Put the service into a state, to try how a host handles it",
             "tessaport service set-state forced-update", changeState);
-    command.add_option("state", state, "The state")->type_name("STATE")->check(isState())->required();
+    command.addOption("state", state, "The state").valueName("STATE").oneOf(stateNames()).required();
     addFaultCommands(inside);
 }
 

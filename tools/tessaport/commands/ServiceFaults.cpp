@@ -87,17 +87,17 @@ ExitCode clear(Context& context, const std::string& typed)
     return ExitCode::Ok;
 }
 
-CLI::Validator isKind()
+std::vector<std::string> kindNames()
 {
     std::vector<std::string> names;
     for (const FailureKind& kind : failureKinds())
         names.emplace_back(kind.name);
-    return CLI::IsMember(names).description("");
+    return names;
 }
 
-CLI::Option* addRequest(CLI::App& command, std::string& request, const char* description)
+CommandOption addRequest(CommandSyntax command, std::string& request, const char* description)
 {
-    return command.add_option("request", request, description)->type_name("REQUEST");
+    return command.addOption("request", request, description).valueName("REQUEST");
 }
 
 } // namespace
@@ -106,24 +106,22 @@ void addFaultCommands(const CommandLine& line)
 {
     auto [delayCommand, delayed] = addCommand<DelayOptions>(line, "delay",
         "Let a request answer late, to try how a host waits", "tessaport service delay getFolderContents 5s", delay);
-    addRequest(delayCommand, delayed.request, "The request, such as getFolderContents or sync")->required();
-    delayCommand.add_option("delay", delayed.delay, "How long it waits: 250ms, 5s, 2min")
-        ->type_name("TIME")
-        ->required();
+    addRequest(delayCommand, delayed.request, "The request, such as getFolderContents or sync").required();
+    delayCommand.addOption("delay", delayed.delay, "How long it waits: 250ms, 5s, 2min").valueName("TIME").required();
 
     auto [failCommand, failing] =
         addCommand<FailOptions>(line, "fail", "Let a request fail, to try how a host reports it",
             "tessaport service fail sync \"quota exceeded\" --times 2\n"
             "tessaport service fail getDrives \"not now\" --as not-running",
             fail);
-    addRequest(failCommand, failing.request, "The request, such as getFolderContents or sync")->required();
-    failCommand.add_option("text", failing.text, "The message of the failure")->type_name("TEXT")->required();
-    failCommand.add_option("--times", failing.times, "Fail this many times (default: until 'tessaport service clear')")
-        ->type_name("N")
-        ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
-    failCommand.add_option("--as", failing.kind, "The exception: error, or the one of a state (default: error)")
-        ->type_name("KIND")
-        ->check(isKind());
+    addRequest(failCommand, failing.request, "The request, such as getFolderContents or sync").required();
+    failCommand.addOption("text", failing.text, "The message of the failure").valueName("TEXT").required();
+    failCommand.addOption("--times", failing.times, "Fail this many times (default: until 'tessaport service clear')")
+        .valueName("N")
+        .from1To(std::numeric_limits<int>::max());
+    failCommand.addOption("--as", failing.kind, "The exception: error, or the one of a state (default: error)")
+        .valueName("KIND")
+        .oneOf(kindNames());
 
     auto [clearCommand, cleared] = addCommand<std::string>(line, "clear", "Let requests answer as usual again",
         "tessaport service clear\n"

@@ -5,6 +5,7 @@
 #include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -117,9 +118,9 @@ void addStatCommand(const CommandLine& line)
         "tessaport stat --json PATH PATH\n"
         "tessaport stat --drive 'Harbour Project' plans/a.txt   relative to a drive",
         showFields);
-    addPaths(command, options.paths, "Files or folders in a workspace or DRIVE/PATH, with either slash")->required();
-    command.add_option("--drive", options.drive, "The paths are relative to this drive (name or identifier)")
-        ->type_name("DRIVE");
+    command.addPaths(options.paths, "Files or folders in a workspace or DRIVE/PATH, with either slash").required();
+    command.addOption("--drive", options.drive, "The paths are relative to this drive (name or identifier)")
+        .valueName("DRIVE");
 }
 
 } // namespace Quorvex::Velmora::Tool

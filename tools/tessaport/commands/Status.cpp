@@ -5,6 +5,7 @@
 #include "tools/tessaport/items/Outcomes.h"
 #include "tools/tessaport/items/PendingItems.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
 
@@ -127,14 +128,14 @@ void addStatusCommand(const CommandLine& line)
             "tessaport status --exit-code        ends with 8 if anything is pending\n"
             "tessaport status --ignored          what the patterns of the drives leave out",
             showStatus);
-    addPaths(command, options.paths);
-    command.add_flag("-s,--short", options.isShort,
+    command.addPaths(options.paths);
+    command.addFlag("-s,--short", options.isShort,
         "A letter for each item: A only here, N only on the server, M changed here, S changed on the server, B changed "
         "on both sides, C conflict copy, F failed, X left out, L locked, O drive offline");
-    CLI::Option* const exitCode =
-        command.add_flag("--exit-code", options.exitCode, "End with 8 if anything is pending; locked files are not");
-    command.add_flag("--ignored", options.ignored, "Show what the patterns of the drives leave out, and nothing else")
-        ->excludes(exitCode);
+    const CommandOption exitCode =
+        command.addFlag("--exit-code", options.exitCode, "End with 8 if anything is pending; locked files are not");
+    command.addFlag("--ignored", options.ignored, "Show what the patterns of the drives leave out, and nothing else")
+        .excludes({exitCode});
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -13,6 +13,7 @@
 #include "tools/tessaport/items/Reasons.h"
 #include "tools/tessaport/items/SyncPlan.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Progress.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -384,15 +385,13 @@ void addSyncCommand(const CommandLine& line)
             "tessaport sync -q              print nothing but errors\n"
             "tessaport sync --one PATH      one item, by the operation for hosts that keep no connection",
             sync);
-    CLI::Option* const paths = addPaths(command, options.paths);
-    CLI::Option* const dryRun = addDryRun(command, options.dryRun);
-    CLI::Option* const quiet =
-        command.add_flag("-q,--quiet", options.isQuiet, "Print nothing but errors")->excludes(dryRun);
-    command.add_option("--one", options.one, "Sync this one item with a one-shot operation")
-        ->type_name("PATH")
-        ->excludes(paths)
-        ->excludes(dryRun)
-        ->excludes(quiet);
+    const CommandOption paths = command.addPaths(options.paths);
+    const CommandOption dryRun = command.addDryRun(options.dryRun);
+    const CommandOption quiet =
+        command.addFlag("-q,--quiet", options.isQuiet, "Print nothing but errors").excludes({dryRun});
+    command.addOption("--one", options.one, "Sync this one item with a one-shot operation")
+        .valueName("PATH")
+        .excludes({paths, dryRun, quiet});
 }
 
 } // namespace Quorvex::Velmora::Tool

@@ -4,6 +4,7 @@
 #include "tools/tessaport/items/FolderReader.h"
 #include "tools/tessaport/items/ItemLookup.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -138,12 +139,10 @@ void addTreeCommand(const CommandLine& line)
             "tessaport tree --depth 2          all drives, two levels\n"
             "tessaport tree --json PATH        each item with its depth",
             tree);
-    addPath(command, options.path, "Folder in a workspace or DRIVE/PATH, with either slash");
-    command.add_option("--depth", options.depth, "Show this many levels")
-        ->type_name("N")
-        ->check(CLI::Range(1U, 1000000U).description(""));
-    command.add_flag("-l,--long", options.isLong, "Show size, time and sync state");
-    command.add_flag("--folders", options.foldersOnly, "Show folders only");
+    command.addPath(options.path, "Folder in a workspace or DRIVE/PATH, with either slash");
+    command.addOption("--depth", options.depth, "Show this many levels").valueName("N").from1To(1000000);
+    command.addFlag("-l,--long", options.isLong, "Show size, time and sync state");
+    command.addFlag("--folders", options.foldersOnly, "Show folders only");
 }
 
 } // namespace Quorvex::Velmora::Tool

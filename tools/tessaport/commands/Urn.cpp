@@ -1,6 +1,7 @@
 #include "tools/tessaport/commands/Commands.h"
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -68,8 +69,8 @@ void addUrnCommand(const CommandLine& line)
         "tessaport urn PATH\n"
         "tessaport urn --parent-key FOLDER",
         showUrn);
-    addPath(command, options.path, "File or folder in a workspace, or DRIVE/PATH")->required();
-    command.add_flag("--parent-key", options.parentKey,
+    command.addPath(options.path, "File or folder in a workspace, or DRIVE/PATH").required();
+    command.addFlag("--parent-key", options.parentKey,
         "For a folder, show the URN of the folder that holds it, also if it has its own");
 }
 

@@ -3,6 +3,7 @@
 #include "tools/tessaport/items/ItemPaths.h"
 #include "tools/tessaport/items/OneCall.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -118,8 +119,8 @@ void addWhereCommand(const CommandLine& line)
             "tessaport where PATH\n"
             "tessaport where --id tp.5b1f7f0e6c0e4a539a390f6a3c1d2b01.0123456789abcdef0123456789abcdef",
             where);
-    addPath(command, options.path, "File or folder in a workspace, or DRIVE/PATH");
-    command.add_option("--id", options.id, "Permanent id of the item")->type_name("ID");
+    command.addPath(options.path, "File or folder in a workspace, or DRIVE/PATH");
+    command.addOption("--id", options.id, "Permanent id of the item").valueName("ID");
 }
 
 } // namespace Quorvex::Velmora::Tool

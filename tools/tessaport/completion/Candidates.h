@@ -3,9 +3,12 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "tools/tessaport/app/Context.h"
+
+namespace CLI
+{
+class App;
+}
 
 namespace Quorvex::Velmora::Tool
 {

@@ -6,6 +6,7 @@
 
 #include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/home/DrivesFile.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 

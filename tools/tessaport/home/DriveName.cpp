@@ -2,6 +2,7 @@
 
 #include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/home/DrivesFile.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Display.h"
 #include "tools/tessaport/text/Text.h"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -4,6 +4,7 @@
 
 #include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/home/DrivesFile.h"
+#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -11,6 +11,7 @@
 #include "tools/tessaport/home/HeldLock.h"
 #include "tools/tessaport/home/HomeText.h"
 #include "tools/tessaport/home/ServiceFile.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"
@@ -121,7 +122,7 @@ Json DrivesFile::list() const
 {
     if (!isHomeFile(path(), "try again"))
         return Json::array();
-    Json drives = Json::parse(readHomeFile(path()), nullptr, false);
+    Json drives = tryParseJson(readHomeFile(path()));
     if (!drives.is_array() || !std::all_of(drives.begin(), drives.end(), [](const Json& d) { return d.is_object(); }))
         throw Failure(ExitCode::Failure, "'" + toText(path()) +
                                              "' is damaged: it is no list of drives; 'tessaport drives' says where. "

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "tools/tessaport/home/Home.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

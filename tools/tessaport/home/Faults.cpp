@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "tools/tessaport/commandline/Suggestion.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Duration.h"
 #include "tools/tessaport/text/Paths.h"
 #include "tools/tessaport/text/Text.h"

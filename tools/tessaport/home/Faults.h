@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tools/tessaport/home/ServiceFile.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

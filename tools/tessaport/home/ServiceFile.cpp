@@ -7,6 +7,7 @@
 
 #include "tools/tessaport/home/HeldLock.h"
 #include "tools/tessaport/home/HomeText.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/platform/Platform.h"
 #include "tools/tessaport/text/Paths.h"
 
@@ -93,6 +94,6 @@ void ServiceFile::requireHome() const
 
 void ServiceFile::write(const Json& changed) const { place.replaceFile(path(), toLine(changed) + '\n'); }
 
-Json ServiceFile::parsed() const { return Json::parse(readHomeFile(path()), nullptr, false); }
+Json ServiceFile::parsed() const { return tryParseJson(readHomeFile(path())); }
 
 } // namespace Quorvex::Velmora::Tool

@@ -7,7 +7,7 @@
 
 #include "tools/tessaport/errors/ExitCode.h"
 #include "tools/tessaport/home/Home.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

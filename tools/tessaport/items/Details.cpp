@@ -2,6 +2,7 @@
 
 #include "tools/tessaport/items/PendingItems.h"
 #include "tools/tessaport/output/Items.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool

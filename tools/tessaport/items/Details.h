@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "tools/tessaport/items/Reasons.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "tools/tessaport/output/Json.h"
+
 namespace Quorvex::Velmora::Tool
 {
 
 Outcomes::Outcomes(Context& commandContext) : context(commandContext) {}
+
+Outcomes::~Outcomes() = default;
 
 bool Outcomes::isJson() const { return context.options.json; }
 
@@ -18,6 +22,11 @@ void Outcomes::done(
     Json element{{"path", path}, {"outcome", what}};
     element.update(details);
     add(element);
+}
+
+void Outcomes::done(const std::string& path, const std::string& what, const std::string& explanation)
+{
+    done(path, what, explanation, Json::object());
 }
 
 void Outcomes::add(const Json& answer)

@@ -8,10 +8,12 @@
 #include <vector>
 
 #include "tools/tessaport/items/ItemLookup.h"
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {
+
+class JsonList;
 
 /// For a result that lists everything as done and still is no success.
 inline constexpr const char* NotRemembered = "all of it was done, but the sync application could not save what it has "
@@ -26,6 +28,9 @@ class Outcomes
 {
 public:
     explicit Outcomes(Context& commandContext);
+    ~Outcomes();
+    Outcomes(const Outcomes&) = delete;
+    Outcomes& operator=(const Outcomes&) = delete;
 
     /// From now on, reports nothing but what fails, as messages.
     void beQuiet() { isQuiet = true; }
@@ -35,8 +40,8 @@ public:
     /// @param what         "added", "deleted", …
     /// @param explanation  appended to the line for people.
     /// @param details      further members of the JSON element.
-    void done(const std::string& path, const std::string& what, const std::string& explanation = "",
-        const Json& details = Json::object());
+    void done(const std::string& path, const std::string& what, const std::string& explanation, const Json& details);
+    void done(const std::string& path, const std::string& what, const std::string& explanation = "");
 
     /// Adds an answer to the JSON list.
     void add(const Json& answer);

@@ -8,6 +8,7 @@
 
 #include <velmora/api/Exceptions.h>
 #include "tools/tessaport/items/Reasons.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool
@@ -52,7 +53,7 @@ PendingItem fromItem(const Item& item)
 Pending fromList(const Item& top, const std::string& list)
 {
     Pending all;
-    for (const Json& element : Json::parse(list)) {
+    for (const Json& element : parseJson(list)) {
         PendingItem item;
         item.drive = top.driveId;
         item.relativePath = element.value("path", "");

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "tools/tessaport/app/Context.h"
-#include "tools/tessaport/output/Json.h"
 
 namespace Quorvex::Velmora::Tool
 {

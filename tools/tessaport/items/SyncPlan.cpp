@@ -15,7 +15,7 @@ std::optional<std::vector<PlannedChange>> planFor(Context& context, const Tessap
     if (list.empty())
         return std::nullopt;
     std::vector<PlannedChange> plan;
-    for (const Json& element : Json::parse(list)) {
+    for (const Json& element : parseJson(list)) {
         const std::string path = workspacePathIn(item, element.value("path", ""));
         plan.push_back(
             {localText(toQVString(path)), element.value("action", ""), withoutFullStop(element.value("error", ""))});

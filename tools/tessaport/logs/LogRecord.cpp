@@ -5,6 +5,7 @@
 
 #include <velmora/logging/QVJsonParser.h>
 #include "tools/tessaport/errors/ExitCode.h"
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/text/Text.h"
 
 namespace Quorvex::Velmora::Tool

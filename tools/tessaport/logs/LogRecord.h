@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 
 namespace Quorvex::Velmora::Tool
 {

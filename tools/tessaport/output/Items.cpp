@@ -1,5 +1,6 @@
 #include "tools/tessaport/output/Items.h"
 
+#include "tools/tessaport/output/Json.h"
 #include "tools/tessaport/output/Time.h"
 #include "tools/tessaport/text/Text.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include <velmora/api/Records.h>
-#include "tools/tessaport/output/Json.h"
+#include "tools/tessaport/output/JsonFwd.h"
 #include "tools/tessaport/output/Table.h"
 
 namespace Quorvex::Velmora::Tool

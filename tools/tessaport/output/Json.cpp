@@ -5,6 +5,10 @@
 namespace Quorvex::Velmora::Tool
 {
 
+Json parseJson(std::string_view text) { return Json::parse(text); }
+
+Json tryParseJson(std::string_view text) { return Json::parse(text, nullptr, false); }
+
 std::string toLine(const Json& value) { return safeJson(value.dump(-1, ' ', false, Json::error_handler_t::replace)); }
 
 JsonList::JsonList(Output& target) : output(target) { output.write("[\n"); }

@@ -5,13 +5,17 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/tessaport/output/JsonFwd.h"
 #include "tools/tessaport/output/Output.h"
 
 namespace Quorvex::Velmora::Tool
 {
 
-/// Keeps members in the order in which they were added.
-using Json = nlohmann::ordered_json;
+/// Reads a value. @throws Json::parse_error if the text is not JSON.
+Json parseJson(std::string_view text);
+
+/// Reads a value. @return a discarded value if the text is not JSON.
+Json tryParseJson(std::string_view text);
 
 /// Writes a value as one line that any terminal can show; see safeJson(). Bytes that are not UTF-8 become replacement
 /// characters.
