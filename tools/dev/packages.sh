@@ -11,7 +11,7 @@ readonly chroot_archive=$chroot_folder/$chroot_packages.tar
 package() { # [--unchecked]
     local chroot
     check_package_options "$@"
-    require "${build_packages[@]}" "${package_packages[@]}"
+    require "${tool_packages[@]}" "${package_packages[@]}"
     use_source_date
     if [ $# -eq 0 ]; then
         # It mostly waits for the network.

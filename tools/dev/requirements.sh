@@ -1,7 +1,8 @@
 # What the commands need on the machine: Debian packages, which are installed if they are missing, and the .NET SDK.
 # shellcheck shell=bash
-readonly build_packages=(cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libboost-dev
-    libgumbo-dev qt6-base-dev)
+readonly tool_packages=(cmake ninja-build g++ nlohmann-json3-dev libcli11-dev libboost-dev)
+# What the tests and examples need besides.
+readonly build_packages=("${tool_packages[@]}" libgtest-dev libgmock-dev libgumbo-dev qt6-base-dev)
 # A font for windows, which every desktop has and a container may lack.
 readonly window_packages=(fonts-dejavu-core)
 # The shells in which the tests complete commands, and what they call besides.

@@ -34,8 +34,10 @@ configure() { # <preset> [cmake option]...
 build() { # <preset> [target]...
     local preset=$1
     shift
-    if [ ! -e "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ]; then
+    if [ ! -e "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ] ||
+        [ -e "build/$preset/demo-only" ]; then
         configure "$preset"
+        rm -f "build/$preset/demo-only"
     fi
     step "build $preset" "build-$preset" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
