@@ -15,6 +15,19 @@ function(velmora_target_defaults target)
     endif()
 endfunction()
 
+# velmora_add_public_library(<name> <source>...)
+# Adds a static library that is installed: Velmora<name>, with the alias Velmora::<name>.
+function(velmora_add_public_library name)
+    set(library "Velmora${name}")
+    add_library(${library} STATIC ${ARGN})
+    add_library(Velmora::${name} ALIAS ${library})
+    velmora_target_defaults(${library})
+    target_compile_features(${library} PUBLIC cxx_std_17)
+    set_target_properties(${library} PROPERTIES EXPORT_NAME ${name})
+    target_include_directories(${library} PUBLIC
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include>)
+endfunction()
+
 # velmora_prefer_build_time(<target>)
 # For code whose speed does not matter: its template libraries compile in two thirds of the time.
 function(velmora_prefer_build_time target)
