@@ -13,7 +13,7 @@ readonly browser_packages=(chromium chromium-driver fonts-dejavu-core python3-se
 # The compiler cache, because the packages and the archive are built of the same objects.
 readonly package_packages=(ccache dpkg-dev file help2man lintian mmdebstrap python3 zip "${site_packages[@]}")
 readonly bench_packages=(git libbenchmark-dev libisal-dev rsync)
-readonly check_packages=(abigail-tools clang clang-format libc++-dev libclang-rt-dev shellcheck)
+readonly check_packages=(abigail-tools clang clang-format libc++-dev libc++abi-dev libclang-rt-dev shellcheck)
 readonly windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 googletest zip "${site_packages[@]}")
 declare -rA dotnet_versions=([8]=8.0.31 [10]=10.0.12)
 
