@@ -100,6 +100,8 @@ make_chroot_archive() {
     local codename
     codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
     [ ! -e "$chroot_archive" ] || return 0
+    # Images for containers come without the lists that name the sources.
+    [ -n "$(debian_sources)" ] || as_root apt-get update || return 1
     mkdir -p "$chroot_folder" &&
         debian_sources | as_root mmdebstrap --variant=apt --include="$chroot_packages" --format=tar \
             "$codename" "$chroot_archive.part" - &&
