@@ -304,6 +304,9 @@ TEST_F(Drive, RemoveTouchesNoFileAndAddingTheFoldersAgainLosesNone)
     for (const char* name : {"same.txt", "changed.txt", "deleted here.txt", "deleted there.txt", "moved.txt"})
         writeFile(here / name, name);
     expectOk({"sync"});
+    // As an earlier version of the service wrote it.
+    const auto id = drivesFile()[0]["id"].get<std::string>();
+    writeFile(home / "state" / (id + ".json"), R"({"version":2})");
 
     const std::string removed = expectOk({"drive", "remove", "Plans"});
 

@@ -23,7 +23,10 @@ internal sealed class HomeFolder
     public string ClipboardFile => Path.Combine(Root, "clipboard.txt");
     public string StateFolder => Path.Combine(Root, "state");
 
-    public string StateFileOf(Guid drive) => Path.Combine(StateFolder, drive.ToString("D") + ".json");
+    public string StateFileOf(Guid drive) => Path.Combine(StateFolder, drive.ToString("D") + ".records");
+
+    /// <summary>Where earlier versions of the service kept the same.</summary>
+    public string EarlierStateFileOf(Guid drive) => Path.Combine(StateFolder, drive.ToString("D") + ".json");
 
     /// <summary>Where the service's own files are, with links followed and without.</summary>
     public IEnumerable<string> OwnPaths()

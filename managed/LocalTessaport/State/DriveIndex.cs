@@ -8,7 +8,7 @@ internal sealed class DriveIndex
     {
     }
 
-    private DriveIndex(RecordTable<Guid, ItemRecord> items, RecordTable<string, SyncedRecord> synced, FailureTable failures)
+    public DriveIndex(RecordTable<Guid, ItemRecord> items, RecordTable<string, SyncedRecord> synced, FailureTable failures)
     {
         Items = items;
         Synced = synced;

@@ -2,58 +2,73 @@ using System.Text.Json;
 
 namespace Quorvex.Tessaport.API.Local;
 
-/// <summary>
-/// The file format of a drive's records: one JSON object per line, the first with the version of the format. Reading and
-/// writing need no more memory than the records themselves.
-/// </summary>
+/// <summary>Reads and writes the file with a drive's records. Earlier versions of the service wrote JSON, which is still read.</summary>
 internal static class IndexFile
 {
-    public const int Version = 2;
+    private const int SecondVersion = 2;
 
     public static void Write(HomeFolder home, string path, DriveIndex index) =>
-        AtomicFile.Write(home, path, stream =>
-        {
-            var lines = new LineWriter(stream);
-            lines.Write(static (json, version) => json.WriteNumber("version", version), Version);
-            foreach (var record in index.Items.Records)
-                lines.Write(IndexLines.Write, record);
-            foreach (var record in index.Synced.Records)
-                lines.Write(IndexLines.Write, record);
-            foreach (var (failed, reason) in index.Failures.Reasons)
-                lines.Write(IndexLines.WriteFailure, (failed, reason));
-            lines.Flush();
-        });
+        AtomicFile.Write(home, path, stream => RecordFile.Write(stream, index));
 
     public static DriveIndex Read(string path)
     {
         try
         {
             using var stream = AtomicFile.OpenForReading(path);
-            var index = new DriveIndex();
-            var lines = new LineReader(stream);
-            if (!lines.TryRead(out var first))
-                throw new FormatException("it is empty");
-            switch (VersionOf(first))
-            {
-                case Version:
-                    while (lines.TryRead(out var line))
-                        IndexLines.Read(line, index);
-                    break;
-                case FirstIndexFile.Version:
-                    FirstIndexFile.Read(first, index);
-                    break;
-                default:
-                    throw new FormatException("it was written by another version");
-            }
+            var index = IsJson(stream) ? ReadJson(stream) : RecordFile.Read(ReadAll(stream), path);
             index.AcceptChanges();
             return index;
         }
         catch (Exception e) when (e is not (IOException or UnauthorizedAccessException or OutOfMemoryException))
         {
-            throw new InvalidDataException(
-                $"What is remembered of a drive cannot be read from '{path}': {e.Message.TrimEnd('.')}. "
-                + "Remove that file; no user file is lost, but permanent ids and locks are.");
+            throw Unreadable(path, e);
         }
+    }
+
+    public static InvalidDataException Unreadable(string path, Exception reason) => new(
+        $"What is remembered of a drive cannot be read from '{path}': {reason.Message.TrimEnd('.')}. "
+        + (reason is UnknownVersionException ? "Use that version, or remove that file" : "Remove that file")
+        + "; no user file is lost, but permanent ids and locks are.");
+
+    private static bool IsJson(FileStream stream)
+    {
+        var first = stream.ReadByte();
+        stream.Position = 0;
+        return first switch
+        {
+            -1 => throw new FormatException("it is empty"),
+            '{' => true,
+            _ => false,
+        };
+    }
+
+    private static byte[] ReadAll(FileStream stream)
+    {
+        if (stream.Length > Array.MaxLength)
+            throw new IOException($"'{stream.Name}' cannot be read: it is larger than {Array.MaxLength} bytes. Use drives with fewer files.");
+        var content = GC.AllocateUninitializedArray<byte>((int)stream.Length);
+        stream.ReadExactly(content);
+        return content;
+    }
+
+    private static DriveIndex ReadJson(FileStream stream)
+    {
+        var index = new DriveIndex();
+        var lines = new LineReader(stream);
+        lines.TryRead(out var first);
+        switch (VersionOf(first))
+        {
+            case SecondVersion:
+                while (lines.TryRead(out var line))
+                    IndexLines.Read(line, index);
+                break;
+            case FirstIndexFile.Version:
+                FirstIndexFile.Read(first, index);
+                break;
+            default:
+                throw new UnknownVersionException("it was written by another version of the service");
+        }
+        return index;
     }
 
     private static int VersionOf(ReadOnlyMemory<byte> line)

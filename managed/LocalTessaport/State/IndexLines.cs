@@ -3,47 +3,12 @@ using System.Text.Json;
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>
-/// One line of a drive's records: an item that was named (it has an id), what was synced, or a failure (it has a reason).
+/// Reads the format of the second version of the service, one JSON object per line: an item that was named (it has an id), what was
+/// synced, or a failure (it has a reason).
 /// </summary>
 internal static class IndexLines
 {
     private const int StampParts = 6;
-
-    public static void Write(Utf8JsonWriter json, ItemRecord record)
-    {
-        json.WriteString("id", record.Key);
-        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
-        if (record.Content is { } content)
-        {
-            json.WriteNumber("size", content.Size);
-            json.WriteString("hash", content.Hash.ToString());
-        }
-        if (record.LockedBy is not null)
-            json.WriteString("lockedBy", record.LockedBy);
-    }
-
-    public static void Write(Utf8JsonWriter json, SyncedRecord record)
-    {
-        WritePlace(json, record.Path, record.IsFolder, record.Local, record.Remote);
-        if (record.IsFolder)
-            return;
-        WriteStamp(json, "localStamp", record.LocalStamp);
-        WriteStamp(json, "remoteStamp", record.RemoteStamp);
-        if (record.Hash.IsKnown)
-            json.WriteString("hash", record.Hash.ToString());
-        if (record.Conflict is { } conflict)
-        {
-            json.WriteString("conflictWith", conflict.Name);
-            if (conflict.From is { } from)
-                json.WriteBoolean("conflictIsLocal", from == SideName.Workspace);
-        }
-    }
-
-    public static void WriteFailure(Utf8JsonWriter json, (string Path, string Reason) failure)
-    {
-        json.WriteString("path", failure.Path);
-        json.WriteString("reason", failure.Reason);
-    }
 
     public static void Read(ReadOnlyMemory<byte> line, DriveIndex index)
     {
@@ -76,29 +41,6 @@ internal static class IndexLines
         Hash = fields.Hash,
         Conflict = fields.ConflictWith is { } name ? new ConflictMark(name, fields.ConflictFrom) : null,
     };
-
-    private static void WritePlace(Utf8JsonWriter json, string path, bool isFolder, FileIdentity local, FileIdentity remote)
-    {
-        json.WriteString("path", path);
-        if (isFolder)
-            json.WriteBoolean("folder", true);
-        if (local.IsKnown)
-            json.WriteString("local", local.ToString());
-        if (remote.IsKnown)
-            json.WriteString("remote", remote.ToString());
-    }
-
-    private static void WriteStamp(Utf8JsonWriter json, string name, VersionStamp stamp)
-    {
-        json.WriteStartArray(name);
-        json.WriteNumberValue(stamp.Size);
-        json.WriteNumberValue(stamp.Modified.Seconds);
-        json.WriteNumberValue(stamp.Modified.Nanoseconds);
-        json.WriteNumberValue(stamp.Changed.Seconds);
-        json.WriteNumberValue(stamp.Changed.Nanoseconds);
-        json.WriteNumberValue(stamp.IsSettled ? 1 : 0);
-        json.WriteEndArray();
-    }
 
     /// <summary>The members of one line; unknown ones are skipped.</summary>
     private readonly ref struct Fields

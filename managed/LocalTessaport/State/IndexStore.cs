@@ -12,19 +12,27 @@ internal static class IndexStore
 
     private sealed record LastWritten(FileEntry Stamp, DriveIndex Index);
 
-    public static bool Exists(HomeFolder home, Guid drive) => FileProbe.Exists(home.StateFileOf(drive));
+    public static bool Exists(HomeFolder home, Guid drive) =>
+        FileProbe.Exists(home.StateFileOf(drive)) || FileProbe.Exists(home.EarlierStateFileOf(drive)) || FileProbe.Exists(home.StateFileOf(drive));
 
     public static DriveIndex Load(HomeFolder home, Guid drive)
     {
-        var path = home.StateFileOf(drive);
-        HomeFile.RequireFileOrNothing(path);
-        if (FileProbe.FindFollowingLinks(path) is not { } stamp)
-            return new DriveIndex();
-        if (Known.TryGetValue(path, out var known) && known.Stamp == stamp)
-            return known.Index;
-        var index = IndexFile.Read(path);
-        Known[path] = new(stamp, index);
-        return index;
+        while (Find(home, drive) is var (path, stamp))
+        {
+            if (Known.TryGetValue(path, out var known) && known.Stamp == stamp)
+                return known.Index;
+            try
+            {
+                var index = IndexFile.Read(path);
+                Known[path] = new(stamp, index);
+                return index;
+            }
+            catch (FileNotFoundException) when (path == home.EarlierStateFileOf(drive))
+            {
+                // Another process has replaced it.
+            }
+        }
+        return new DriveIndex();
     }
 
     /// <summary>Drops what is kept in memory.</summary>
@@ -38,5 +46,32 @@ internal static class IndexStore
         index.AcceptChanges();
         if (FileProbe.Find(path) is { } stamp)
             Known[path] = new(stamp, index);
+        RemoveEarlier(home, drive);
+    }
+
+    // Another process may replace the earlier file by the later one between two looks.
+    private static (string Path, FileEntry Stamp)? Find(HomeFolder home, Guid drive) =>
+        At(home.StateFileOf(drive)) ?? At(home.EarlierStateFileOf(drive)) ?? At(home.StateFileOf(drive));
+
+    private static (string Path, FileEntry Stamp)? At(string path)
+    {
+        HomeFile.RequireFileOrNothing(path);
+        return FileProbe.FindFollowingLinks(path) is { } stamp ? (path, stamp) : null;
+    }
+
+    // It is not read any more. If it cannot be removed now, it is after the next change.
+    private static void RemoveEarlier(HomeFolder home, Guid drive)
+    {
+        var path = home.EarlierStateFileOf(drive);
+        Known.TryRemove(path, out _);
+        if (FileProbe.Find(path) is not { Kind: EntryKind.File })
+            return;
+        try
+        {
+            File.Delete(path);
+        }
+        catch (Exception e) when (e is IOException or UnauthorizedAccessException)
+        {
+        }
     }
 }

@@ -18,32 +18,52 @@ internal interface ITrackedRecord<TKey>
 /// </summary>
 internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRecord : class, ITrackedRecord<TKey>
 {
-    private readonly Dictionary<TKey, TRecord> _byKey;
+    private readonly IEqualityComparer<TKey> _comparer;
+    private readonly IStoredRecords<TKey, TRecord>? _stored;
+    private Dictionary<TKey, TRecord>? _byKey;
     private readonly Dictionary<FileIdentity, TRecord>?[] _byIdentity = new Dictionary<FileIdentity, TRecord>?[2];
     private Dictionary<string, TRecord>? _byPath;
     private PathTree? _paths;
 
-    public RecordTable(IEqualityComparer<TKey> comparer) => _byKey = new(comparer);
+    public RecordTable(IEqualityComparer<TKey> comparer)
+    {
+        _comparer = comparer;
+        _byKey = new(comparer);
+    }
 
-    private RecordTable(Dictionary<TKey, TRecord> byKey) => _byKey = byKey;
+    /// <summary>A table that reads stored records when they are asked for, and makes all of them objects when one is changed.</summary>
+    public RecordTable(IEqualityComparer<TKey> comparer, IStoredRecords<TKey, TRecord> stored)
+    {
+        _comparer = comparer;
+        _stored = stored;
+    }
+
+    private RecordTable(RecordTable<TKey, TRecord> other)
+    {
+        _comparer = other._comparer;
+        _stored = other._stored;
+        _byKey = other._byKey is { } records ? new(records, _comparer) : null;
+    }
 
     /// <summary>Whether anything was put or removed since the table was made.</summary>
     public bool IsChanged { get; private set; }
 
-    public IReadOnlyCollection<TRecord> Records => _byKey.Values;
+    public int Count => _byKey?.Count ?? _stored!.Count;
 
-    public RecordTable<TKey, TRecord> Clone() => new(new Dictionary<TKey, TRecord>(_byKey, _byKey.Comparer));
+    public IEnumerable<TRecord> Records => _byKey?.Values ?? _stored!.All();
+
+    public RecordTable<TKey, TRecord> Clone() => new(this);
 
     /// <summary>Marks the records as saved.</summary>
     public void AcceptChanges() => IsChanged = false;
 
-    public TRecord? ByKey(TKey key) => _byKey.GetValueOrDefault(key);
+    public TRecord? ByKey(TKey key) => _byKey is { } records ? records.GetValueOrDefault(key) : _stored!.Find(key);
 
     public TRecord? ByPath(string path) => path is TKey key ? ByKey(key) : (_byPath ??= Paths()).GetValueOrDefault(path);
 
     public TRecord? ByIdentity(SideName side, FileIdentity? identity)
     {
-        if (identity is not { IsKnown: true } known || _byKey.Count == 0)
+        if (identity is not { IsKnown: true } known || Count == 0)
             return null;
         return (_byIdentity[(int)side] ??= Identities(side)).GetValueOrDefault(known);
     }
@@ -57,7 +77,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         {
             _byPath ??= Paths();
             _paths = new PathTree();
-            foreach (var record in _byKey.Values)
+            foreach (var record in Loaded().Values)
                 _paths.Add(record.Path);
         }
         var found = new List<TRecord>();
@@ -71,14 +91,14 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public void Put(TRecord record)
     {
-        if (_byKey.TryGetValue(record.Key, out var earlier))
+        if (ByKey(record.Key) is { } earlier)
         {
             if (earlier.Equals(record))
                 return;
             Forget(earlier);
         }
         IsChanged = true;
-        _byKey[record.Key] = record;
+        Loaded()[record.Key] = record;
         _paths?.Add(record.Path);
         if (_byPath is not null)
             _byPath[record.Path] = record;
@@ -88,10 +108,22 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public void Remove(TRecord record)
     {
-        if (!_byKey.Remove(record.Key, out var current))
+        if (ByKey(record.Key) is not { } current)
             return;
+        Loaded().Remove(record.Key);
         Forget(current);
         IsChanged = true;
+    }
+
+    // The other ways to find a record lead to the same objects.
+    private Dictionary<TKey, TRecord> Loaded()
+    {
+        if (_byKey is { } loaded)
+            return loaded;
+        var records = new Dictionary<TKey, TRecord>(_stored!.Count, _comparer);
+        foreach (var record in _stored.All())
+            records[record.Key] = record;
+        return _byKey = records;
     }
 
     private static void Add(Dictionary<FileIdentity, TRecord>? records, SideName side, TRecord record)
@@ -102,16 +134,16 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     private Dictionary<string, TRecord> Paths()
     {
-        var records = new Dictionary<string, TRecord>(_byKey.Count, RelativePath.Comparer);
-        foreach (var record in _byKey.Values)
+        var records = new Dictionary<string, TRecord>(Count, RelativePath.Comparer);
+        foreach (var record in Loaded().Values)
             records[record.Path] = record;
         return records;
     }
 
     private Dictionary<FileIdentity, TRecord> Identities(SideName side)
     {
-        var records = new Dictionary<FileIdentity, TRecord>(_byKey.Count);
-        foreach (var record in _byKey.Values)
+        var records = new Dictionary<FileIdentity, TRecord>(Count);
+        foreach (var record in Loaded().Values)
             Add(records, side, record);
         return records;
     }

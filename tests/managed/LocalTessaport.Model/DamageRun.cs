@@ -11,6 +11,7 @@ internal sealed class DamageRun
     private const int Files = 4;
 
     private static readonly string[] Folders = ["workspace", "server"];
+    private static readonly string[] OwnFiles = [".json", ".records"];
 
     private readonly World _world;
     private readonly Random _random;
@@ -115,7 +116,7 @@ internal sealed class DamageRun
         }
         catch (Exception e) when (e is IOException or InvalidDataException or UnauthorizedAccessException)
         {
-            Require(e.Message.Contains(Path.GetFileName(file), StringComparison.Ordinal) || !e.Message.Contains(".json", StringComparison.Ordinal),
+            Require(e.Message.Contains(Path.GetFileName(file), StringComparison.Ordinal) || !OwnFiles.Any(own => e.Message.Contains(own, StringComparison.Ordinal)),
                 $"the reason names another file: {e.Message}");
             ++_refused;
         }

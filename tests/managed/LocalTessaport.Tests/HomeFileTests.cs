@@ -40,7 +40,7 @@ public sealed class HomeFileTests : IDisposable
         var drive = _home.AddDrive();
         drive.PutBoth("a.txt");
         drive.PermanentId("a.txt");
-        var file = Path.Combine(_home.Root, "state", drive.Id + ".json");
+        var file = Path.Combine(_home.Root, "state", drive.Id + ".records");
         File.WriteAllText(file, "{\"version\":");
 
         var message = Assert.Throws<InvalidDataException>(() => drive.PermanentId("a.txt")).Message;
@@ -53,7 +53,7 @@ public sealed class HomeFileTests : IDisposable
     public static TheoryData<string, string> Replacements()
     {
         var replacements = new TheoryData<string, string>();
-        foreach (var file in new[] { "service.json", "drives.json", "lock", "service.lock", "clipboard.txt", "state/{drive}.json" })
+        foreach (var file in new[] { "service.json", "drives.json", "lock", "service.lock", "clipboard.txt", "state/{drive}.records" })
         {
             foreach (var kind in new[] { "pipe", "socket", "folder" })
                 replacements.Add(file, kind);

@@ -35,7 +35,7 @@ public sealed class UpkeepTests : IDisposable
 
         _home.Service.Discover();
 
-        Assert.True(File.Exists(Path.Combine(_home.Root, "state", sound.Id + ".json")));
+        Assert.True(File.Exists(Path.Combine(_home.Root, "state", sound.Id + ".records")));
         Assert.Null(Upkeep.FailureOf(HomeFolder.Locate(), sound.Id));
         Assert.Contains(broken.Workspace, Upkeep.FailureOf(HomeFolder.Locate(), broken.Id));
         Assert.Equal("mine", File.ReadAllText(broken.Workspace));

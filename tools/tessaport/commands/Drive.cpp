@@ -122,7 +122,8 @@ private:
     void forgetState() const
     {
         std::error_code ignored;
-        fs::remove(home().stateFileOf(asciiLower(memberOf(entry, "id"))), ignored);
+        for (const fs::path& file : home().stateFilesOf(asciiLower(memberOf(entry, "id"))))
+            fs::remove(file, ignored);
     }
 
     Context& context;

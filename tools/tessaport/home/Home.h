@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -25,10 +26,11 @@ public:
     /// Locked by the service while a request changes files of drives.
     [[nodiscard]] std::filesystem::path lockFile() const { return root / "lock"; }
 
-    /// What the service remembers of a drive. @param id  in lower case, with hyphens.
-    [[nodiscard]] std::filesystem::path stateFileOf(const std::string& id) const
+    /// What the service remembers of a drive, and what its earlier versions did. @param id  in lower case, with
+    /// hyphens.
+    [[nodiscard]] std::array<std::filesystem::path, 2> stateFilesOf(const std::string& id) const
     {
-        return root / "state" / (id + ".json");
+        return {root / "state" / (id + ".records"), root / "state" / (id + ".json")};
     }
 
     /// Replaces a file in the home, at any depth, in one step: readers see the old content or the new one.

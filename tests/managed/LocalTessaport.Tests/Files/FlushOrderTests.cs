@@ -22,7 +22,7 @@ public sealed class FlushOrderTests : IDisposable
         var renames = RequireFlushedBeforeRenamed(calls);
         foreach (var name in Enumerable.Range(0, 20).Select(i => $"{i}.txt"))
             Assert.Equal(2, renames.Count(words => words[2] == name));
-        Assert.Contains(renames, words => words[2].EndsWith(".json", StringComparison.Ordinal));
+        Assert.Contains(renames, words => words[2].EndsWith(".records", StringComparison.Ordinal));
     }
 
     [UnixFact]

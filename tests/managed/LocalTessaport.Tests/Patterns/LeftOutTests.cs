@@ -326,11 +326,11 @@ public sealed class LeftOutTests : IDisposable
         _drive.PutBoth("a.tmp", "same");
         _drive.PutBoth("b.txt", "same");
         Ignore("*.tmp");
-        File.Delete(Path.Combine(_home.Root, "state", $"{_drive.Id}.json"));
+        File.Delete(Path.Combine(_home.Root, "state", $"{_drive.Id}.records"));
 
         _home.Service.Discover();
 
-        var state = File.ReadAllText(Path.Combine(_home.Root, "state", $"{_drive.Id}.json"));
+        var state = File.ReadAllText(Path.Combine(_home.Root, "state", $"{_drive.Id}.records"));
         Assert.Contains("b.txt", state);
         Assert.DoesNotContain("a.tmp", state);
     }
