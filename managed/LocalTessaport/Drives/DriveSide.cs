@@ -48,14 +48,15 @@ internal sealed class DriveSide : IDisposable
     }
 
     /// <summary>
-    /// The files and folders directly in a folder, by name, in no particular order; empty if the folder does not exist.
+    /// The files and folders directly in a folder, by name, in no particular order, without those that a filter leaves out; empty if
+    /// the folder does not exist.
     /// </summary>
-    public List<NamedEntry> Read(string folder)
+    public List<NamedEntry> Read(string folder, IEntryFilter? filter = null)
     {
         if (TryOpenFolder(folder) is not { } found)
             return [];
         using (found)
-            return found.Folder.Read();
+            return found.Folder.Read(filter);
     }
 
     /// <summary>A file, to be read or copied.</summary>

@@ -21,8 +21,8 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>The entry with this name, links and devices included; null only if nothing has the name.</summary>
     public abstract FileEntry? Find(string name);
 
-    /// <summary>The files and folders with names that can be listed, in no particular order.</summary>
-    public abstract List<NamedEntry> Read();
+    /// <summary>The files and folders with names that can be listed, in no particular order, without those that a filter leaves out.</summary>
+    public abstract List<NamedEntry> Read(IEntryFilter? filter = null);
 
     /// <summary>The name as it is spelled on the disk, where case does not matter.</summary>
     public abstract string SpellingOf(string name);

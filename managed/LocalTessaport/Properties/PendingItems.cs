@@ -25,30 +25,64 @@ internal sealed class PendingItems
     public static string Describe(PropertySource top) => JsonList.Make(json =>
     {
         var items = new PendingItems(top, json);
-        items.ListAll(items.List);
+        items.ListAll(items.List, items.IsInSync, items.FilesInSync());
     });
 
     /// <summary>The same for what the patterns of the drive leave out; of a folder that is left out, only the folder.</summary>
     public static string DescribeLeftOut(PropertySource top) => JsonList.Make(json =>
     {
         var items = new PendingItems(top, json);
-        items.ListAll(items.ListLeftOut);
+        items.ListAll(items.ListLeftOut, node => node.LeftOutBy is null, null);
     });
 
     /// <param name="list">Lists one item if it belongs in the list; false if nothing that is in it does.</param>
-    private void ListAll(Predicate<SnapshotNode> list)
+    /// <param name="isNotListed">Whether a file certainly does not belong there, found out without more than its entries.</param>
+    /// <param name="known">Files of which the same was found out before that; null for none.</param>
+    private void ListAll(Predicate<SnapshotNode> list, Predicate<SnapshotNode> isNotListed, SyncedFiles? known)
     {
+        var snapshot = DriveSnapshot.Begin(_top.Drive, _top.View.Path);
         var pending = new Stack<SnapshotNode>();
-        pending.Push(DriveSnapshot.Take(_top.Drive, _top.View.Path).Top);
+        var inner = new List<SnapshotNode>();
+        pending.Push(snapshot.Top);
         while (pending.TryPop(out var node))
         {
-            if (!list(node))
-                continue;
-            var children = node.Children();
-            for (var i = children.Count - 1; i >= 0; --i)
-                pending.Push(children[i]);
+            snapshot.LookInto(node, known);
+            if (list(node))
+            {
+                foreach (var child in node.Inner())
+                {
+                    if (child.IsFolderOnEither || !isNotListed(child))
+                        inner.Add(child);
+                }
+                inner.Sort(SnapshotNode.ByName);
+                for (var i = inner.Count - 1; i >= 0; --i)
+                    pending.Push(inner[i]);
+                inner.Clear();
+            }
+            node.ForgetInner();
         }
     }
+
+    /// <summary>
+    /// Whether nothing has to be said about a file: as last synced on both sides, and nothing else is known of it. In a drive, that
+    /// is nearly all files.
+    /// </summary>
+    private bool IsInSync(SnapshotNode file)
+    {
+        if (file.LeftOutBy is not null || file[SideName.Workspace] is not { } local || file[SideName.Server] is not { } remote)
+            return false;
+        var path = file.Path;
+        return _top.Index.Synced.ByPath(path) is { Conflict: null } synced
+            && VersionCheck.Compare(local, synced, SideName.Workspace) == VersionState.Synced
+            && VersionCheck.Compare(remote, synced, SideName.Server) == VersionState.Synced
+            && !IsNoted(path);
+    }
+
+    private SyncedFiles? FilesInSync() => _top.Index.Synced.Stored is StoredRecords stored
+        ? new SyncedFiles(stored, _locks.Count + _top.Index.Failures.Reasons.Count > 0 ? IsNoted : null)
+        : null;
+
+    private bool IsNoted(string path) => _top.Index.Failures.At(path) is not null || _locks.ContainsKey(path);
 
     /// <summary>Lists one item if it is pending; false if a sync does not look at what is in it.</summary>
     private bool List(SnapshotNode node)

@@ -48,6 +48,9 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     /// <summary>Whether anything was put or removed since the table was made.</summary>
     public bool IsChanged { get; private set; }
 
+    /// <summary>Where the records are stored; null if they are objects already.</summary>
+    public IStoredRecords<TKey, TRecord>? Stored => _byKey is null ? _stored : null;
+
     public int Count => _byKey?.Count ?? _stored!.Count;
 
     public IEnumerable<TRecord> Records => _byKey?.Values ?? _stored!.All();

@@ -18,10 +18,15 @@ internal static class VersionCheck
     {
         if (last is null || last.IsFolder != entry.IsFolder)
             return VersionState.Changed;
-        var stamp = last.StampOn(side);
+        return Compare(entry, last.StampOn(side), last.IdentityOn(side));
+    }
+
+    /// <summary>The same for an entry of the kind that was synced.</summary>
+    public static VersionState Compare(in FileEntry entry, in VersionStamp stamp, FileIdentity identity)
+    {
         if (entry.Size != stamp.Size || entry.ModifiedTime != stamp.Modified)
             return VersionState.Changed;
-        var isTouched = !stamp.IsSettled || entry.ChangeTime != stamp.Changed || entry.Identity != last.IdentityOn(side);
+        var isTouched = !stamp.IsSettled || entry.ChangeTime != stamp.Changed || entry.Identity != identity;
         return isTouched ? VersionState.Unsure : VersionState.Synced;
     }
 }

@@ -24,10 +24,33 @@ internal sealed class DriveSnapshot
     /// <summary>Looks at an item, the folders above it and everything in it.</summary>
     public static DriveSnapshot Take(LocalDrive drive, string path)
     {
-        var snapshot = new DriveSnapshot(drive, SnapshotNode.MakeRoot());
-        snapshot.Top = snapshot.LookAt(path);
+        var snapshot = Begin(drive, path);
         snapshot.LookInside(snapshot.Top);
         return snapshot;
+    }
+
+    /// <summary>Looks at an item and the folders above it; what is in it is seen with <see cref="LookInto"/>.</summary>
+    public static DriveSnapshot Begin(LocalDrive drive, string path)
+    {
+        var snapshot = new DriveSnapshot(drive, SnapshotNode.MakeRoot());
+        snapshot.Top = snapshot.LookAt(path);
+        return snapshot;
+    }
+
+    /// <summary>Looks at what is directly in a folder, unless the folder is left out; does nothing for a file.</summary>
+    /// <param name="folder">The folder.</param>
+    /// <param name="known">The files for which no nodes are needed; null for none.</param>
+    public void LookInto(SnapshotNode folder, SyncedFiles? known = null)
+    {
+        if (!folder.IsFolderOnEither || folder.LeftOutBy is not null)
+            return;
+        var path = folder.Path;
+        known?.Begin(path);
+        foreach (var side in SideNames.Both)
+            Read(folder, path, side, known);
+        known?.PutBack(folder);
+        foreach (var child in folder.Inner())
+            Judge(child);
     }
 
     /// <summary>The part of it at a path.</summary>
@@ -140,16 +163,9 @@ internal sealed class DriveSnapshot
         pending.Push(top);
         while (pending.TryPop(out var folder))
         {
-            if (!folder.IsFolderOnEither || folder.LeftOutBy is not null)
-                continue;
-            var path = folder.Path;
-            foreach (var side in SideNames.Both)
-                Read(folder, path, side);
-            foreach (var child in folder.Children())
-            {
-                Judge(child);
+            LookInto(folder);
+            foreach (var child in folder.Inner())
                 pending.Push(child);
-            }
         }
     }
 
@@ -168,13 +184,14 @@ internal sealed class DriveSnapshot
             node.LeftOutBy = node.Parent!.LeftOutBy ?? rules.PatternInFolder(node.Path, node.IsFolderOnEither);
     }
 
-    private void Read(SnapshotNode folder, string path, SideName side)
+    private void Read(SnapshotNode folder, string path, SideName side, SyncedFiles? known = null)
     {
         if (!folder.IsRoot && folder[side] is not { IsFolder: true })
             return;
+        var filter = known?.On(side);
         try
         {
-            var entries = _drive.Side(side).Read(path);
+            var entries = _drive.Side(side).Read(path, filter);
             Count += entries.Count;
             foreach (var (name, entry) in entries)
                 folder.GetOrAdd(name)[side] = entry;
@@ -182,6 +199,7 @@ internal sealed class DriveSnapshot
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
             folder.Unreadable = e.Message;
+            known?.Withdraw();
         }
     }
 }

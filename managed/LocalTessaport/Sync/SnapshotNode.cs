@@ -67,6 +67,16 @@ internal sealed class SnapshotNode
         return child;
     }
 
+    /// <summary>The nodes directly in this folder, in no particular order.</summary>
+    public IReadOnlyCollection<SnapshotNode> Inner() => _children is null ? [] : _children.Values;
+
+    /// <summary>Makes this node forget those in it, so that they do not stay in memory with it.</summary>
+    public void ForgetInner()
+    {
+        _children = null;
+        _sorted = null;
+    }
+
     /// <summary>The nodes directly in this folder, by name.</summary>
     public IReadOnlyList<SnapshotNode> Children()
     {
@@ -106,7 +116,8 @@ internal sealed class SnapshotNode
         }
     }
 
-    private static int ByName(SnapshotNode a, SnapshotNode b)
+    /// <summary>Compares the names of two nodes of one folder, ignoring case first.</summary>
+    public static int ByName(SnapshotNode a, SnapshotNode b)
     {
         var ignoringCase = string.Compare(a.Name, b.Name, StringComparison.OrdinalIgnoreCase);
         return ignoringCase != 0 ? ignoringCase : string.CompareOrdinal(a.Name, b.Name);

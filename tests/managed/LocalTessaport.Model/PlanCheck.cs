@@ -1,4 +1,5 @@
 using System.Text.Json;
+using Quorvex.Tessaport.API.Local;
 
 namespace Quorvex.Tessaport.API.Model;
 
@@ -25,6 +26,7 @@ internal sealed class PlanCheck
         }
         if (world.Describe() != before)
             throw new BrokenPromiseException("Asking what a sync would do changed something.");
+        RequireSameStatus();
     }
 
     /// <summary>Compares the plan with the result of the sync.</summary>
@@ -48,6 +50,17 @@ internal sealed class PlanCheck
             if (_world.Find(path.Replace('\\', '/')) is { } item && (string?)Value(item.Id, "SyncError") is var actual && actual != reason)
                 throw new BrokenPromiseException($"The plan was to fail for '{path}' because: {reason} It failed because: {actual}");
         }
+    }
+
+    // What is not in sync is found in two ways: from the records as they are stored, and from objects once something changed.
+    private void RequireSameStatus()
+    {
+        IndexStore.ForgetAll();
+        var fromStored = Value(_world.RootItem(), "Pending");
+        var drive = _world.Service.GetDrives().Single().Id;
+        IndexStore.Load(HomeFolder.Locate(), drive).Synced.Below(RelativePath.Root);
+        if (Value(_world.RootItem(), "Pending") is var fromObjects && !Equals(fromStored, fromObjects))
+            throw new BrokenPromiseException($"From the stored records, this is not in sync: {fromStored} From objects: {fromObjects}");
     }
 
     private object? Value(ItemId item, string property) =>

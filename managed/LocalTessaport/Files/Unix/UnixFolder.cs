@@ -35,14 +35,16 @@ internal sealed class UnixFolder : OpenFolder
 
     public override FileEntry? Find(string name) => Examine(name) is { } status ? status.ToEntry() : null;
 
-    public override List<NamedEntry> Read()
+    public override List<NamedEntry> Read(IEntryFilter? filter)
     {
         var found = new List<NamedEntry>();
         using var list = new UnixFolderList(_handle, Path);
+        Span<char> buffer = stackalloc char[UnixFolderList.LongestName];
         while (list.MoveNext())
         {
-            if (list.Name is { } name && NameRules.CanBeListed(name) && list.FindCurrent() is { Kind: not EntryKind.Other } entry)
-                found.Add(new(name, entry));
+            if (list.TryReadName(buffer, out var name) && NameRules.CanBeListed(name) && list.TryExamine(out var entry)
+                && entry.Kind != EntryKind.Other && filter?.LeavesOut(name, entry) is not true)
+                found.Add(new(name.ToString(), entry));
         }
         return found;
     }

@@ -1,4 +1,4 @@
-using System.Text;
+using System.Buffers;
 using System.Text.Unicode;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -6,6 +6,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Enumerates the names in a folder, which need not be valid UTF-8.</summary>
 internal sealed unsafe class UnixFolderList : IDisposable
 {
+    /// <summary>The number of bytes that names can have, and so of characters at most.</summary>
+    public const int LongestName = 255;
+
     private readonly SafeFileHandle _folder;
     private readonly string _path;
     private readonly nint _list;
@@ -29,14 +32,17 @@ internal sealed unsafe class UnixFolderList : IDisposable
     /// <summary>The current name as the file system stores it, zero-terminated.</summary>
     public byte* RawName => (byte*)_item + FolderItem.NameOffset;
 
-    /// <summary>The current name; null if it is not valid UTF-8.</summary>
-    public string? Name
+    /// <summary>The current name; false if it is not valid UTF-8.</summary>
+    /// <param name="buffer">Holds the name.</param>
+    /// <param name="name">The name.</param>
+    public bool TryReadName(Span<char> buffer, out ReadOnlySpan<char> name)
     {
-        get
-        {
-            var bytes = MemoryMarshal.CreateReadOnlySpanFromNullTerminated(RawName);
-            return Utf8.IsValid(bytes) ? Encoding.UTF8.GetString(bytes) : null;
-        }
+        var bytes = MemoryMarshal.CreateReadOnlySpanFromNullTerminated(RawName);
+        if (bytes.Length > buffer.Length)
+            buffer = new char[bytes.Length];
+        var status = Utf8.ToUtf16(bytes, buffer, out _, out var length, replaceInvalidSequences: false);
+        name = buffer[..length];
+        return status == OperationStatus.Done;
     }
 
     public bool MoveNext()
@@ -51,12 +57,19 @@ internal sealed unsafe class UnixFolderList : IDisposable
         return true;
     }
 
-    /// <summary>The entry with the current name; null if it no longer exists.</summary>
-    public FileEntry? FindCurrent()
+    /// <summary>Looks at what has the current name; false if it no longer exists.</summary>
+    public bool TryExamine(out FileEntry entry)
     {
         if (Libc.Status(_folder, RawName, Libc.StatusNoFollow, UnixStatus.BasicAndBirth, out var status) == 0)
-            return status.ToEntry();
-        return UnixFailure.MeansAbsent(Libc.LastError) ? null : throw UnixFailure.Last(_path + "/" + Name, "examined");
+        {
+            entry = status.ToEntry();
+            return true;
+        }
+        var error = Libc.LastError;
+        if (!UnixFailure.MeansAbsent(error))
+            throw UnixFailure.For(error, _path + "/" + Marshal.PtrToStringUTF8((nint)RawName), "examined");
+        entry = default;
+        return false;
     }
 
     public void Dispose() => Libc.CloseList(_list);

@@ -42,7 +42,7 @@ internal static unsafe class UnixTree
     {
         if (Libc.Remove(top, list.RawName, 0) == 0 || Libc.LastError == UnixError.NoEntry)
             return true;
-        if (list.FindCurrent() is not { IsFolder: true })
+        if (!list.TryExamine(out var entry) || !entry.IsFolder)
             return false;
         using (var folder = OpenToRemove(top, list.RawName))
         {

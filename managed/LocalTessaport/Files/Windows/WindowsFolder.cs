@@ -40,9 +40,9 @@ internal sealed class WindowsFolder : OpenFolder
 
     public override FileEntry? Find(string name) => Examine(name, WindowsFile.EntryOf);
 
-    public override List<NamedEntry> Read()
+    public override List<NamedEntry> Read(IEntryFilter? filter)
     {
-        var found = List(filter: null);
+        var found = List(pattern: null, filter);
         found.RemoveAll(item => item.Entry.Kind == EntryKind.Other || !NameRules.CanBeListed(item.Name));
         return found;
     }
@@ -155,7 +155,7 @@ internal sealed class WindowsFolder : OpenFolder
     }
 
     /// <summary>All entries of the folder, links included, or those that match a name.</summary>
-    public List<NamedEntry> List(string? filter)
+    public List<NamedEntry> List(string? pattern = null, IEntryFilter? filter = null)
     {
         var volume = WindowsFile.EntryOf(_handle, Path).Device;
         var status = NativeFile.Open(_handle, "", FolderAccess, NativeFile.ShareAll, NativeFile.OpenExisting,
@@ -163,7 +163,7 @@ internal sealed class WindowsFolder : OpenFolder
         using (handle)
         {
             return status == WindowsStatus.Success
-                ? WindowsFolderList.Read(handle, Path, volume, filter)
+                ? WindowsFolderList.Read(handle, Path, volume, pattern, filter)
                 : throw WindowsFailure.For(status, Path, "listed");
         }
     }

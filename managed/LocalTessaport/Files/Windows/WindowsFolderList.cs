@@ -6,31 +6,33 @@ internal static unsafe class WindowsFolderList
     private const int BufferSize = 64 * 1024;
 
     /// <summary>The entries of an open folder, or those that match a name. The handle must not have been listed before.</summary>
-    public static List<NamedEntry> Read(SafeFileHandle folder, string path, ulong volume, string? filter = null)
+    public static List<NamedEntry> Read(
+        SafeFileHandle folder, string path, ulong volume, string? pattern = null, IEntryFilter? filter = null)
     {
         var found = new List<NamedEntry>();
         var buffer = new byte[BufferSize];
         while (true)
         {
-            var status = NativeFile.List(folder, buffer, filter);
+            var status = NativeFile.List(folder, buffer, pattern);
             if (status is WindowsStatus.NoMoreFiles or WindowsStatus.NoSuchFile)
                 return found;
             if (status != WindowsStatus.Success)
                 throw WindowsFailure.For(status, path, "listed");
-            Collect(buffer, volume, found);
+            Collect(buffer, volume, filter, found);
         }
     }
 
-    private static void Collect(byte[] buffer, ulong volume, List<NamedEntry> found)
+    private static void Collect(byte[] buffer, ulong volume, IEntryFilter? filter, List<NamedEntry> found)
     {
         fixed (byte* start = buffer)
         {
             for (var at = start; ; at += ((Item*)at)->Next)
             {
                 var item = (Item*)at;
-                var name = new string((char*)(at + Item.NameOffset), 0, item->NameLength / 2);
-                if (name is not ("." or ".."))
-                    found.Add(new(name, item->ToEntry(volume)));
+                var name = new ReadOnlySpan<char>(at + Item.NameOffset, item->NameLength / 2);
+                var entry = item->ToEntry(volume);
+                if (name is not ("." or "..") && filter?.LeavesOut(name, entry) is not true)
+                    found.Add(new(name.ToString(), entry));
                 if (item->Next == 0)
                     return;
             }

@@ -13,7 +13,7 @@ internal static class WindowsTree
         var earlier = new HashSet<string>();
         while (true)
         {
-            var items = top.List(filter: null);
+            var items = top.List();
             if (items.Count == 0)
                 return true;
             if (earlier.SetEquals(items.Select(item => item.Name)))
@@ -36,7 +36,7 @@ internal static class WindowsTree
         using var folder = (WindowsFolder?)top.TryOpen(name);
         if (folder is null)
             return;
-        foreach (var (inner, entry) in folder.List(filter: null))
+        foreach (var (inner, entry) in folder.List())
         {
             if (entry.IsFolder)
                 TryMove(folder, inner, top);

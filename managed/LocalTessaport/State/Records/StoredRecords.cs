@@ -6,7 +6,6 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
 {
-    private readonly byte[] _content;
     private readonly string _name;
     private readonly List<StoredFolder> _folders;
     private readonly Dictionary<string, StoredFolder> _byPath;
@@ -17,13 +16,12 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
     /// <param name="from">At the number of folders; afterwards at the end of the last one.</param>
     public StoredRecords(byte[] content, string name, ref RecordReader from)
     {
-        _content = content;
         _name = name;
         var folders = from.Count();
         _folders = new(folders);
         _byPath = new(folders, RelativePath.Comparer);
         for (; folders > 0; --folders)
-            Add(ref from);
+            Add(content, ref from);
     }
 
     public int Count { get; private set; }
@@ -35,7 +33,7 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
         {
             for (var folder = FolderAt(path.AsSpan(0, Math.Max(split, 0))); folder is not null; folder = folder.OtherSpelling)
             {
-                if (folder.Find(_content, path.AsSpan(split + 1)) is { } found)
+                if (folder.Find(path.AsSpan(split + 1)) is { } found)
                     return found;
             }
             return null;
@@ -56,12 +54,12 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
         }
     }
 
-    private void Add(ref RecordReader from)
+    private void Add(byte[] content, ref RecordReader from)
     {
         var path = from.String();
         var count = from.Count();
         var length = from.Count();
-        var folder = new StoredFolder(path, count, from.Position, from.Position + length);
+        var folder = new StoredFolder(content, path, count, from.Position, from.Position + length);
         from.Skip(length);
         // Two spellings of one folder, which can be recorded where case does not matter.
         if (_byPath.TryGetValue(path, out var other))
@@ -71,8 +69,9 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
         Count += count;
     }
 
+    /// <summary>The records of what is in a folder; null if there are none.</summary>
     // Most lookups are in the folder of the one before.
-    private StoredFolder? FolderAt(ReadOnlySpan<char> path)
+    public StoredFolder? FolderAt(ReadOnlySpan<char> path)
     {
         var last = _last;
         if (last is null || !path.SequenceEqual(last.Path))
@@ -84,7 +83,7 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
     {
         try
         {
-            var from = folder.ReaderAt(_content, position);
+            var from = folder.ReaderAt(position);
             var record = SyncedEntry.Read(ref from, RelativePath.Join(folder.Path, from.String()));
             position = from.Position;
             return record;

@@ -49,20 +49,7 @@ internal static class SyncedEntry
     /// <param name="path">The path of the record.</param>
     public static SyncedRecord Read(ref RecordReader from, string path)
     {
-        from.Count();
-        var has = (Has)from.Number();
-        var local = (has & Has.Local) != 0 ? RecordFields.Identity(ref from) : FileIdentity.None;
-        var remote = (has & Has.Remote) != 0 ? RecordFields.Identity(ref from) : FileIdentity.None;
-        VersionStamp localStamp = default, remoteStamp = default;
-        if ((has & Has.Stamps) != 0)
-        {
-            var (localSize, localModified) = ((long)from.Number(), RecordFields.Time(ref from));
-            var (remoteSize, remoteModified) = (has & Has.SameStamps) != 0
-                ? (localSize, localModified)
-                : ((long)from.Number(), RecordFields.Time(ref from));
-            localStamp = new(localSize, localModified, RecordFields.Time(ref from), (has & Has.LocalSettled) != 0);
-            remoteStamp = new(remoteSize, remoteModified, RecordFields.Time(ref from), (has & Has.RemoteSettled) != 0);
-        }
+        var has = ReadSides(ref from, out var local, out var remote, out var localStamp, out var remoteStamp);
         return new SyncedRecord(path, (has & Has.Folder) != 0)
         {
             Local = local,
@@ -72,6 +59,41 @@ internal static class SyncedEntry
             Hash = (has & Has.Hash) != 0 ? RecordFields.Hash(ref from) : ContentHash.Unknown,
             Conflict = (has & Has.Conflict) != 0 ? ReadConflict(ref from, has) : null,
         };
+    }
+
+    /// <summary>Whether an entry is the file that was last synced on a side, and is not a copy that was kept in a conflict.</summary>
+    /// <param name="from">At the length.</param>
+    /// <param name="side">The side.</param>
+    /// <param name="entry">What is there now.</param>
+    public static bool IsSynced(RecordReader from, SideName side, in FileEntry entry)
+    {
+        var has = ReadSides(ref from, out var local, out var remote, out var localStamp, out var remoteStamp);
+        if (entry.IsFolder || (has & (Has.Folder | Has.Conflict)) != 0)
+            return false;
+        var state = side == SideName.Workspace
+            ? VersionCheck.Compare(entry, localStamp, local)
+            : VersionCheck.Compare(entry, remoteStamp, remote);
+        return state == VersionState.Synced;
+    }
+
+    private static Has ReadSides(
+        ref RecordReader from, out FileIdentity local, out FileIdentity remote, out VersionStamp localStamp, out VersionStamp remoteStamp)
+    {
+        from.Count();
+        var has = (Has)from.Number();
+        local = (has & Has.Local) != 0 ? RecordFields.Identity(ref from) : FileIdentity.None;
+        remote = (has & Has.Remote) != 0 ? RecordFields.Identity(ref from) : FileIdentity.None;
+        (localStamp, remoteStamp) = (default, default);
+        if ((has & Has.Stamps) != 0)
+        {
+            var (localSize, localModified) = ((long)from.Number(), RecordFields.Time(ref from));
+            var (remoteSize, remoteModified) = (has & Has.SameStamps) != 0
+                ? (localSize, localModified)
+                : ((long)from.Number(), RecordFields.Time(ref from));
+            localStamp = new(localSize, localModified, RecordFields.Time(ref from), (has & Has.LocalSettled) != 0);
+            remoteStamp = new(remoteSize, remoteModified, RecordFields.Time(ref from), (has & Has.RemoteSettled) != 0);
+        }
+        return has;
     }
 
     /// <param name="from">At the length; afterwards at the next name.</param>

@@ -80,6 +80,73 @@ public sealed class PendingTests : IDisposable
         Assert.Empty(_home.Service.GetProperties([_drive.Root.Id], ["Pending"]).Values);
     }
 
+    /// <summary>Records are compared as they are stored until something is changed, then as objects.</summary>
+    [Fact]
+    public void TheListIsTheSameFromStoredRecordsAndFromObjects()
+    {
+        string[] names = ["same", "edited", "touched", "replaced", "gone here", "gone there", "file here", "locked", "noted", "left.tmp"];
+        foreach (var folder in new[] { "", "plans/", "plans/deep/" })
+        {
+            foreach (var name in names)
+                _drive.PutBoth(folder + name);
+        }
+        _drive.PutInWorkspace("twice.txt", "mine", 1);
+        _drive.PutOnServer("twice.txt", "theirs", 2);
+        Assert.True(_drive.Sync("").IsSuccess);
+        foreach (var folder in new[] { "", "plans/", "plans/deep/" })
+        {
+            foreach (var side in new[] { _drive.Workspace, _drive.Server })
+                Change(side + Path.DirectorySeparatorChar + folder, side == _drive.Workspace);
+            _home.Service.ExecuteCommand(new Command { Id = "lock" }, new CommandContext(IntPtr.Zero, _drive.Item(folder + "locked").Id, []));
+        }
+        Directory.Delete(_drive.InWorkspace("plans/deep"), recursive: true);
+        _home.Configure(_drive, "ignore", new[] { "*.tmp" });
+        using (var held = HomeLock.Acquire(HomeFolder.Locate()))
+        {
+            var index = IndexStore.Load(HomeFolder.Locate(), _drive.Id).Clone();
+            index.Failures.Put(@"plans\noted", "reason");
+            IndexStore.Save(HomeFolder.Locate(), _drive.Id, index);
+        }
+        IndexStore.ForgetAll();
+
+        var fromStored = Value("", "Pending");
+
+        var synced = IndexStore.Load(HomeFolder.Locate(), _drive.Id).Synced;
+        Assert.NotNull(synced.Stored);
+        synced.Below("");
+        Assert.Null(synced.Stored);
+        Assert.Equal(Value("", "Pending"), fromStored);
+        Assert.Equal(
+            [
+                "edited changed-here", "file here changed-on-both", "gone here only-on-server", "gone there only-here", "locked locked",
+                "replaced changed-on-server", "twice (conflict 2024-05-01 100100).txt in-sync",
+            ],
+            States().Where(state => !state.StartsWith("plans", StringComparison.Ordinal)));
+        Assert.Contains(@"plans\noted in-sync", States());
+        Assert.Contains(@"plans\deep\same only-on-server", States());
+    }
+
+    private IEnumerable<string> States() => Pending("").Select(item => $"{item["path"]} {item["state"]}");
+
+    private static void Change(string folder, bool isWorkspace)
+    {
+        if (isWorkspace)
+        {
+            File.WriteAllText(folder + "edited", "another length");
+            File.SetLastWriteTimeUtc(folder + "touched", File.GetLastWriteTimeUtc(folder + "touched"));
+            File.Delete(folder + "gone here");
+            File.AppendAllText(folder + "left.tmp", "more");
+        }
+        else
+        {
+            File.WriteAllText(folder + "new", "another length");
+            File.Move(folder + "new", folder + "replaced", overwrite: true);
+            File.Delete(folder + "gone there");
+            File.Delete(folder + "file here");
+            Directory.CreateDirectory(folder + "file here");
+        }
+    }
+
     private string? Value(string path, string property) =>
         (string?)_home.Service.GetProperties([path.Length == 0 ? _drive.Root.Id : _drive.Item(path).Id], [property]).Values.SingleOrDefault()?.Value;
 
