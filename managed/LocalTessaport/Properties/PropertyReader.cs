@@ -10,13 +10,11 @@ internal static class PropertyReader
     public static List<PropertyValue> Read(
         RequestScope request, List<ItemView> views, List<string?> actions, List<Property> properties)
     {
-        var ids = new Dictionary<DrivePlace, PermanentId>();
-        if (properties.Any(property => property.NeedsIds))
-            FindIds(request, views, ids);
+        var ids = properties.Any(property => property.NeedsIds) ? FindIds(request, views) : null;
         var trackers = new TrackerSet(request);
         var values = new List<PropertyValue>(views.Count * properties.Count);
-        foreach (var (view, action) in views.Zip(actions))
-            Read(SourceFor(request, view, action, ids, trackers), properties, values);
+        for (var i = 0; i < views.Count; ++i)
+            Read(SourceFor(request, views[i], actions[i], ids, trackers), properties, values);
         return values;
     }
 
@@ -49,18 +47,19 @@ internal static class PropertyReader
     }
 
     private static PropertySource SourceFor(
-        RequestScope request, ItemView view, string? action, Dictionary<DrivePlace, PermanentId> ids, TrackerSet trackers) =>
+        RequestScope request, ItemView view, string? action, Dictionary<DrivePlace, PermanentId>? ids, TrackerSet trackers) =>
         new(view, IndexStore.Load(request.Home, view.Drive.Id))
         {
-            Id = Find(ids, new DrivePlace(view.Drive, view.Path)),
-            ParentId = view.IsRoot ? null : Find(ids, ParentOf(view)),
+            Id = ids is null ? null : Find(ids, new DrivePlace(view.Drive, view.Path)),
+            ParentId = ids is null || view.IsRoot ? null : Find(ids, ParentOf(view)),
             LockedBy = view.Drive.Locking ? trackers.Of(view.Drive).RecordOf(view)?.LockedBy : null,
             Action = action,
             UpkeepFailure = view.IsRoot ? Upkeep.FailureOf(request.Home, view.Drive.Id) : null,
         };
 
-    private static void FindIds(RequestScope request, List<ItemView> views, Dictionary<DrivePlace, PermanentId> ids)
+    private static Dictionary<DrivePlace, PermanentId> FindIds(RequestScope request, List<ItemView> views)
     {
+        var ids = new Dictionary<DrivePlace, PermanentId>();
         var places = views.Select(view => new DrivePlace(view.Drive, view.Path))
             .Concat(views.Where(view => !view.IsRoot).Select(ParentOf))
             .Distinct().ToList();
@@ -70,6 +69,7 @@ internal static class PropertyReader
             if (found[i] is { } id)
                 ids[places[i]] = id;
         }
+        return ids;
     }
 
     private static DrivePlace ParentOf(ItemView view) => new(view.Drive, RelativePath.FolderOf(view.Path));

@@ -14,13 +14,18 @@ public partial class TessaportService
         if (properties.TrueForAll(property => property.InId is not null))
             return new PropertyValues { Values = PropertyReader.ReadFromIds(request, ids, properties) };
         using var drives = new OpenedDrives();
-        var items = ids
-            .Select(id => (Place: request.TryPlaceOf(id), id?.Action))
-            .Where(item => item.Place is { } place && (!place.Drive.Offline || place.Path.Length == 0))
-            .Select(item => (View: ItemView.ToDescribe(drives.At(item.Place!.Value)), item.Action))
-            .Where(item => item.View.Exists || item.View.IsRoot)
-            .ToList();
-        var (views, actions) = (items.ConvertAll(item => item.View), items.ConvertAll(item => item.Action));
+        var (views, actions) = (new List<ItemView>(ids.Count), new List<string?>(ids.Count));
+        // A loop: of queries over structs of this assembly, the runtime has no code in advance.
+        foreach (var id in ids)
+        {
+            if (request.TryPlaceOf(id) is not { } place || (place.Drive.Offline && place.Path.Length > 0))
+                continue;
+            var view = ItemView.ToDescribe(drives.At(place));
+            if (!view.Exists && !view.IsRoot)
+                continue;
+            views.Add(view);
+            actions.Add(id.Action);
+        }
         return new PropertyValues { Values = PropertyReader.Read(request, views, actions, properties) };
     }
 }

@@ -36,8 +36,9 @@ internal static class Upkeep
     /// <summary>Why work that was due for a drive could not be done before the last request; null if it was done.</summary>
     public static string? FailureOf(HomeFolder home, Guid drive)
     {
-        var reasons = new[] { drive, Guid.Empty }.Select(place => Failures.GetValueOrDefault(new(home.Root, place))).OfType<string>();
-        return string.Join(" ", reasons) is { Length: > 0 } text ? text : null;
+        var ofDrive = Failures.GetValueOrDefault(new(home.Root, drive));
+        var ofHome = Failures.GetValueOrDefault(new(home.Root, Guid.Empty));
+        return ofDrive is not null && ofHome is not null ? $"{ofDrive} {ofHome}" : ofDrive ?? ofHome;
     }
 
     /// <summary>Does the work for one drive; the caller holds the lock.</summary>

@@ -12,8 +12,8 @@ internal sealed class SyncedFiles : IEntryFilter
     private SideName _side;
 
     // By the number of the record: what was seen of the file, and its entry in the workspace.
-    private Seen[] _seen = [];
-    private FileEntry[] _here = [];
+    private Seen[]? _seen;
+    private FileEntry[]? _here;
 
     private enum Seen : byte
     {
@@ -38,7 +38,7 @@ internal sealed class SyncedFiles : IEntryFilter
         // The same folder in two spellings is rare, and can be compared with objects.
         _folder = _records.FolderAt(path) is { OtherSpelling: null } found ? found : null;
         var count = _folder?.Count ?? 0;
-        if (_seen.Length < count)
+        if (_seen is null || _seen.Length < count)
             (_seen, _here) = (new Seen[count], new FileEntry[count]);
         Array.Clear(_seen, 0, count);
     }
@@ -57,11 +57,11 @@ internal sealed class SyncedFiles : IEntryFilter
         var isSynced = _folder.IsSynced(number, _side, entry) && !IsNoted(name);
         if (_side == SideName.Workspace)
         {
-            _seen[number] = isSynced ? Seen.SyncedHere : Seen.Nothing;
-            _here[number] = entry;
+            _seen![number] = isSynced ? Seen.SyncedHere : Seen.Nothing;
+            _here![number] = entry;
             return isSynced;
         }
-        if (_seen[number] == Seen.Nothing)
+        if (_seen![number] == Seen.Nothing)
             return false;
         // A folder that is changed while it is read can show the same name twice.
         _seen[number] = isSynced ? Seen.SyncedOnBoth : Seen.SyncedHere;
@@ -74,8 +74,8 @@ internal sealed class SyncedFiles : IEntryFilter
         for (var number = 0; number < (_folder?.Count ?? 0); ++number)
         {
             if (_side == SideName.Workspace)
-                _seen[number] = Seen.Nothing;
-            else if (_seen[number] == Seen.SyncedOnBoth)
+                _seen![number] = Seen.Nothing;
+            else if (_seen![number] == Seen.SyncedOnBoth)
                 _seen[number] = Seen.SyncedHere;
         }
     }
@@ -85,8 +85,8 @@ internal sealed class SyncedFiles : IEntryFilter
     {
         for (var number = 0; number < (_folder?.Count ?? 0); ++number)
         {
-            if (_seen[number] == Seen.SyncedHere)
-                folder.GetOrAdd(_folder!.NameAt(number))[SideName.Workspace] = _here[number];
+            if (_seen![number] == Seen.SyncedHere)
+                folder.GetOrAdd(_folder!.NameAt(number))[SideName.Workspace] = _here![number];
         }
     }
 

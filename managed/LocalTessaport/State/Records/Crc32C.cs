@@ -1,5 +1,5 @@
+using System.Buffers.Binary;
 using System.Numerics;
-using System.Runtime.InteropServices;
 
 namespace Quorvex.Tessaport.API.Local;
 
@@ -26,7 +26,7 @@ internal struct Crc32C
         var sum = _inverted;
         var words = MemoryMarshal.Cast<byte, ulong>(data);
         foreach (var word in words)
-            sum = BitOperations.Crc32C(sum, word);
+            sum = BitOperations.Crc32C(sum, BitConverter.IsLittleEndian ? word : BinaryPrimitives.ReverseEndianness(word));
         foreach (var one in data[(words.Length * sizeof(ulong))..])
             sum = BitOperations.Crc32C(sum, one);
         _inverted = sum;
