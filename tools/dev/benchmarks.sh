@@ -17,8 +17,9 @@ bench_windows() { # [name]...
 run_benchmarks() { # <preset> [name]...
     local preset=$1 all name failed=()
     shift
-    mapfile -t all < <(find "build/$preset/bench" -maxdepth 1 -type f \( -name '*_bench' -o -name '*_bench.exe' \) \
-        -printf '%f\n' | sed 's/\.exe$//' | sort)
+    # What the build would make: a program that was dropped may still lie there.
+    mapfile -t all < <(ninja -C "build/$preset" -t targets all |
+        sed -nE 's|^bench/([A-Za-z0-9_]+_bench)(\.exe)?: .*|\1|p' | sort -u)
     [ $# -gt 0 ] || set -- "${all[@]}"
     for name in "$@"; do
         is_one_of "$name" "${all[@]}" || fail "there is no benchmark '$name'; there are: ${all[*]}" 2
