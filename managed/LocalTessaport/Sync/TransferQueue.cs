@@ -8,8 +8,10 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal sealed class TransferQueue : ITransfers
 {
-    // Larger groups took no less time per file.
-    private const int MostFiles = 256;
+    /// <summary>The files of the largest group.</summary>
+    // With groups of 256 a first sync of 100,000 files took a seventh longer; with 4,096 it took no less time, and 25 MB more.
+    public const int MostFiles = 1024;
+
     private const long MostBytes = 64 << 20;
 
     private readonly DriveEdit _edit;

@@ -3,7 +3,8 @@ namespace Quorvex.Tessaport.API.Tests;
 /// <summary>More files than one group holds: those of the next group are copied while the previous ones take their places.</summary>
 public sealed class TransferGroupTests : IDisposable
 {
-    private const int Files = 700;
+    private const int InNextGroup = TransferQueue.MostFiles + 44;
+    private const int Files = TransferQueue.MostFiles + 200;
 
     private readonly TestHome _home = new();
     private readonly TestDrive _drive;
@@ -35,19 +36,19 @@ public sealed class TransferGroupTests : IDisposable
     [Fact]
     public void AFileOfTheNextGroupIsEditedWhileThePreviousOneTakesItsPlaces()
     {
-        using var edit = StepAction.At("Commit.Placed", NameOf(10), _ => File.WriteAllText(_drive.InWorkspace(NameOf(300)), "edited"));
+        using var edit = StepAction.At("Commit.Placed", NameOf(10), _ => File.WriteAllText(_drive.InWorkspace(NameOf(InNextGroup)), "edited"));
 
         Assert.True(_drive.Sync("").IsSuccess);
         Assert.True(_drive.Sync("").IsSuccess);
 
         Assert.True(edit.WasReached);
-        Assert.Equal("edited", File.ReadAllText(_drive.OnServer(NameOf(300))));
+        Assert.Equal("edited", File.ReadAllText(_drive.OnServer(NameOf(InNextGroup))));
     }
 
     [Fact]
     public void FailuresInEachGroupPreventNoOtherFile()
     {
-        string[] failing = [NameOf(0), NameOf(255), NameOf(256), NameOf(600), NameOf(Files - 1)];
+        string[] failing = [NameOf(0), NameOf(TransferQueue.MostFiles - 1), NameOf(TransferQueue.MostFiles), NameOf(Files - 1)];
         Step.Hook = (step, path) =>
         {
             if (step == "Copy.Opened" && failing.Contains(Path.GetFileName(path)))
@@ -65,7 +66,7 @@ public sealed class TransferGroupTests : IDisposable
 
     [Theory]
     [InlineData(0)]
-    [InlineData(300)]
+    [InlineData(InNextGroup)]
     [InlineData(Files - 1)]
     public void ARequestThatBreaksOffLeavesNoCopyBehindAndNoThread(int at)
     {
