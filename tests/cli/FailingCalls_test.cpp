@@ -198,7 +198,7 @@ private:
         return some;
     }
 
-    /// Runs the command with the failing call, and once more; false if the call was not made.
+    /// Runs the command twice, the first time with the failing call. Returns false if it did not make that call.
     bool survives(const Command& command, const Attack& attack)
     {
         const ChildResult result = runWith(command.arguments, attack, work);

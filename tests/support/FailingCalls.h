@@ -2,8 +2,6 @@
 /// Which call of the system fails. The functions that replace the calls ask this (see FailingCalls.cpp).
 #pragma once
 
-#include <dlfcn.h>
-
 namespace Quorvex::Velmora::FailingCalls
 {
 
@@ -12,12 +10,5 @@ namespace Quorvex::Velmora::FailingCalls
 
 /// The same for a call on a path, which is relative to an open folder.
 [[nodiscard]] bool fails(const char* call, int folder, const char* path);
-
-/// The function of that name that this library covers.
-template <class Function>
-Function* next(const char* name)
-{
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
 
 } // namespace Quorvex::Velmora::FailingCalls

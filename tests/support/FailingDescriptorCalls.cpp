@@ -14,9 +14,10 @@
 #include <unistd.h>
 
 #include "tests/support/FailingCalls.h"
+#include "tests/support/PreloadedCalls.h"
 
 using Quorvex::Velmora::FailingCalls::fails;
-using Quorvex::Velmora::FailingCalls::next;
+using Quorvex::Velmora::PreloadedCalls::next;
 
 extern "C" {
 

@@ -13,14 +13,13 @@
 #include <unistd.h>
 
 #include "tests/support/FailingCalls.h"
+#include "tests/support/PreloadedCalls.h"
 
 using Quorvex::Velmora::FailingCalls::fails;
-using Quorvex::Velmora::FailingCalls::next;
+using namespace Quorvex::Velmora::PreloadedCalls;
 
 namespace
 {
-
-constexpr long OpenRestricted = 437;
 
 mode_t modeOf(int flags, va_list arguments) { return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0; }
 
@@ -164,15 +163,12 @@ long syscall(long number, ...) noexcept
 {
     va_list list;
     va_start(list, number);
-    long arguments[6];
-    for (long& argument : arguments)
-        argument = va_arg(list, long);
+    const SystemCallArguments arguments = argumentsOf(list);
     va_end(list);
     if (number == OpenRestricted &&
         fails("openat2", static_cast<int>(arguments[0]), reinterpret_cast<const char*>(arguments[1])))
         return -1;
-    return next<long(long, ...)>("syscall")(
-        number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]);
+    return nextSystemCall(number, arguments);
 }
 
 } // extern "C"

@@ -15,14 +15,15 @@
 #include <cstring>
 #include <string>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "tests/support/PreloadedCalls.h"
+
+using namespace Quorvex::Velmora::PreloadedCalls;
+
 namespace
 {
-
-constexpr long OpenRestricted = 437;
 
 void record(const std::string& line)
 {
@@ -42,12 +43,6 @@ std::string pathOf(int descriptor)
     return length < 0 ? "?" : std::string(path, static_cast<std::size_t>(length));
 }
 
-template <class Function>
-Function* next(const char* name)
-{
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
 int recordFlush(int descriptor, int result)
 {
     if (result == 0)
@@ -62,7 +57,7 @@ int recordCreation(int flags, int result)
     return result;
 }
 
-// A descriptor that only stands for a folder cannot flush anything.
+// Nothing can be flushed through a descriptor with O_PATH.
 void recordFolder(std::uint64_t flags, int descriptor)
 {
     if ((flags & O_DIRECTORY) != 0 && (flags & O_PATH) == 0)
@@ -92,17 +87,13 @@ int syncfs(int descriptor) noexcept
     return result;
 }
 
-// openat2() has no function of its own.
 long syscall(long number, ...) noexcept
 {
     va_list list;
     va_start(list, number);
-    long arguments[6];
-    for (long& argument : arguments)
-        argument = va_arg(list, long);
+    const SystemCallArguments arguments = argumentsOf(list);
     va_end(list);
-    const long result = next<long(long, ...)>("syscall")(
-        number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]);
+    const long result = nextSystemCall(number, arguments);
     if (number == OpenRestricted && result >= 0)
         recordFolder(*reinterpret_cast<const std::uint64_t*>(arguments[2]), static_cast<int>(result));
     return result;

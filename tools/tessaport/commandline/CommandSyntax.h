@@ -24,13 +24,13 @@ public:
 
     CommandOption& required();
 
-    /// Refuses values that are none of these words.
+    /// Accepts only these words.
     CommandOption& oneOf(const std::vector<std::string>& words);
 
-    /// Refuses numbers that are less than 1 or greater than this one.
+    /// Accepts only numbers from 1 to `largest`.
     CommandOption& from1To(unsigned largest);
 
-    /// Refuses fewer values.
+    /// Requires at least `count` values.
     CommandOption& atLeast(int count);
 
     /// Takes one value each time it is given, and can be given several times.
@@ -39,7 +39,7 @@ public:
     /// Takes the last value if it is given several times.
     CommandOption& lastOnly();
 
-    /// Refuses command lines that have it and one of these.
+    /// Makes it an error to give it together with one of these.
     CommandOption& excludes(const std::vector<CommandOption>& others);
 
     /// Shows in the help the value that it has if it is not given.

@@ -69,7 +69,7 @@ internal sealed class StoredRecords : IStoredRecords<string, SyncedRecord>
         Count += count;
     }
 
-    /// <summary>The records of what is in a folder; null if there are none.</summary>
+    /// <summary>The records of the files and folders directly in a folder; null if it has none.</summary>
     // Most lookups are in the folder of the one before.
     public StoredFolder? FolderAt(ReadOnlySpan<char> path)
     {

@@ -28,12 +28,7 @@ public sealed class FlushOrderTests : IDisposable
     [UnixFact]
     public void EveryFileOfALargeGroupIsFlushedBeforeItIsRenamed()
     {
-        var drive = _home.AddDrive();
-        _home.Service.Discover();
-        for (var i = 0; i < 300; ++i)
-            drive.PutInWorkspace($"{i}.txt");
-
-        var calls = Record("sync-once");
+        var calls = RecordASyncOf(300);
 
         var renames = RequireFlushedBeforeRenamed(calls);
         foreach (var name in Enumerable.Range(0, 300).Select(i => $"{i}.txt"))
@@ -44,12 +39,7 @@ public sealed class FlushOrderTests : IDisposable
     [UnixFact]
     public void FileSystemOfALargeGroupIsFlushedByADescriptorThatWasOpenBeforeTheFirstCopy()
     {
-        var drive = _home.AddDrive();
-        _home.Service.Discover();
-        for (var i = 0; i < 300; ++i)
-            drive.PutInWorkspace($"{i}.txt");
-
-        var calls = Record("sync-once");
+        var calls = RecordASyncOf(300);
 
         var firstCopy = Array.FindIndex(calls, call => call.StartsWith("create ", StringComparison.Ordinal) && call.Contains(".tessaport/copies-", StringComparison.Ordinal));
         var flushes = calls.Where(call => call.StartsWith("flush-all ", StringComparison.Ordinal)).ToList();
@@ -78,6 +68,16 @@ public sealed class FlushOrderTests : IDisposable
             }
         }
         return renames;
+    }
+
+    // The files are new, and named by their numbers.
+    private string[] RecordASyncOf(int files)
+    {
+        var drive = _home.AddDrive();
+        _home.Service.Discover();
+        for (var i = 0; i < files; ++i)
+            drive.PutInWorkspace($"{i}.txt");
+        return Record("sync-once");
     }
 
     private string[] Record(params string[] arguments)

@@ -118,9 +118,7 @@ public sealed class EarlierRecordsTests : IDisposable
     [Fact]
     public void ANewerVersionIsRefusedWithTheRemedy()
     {
-        _drive.PutInWorkspace("a.txt");
-        Assert.True(_drive.Sync("").IsSuccess);
-        var content = File.ReadAllBytes(Later);
+        var content = SyncedRecords();
         ++content[RecordFile.Mark.Length];
         BinaryPrimitives.WriteUInt32LittleEndian(content.AsSpan(content.Length - sizeof(uint)), Crc32C.Of(content.AsSpan(0, content.Length - sizeof(uint))));
         File.WriteAllBytes(Later, content);
@@ -131,13 +129,18 @@ public sealed class EarlierRecordsTests : IDisposable
     [Fact]
     public void DamagedRecordsAreRefusedWithTheRemedy()
     {
-        _drive.PutInWorkspace("a.txt");
-        Assert.True(_drive.Sync("").IsSuccess);
-        var content = File.ReadAllBytes(Later);
+        var content = SyncedRecords();
         content[content.Length / 2] ^= 1;
         File.WriteAllBytes(Later, content);
 
         RequireRefused(Later, "it is incomplete or damaged. Remove that file; no user file is lost");
+    }
+
+    private byte[] SyncedRecords()
+    {
+        _drive.PutInWorkspace("a.txt");
+        Assert.True(_drive.Sync("").IsSuccess);
+        return File.ReadAllBytes(Later);
     }
 
     private void WriteSecondVersion() => File.WriteAllText(Earlier, SecondVersion.ReplaceLineEndings("\n").Replace("HASH", Hash));
