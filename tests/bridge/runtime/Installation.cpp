@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include <velmora/text/Unicode.h>
 
@@ -41,9 +42,11 @@ fs::path bridgeOfBuild() { return native(VELMORA_BRIDGE_FOLDER); }
 
 fs::path hostFile(std::string_view name) { return native(VELMORA_HOSTS_FOLDER) / name; }
 
-ChildResult runHost(std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit)
+ChildResult runHost(std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit,
+    std::map<std::string, std::string> environment)
 {
     ChildProgram program;
+    program.environment = std::move(environment);
     program.program = hostProgram(name);
     program.arguments = arguments;
     program.timeLimit = timeLimit;

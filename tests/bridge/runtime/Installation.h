@@ -37,8 +37,8 @@ namespace Quorvex::Velmora::TestSupport
 constexpr int ExitCodeOfHosts = 7;
 
 /// Runs a host with the library of the build tree.
-[[nodiscard]] ChildResult runHost(
-    std::string_view name, const std::vector<std::string>& arguments, std::chrono::seconds timeLimit);
+[[nodiscard]] ChildResult runHost(std::string_view name, const std::vector<std::string>& arguments,
+    std::chrono::seconds timeLimit, std::map<std::string, std::string> environment = {});
 
 /// Runs the host written in C# (tests/managed/ManagedHost) with the library of the folder, after it has loaded the
 /// assemblies that are named.
