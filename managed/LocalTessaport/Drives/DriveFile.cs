@@ -20,7 +20,7 @@ internal static class DriveFile
                 return DriveList.Empty;
             if (Read.TryGetValue(path, out var last) && last.Stamp == stamp)
                 return last.Drives;
-            var drives = JsonFile.Read(path, root => ParseDrives(root, home));
+            var drives = ParseDrives(JsonFile.Read(path), home);
             Read[path] = new(stamp, drives);
             return drives;
         }
@@ -36,21 +36,21 @@ internal static class DriveFile
         }
     }
 
-    private static DriveList ParseDrives(JsonElement root, HomeFolder home)
+    private static DriveList ParseDrives(JsonTree root, HomeFolder home)
     {
-        if (root.ValueKind != JsonValueKind.Array)
+        if (root.Kind != JsonValueKind.Array)
             throw new InvalidDataException("it is not an array");
         var paths = new RealPath();
         var drives = new List<LocalDrive>();
-        foreach (var element in root.EnumerateArray())
+        foreach (var element in root.Elements)
             drives.Add(ParseDrive(element, home, paths));
         SideOverlap.RequireNone(drives, home.OwnPaths());
         return new DriveList(drives);
     }
 
-    private static LocalDrive ParseDrive(JsonElement element, HomeFolder home, RealPath paths)
+    private static LocalDrive ParseDrive(JsonTree element, HomeFolder home, RealPath paths)
     {
-        if (element.ValueKind != JsonValueKind.Object)
+        if (element.Kind != JsonValueKind.Object)
             throw new InvalidDataException("a drive is not an object");
         if (!Guid.TryParse(RequireString(element, "id"), out var id))
             throw new InvalidDataException($"the 'id' '{RequireString(element, "id")}' of a drive is not a GUID");
@@ -71,37 +71,38 @@ internal static class DriveFile
         };
     }
 
-    private static string SidePath(JsonElement element, string member, Guid id, HomeFolder home)
+    private static string SidePath(JsonTree element, string member, Guid id, HomeFolder home)
     {
-        var folder = element.TryGetProperty(member, out _) ? RequireString(element, member) : $"drives/{id:D}/{member}";
+        var folder = element.Find(member) is not null ? RequireString(element, member) : $"drives/{id:D}/{member}";
         return PathForm.TryNormalise(Path.Combine(home.Root, PathForm.ToPlatform(folder)))
             ?? throw new InvalidDataException($"the '{member}' '{folder}' of a drive is not a path");
     }
 
-    private static string RequireString(JsonElement element, string member) =>
-        element.TryGetProperty(member, out var value) && value.ValueKind == JsonValueKind.String
-        && value.GetString() is { Length: > 0 } text
+    private static string RequireString(JsonTree element, string member) =>
+        element.Find(member)?.Text is { Length: > 0 } text
             ? text
             : throw new InvalidDataException($"the string '{member}' of a drive is missing");
 
     // Nothing of the patterns is loaded for a drive without any.
-    private static IgnoreRules? Patterns(JsonElement element)
+    private static IgnoreRules? Patterns(JsonTree element)
     {
-        if (!element.TryGetProperty("ignore", out var value))
+        if (element.Find("ignore") is not { } value)
             return null;
-        if (value.ValueKind != JsonValueKind.Array || value.EnumerateArray().Any(pattern => pattern.ValueKind != JsonValueKind.String))
+        if (value.Kind != JsonValueKind.Array || value.Elements.Exists(pattern => pattern.Text is null))
             throw new InvalidDataException("the member 'ignore' of a drive is not an array of strings");
-        return value.GetArrayLength() == 0
+        return value.Elements.Count == 0
             ? null
-            : new IgnoreRules(RequireString(element, "name"), value.EnumerateArray().Select(pattern => pattern.GetString()!));
+            : new IgnoreRules(RequireString(element, "name"), value.Elements.ConvertAll(pattern => pattern.Text!));
     }
 
-    private static bool Flag(JsonElement element, string member, bool otherwise)
+    private static bool Flag(JsonTree element, string member, bool otherwise)
     {
-        if (!element.TryGetProperty(member, out var value))
-            return otherwise;
-        return value.ValueKind is JsonValueKind.True or JsonValueKind.False
-            ? value.GetBoolean()
-            : throw new InvalidDataException($"the member '{member}' of a drive is neither true nor false");
+        return element.Find(member)?.Kind switch
+        {
+            null => otherwise,
+            JsonValueKind.True => true,
+            JsonValueKind.False => false,
+            _ => throw new InvalidDataException($"the member '{member}' of a drive is neither true nor false"),
+        };
     }
 }

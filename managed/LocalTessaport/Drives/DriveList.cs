@@ -23,7 +23,7 @@ internal sealed class DriveList
 
     public IReadOnlyList<LocalDrive> Drives { get; }
 
-    public LocalDrive? Find(Guid id) => _byId.GetValueOrDefault(id);
+    public LocalDrive? Find(Guid id) => _byId.TryGetValue(id, out var drive) ? drive : null;
 
     /// <summary>
     /// The drive whose workspace holds a full path with either slash, and the path below its root; null for other places.

@@ -49,8 +49,13 @@ internal static class AtomicFile
         }
     }
 
-    public static bool HasLeavings(HomeFolder home) =>
-        Directory.Exists(home.StateFolder) && Directory.EnumerateFiles(home.StateFolder, TemporaryPattern).Any();
+    public static bool HasLeavings(HomeFolder home)
+    {
+        if (!Directory.Exists(home.StateFolder))
+            return false;
+        using var left = Directory.EnumerateFiles(home.StateFolder, TemporaryPattern).GetEnumerator();
+        return left.MoveNext();
+    }
 
     /// <summary>Removes what a killed process was writing; the caller holds the lock.</summary>
     public static void RemoveLeavings(HomeFolder home)

@@ -42,7 +42,7 @@ internal static class FailureCount
     {
         try
         {
-            var root = JsonFile.Read(home.ServiceFile, element => JsonObject.Create(element.Clone())!);
+            var root = JsonFile.ReadForChange(home.ServiceFile)!.AsObject();
             // Members are read on first use, which finds those that appear twice.
             _ = root[RequestFaults.Member]?.AsObject().Sum(fault => fault.Value!.AsObject().Count);
             return root;

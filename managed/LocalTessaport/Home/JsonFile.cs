@@ -1,4 +1,5 @@
 using System.Text.Json;
+using System.Text.Json.Nodes;
 using System.Text.Unicode;
 
 namespace Quorvex.Tessaport.API.Local;
@@ -8,13 +9,18 @@ internal static class JsonFile
 {
     /// <summary>Reads an existing file.</summary>
     /// <exception cref="InvalidDataException">The content is invalid; the message is the reason, without the file's name.</exception>
-    public static T Read<T>(string path, Func<JsonElement, T> parse)
+    public static JsonTree Read(string path) => Parsed(path, static text => JsonTree.Parse(text.Span));
+
+    /// <summary>Reads an existing file in order to change it. Its members are looked at on first use.</summary>
+    /// <exception cref="InvalidDataException">The content is invalid; the message is the reason, without the file's name.</exception>
+    public static JsonNode? ReadForChange(string path) => Parsed(path, static text => JsonNode.Parse(text.Span));
+
+    private static T Parsed<T>(string path, Func<ReadOnlyMemory<byte>, T> parse)
     {
         var text = ReadUtf8(path);
         try
         {
-            using var document = JsonDocument.Parse(text);
-            return parse(document.RootElement);
+            return parse(text);
         }
         catch (JsonException e)
         {
@@ -35,7 +41,7 @@ internal static class JsonFile
         var bytes = content.GetBuffer().AsMemory(0, (int)content.Length);
         if (!Utf8.IsValid(bytes.Span))
             throw new InvalidDataException($"it is not UTF-8 text (line {LineOfInvalidByte(bytes.Span)}); save it as UTF-8");
-        return bytes.Span.StartsWith("\uFEFF"u8) ? bytes[3..] : bytes;
+        return bytes.Span is [0xEF, 0xBB, 0xBF, ..] ? bytes[3..] : bytes;
     }
 
     private static int LineOfInvalidByte(ReadOnlySpan<byte> text)

@@ -16,42 +16,42 @@ internal static class RequestFaults
 
     private static readonly Dictionary<string, RequestFault> None = [];
 
-    public static Dictionary<string, RequestFault> Parse(JsonElement root)
+    public static Dictionary<string, RequestFault> Parse(JsonTree root)
     {
-        if (!root.TryGetProperty(Member, out var list))
+        if (root.Find(Member) is not { } list)
             return None;
         var faults = new Dictionary<string, RequestFault>();
-        foreach (var entry in Require(list, JsonValueKind.Object, $"'{Member}'", "an object").EnumerateObject())
+        foreach (var (request, fault) in Require(list, JsonValueKind.Object, $"'{Member}'", "an object").Members)
         {
-            if (!RequestNames.IsKnown(entry.Name))
-                throw Invalid($"'{entry.Name}' in '{Member}' is not the name of a request");
-            faults[entry.Name] = ParseFault(entry.Name, entry.Value);
+            if (!RequestNames.IsKnown(request))
+                throw Invalid($"'{request}' in '{Member}' is not the name of a request");
+            faults[request] = ParseFault(request, fault);
         }
         return faults;
     }
 
-    private static RequestFault ParseFault(string request, JsonElement element)
+    private static RequestFault ParseFault(string request, JsonTree element)
     {
         var delay = TimeSpan.Zero;
         string? message = null;
         string? kind = null;
         int? times = null;
-        foreach (var member in Require(element, JsonValueKind.Object, $"the fault of '{request}'", "an object").EnumerateObject())
+        foreach (var (name, value) in Require(element, JsonValueKind.Object, $"the fault of '{request}'", "an object").Members)
         {
-            var what = $"'{member.Name}' of '{request}'";
-            switch (member.Name)
+            var what = $"'{name}' of '{request}'";
+            switch (name)
             {
                 case DelayMember:
-                    delay = TimeSpan.FromMilliseconds(Number(member.Value, what, LongestDelay));
+                    delay = TimeSpan.FromMilliseconds(Number(value, what, LongestDelay));
                     break;
                 case FailureMember:
-                    message = Require(member.Value, JsonValueKind.String, what, "a string").GetString();
+                    message = Require(value, JsonValueKind.String, what, "a string").Text;
                     break;
                 case KindMember:
-                    kind = Require(member.Value, JsonValueKind.String, what, "a string").GetString();
+                    kind = Require(value, JsonValueKind.String, what, "a string").Text;
                     break;
                 case TimesMember:
-                    times = Number(member.Value, what, int.MaxValue);
+                    times = Number(value, what, int.MaxValue);
                     break;
                 default:
                     throw Invalid($"{what} is unknown");
@@ -69,13 +69,13 @@ internal static class RequestFaults
         return kind is null && times is null ? null : throw Invalid($"the fault of '{request}' has no '{FailureMember}'");
     }
 
-    private static int Number(JsonElement element, string what, int most) =>
-        element.ValueKind == JsonValueKind.Number && element.TryGetInt32(out var number) && number >= 1 && number <= most
+    private static int Number(JsonTree element, string what, int most) =>
+        element.Number is { } number && number >= 1 && number <= most
             ? number
             : throw Invalid($"{what} is not a whole number from 1 to {most}");
 
-    private static JsonElement Require(JsonElement element, JsonValueKind kind, string what, string expected) =>
-        element.ValueKind == kind ? element : throw Invalid($"{what} is not {expected}");
+    private static JsonTree Require(JsonTree element, JsonValueKind kind, string what, string expected) =>
+        element.Kind == kind ? element : throw Invalid($"{what} is not {expected}");
 
     private static InvalidFaultException Invalid(string reason) => new(reason);
 }

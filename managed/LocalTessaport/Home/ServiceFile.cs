@@ -1,5 +1,3 @@
-using System.Text.Json;
-
 namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>What the state file of a home says.</summary>
@@ -14,7 +12,7 @@ internal sealed record ServiceFile(string State, Dictionary<string, RequestFault
                 throw new TessaportNotInstalledException(
                     $"Tessaport is not installed: there is no '{home.ServiceFile}'. Make a home with 'tessaport drive add' or "
                     + "'tessaport demo', or set TESSAPORT_HOME to the folder of an existing one.");
-            return JsonFile.Read(home.ServiceFile, Parse);
+            return Parse(JsonFile.Read(home.ServiceFile));
         }
         catch (InvalidDataException e)
         {
@@ -31,10 +29,8 @@ internal sealed record ServiceFile(string State, Dictionary<string, RequestFault
     public static InvalidDataException Unreadable(HomeFolder home, string reason) => new(
         $"The state of Tessaport cannot be read from '{home.ServiceFile}': {reason}. Run 'tessaport service start' to write it anew.");
 
-    private static ServiceFile Parse(JsonElement root) =>
-        root.ValueKind == JsonValueKind.Object
-        && root.TryGetProperty("state", out var state)
-        && state.ValueKind == JsonValueKind.String
-            ? new ServiceFile(state.GetString()!, RequestFaults.Parse(root))
+    private static ServiceFile Parse(JsonTree root) =>
+        root.Find("state")?.Text is { } state
+            ? new ServiceFile(state, RequestFaults.Parse(root))
             : throw new InvalidDataException("it is not of the form {\"state\": \"running\"}");
 }

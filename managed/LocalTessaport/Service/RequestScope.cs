@@ -14,11 +14,20 @@ internal sealed class RequestScope
     public HomeFolder Home { get; }
     public DriveList Drives { get; }
 
+    /// <summary>Lets a request begin that needs no drives.</summary>
     /// <param name="method">The method of the service that begins the request.</param>
-    public static RequestScope Begin([CallerMemberName] string method = "")
+    public static HomeFolder Enter([CallerMemberName] string method = "")
     {
         var home = HomeFolder.Locate();
         RequestGate.Pass(home, method);
+        return home;
+    }
+
+    /// <summary>Lets a request begin, with the drives as configured now.</summary>
+    /// <param name="method">The method of the service that begins the request.</param>
+    public static RequestScope Begin([CallerMemberName] string method = "")
+    {
+        var home = Enter(method);
         var request = new RequestScope(home, DriveFile.Load(home));
         // Nothing is made for drives that are only proposed.
         if (home.ProposedDrivesFile is null)

@@ -18,11 +18,18 @@ public partial class TessaportService
 
     public string GetVersion()
     {
-        RequestScope.Begin();
+        RequestScope.Enter();
         return typeof(TessaportService).Assembly.GetName().Version!.ToString(3);
     }
 
-    public IEnumerable<Drive> GetDrives() => RequestScope.Begin().Drives.Drives.Select(Describe).ToList();
+    public IEnumerable<Drive> GetDrives()
+    {
+        // Not by System.Linq: a program that lists one folder would load it for this.
+        var drives = new List<Drive>();
+        foreach (var drive in RequestScope.Begin().Drives.Drives)
+            drives.Add(Describe(drive));
+        return drives;
+    }
 
     private static Drive Describe(LocalDrive drive) => new()
     {

@@ -19,7 +19,12 @@ internal static class Upkeep
     public static void RunIfDue(RequestScope request)
     {
         var home = request.Home;
-        var due = request.Drives.Drives.Where(drive => Note(home, drive.Id, () => IsDue(home, drive))).ToList();
+        var due = new List<LocalDrive>();
+        foreach (var drive in request.Drives.Drives)
+        {
+            if (Note(home, drive.Id, () => IsDue(home, drive)))
+                due.Add(drive);
+        }
         Note(home, Guid.Empty, () =>
         {
             if (due.Count == 0 && !AtomicFile.HasLeavings(home))

@@ -27,6 +27,51 @@ public sealed class ConfigurationTests : IDisposable
         Assert.Contains("Correct the file and try again", message);
     }
 
+    [Fact]
+    public void TheVersionIsToldWithoutLookingAtTheDrives()
+    {
+        File.WriteAllText(DrivesFile, "not JSON");
+
+        Assert.Matches("^[0-9]+\\.[0-9]+\\.[0-9]+$", _home.Service.GetVersion());
+        Assert.Throws<InvalidDataException>(() => _home.Service.Discover());
+    }
+
+    [Fact]
+    public void TheLastOfTwoMembersWithOneNameCounts()
+    {
+        File.WriteAllText(ServiceFile, """{"state": "not-running", "faults": {}, "state": "running"}""");
+        File.WriteAllText(DrivesFile, OneDrive("\"name\": \"First\", \"name\": \"Last\""));
+
+        Assert.Equal("Last", Assert.Single(_home.Service.GetDrives()).Name);
+    }
+
+    [Theory]
+    [InlineData("")]
+    [InlineData("[")]
+    [InlineData("[]]")]
+    [InlineData("[] []")]
+    [InlineData("[{},]")]
+    [InlineData("[{\"id\" 1}]")]
+    [InlineData("[{\"id\": }]")]
+    [InlineData("// none\n[]")]
+    public void DrivesThatAreNotJsonNameTheFileAndTheRemedy(string content)
+    {
+        File.WriteAllText(DrivesFile, content);
+
+        var message = Assert.Throws<InvalidDataException>(() => _home.Service.GetDrives()).Message;
+
+        Assert.StartsWith($"The drives cannot be read from '{DrivesFile}': ", message);
+        Assert.EndsWith("Correct the file and try again.", message);
+    }
+
+    [Fact]
+    public void DrivesThatAreNestedWithoutEndAreRefused()
+    {
+        File.WriteAllText(DrivesFile, string.Concat(Enumerable.Repeat("[", 100_000)));
+
+        Assert.Contains("depth", Assert.Throws<InvalidDataException>(() => _home.Service.GetDrives()).Message);
+    }
+
     [Theory]
     [InlineData("\"name\": \"\\ud800\"")]
     [InlineData("\"name\": \"a\\udc00b\"")]
