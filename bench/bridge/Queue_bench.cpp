@@ -1,9 +1,13 @@
 // What a request costs more through a queue: alone, until its answer is there, and among many that wait.
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <ctime>
 #include <future>
+#include <mutex>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <velmora/native/QvNativeTessaportAPI.h>
@@ -64,6 +68,43 @@ double throughQueue()
     });
 }
 
+// What the system needs to wake one thread and then the other: a call that is passed to a thread by a lock and answered
+// by a future, with nothing else in it.
+double handedOver()
+{
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::promise<void>* asked = nullptr;
+    bool ends = false;
+    std::thread other([&] {
+        std::unique_lock<std::mutex> lock(mutex);
+        for (;;) {
+            changed.wait(lock, [&] { return ends || asked != nullptr; });
+            if (ends)
+                return;
+            std::exchange(asked, nullptr)->set_value();
+        }
+    });
+    const double one = bestOf(Alone, passedTime, [&] {
+        for (int i = 0; i < Alone; ++i) {
+            std::promise<void> call;
+            {
+                const std::lock_guard<std::mutex> lock(mutex);
+                asked = &call;
+            }
+            changed.notify_one();
+            call.get_future().get();
+        }
+    });
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        ends = true;
+    }
+    changed.notify_one();
+    other.join();
+    return one;
+}
+
 double queuedAtOnce()
 {
     RequestQueue queue;
@@ -84,11 +125,15 @@ int main()
     scripted.record(false);
     const double alone = direct();
     const double queued = throughQueue();
+    const double bare = handedOver();
     const double atOnce = queuedAtOnce();
-    std::printf("direct %.3f us, through a queue %.3f us\n", alone, queued);
+    std::printf(
+        "direct %.3f us, through a queue %.3f us, a bare call of another thread %.3f us\n", alone, queued, bare);
     std::printf("\nRatios of this run:\n");
     bool met =
         Bench::report({"request through a queue above the direct one, us", queued - alone, Bench::Side::AtMost, 15});
+    Bench::report({"for comparison: the same to a bare call of another thread", (queued - alone) / bare,
+        Bench::Side::AtLeast, 0});
     met &= Bench::report(
         {"one of 100,000 requests that are queued at once, us of processor time", atOnce, Bench::Side::AtMost, 2});
     return met ? 0 : 2;
