@@ -8,7 +8,7 @@
 #include <new>
 
 #include <velmora/bridge/boundary/OwnedReply.h>
-#include <velmora/bridge/boundary/ReplyReader.h>
+#include <velmora/bridge/conversions/RecordReader.h>
 #include <velmora/bridge/conversions/ToNative.h>
 #include "tests/support/MemoryLimit.h"
 
@@ -35,7 +35,7 @@ const TessaportEntryPoints& table()
 template <class Record>
 void readList(VelmoraReply& reply)
 {
-    ReplyReader reader(reply, table());
+    RecordReader reader(reply, table());
     Common::QVBuffer<Record> records;
     toNative(reader, reader.count(), records);
 }
@@ -43,7 +43,7 @@ void readList(VelmoraReply& reply)
 template <class Record>
 void readOne(VelmoraReply& reply)
 {
-    ReplyReader reader(reply, table());
+    RecordReader reader(reply, table());
     Record record;
     toNative(reader, record);
 }

@@ -91,7 +91,7 @@ Common::QVBuffer<Item> receive(const LocalConnection& connection, std::vector<st
     Tessaport::VelmoraReply reply{};
     reply.data = reinterpret_cast<std::uint8_t*>(storage.data());
     reply.size = size;
-    Tessaport::ReplyReader reader(reply, table);
+    Tessaport::RecordReader reader(reply, table);
     Common::QVBuffer<Item> items;
     Tessaport::toNative(reader, reader.count(), items);
     return items;

@@ -92,7 +92,8 @@ TEST(StringBlock, LivesAsLongAsAnOwnerOfItsRoom)
     {
         QVString text;
         const TextAssignment assignment{&text, WithZero};
-        room = TextAccess::assign(&assignment, 1, RoomSize, 2);
+        TextPool pool;
+        room = TextAccess::assign(pool, &assignment, 1, RoomSize, 2);
         EXPECT_STREQ(text.c_str(), "kept");
     }
     ASSERT_NE(room, nullptr);

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include <velmora/api/TextAccess.h>
+#include <velmora/api/TextPool.h>
 #include <velmora/text/Unicode.h>
 #include <velmora/text/Widening.h>
 
@@ -33,7 +34,7 @@ namespace
 // together, and one allocation costs a third of three. Room for something else may precede the strings of a block.
 struct alignas(std::max_align_t) Block {
     std::atomic<std::uint32_t> references;
-    std::uint32_t textCount;
+    std::uint32_t slabOffset;
     std::uint32_t firstText;
     // How many of the strings have a narrow form. Mostly none has, and then dropping the block skips them.
     std::atomic<std::uint32_t> narrowForms;
@@ -58,21 +59,27 @@ void checkLength(std::size_t length)
         throw std::bad_alloc();
 }
 
-Block* allocateBlock(std::size_t roomSize, std::size_t textSize)
+constexpr std::size_t firstTextAfter(std::size_t roomSize) noexcept { return sizeof(Block) + aligned(roomSize); }
+
+std::size_t blockSize(std::size_t roomSize, std::size_t textSize)
 {
-    const std::size_t firstText = sizeof(Block) + aligned(roomSize);
+    const std::size_t firstText = firstTextAfter(roomSize);
     if (textSize > std::numeric_limits<std::uint32_t>::max() - firstText)
         throw std::bad_alloc();
-    return new (::operator new(firstText + textSize)) Block{{0}, 0, static_cast<std::uint32_t>(firstText), {0}};
+    return firstText + textSize;
+}
+
+Block* placeBlock(const TextPool::Block& place, std::size_t roomSize) noexcept
+{
+    return new (place.memory) Block{{0}, place.slabOffset, static_cast<std::uint32_t>(firstTextAfter(roomSize)), {0}};
 }
 
 template <class Representation>
-Representation* placeText(Block* block) noexcept
+Representation* placeText(Block* block, std::size_t index) noexcept
 {
-    const std::size_t offset = block->firstText + block->textCount * sizeof(Representation);
+    const std::size_t offset = block->firstText + index * sizeof(Representation);
     auto* const text = new (reinterpret_cast<unsigned char*>(block) + offset) Representation;
     text->offsetInBlock = static_cast<std::uint32_t>(offset);
-    ++block->textCount;
     return text;
 }
 
@@ -97,10 +104,12 @@ void dropNarrowForms(Block* block) noexcept
 template <class Representation>
 void releaseBlock(Block* block) noexcept
 {
-    if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+    // The only owner needs no atomic subtraction: there is no one else who could copy.
+    if (block->references.load(std::memory_order_acquire) != 1 &&
+        block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
     dropNarrowForms<Representation>(block);
-    ::operator delete(block);
+    TextPool::release(block, block->slabOffset);
 }
 
 template <class Representation>
@@ -109,8 +118,9 @@ Representation* makeText(std::wstring_view characters)
     if (characters.empty())
         return nullptr;
     checkLength(characters.size());
-    Block* const block = allocateBlock(0, sizeof(Representation) + sizeOfCharacters(characters.size()));
-    auto* const text = placeText<Representation>(block);
+    const std::size_t size = blockSize(0, sizeof(Representation) + sizeOfCharacters(characters.size()));
+    Block* const block = placeBlock({::operator new(size), 0}, 0);
+    auto* const text = placeText<Representation>(block, 0);
     block->references.store(1, std::memory_order_relaxed);
     text->characters = reinterpret_cast<wchar_t*>(text + 1);
     text->length = static_cast<std::uint32_t>(characters.size());
@@ -175,7 +185,7 @@ template <class Representation>
 bool fillBlock(Block* block, const Assignments& strings) noexcept
 {
     for (std::size_t i = 0; i < strings.texts; ++i)
-        placeText<Representation>(block);
+        placeText<Representation>(block, i);
     Representation* text = firstTextOf<Representation>(block) + strings.texts;
     auto* unused = reinterpret_cast<wchar_t*>(text);
     bool isUnitForUnit = false;
@@ -202,12 +212,14 @@ bool fillBlock(Block* block, const Assignments& strings) noexcept
 
 // Returns null if the strings cannot share characters as they should.
 template <class Representation>
-Block* makeBlock(const Assignments& strings, std::size_t roomSize)
+Block* makeBlock(const Assignments& strings, std::size_t roomSize, TextPool& pool)
 {
-    Block* const block = allocateBlock(roomSize, strings.texts * sizeof(Representation) + strings.bytes);
+    const std::size_t size = blockSize(roomSize, strings.texts * sizeof(Representation) + strings.bytes);
+    const TextPool::Block place = pool.allocate(size);
+    Block* const block = placeBlock(place, roomSize);
     if (fillBlock<Representation>(block, strings))
         return block;
-    ::operator delete(block);
+    pool.giveBack(place, size);
     return nullptr;
 }
 
@@ -290,18 +302,24 @@ QVString TextAccess::make(std::wstring_view text)
     return result;
 }
 
-void* TextAccess::assign(
-    const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners)
+void TextAccess::assign(const TextAssignment* assignments, std::size_t count)
+{
+    TextPool own;
+    assign(own, assignments, count, 0, 0);
+}
+
+void* TextAccess::assign(TextPool& pool, const TextAssignment* assignments, std::size_t count, std::size_t roomSize,
+    std::uint32_t roomOwners)
 {
     using Representation = QVString::Representation;
     const Assignments strings(assignments, count, true);
     Block* block = nullptr;
     if (strings.texts + roomSize != 0) {
-        block = makeBlock<Representation>(strings, roomSize);
+        block = makeBlock<Representation>(strings, roomSize, pool);
         if (block == nullptr)
-            block = makeBlock<Representation>(Assignments(assignments, count, false), roomSize);
+            block = makeBlock<Representation>(Assignments(assignments, count, false), roomSize, pool);
         // One store instead of an atomic increment for each owner: no one else knows the block yet.
-        block->references.store(block->textCount + roomOwners, std::memory_order_relaxed);
+        block->references.store(static_cast<std::uint32_t>(strings.texts) + roomOwners, std::memory_order_relaxed);
     }
     Representation* text = block != nullptr ? firstTextOf<Representation>(block) : nullptr;
     for (std::size_t i = 0; i < count; ++i) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include <velmora/api/QVString.h>
+#include <velmora/api/TextPool.h>
 
 namespace Quorvex::Velmora::Common
 {
@@ -20,15 +21,15 @@ struct TextAssignment {
 struct TextAccess {
     /// Assigns all strings in one allocation that lives as long as any of them or any copy. If the allocation fails,
     /// nothing is assigned.
-    static void assign(const TextAssignment* assignments, std::size_t count) { assign(assignments, count, 0, 0); }
+    static void assign(const TextAssignment* assignments, std::size_t count);
 
-    /// Does the same, with room for something else in the allocation.
+    /// Does the same in a block of the pool, with room for something else.
     ///
     /// @param roomSize    bytes, aligned for any type.
     /// @param roomOwners  how many times releaseRoom() will be called.
     /// @return the room; null if its size is 0.
-    static void* assign(
-        const TextAssignment* assignments, std::size_t count, std::size_t roomSize, std::uint32_t roomOwners);
+    static void* assign(TextPool& pool, const TextAssignment* assignments, std::size_t count, std::size_t roomSize,
+        std::uint32_t roomOwners);
 
     static void releaseRoom(void* room) noexcept;
 

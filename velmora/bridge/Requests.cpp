@@ -22,7 +22,7 @@ struct Nothing {
 template <class Result>
 void read(OwnedReply& reply, Result& result)
 {
-    ReplyReader reader(reply);
+    RecordReader reader(reply);
     toNative(reader, result);
 }
 

@@ -26,8 +26,7 @@ ReplyReader::ReplyReader(VelmoraReply& source, const TessaportEntryPoints& table
 
 std::uint32_t ReplyReader::plausible(std::uint32_t promised, std::uint32_t size) const noexcept
 {
-    return static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(promised, static_cast<std::uint64_t>(end - position) / size));
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(promised, bytesLeft() / size));
 }
 
 std::u16string_view ReplyReader::string()

@@ -42,6 +42,9 @@ public:
     /// untrusted count.
     [[nodiscard]] std::uint32_t plausible(std::uint32_t promised, std::uint32_t size) const noexcept;
 
+    /// The size of what has not been read, without the handles.
+    [[nodiscard]] std::uint64_t bytesLeft() const noexcept { return static_cast<std::uint64_t>(end - position); }
+
     [[nodiscard]] std::uint32_t uint32()
     {
         return valueAt<std::uint32_t>(bytes(sizeof(std::uint32_t), sizeof(std::uint32_t)));
@@ -53,7 +56,7 @@ public:
     [[nodiscard]] const std::uint8_t* bytes(std::uint64_t size, std::uint64_t alignment)
     {
         const std::uint64_t gap = (0 - static_cast<std::uint64_t>(position - begin)) & (alignment - 1);
-        const auto left = static_cast<std::uint64_t>(end - position);
+        const std::uint64_t left = bytesLeft();
         if (gap > left || size > left - gap)
             throw DamagedReply();
         const std::uint8_t* const found = position + gap;

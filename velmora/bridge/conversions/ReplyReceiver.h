@@ -6,7 +6,7 @@
 
 #include <velmora/api/QVBuffer.h>
 #include <velmora/bridge/boundary/OwnedReply.h>
-#include <velmora/bridge/boundary/ReplyReader.h>
+#include <velmora/bridge/conversions/RecordReader.h>
 #include <velmora/bridge/conversions/ToNative.h>
 
 namespace Quorvex::Velmora::Tessaport
@@ -56,19 +56,19 @@ private:
 
     void append(VelmoraReply& piece)
     {
-        ReplyReader reader(piece, table);
+        RecordReader reader(piece, table);
         append(reader, piece, result);
     }
 
     template <class Record>
-    static void append(ReplyReader& reader, const VelmoraReply& piece, Common::QVBuffer<Record>& records)
+    static void append(RecordReader& reader, const VelmoraReply& piece, Common::QVBuffer<Record>& records)
     {
         records.Reserve(
             capacityAfterAppending(static_cast<std::uint32_t>(std::min(piece.expectedCount, LongestAnnouncement))));
         toNative(reader, reader.count(), records);
     }
 
-    static void append(ReplyReader& reader, const VelmoraReply&, TessaportAPI::CommandResult& outcome)
+    static void append(RecordReader& reader, const VelmoraReply&, TessaportAPI::CommandResult& outcome)
     {
         toNative(reader, outcome);
     }

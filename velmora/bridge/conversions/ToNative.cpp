@@ -25,15 +25,15 @@ constexpr std::uint32_t LongestManagedArray = 0x7FFFFFC7;
 
 // Makes the strings of a record and what its id needs in one allocation.
 template <std::size_t Count>
-void assignIdAndTexts(ReplyReader& reader, TessaportAPI::ItemId& id, const Common::TextAssignment (&texts)[Count])
+void assignIdAndTexts(RecordReader& reader, TessaportAPI::ItemId& id, const Common::TextAssignment (&texts)[Count])
 {
-    void* const room = Common::TextAccess::assign(texts, Count, IdRoomSize, IdRoomOwners);
+    void* const room = Common::TextAccess::assign(reader.texts(), texts, Count, IdRoomSize, IdRoomOwners);
     HandleAccess::placeWrapper(id, room, reader);
 }
 
 // An item's fixed block, and where its strings are.
 struct PackedItem {
-    explicit PackedItem(ReplyReader& reader)
+    explicit PackedItem(RecordReader& reader)
     {
         std::memcpy(&block, reader.bytes(sizeof block, ReplyAlignment), sizeof block);
         const std::uint64_t units =
@@ -66,17 +66,17 @@ struct PackedItem {
 };
 
 // Makes the strings of a record in one allocation.
-void assignTexts(std::initializer_list<Common::TextAssignment> texts)
+void assignTexts(RecordReader& reader, std::initializer_list<Common::TextAssignment> texts)
 {
-    Common::TextAccess::assign(texts.begin(), texts.size());
+    Common::TextAccess::assign(reader.texts(), texts.begin(), texts.size(), 0, 0);
 }
 
-void uuid(ReplyReader& reader, Common::QVUUID& id) { Common::UuidAccess::assign(id, reader.bytes(16, 4)); }
+void uuid(RecordReader& reader, Common::QVUUID& id) { Common::UuidAccess::assign(id, reader.bytes(16, 4)); }
 
-TessaportAPI::Result result(ReplyReader& reader) { return static_cast<TessaportAPI::Result>(reader.int32()); }
+TessaportAPI::Result result(RecordReader& reader) { return static_cast<TessaportAPI::Result>(reader.int32()); }
 
 // Reads the outcome of a lookup, its item if there is one, and the key that was looked up.
-void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Common::QVString& key)
+void lookup(RecordReader& reader, TessaportAPI::Result& outcome, Item& item, Common::QVString& key)
 {
     outcome = result(reader);
     if (!reader.flag()) {
@@ -90,12 +90,12 @@ void lookup(ReplyReader& reader, TessaportAPI::Result& outcome, Item& item, Comm
     packed.assignNumbers(item);
 }
 
-TessaportAPI::PropertyDataType dataType(ReplyReader& reader)
+TessaportAPI::PropertyDataType dataType(RecordReader& reader)
 {
     return static_cast<TessaportAPI::PropertyDataType>(reader.int32());
 }
 
-void countedItems(ReplyReader& reader, Common::QVBuffer<TessaportAPI::Item>& items)
+void countedItems(RecordReader& reader, Common::QVBuffer<TessaportAPI::Item>& items)
 {
     const std::uint32_t count = reader.uint32();
     toNative(reader, count, items);
@@ -121,9 +121,9 @@ std::uint32_t capacityAfterAppending(std::uint32_t count) noexcept
     return capacity < count ? count : capacity;
 }
 
-void toNative(ReplyReader& reader, Common::QVString& text) { assignTexts({{&text, reader.string()}}); }
+void toNative(RecordReader& reader, Common::QVString& text) { assignTexts(reader, {{&text, reader.string()}}); }
 
-void toNative(ReplyReader& reader, TessaportAPI::Item& item)
+void toNative(RecordReader& reader, TessaportAPI::Item& item)
 {
     const PackedItem packed(reader);
     const Common::TextAssignment texts[] = {
@@ -132,7 +132,7 @@ void toNative(ReplyReader& reader, TessaportAPI::Item& item)
     packed.assignNumbers(item);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::Drive& drive)
+void toNative(RecordReader& reader, TessaportAPI::Drive& drive)
 {
     toNative(reader, drive.driveType);
     drive.locking = reader.flag();
@@ -142,7 +142,7 @@ void toNative(ReplyReader& reader, TessaportAPI::Drive& drive)
     toNative(reader, drive.root);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::CommandResult& outcome)
+void toNative(RecordReader& reader, TessaportAPI::CommandResult& outcome)
 {
     outcome.isSuccess = reader.flag();
     countedItems(reader, outcome.itemsCreated);
@@ -150,31 +150,31 @@ void toNative(ReplyReader& reader, TessaportAPI::CommandResult& outcome)
     countedItems(reader, outcome.itemsUpdated);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::WorkspacePathToItemResult& found)
+void toNative(RecordReader& reader, TessaportAPI::WorkspacePathToItemResult& found)
 {
     lookup(reader, found.result, found.item, found.workspacePath);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::PropertyDefinition& definition)
+void toNative(RecordReader& reader, TessaportAPI::PropertyDefinition& definition)
 {
     const std::u16string_view displayName = reader.string();
     const std::u16string_view id = reader.string();
-    assignTexts({{&definition.displayName, displayName}, {&definition.id, id}});
+    assignTexts(reader, {{&definition.displayName, displayName}, {&definition.id, id}});
     definition.valueDataType = dataType(reader);
     definition.displayDataType = dataType(reader);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::StringPropertyValue& value)
+void toNative(RecordReader& reader, TessaportAPI::StringPropertyValue& value)
 {
     const std::u16string_view relativePath = reader.string();
     uuid(reader, value.driveId);
     const std::u16string_view propertyDefinitionId = reader.string();
     const std::u16string_view text = reader.string();
-    assignTexts({{&value.relativePath, relativePath}, {&value.propertyDefinitionId, propertyDefinitionId},
-        {&value.value, text}});
+    assignTexts(reader, {{&value.relativePath, relativePath}, {&value.propertyDefinitionId, propertyDefinitionId},
+                            {&value.value, text}});
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::Command& command)
+void toNative(RecordReader& reader, TessaportAPI::Command& command)
 {
     toNative(reader, command.name);
     toNative(reader, command.id);
@@ -188,14 +188,14 @@ void toNative(ReplyReader& reader, TessaportAPI::Command& command)
     wrapper->command.take(reader.takeHandle());
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::ItemIdToPermanentIdResult& found)
+void toNative(RecordReader& reader, TessaportAPI::ItemIdToPermanentIdResult& found)
 {
     found.result = result(reader);
     const Common::TextAssignment texts[] = {{&found.permanentId, reader.string()}};
     assignIdAndTexts(reader, found.itemId, texts);
 }
 
-void toNative(ReplyReader& reader, TessaportAPI::PermanentIdToItemResult& found)
+void toNative(RecordReader& reader, TessaportAPI::PermanentIdToItemResult& found)
 {
     lookup(reader, found.result, found.item, found.permanentId);
 }
