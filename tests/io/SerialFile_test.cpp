@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -147,6 +148,38 @@ TEST(SerialFile, ReadsBackEveryString)
     EXPECT_EQ(throughAFile(characters({0x10000, 0x10FFFF})), characters({0x10000, 0x10FFFF}));
     EXPECT_EQ(throughAFile(characters({0xD800})), characters({0xD800}));
     EXPECT_EQ(throughAFile(characters({0xDC00, 0xD800, 'x'})), characters({0xDC00, 0xD800, 'x'}));
+}
+
+// Strings of each length, with each special character at each position, between numbers; they cross the buffers of sink
+// and source, and are read into a string that is reused.
+TEST(SerialFile, ReadsBackStringsThatFollowEachOther)
+{
+    std::vector<std::wstring> texts;
+    for (const std::wstring& special : {std::wstring(), std::wstring(1, L'\0'), characters({0x1F600}),
+             characters({0xD83D}), characters({0xDC00}), characters({0xFFFF})}) {
+        for (std::size_t length = 0; length < 40; ++length) {
+            for (std::size_t position = 0; position <= length; ++position)
+                texts.push_back(std::wstring(length, L'\x4E2D').insert(position, special));
+        }
+    }
+    const TemporaryFolder folder;
+    {
+        QVBinaryFileSink sink(folder.file(L"texts"));
+        for (std::uint32_t i = 0; i < texts.size(); ++i) {
+            sink.writeString(texts[i]);
+            sink.writeUInt32(i);
+        }
+    }
+    QVBinaryFileSource source(folder.file(L"texts"));
+    std::wstring text;
+    for (std::uint32_t i = 0; i < texts.size(); ++i) {
+        source.readString(text);
+        std::uint32_t number = 0;
+        source.readUInt32(number);
+        ASSERT_TRUE(text == texts[i]) << i;
+        ASSERT_EQ(number, i);
+    }
+    EXPECT_FALSE(source.failed());
 }
 
 // Long enough to cross every buffer, with a pair at each possible distance from where the buffers end.

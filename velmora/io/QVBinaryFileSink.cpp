@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstring>
 #include <ios>
+#include <string_view>
 
 #include <velmora/io/SerialFormat.h>
 #include <velmora/io/WideFileStream.h>
@@ -16,15 +17,43 @@ struct QVBinaryFileSink::Impl {
     void append(const void* bytes, std::size_t count)
     {
         if (count > BufferSize - used) {
-            writeOut();
-            if (count >= BufferSize) {
-                writeThrough(bytes, count);
-                return;
-            }
+            appendBeyond(static_cast<const unsigned char*>(bytes), count);
+            return;
         }
         if (count > 0)
             std::memcpy(buffer.get() + used, bytes, count);
         used += count;
+    }
+
+    // Writes full buffers only: the system works twice on a page of which two writes have a part.
+    void appendBeyond(const unsigned char* bytes, std::size_t count)
+    {
+        if (used > 0) {
+            const std::size_t room = BufferSize - used;
+            std::memcpy(buffer.get() + used, bytes, room);
+            bytes += room;
+            count -= room;
+            used = BufferSize;
+            writeOut();
+        }
+        const std::size_t rest = count % BufferSize;
+        writeThrough(bytes, count - rest);
+        std::memcpy(buffer.get(), bytes + (count - rest), rest);
+        used = rest;
+    }
+
+    // Encodes a string in place. Returns false, and nothing is appended, if there may be no room for it.
+    bool appendShort(std::wstring_view text)
+    {
+        constexpr std::size_t CountSize = sizeof(std::uint32_t);
+        if (text.size() > BufferSize || CountSize + SerialFormat::mostBytes(text.size()) > BufferSize - used)
+            return false;
+        unsigned char* const target = buffer.get() + used;
+        const std::size_t size = SerialFormat::encodeUnits(text, target + CountSize);
+        const auto count = SerialFormat::encode(static_cast<std::uint32_t>(size / 2));
+        std::memcpy(target, count.data(), count.size());
+        used += CountSize + size;
+        return true;
     }
 
     void writeOut()
@@ -70,6 +99,8 @@ void QVBinaryFileSink::writeDouble(double value)
 
 void QVBinaryFileSink::writeString(const std::wstring& value)
 {
+    if (impl->appendShort(value))
+        return;
     SerialFormat::encodeString(value, [this](const void* bytes, std::size_t count) { impl->append(bytes, count); });
 }
 

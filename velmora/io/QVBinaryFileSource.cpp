@@ -22,6 +22,7 @@ struct QVBinaryFileSource::Impl {
         return bytes;
     }
 
+    bool takeSimple(std::wstring& out, std::size_t count);
     void takeUnits(std::wstring& text, std::size_t count);
 
     ReadAheadFile file;
@@ -42,6 +43,8 @@ void QVBinaryFileSource::readString(std::wstring& out)
 {
     std::uint32_t count = 0;
     readUInt32(count);
+    if (impl->takeSimple(out, count))
+        return;
     std::wstring text;
     // If an allocation fails, `out` must be unchanged: its memory is taken only if it suffices.
     if (count <= out.capacity())
@@ -68,6 +71,24 @@ void QVBinaryFileSource::readBytes(void* bytes, std::int64_t count)
 }
 
 bool QVBinaryFileSource::failed() const { return impl->file.failed(); }
+
+// Decodes a string in place, as most of them allow. Returns false, and nothing is taken, if it is not read ahead or has
+// pairs.
+bool QVBinaryFileSource::Impl::takeSimple(std::wstring& out, std::size_t count)
+{
+    if (count > file.bytesAhead() / 2)
+        return false;
+    std::wstring grown;
+    // If an allocation fails, `out` must be unchanged.
+    std::wstring& text = count <= out.capacity() ? out : grown;
+    text.resize(count);
+    if (!SerialFormat::decodeSimple(file.ahead(), text))
+        return false;
+    file.skip(2 * count);
+    if (&text != &out)
+        out = std::move(grown);
+    return true;
+}
 
 // Decodes what has been read ahead before it reads more: as long as there are bytes, a wrong count takes no more memory
 // than they need.

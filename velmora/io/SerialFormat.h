@@ -11,7 +11,9 @@
 #include <string>
 #include <string_view>
 
+#include <velmora/text/Narrowing.h>
 #include <velmora/text/Unicode.h>
+#include <velmora/text/Widening.h>
 
 namespace Quorvex::Velmora::IO::SerialFormat
 {
@@ -77,6 +79,11 @@ inline void putUnit(unsigned char* target, char16_t unit) noexcept
     target[1] = static_cast<unsigned char>(unit >> 8);
 }
 
+inline unsigned unitAt(const unsigned char* bytes) noexcept
+{
+    return bytes[0] | (static_cast<unsigned>(bytes[1]) << 8);
+}
+
 /// Takes UTF-16 code units as a string does, and writes them as UTF-16LE.
 class UnitWriter
 {
@@ -97,11 +104,11 @@ private:
     unsigned char* position;
 };
 
-/// Writes a string as UTF-16LE.
-///
-/// @param target  has room for two units for each character.
-/// @return the number of bytes written.
-inline std::size_t encodeUnits(std::wstring_view text, unsigned char* target) noexcept
+/// The most bytes that a string of so many characters can take.
+constexpr std::size_t mostBytes(std::size_t characters) noexcept { return 2 * Common::mostUnits(characters); }
+
+/// encodeUnits() without vector instructions.
+inline std::size_t encodeEachUnit(std::wstring_view text, unsigned char* target) noexcept
 {
     char32_t allBits = 0;
     for (const wchar_t wide : text)
@@ -117,6 +124,18 @@ inline std::size_t encodeUnits(std::wstring_view text, unsigned char* target) no
     return static_cast<std::size_t>(writer.end() - target);
 }
 
+/// Writes a string as UTF-16LE.
+///
+/// @param target  has room for mostBytes().
+/// @return the number of bytes written.
+inline std::size_t encodeUnits(std::wstring_view text, unsigned char* target) noexcept
+{
+    // Only processors that are little-endian have these vector instructions.
+    const std::size_t simple = Common::narrowSimple(text, reinterpret_cast<char16_t*>(target));
+    text.remove_prefix(simple);
+    return 2 * simple + encodeEachUnit(text, target + 2 * simple);
+}
+
 /// Passes the bytes of a string to `put(const void*, std::size_t)`, count first, in pieces of limited size.
 template <class Put>
 void encodeString(std::wstring_view text, Put put)
@@ -124,9 +143,24 @@ void encodeString(std::wstring_view text, Put put)
     constexpr std::size_t PieceCharacters = 1024;
     const auto count = encode(countUnits(text));
     put(count.data(), count.size());
-    std::array<unsigned char, PieceCharacters * 4> piece;
+    std::array<unsigned char, mostBytes(PieceCharacters)> piece;
     for (std::size_t i = 0; i < text.size(); i += PieceCharacters)
         put(piece.data(), encodeUnits(text.substr(i, PieceCharacters), piece.data()));
+}
+
+/// Fills a string with as many units of UTF-16LE. Returns false, and the string is not complete, if it would take a
+/// closer look at one of them.
+inline bool decodeSimple(const unsigned char* bytes, std::wstring& target) noexcept
+{
+    const std::size_t count = target.size();
+    std::size_t position = Common::widenSimple({reinterpret_cast<const char16_t*>(bytes), count}, target.data());
+    for (; position < count; ++position) {
+        const unsigned unit = unitAt(bytes + 2 * position);
+        if (Common::Unicode::isSurrogate(unit))
+            return false;
+        target[position] = static_cast<wchar_t>(unit);
+    }
+    return true;
 }
 
 /// Appends pieces of UTF-16LE to a wide string.
@@ -142,7 +176,7 @@ public:
         wchar_t* out = target.data() + start;
         unsigned surrogates = 0;
         for (std::size_t i = 0; i < units; ++i) {
-            const unsigned unit = bytes[2 * i] | (static_cast<unsigned>(bytes[2 * i + 1]) << 8);
+            const unsigned unit = unitAt(bytes + 2 * i);
             surrogates |= static_cast<unsigned>(Common::Unicode::isSurrogate(unit));
             out[i] = static_cast<wchar_t>(unit);
         }

@@ -48,6 +48,31 @@ inline bool narrowEight(const wchar_t* source, char16_t* target) noexcept
 }
 #endif
 
+/// Writes the beginning of a string as UTF-16, as far as it has no character beyond the basic plane and vector
+/// instructions can do it. Nothing is read from `target`, which may have any alignment.
+///
+/// @return the number of characters, and units, that were written.
+inline std::size_t narrowSimple([[maybe_unused]] std::wstring_view source, [[maybe_unused]] char16_t* target) noexcept
+{
+    std::size_t position = 0;
+#if defined(VELMORA_NARROW_SSE2)
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        if (!source.empty())
+            std::memcpy(static_cast<void*>(target), source.data(), source.size() * sizeof(char16_t));
+        return source.size();
+    }
+    for (; source.size() - position >= 8; position += 8) {
+        if (!narrowEight(source.data() + position, target + position))
+            return position;
+    }
+    // The rest of a longer string is written in one step, together with some characters before it.
+    const std::size_t rest = source.size() - 8;
+    if (position >= 8 && position < source.size() && narrowEight(source.data() + rest, target + rest))
+        return source.size();
+#endif
+    return position;
+}
+
 /// Writes a string as UTF-16 and returns the number of code units. A character beyond the basic plane becomes a pair;
 /// unpaired surrogates survive.
 inline std::size_t narrow(std::wstring_view source, char16_t* target) noexcept
@@ -56,19 +81,8 @@ inline std::size_t narrow(std::wstring_view source, char16_t* target) noexcept
         std::memcpy(target, source.data(), source.size() * sizeof(char16_t));
         return source.size();
     } else {
-        std::size_t position = 0;
-        char16_t* out = target;
-#if defined(VELMORA_NARROW_SSE2)
-        for (; source.size() - position >= 8; position += 8, out += 8) {
-            if (!narrowEight(source.data() + position, out))
-                break;
-        }
-        // The rest of a longer string is written in one step, together with some characters before it.
-        const std::size_t left = source.size() - position;
-        if (left != 0 && left < 8 && position >= 8 && narrowEight(source.data() + source.size() - 8, out + left - 8))
-            return source.size();
-#endif
-        UnitWriter writer{out};
+        std::size_t position = narrowSimple(source, target);
+        UnitWriter writer{target + position};
         while (position < source.size())
             Unicode::appendUtf16(writer, Unicode::nextCodePoint(source, position));
         return static_cast<std::size_t>(writer.position - target);

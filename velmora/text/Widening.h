@@ -50,22 +50,32 @@ inline wchar_t nextWide(std::u16string_view source, std::size_t& position) noexc
         return static_cast<wchar_t>(Unicode::nextCodePoint(source, position));
 }
 
+/// Writes the beginning of a string, as far as it has neither a zero nor a surrogate that would need a closer look, and
+/// vector instructions can do it. `source` may have any alignment.
+///
+/// @return the number of units, and characters, that were written.
+inline std::size_t widenSimple([[maybe_unused]] std::u16string_view source, [[maybe_unused]] wchar_t* target) noexcept
+{
+    std::size_t position = 0;
+#if defined(VELMORA_WIDEN_SSE2)
+    for (; source.size() - position >= 8; position += 8) {
+        if (!widenEight(source.data() + position, target + position))
+            return position;
+    }
+    // The rest of a longer string is written in one step, together with some characters before it.
+    const std::size_t rest = source.size() - 8;
+    if (position >= 8 && position < source.size() && widenEight(source.data() + rest, target + rest))
+        return source.size();
+#endif
+    return position;
+}
+
 /// Writes a string up to its first zero character and returns the number of characters written, at most
 /// `source.size()`. Where wchar_t has 32 bits, a pair becomes one character; unpaired surrogates survive.
 inline std::size_t widenToFirstZero(std::u16string_view source, wchar_t* target) noexcept
 {
-    std::size_t position = 0;
-    wchar_t* out = target;
-#if defined(VELMORA_WIDEN_SSE2)
-    for (; source.size() - position >= 8; position += 8, out += 8) {
-        if (!widenEight(source.data() + position, out))
-            break;
-    }
-    // The rest of a longer string is written in one step, together with some characters before it.
-    const std::size_t left = source.size() - position;
-    if (left != 0 && left < 8 && position >= 8 && widenEight(source.data() + source.size() - 8, out + left - 8))
-        return source.size();
-#endif
+    std::size_t position = widenSimple(source, target);
+    wchar_t* out = target + position;
     while (position < source.size() && source[position] != u'\0')
         *out++ = nextWide(source, position);
     return static_cast<std::size_t>(out - target);
