@@ -186,6 +186,19 @@ void expectTheExpression(unsigned seed, int count, MakeText makeText)
     }
 }
 
+TEST(Linkify, LinksAddressesOfEachLength)
+{
+    std::wstring text;
+    std::wstring expected;
+    for (std::size_t length = 1; length < 3'000; length += 1 + length / 20) {
+        const std::wstring address = L"http://" + std::wstring(length, L'a');
+        const std::wstring between = L" " + std::wstring(3'000 - length, L'b') + L" ";
+        text += address + between;
+        expected += L"<a href=\"" + address + L"\">" + address + L"</a>" + between;
+    }
+    EXPECT_TRUE(linkify(text) == expected);
+}
+
 TEST(Linkify, EqualsTheExpressionOnTextsOfRandomCharacters)
 {
     const std::wstring alphabet = L"w.http:s/ <br>&nbsp;\"',?\n\r\t\x0B\x0C\x01\xA0\x2028\x4E2Dxy";

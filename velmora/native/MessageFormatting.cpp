@@ -1,5 +1,7 @@
 #include "velmora/native/MessageFormatting.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -69,6 +71,37 @@ std::wstring_view sliceOf(std::wstring_view text, const Range& range) noexcept
 constexpr std::wstring_view LinkStart = L"<a href=\"";
 constexpr std::wstring_view LinkMiddle = L"\">";
 constexpr std::wstring_view LinkEnd = L"</a>";
+
+/// Appends many short parts to a string. Each append to a string is a call, which costs more than copying twice.
+class PartWriter
+{
+public:
+    explicit PartWriter(std::wstring& target) noexcept : target(target) {}
+
+    void write(std::wstring_view part)
+    {
+        if (part.size() > parts.size() - used) {
+            flush();
+            if (part.size() > parts.size()) {
+                target.append(part);
+                return;
+            }
+        }
+        std::copy(part.begin(), part.end(), parts.begin() + static_cast<std::ptrdiff_t>(used));
+        used += part.size();
+    }
+
+    void flush()
+    {
+        target.append(parts.data(), used);
+        used = 0;
+    }
+
+private:
+    std::wstring& target;
+    std::array<wchar_t, 1024> parts;
+    std::size_t used = 0;
+};
 
 std::size_t sizeWithLinks(std::wstring_view text, const std::vector<Range>& addresses) noexcept
 {
@@ -229,13 +262,19 @@ std::wstring linkify(const std::wstring& html)
     const std::vector<Range> addresses = findAddressesInHtml(text);
     std::wstring result;
     Common::reserveLarge(result, sizeWithLinks(text, addresses));
+    PartWriter writer(result);
     std::size_t copied = 0;
     for (const Range& range : addresses) {
         const std::wstring_view address = sliceOf(text, range);
-        result.append(text, copied, range.begin - copied);
-        result.append(LinkStart).append(address).append(LinkMiddle).append(address).append(LinkEnd);
+        writer.write(text.substr(copied, range.begin - copied));
+        writer.write(LinkStart);
+        writer.write(address);
+        writer.write(LinkMiddle);
+        writer.write(address);
+        writer.write(LinkEnd);
         copied = range.end;
     }
+    writer.flush();
     result.append(text, copied);
     return result;
 }

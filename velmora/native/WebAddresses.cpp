@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include <velmora/native/AddressHints.h>
+
 namespace Quorvex::Velmora::TessaportAPI
 {
 namespace
 {
-
-constexpr std::size_t NotFound = std::wstring_view::npos;
 
 bool isQuote(wchar_t c) noexcept { return c == L'"' || c == L'\''; }
 
@@ -28,7 +28,8 @@ bool isLineTerminator(wchar_t c) noexcept
 
 bool startsWith(std::wstring_view text, std::size_t position, std::wstring_view prefix) noexcept
 {
-    return text.compare(position, prefix.size(), prefix) == 0;
+    // Not by std::wstring_view::compare, which calls a function for a few characters.
+    return text.size() - position >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.data() + position);
 }
 
 template <class Predicate>
@@ -41,7 +42,7 @@ std::size_t skipWhile(std::wstring_view text, std::size_t position, Predicate pr
 
 bool endsWith(std::wstring_view text, std::wstring_view suffix) noexcept
 {
-    return text.size() >= suffix.size() && text.substr(text.size() - suffix.size()) == suffix;
+    return text.size() >= suffix.size() && startsWith(text, text.size() - suffix.size(), suffix);
 }
 
 constexpr std::wstring_view EscapedSpace = L"&nbsp;";
@@ -105,43 +106,15 @@ bool separatorEndsAt(std::wstring_view text, std::size_t floor, std::size_t posi
     return position != floor && Separators::endsAfter(text.substr(floor, position - floor));
 }
 
-/// Returns the first position, not before `position`, where an opening is possible: one with "ww" or ":/".
-std::size_t findHint(std::wstring_view text, std::size_t position) noexcept
-{
-    const auto is = [&text](std::size_t i, wchar_t c) { return static_cast<int>(text[i] == c); };
-    const auto isHint = [&is](std::size_t i) {
-        return (is(i, L'w') & is(i + 1, L'w')) | (is(i, L':') & is(i + 1, L'/'));
-    };
-    // Compilers turn the loop that skips blocks without a hint into vector instructions.
-    constexpr std::size_t Block = 32;
-    for (; text.size() - position > Block; position += Block) {
-        int hints = 0;
-        for (std::size_t i = 0; i < Block; ++i)
-            hints |= isHint(position + i);
-        if (hints == 0)
-            continue;
-        while (isHint(position) == 0)
-            ++position;
-        return position;
-    }
-    for (; position + 1 < text.size(); ++position) {
-        if (isHint(position) != 0)
-            return position;
-    }
-    return NotFound;
-}
-
 /// Returns the opening of an address: "http://", "https://", or "www" and any character.
 std::optional<Range> openingAtHint(std::wstring_view text, std::size_t hint) noexcept
 {
     if (text[hint] == L'w') {
         const std::size_t wildcard = hint + 3;
-        if (wildcard < text.size() && text[hint + 2] == L'w' && !isLineTerminator(text[wildcard]))
+        if (wildcard < text.size() && !isLineTerminator(text[wildcard]))
             return Range{hint, wildcard + 1};
         return std::nullopt;
     }
-    if (!startsWith(text, hint, L"://"))
-        return std::nullopt;
     for (const std::wstring_view scheme : {std::wstring_view(L"http"), std::wstring_view(L"https")}) {
         if (endsWith(text.substr(0, hint), scheme))
             return Range{hint - scheme.size(), hint + 3};
@@ -186,12 +159,13 @@ std::vector<Range> addressesIn(std::wstring_view text)
 {
     std::vector<Range> addresses;
     std::size_t floor = 0;
-    for (std::size_t hint = findHint(text, 0); hint != NotFound;) {
+    AddressHints hints(text);
+    for (std::size_t hint = hints.next(0); hint != AddressHints::NotFound;) {
         if (const auto address = addressAtHint<Separators>(text, floor, hint)) {
             addresses.push_back(*address);
             floor = address->end;
         }
-        hint = findHint(text, std::max(floor, hint + 1));
+        hint = hints.next(std::max(floor, hint + 1));
     }
     return addresses;
 }
