@@ -1,11 +1,9 @@
 #include "velmora/native/ItemCache.h"
 
 #include <algorithm>
-#include <iterator>
-#include <map>
-#include <string_view>
+#include <cstddef>
 
-#include <velmora/api/TextAccess.h>
+#include <velmora/native/ItemTable.h>
 #include <velmora/native/QvNativeTessaportAPI.h>
 #include <velmora/platform/QrxQvFileSystemUtility.h>
 
@@ -14,53 +12,29 @@ namespace Quorvex::Velmora::TessaportAPI
 namespace
 {
 
-// A key is the characters of its item's workspacePath: strings do not change, and the item is never assigned to.
-using ItemMap = std::map<std::wstring_view, const Item>;
-
 // Leaked on purpose: another thread may be in a request while the process ends.
-ItemMap& sFullWorkspacePathToItemMap = *new ItemMap;
+ItemTable& sFullWorkspacePathToItemMap = *new ItemTable;
 
-// The items that one request reported, on their way into the cache: all of them get there, or none if memory runs out.
-// First writer wins: a host that needs fresh data removes the item first.
+// The items that one request reported: all of them get into the cache, or none if memory runs out. First writer wins: a
+// host that needs fresh data removes the item first.
 class Report
 {
 public:
-    void add(const Item& item)
+    Report() noexcept = default;
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+    ~Report()
     {
-        const std::wstring_view key = Common::TextAccess::view(item.workspacePath);
-        if (!isCached(key)) {
-            // Lists are mostly sorted: the place after the last item is a good hint for the next one.
-            place = std::next(items.try_emplace(place, key, item));
-        }
+        if (!isComplete)
+            sFullWorkspacePathToItemMap.truncate(before);
     }
 
-    void moveIntoCache() noexcept
-    {
-        if (sFullWorkspacePathToItemMap.empty()) {
-            sFullWorkspacePathToItemMap.swap(items);
-            return;
-        }
-        auto hint = sFullWorkspacePathToItemMap.end();
-        while (!items.empty())
-            hint = std::next(sFullWorkspacePathToItemMap.insert(hint, items.extract(items.begin())));
-    }
+    void add(const Item& item) { sFullWorkspacePathToItemMap.add(item); }
+    void complete() noexcept { isComplete = true; }
 
 private:
-    // The items of a folder that is listed again follow each other in the cache.
-    bool isCached(std::wstring_view key)
-    {
-        const auto end = sFullWorkspacePathToItemMap.end();
-        if (next == end || next->first != key)
-            next = sFullWorkspacePathToItemMap.find(key);
-        if (next == end)
-            return false;
-        ++next;
-        return true;
-    }
-
-    ItemMap items;
-    ItemMap::iterator place = items.end();
-    ItemMap::iterator next = sFullWorkspacePathToItemMap.end();
+    const std::size_t before = sFullWorkspacePathToItemMap.size();
+    bool isComplete = false;
 };
 
 template <class Results>
@@ -71,7 +45,7 @@ void addSuccessful(const Results& results)
         if (result.result == Result::Success)
             report.add(result.item);
     }
-    report.moveIntoCache();
+    report.complete();
 }
 
 } // namespace
@@ -83,25 +57,16 @@ std::wstring cacheKey(const QVString& path)
     return Common::QrxQvFileSystemUtility::canonical(text, Common::QrxQvFileSystemUtility::currentPath());
 }
 
-const Item* findCachedItem(const std::wstring& key)
-{
-    const auto found = sFullWorkspacePathToItemMap.find(key);
-    return found == sFullWorkspacePathToItemMap.end() ? nullptr : &found->second;
-}
+const Item* findCachedItem(const std::wstring& key) { return sFullWorkspacePathToItemMap.find(key); }
 
-void QvNativeTessaportAPI::addCachedItem(const Item& item)
-{
-    Report report;
-    report.add(item);
-    report.moveIntoCache();
-}
+void QvNativeTessaportAPI::addCachedItem(const Item& item) { sFullWorkspacePathToItemMap.add(item); }
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<Item>& items)
 {
     Report report;
     for (const Item& item : items)
         report.add(item);
-    report.moveIntoCache();
+    report.complete();
 }
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<Drive>& drives)
@@ -109,7 +74,7 @@ void QvNativeTessaportAPI::addCachedItems(const QVBuffer<Drive>& drives)
     Report report;
     for (const Drive& drive : drives)
         report.add(drive.root);
-    report.moveIntoCache();
+    report.complete();
 }
 
 void QvNativeTessaportAPI::addCachedItems(const QVBuffer<WorkspacePathToItemResult>& results)
@@ -121,7 +86,7 @@ void QvNativeTessaportAPI::addCachedItems(const QVBuffer<PermanentIdToItemResult
 
 bool QvNativeTessaportAPI::removeCachedItem(const QVString& path)
 {
-    return sFullWorkspacePathToItemMap.erase(cacheKey(path)) != 0;
+    return sFullWorkspacePathToItemMap.remove(cacheKey(path));
 }
 
 void QvNativeTessaportAPI::clearCachedItems() { sFullWorkspacePathToItemMap.clear(); }
