@@ -1,5 +1,6 @@
 #include <array>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -49,14 +50,41 @@ private:
     std::array<wchar_t, 4096> buffer{};
 };
 
+void logEvent(Logging::QVLoggerBase& logger)
+{
+    auto event = std::make_unique<Logging::QVKeyValueEvent>(L"event");
+    for (const auto& [key, value] : Leaves)
+        event->putString(key, value);
+    logger.log(std::move(event));
+}
+
 void logEvents(Logging::QVLoggerBase& logger)
 {
-    for (int i = 0; i < EventCount; ++i) {
-        auto event = std::make_unique<Logging::QVKeyValueEvent>(L"event");
-        for (const auto& [key, value] : Leaves)
-            event->putString(key, value);
-        logger.log(std::move(event));
+    for (int i = 0; i < EventCount; ++i)
+        logEvent(logger);
+}
+
+// What logging costs the thread that logs. The events are dropped aside: flush() does that, on any thread. A thousand
+// wait at most, so that fresh memory of the system is not measured.
+void LogEvent(benchmark::State& state)
+{
+    std::optional<Logging::QVLoggerBase> logger(std::in_place, nullptr);
+    int waiting = 0;
+    for (auto _ : state) {
+        logEvent(*logger);
+        if (++waiting == 1'000) {
+            state.PauseTiming();
+            logger.emplace(nullptr);
+            waiting = 0;
+            state.ResumeTiming();
+        }
     }
+}
+
+void Nothing(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::ClobberMemory();
 }
 
 void Flush(benchmark::State& state)
@@ -86,6 +114,8 @@ void FillAndWriteJson(benchmark::State& state)
     }
 }
 
+BENCHMARK(Nothing);
+BENCHMARK(LogEvent);
 BENCHMARK(Flush)->Unit(benchmark::kMillisecond);
 BENCHMARK(FillAndWriteJson)->Unit(benchmark::kMillisecond);
 
@@ -95,5 +125,6 @@ int main(int argc, char** argv)
 {
     return Bench::runWithRatios(argc, argv,
         {{"flush of 100,000 events against filling a tree and write_json", "Flush", "FillAndWriteJson",
-            Bench::Goal::AtMost, 0.8}});
+             Bench::Goal::AtMost, 0.8},
+            {"logging an event of 7 values, ns", "LogEvent", "Nothing", Bench::Goal::AtMostAbove, 400}});
 }

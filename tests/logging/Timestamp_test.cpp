@@ -1,6 +1,12 @@
+#include <chrono>
+#include <string>
+#include <thread>
+
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <gtest/gtest.h>
 
+#include <velmora/logging/QVKeyValueEvent.h>
+#include <velmora/logging/QVLoggableEvent.h>
 #include <velmora/logging/UtcTimestamp.h>
 #include "tests/support/CommaLocale.h"
 
@@ -45,13 +51,42 @@ TEST(UtcTimestamp, DoesNotGroupDigitsUnderAForeignLocale)
     EXPECT_EQ(toIsoExtended(moment), L"2024-05-06T07:00:00.123456");
 }
 
-TEST(UtcTimestamp, IsBetweenTheTimesBeforeAndAfterTheCall)
+std::string narrowed(const std::wstring& ascii)
 {
-    const auto before = toIsoExtended(microsec_clock::universal_time() - time_duration(0, 0, 1));
-    const auto now = utcTimestamp();
-    const auto after = toIsoExtended(microsec_clock::universal_time() + time_duration(0, 0, 1));
-    EXPECT_LT(before, now);
-    EXPECT_LT(now, after);
+    std::string result;
+    for (const wchar_t c : ascii)
+        result += static_cast<char>(c);
+    return result;
+}
+
+class NamedEvent : public QVLoggableEvent
+{
+public:
+    [[nodiscard]] std::wstring name() const override { return L"named"; }
+};
+
+std::wstring writtenTime(const QVLoggableEvent& event)
+{
+    QVKeyValueEvent written(L"written");
+    event.writeTo(written);
+    std::wstring time;
+    EXPECT_TRUE(written.getString(L"timestamp", time));
+    return time;
+}
+
+TEST(LoggableEvent, WritesTheTimeOfItsConstruction)
+{
+    const auto before = microsec_clock::universal_time();
+    const NamedEvent event;
+    const auto after = microsec_clock::universal_time();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const NamedEvent copy(event);
+
+    const ptime written = from_iso_extended_string(narrowed(writtenTime(event)));
+
+    EXPECT_LE(before, written);
+    EXPECT_LE(written, after);
+    EXPECT_EQ(writtenTime(copy), writtenTime(event));
 }
 
 } // namespace

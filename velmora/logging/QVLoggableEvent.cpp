@@ -1,14 +1,15 @@
 #include "velmora/logging/QVLoggableEvent.h"
 
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
 #include <velmora/logging/UtcTimestamp.h>
 
 namespace Quorvex::Velmora::Logging
 {
 
 struct QVLoggableEvent::Record {
-    std::wstring timestamp = utcTimestamp();
-    // The text of a default-constructed thread id. Readers of the log expect this member with this value.
-    std::wstring threadId = L"0";
+    // Formatted when it is written: that takes longer than reading the clock, and not every event writes it.
+    boost::posix_time::ptime time = boost::posix_time::microsec_clock::universal_time();
 };
 
 QVLoggableEvent::QVLoggableEvent() : record(std::make_unique<Record>()) {}
@@ -27,8 +28,9 @@ std::vector<std::wstring> QVLoggableEvent::keys() const { return {L"timestamp", 
 
 void QVLoggableEvent::writeTo(IO::QVKeyValueSink& sink) const
 {
-    sink.putString(L"timestamp", record->timestamp);
-    sink.putString(L"threadId", record->threadId);
+    sink.putString(L"timestamp", toIsoExtended(record->time));
+    // The text of a default-constructed thread id. Readers of the log expect this member with this value.
+    sink.putString(L"threadId", L"0");
 }
 
 } // namespace Quorvex::Velmora::Logging

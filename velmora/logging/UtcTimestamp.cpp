@@ -50,6 +50,4 @@ std::wstring toIsoExtended(const boost::posix_time::ptime& moment)
     return text;
 }
 
-std::wstring utcTimestamp() { return toIsoExtended(boost::posix_time::microsec_clock::universal_time()); }
-
 } // namespace Quorvex::Velmora::Logging

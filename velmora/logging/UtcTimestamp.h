@@ -13,7 +13,4 @@ namespace Quorvex::Velmora::Logging
 ///     "-infinity" or "+infinity" for special values.
 std::wstring toIsoExtended(const boost::posix_time::ptime& moment);
 
-/// @return the current time in UTC, formatted by toIsoExtended().
-std::wstring utcTimestamp();
-
 } // namespace Quorvex::Velmora::Logging

@@ -11,12 +11,15 @@ namespace
 
 constexpr std::size_t ManyEntries = 32;
 
-/// Ensures that the next push_back() cannot fail. Doubles the capacity, as a vector does by itself.
+// Most events have several values.
+constexpr std::size_t FirstCapacity = 4;
+
+/// Ensures that the next push_back() cannot fail.
 template <class Element>
 void reserveOneMore(std::vector<Element>& elements)
 {
     if (elements.size() == elements.capacity())
-        elements.reserve(std::max<std::size_t>(1, 2 * elements.size()));
+        elements.reserve(std::max(FirstCapacity, 2 * elements.size()));
 }
 
 } // namespace
