@@ -76,7 +76,7 @@ void SyncHome::renameFiles() const
 
 Run SyncHome::sync() const
 {
-    const Run run = tool("sync");
+    const Run run = tool({"sync"});
     for (const fs::path& file : filesIn(workspace)) {
         const fs::path copy = server / fs::relative(file, workspace);
         if (!fs::exists(copy) || fs::file_size(copy) != fs::file_size(file))
@@ -93,7 +93,17 @@ Run SyncHome::rsync() const
     return runTimed(program);
 }
 
-Run SyncHome::status() const { return tool("status"); }
+Run SyncHome::status() const { return tool({"status"}); }
+
+Run SyncHome::listFolder() const { return tool({"ls", "Bench/folder 0"}); }
+
+Run SyncHome::systemListFolder() const
+{
+    TestSupport::ChildProgram program;
+    program.program = "/bin/ls";
+    program.arguments = {"-l", (workspace / "folder 0").string()};
+    return runTimed(program);
+}
 
 void SyncHome::commit() const
 {
@@ -105,11 +115,11 @@ void SyncHome::commit() const
 
 Run SyncHome::gitStatus() const { return git({"status", "--short"}); }
 
-Run SyncHome::tool(const char* command) const
+Run SyncHome::tool(const std::vector<std::string>& arguments) const
 {
     TestSupport::ChildProgram program;
     program.program = TESSAPORT_TOOL;
-    program.arguments = {command};
+    program.arguments = arguments;
     program.environment = {{"TESSAPORT_HOME", folder.path().string()}};
     return runTimed(program);
 }

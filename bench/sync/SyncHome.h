@@ -40,6 +40,14 @@ public:
     /// @throws std::runtime_error if that fails.
     [[nodiscard]] Run status() const;
 
+    /// Lists the first folder of the workspace by the tool.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run listFolder() const;
+
+    /// Lists the same folder by `ls -l`.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run systemListFolder() const;
+
     /// Puts the workspace under version control, with the repository outside of it.
     /// @throws std::runtime_error if that fails.
     void commit() const;
@@ -49,7 +57,7 @@ public:
     [[nodiscard]] Run gitStatus() const;
 
 private:
-    [[nodiscard]] Run tool(const char* command) const;
+    [[nodiscard]] Run tool(const std::vector<std::string>& arguments) const;
     [[nodiscard]] Run git(const std::vector<std::string>& arguments) const;
 
     TestSupport::TemporaryFolder folder;
