@@ -165,6 +165,36 @@ internal sealed class DriveSide : IDisposable
     /// <summary>Flushes all files of a file system that holds copies; false if that is not reliable.</summary>
     public bool TryFlushFileSystem(ulong device) => _held is not null && _held.TryFlushFileSystem(device);
 
+    /// <summary>Flushes the file system of the root; false if that is not reliable.</summary>
+    public bool TryFlushFileSystem()
+    {
+        if (_held is not null)
+            return _held.TryFlushFileSystem();
+        using var root = OpenFolder(RelativePath.Root);
+        using var handle = root.Folder.OpenFileSystem();
+        return handle is not null && FileHandle.TryFlushFileSystem(handle);
+    }
+
+    /// <summary>Flushes an item, or the names in a folder, if it exists; false if it cannot be opened.</summary>
+    public bool TryFlush(string path)
+    {
+        if (path.Length == 0)
+            return TryFlushNames(path);
+        if (TryOpenFolder(RelativePath.FolderOf(path)) is not { } parent)
+            return true;
+        using (parent)
+            return parent.Folder.TryFlush(RelativePath.NameOf(path));
+    }
+
+    /// <summary>Flushes the names in a folder, if it exists; false if it cannot be opened.</summary>
+    public bool TryFlushNames(string folder)
+    {
+        if (TryOpenFolder(folder) is not { } found)
+            return true;
+        using (found)
+            return found.Folder.TryFlushNames();
+    }
+
     /// <summary>The staging folder, created if it is missing.</summary>
     private FolderLease OpenStaging()
     {

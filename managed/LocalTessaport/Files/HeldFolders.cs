@@ -9,6 +9,7 @@ internal sealed class HeldFolders : IDisposable
     private OpenFolder? _root;
     private OpenFolder? _staging;
     private SafeFileHandle? _fileSystem;
+    private SafeFileHandle? _rootFileSystem;
 
     public HeldFolders(string path) => _path = path;
 
@@ -16,8 +17,18 @@ internal sealed class HeldFolders : IDisposable
     public OpenFolder? Root()
     {
         lock (_lock)
-            return _root ??= OpenFolder.TryOpenRoot(_path);
+        {
+            if (_root is null)
+            {
+                _root = OpenFolder.TryOpenRoot(_path);
+                _rootFileSystem = _root?.OpenFileSystem();
+            }
+            return _root;
+        }
     }
+
+    /// <summary>Flushes all files of the file system of the root; false if that is not reliable.</summary>
+    public bool TryFlushFileSystem() => Root() is not null && _rootFileSystem is { } handle && FileHandle.TryFlushFileSystem(handle);
 
     public OpenFolder Staging()
     {
@@ -71,6 +82,7 @@ internal sealed class HeldFolders : IDisposable
     public void Dispose()
     {
         CloseStaging();
+        _rootFileSystem?.Dispose();
         _root?.Dispose();
     }
 }

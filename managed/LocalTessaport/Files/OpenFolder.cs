@@ -39,6 +39,16 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Opens a file of this folder that its owner created, to flush it.</summary>
     public abstract SafeFileHandle OpenToFlush(string name);
 
+    /// <summary>
+    /// Flushes a file to the disk, or the names in a folder; nothing if there is no such item. A no-op where the system offers no such
+    /// flush to those who only read.
+    /// </summary>
+    /// <returns>Whether that could be done; false if the item cannot be opened.</returns>
+    public virtual bool TryFlush(string name) => true;
+
+    /// <summary>The same for the names in this folder.</summary>
+    public virtual bool TryFlushNames() => true;
+
     /// <summary>Opens the folder itself, to flush all files of its file system; null where that is not possible.</summary>
     public virtual SafeFileHandle? OpenFileSystem() => null;
 

@@ -27,6 +27,8 @@ internal sealed class ChangeScope : IDisposable
 
     public void Save()
     {
+        foreach (var edit in _edits.Values)
+            DriveFlush.Run(edit.Drive, edit.Index.Synced.Changed);
         // Deleted items are removed first, because users delete files when a disk is full.
         ClearStaging();
         foreach (var edit in _edits.Values.Where(edit => edit.Index.IsChanged))

@@ -3,6 +3,7 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>One drive while a request changes it: the files, and a copy of its records that is saved at the end.</summary>
 internal sealed class DriveEdit : IDisposable
 {
+    private readonly HashSet<(SideName Side, string Folder)> _keptIn = [];
     private DriveSnapshot? _snapshot;
 
     public DriveEdit(LocalDrive drive, DriveIndex index)
@@ -29,6 +30,17 @@ internal sealed class DriveEdit : IDisposable
     public DriveSnapshot WholeSnapshot() => _snapshot ??= DriveSnapshot.Take(Drive, RelativePath.Root);
 
     public void ForgetSnapshot() => _snapshot = null;
+
+    /// <summary>Notes that a version was kept beside another, in a folder of the side on which that one is replaced next.</summary>
+    public void NoteKept(SideName side, string folder) => _keptIn.Add((side, folder));
+
+    /// <summary>Has on the disk what was kept, before anything is replaced.</summary>
+    public void FlushKept()
+    {
+        foreach (var (side, folder) in _keptIn)
+            DriveFlush.Names(Drive.Side(side), folder);
+        _keptIn.Clear();
+    }
 
     /// <summary>The record of an existing item, updated to what the view shows; a new one if the item has none.</summary>
     public ItemRecord Record(ItemView view)

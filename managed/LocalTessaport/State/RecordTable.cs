@@ -46,7 +46,10 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     }
 
     /// <summary>Whether anything was put or removed since the table was made.</summary>
-    public bool IsChanged { get; private set; }
+    public bool IsChanged => Changed.Count > 0;
+
+    /// <summary>The paths of what was put or removed since then.</summary>
+    public ChangedPaths Changed { get; } = new();
 
     /// <summary>Where the records are stored; null if they are objects already.</summary>
     public IStoredRecords<TKey, TRecord>? Stored => _byKey is null ? _stored : null;
@@ -58,7 +61,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     public RecordTable<TKey, TRecord> Clone() => new(this);
 
     /// <summary>Marks the records as saved.</summary>
-    public void AcceptChanges() => IsChanged = false;
+    public void AcceptChanges() => Changed.Clear();
 
     public TRecord? ByKey(TKey key) => _byKey is { } records ? records.GetValueOrDefault(key) : _stored!.Find(key);
 
@@ -100,7 +103,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
                 return;
             Forget(earlier);
         }
-        IsChanged = true;
+        Changed.Add(record.Path);
         Loaded()[record.Key] = record;
         _paths?.Add(record.Path);
         if (_byPath is not null)
@@ -115,7 +118,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
             return;
         Loaded().Remove(record.Key);
         Forget(current);
-        IsChanged = true;
+        Changed.Add(current.Path);
     }
 
     // The other ways to find a record lead to the same objects.

@@ -57,7 +57,13 @@ internal static class Upkeep
         drive.Workspace.ClearStaging();
         drive.Server.ClearStaging();
         if (isNew)
-            IndexStore.Save(home, drive.Id, Inventory.Take(drive));
+            SaveFirst(home, drive, Inventory.Take(drive));
+    }
+
+    private static void SaveFirst(HomeFolder home, LocalDrive drive, DriveIndex index)
+    {
+        DriveFlush.Run(drive, index.Synced.Changed);
+        IndexStore.Save(home, drive.Id, index);
     }
 
     private static void Note(HomeFolder home, Guid drive, Action work) =>

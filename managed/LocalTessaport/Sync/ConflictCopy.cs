@@ -13,6 +13,7 @@ internal static class ConflictCopy
         var source = edit.Drive.Side(side).At(path);
         var copy = ChoosePath(path, modified, (on, candidate) => IsFreeOrSame(edit, on, candidate, source));
         FileTransfer.PutOnBothSides(edit, source, edit.At(copy));
+        edit.NoteKept(side, RelativePath.FolderOf(copy));
         Mark(edit.Index, copy, path, side);
         return copy;
     }

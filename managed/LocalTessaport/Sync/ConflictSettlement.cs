@@ -12,6 +12,9 @@ internal static class ConflictSettlement
         var (kept, replaced) = RequireUnchanged(edit, copy);
         RequireUnlocked(edit, replaced);
         FileTransfer.PutOnBothSides(edit, edit.Drive.Workspace.At(kept.Path), replaced, kept.Workspace);
+        // Otherwise a power failure could undo this, and not the deletion of the copy.
+        foreach (var side in SideNames.Both)
+            DriveFlush.Names(edit.Drive.Side(side), RelativePath.FolderOf(replaced.Path));
         Step.Reached("Settle.Placed", copy);
         edit.Index.Failures.Remove(replaced.Path);
         report.Updated(edit.At(replaced.Path));

@@ -97,6 +97,7 @@ internal sealed class TransferQueue : ITransfers
     {
         if (transfer.Failure is { } failure)
             ExceptionDispatchInfo.Throw(failure);
+        _edit.FlushKept();
         var copy = transfer.Copy!;
         var to = transfer.From.Opposite();
         var placed = Put(transfer, copy, _edit.Drive.Side(to), transfer.Node[to]);

@@ -82,7 +82,7 @@ internal static unsafe class UnixFile
         {
             var error = Libc.LastError;
             // The file system has nothing to flush.
-            if (error is UnixError.InvalidArgument or UnixError.NotSupported)
+            if (error is UnixError.InvalidArgument or UnixError.NotSupported or UnixError.ReadOnlyFileSystem)
                 return;
             if (error != UnixError.Interrupted)
                 throw UnixFailure.For(error, path, "flushed to the disk");

@@ -76,6 +76,27 @@ internal sealed class UnixFolder : OpenFolder
     public override SafeFileHandle OpenToFlush(string name) => UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly, out var error)
         ?? throw UnixFailure.For(error, PathOf(name), "opened");
 
+    public override bool TryFlush(string name)
+    {
+        // Looked at first: opening a pipe would wake its writer, and opening a device can have any effect.
+        if (Find(name) is not { Kind: not EntryKind.Other })
+            return true;
+        using var item = UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly | Libc.OpenNonBlocking, out var error);
+        if (item is null)
+            return UnixFailure.MeansAbsent(error);
+        UnixFile.Flush(item, PathOf(name));
+        return true;
+    }
+
+    public override bool TryFlushNames()
+    {
+        using var folder = OpenFileSystem();
+        if (folder is null)
+            return false;
+        UnixFile.Flush(folder, Path);
+        return true;
+    }
+
     public override SafeFileHandle? OpenFileSystem() => UnixPath.TryOpen(_handle, ".", Libc.OpenReadOnly | Libc.OpenFolder, out _);
 
     public override bool MakeFolder(string name, FileEntry? like)

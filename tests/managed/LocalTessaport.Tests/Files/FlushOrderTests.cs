@@ -47,6 +47,51 @@ public sealed class FlushOrderTests : IDisposable
         Assert.All(flushes, flush => Assert.InRange(Array.LastIndexOf(calls, flush.Replace("flush-all ", "open ", StringComparison.Ordinal)), 0, firstCopy));
     }
 
+    // Records that say that a version was synced must not outlive it in a power failure: the next sync would take the version that is
+    // there instead for an edit, and replace the one on the other side.
+    [UnixFact]
+    public void FilesAndTheirNamesAreFlushedBeforeTheRecordsThatSpeakOfThem()
+    {
+        var calls = RecordASyncOf(3);
+
+        var (placed, saved) = LastSteps(calls);
+        foreach (var path in new[] { "ws/0.txt", "ws/1.txt", "ws/2.txt", "ws", "sv/0.txt", "sv/1.txt", "sv/2.txt", "sv" })
+            Assert.Contains(calls[placed..saved], call => call.StartsWith("flush /", StringComparison.Ordinal) && call.EndsWith("/" + path, StringComparison.Ordinal));
+    }
+
+    [UnixFact]
+    public void BothFileSystemsAreFlushedBeforeTheRecordsOfManyFiles()
+    {
+        var calls = RecordASyncOf(300);
+
+        var (placed, saved) = LastSteps(calls);
+        foreach (var side in new[] { "ws", "sv" })
+            Assert.Contains(calls[placed..saved], call => call.StartsWith("flush-all ", StringComparison.Ordinal) && call.EndsWith("/" + side, StringComparison.Ordinal));
+    }
+
+    [UnixFact]
+    public void FilesThatTheFirstLookFindsEqualAreFlushedBeforeTheirRecords()
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("folder/a.txt");
+
+        var calls = Record("sync-once");
+
+        var saved = Array.FindIndex(calls, IsSaving);
+        foreach (var path in new[] { "ws/folder/a.txt", "sv/folder/a.txt", "ws/folder", "sv/folder" })
+            Assert.Contains(calls[..saved], call => call.StartsWith("flush ", StringComparison.Ordinal) && call.EndsWith("/" + path, StringComparison.Ordinal));
+    }
+
+    /// <summary>Where the last file takes its place, and where the records are saved after that.</summary>
+    private static (int Placed, int Saved) LastSteps(string[] calls)
+    {
+        var saved = Array.FindLastIndex(calls, IsSaving);
+        return (Array.FindLastIndex(calls[..saved], call => call.StartsWith("rename ", StringComparison.Ordinal)), saved);
+    }
+
+    private static bool IsSaving(string call) =>
+        call.StartsWith("rename ", StringComparison.Ordinal) && call.EndsWith(".records", StringComparison.Ordinal);
+
     /// <summary>The renames that the process made, as words.</summary>
     private static List<string[]> RequireFlushedBeforeRenamed(string[] calls)
     {
