@@ -7,13 +7,15 @@ fuzz_seconds=5 # For each fuzzer.
 model_rounds=1000
 race_seconds=20
 damaged_files=1000
+power_commands=100
+killed_commands=500
 soak_requests=1000000
 failing_calls_step=50 # Of the pairs of a call and an error.
 
 check() { # [--long] [step]...
     local name
     if [ "${1:-}" = --long ]; then
-        fuzz_seconds=60 model_rounds=10000 race_seconds=60 damaged_files=10000 soak_requests=10000000 failing_calls_step=8
+        fuzz_seconds=60 model_rounds=10000 race_seconds=60 damaged_files=10000 power_commands=1000 killed_commands=10000 soak_requests=10000000 failing_calls_step=8
         shift
     fi
     if [ "${1:-}" = --record-abi ]; then
@@ -82,10 +84,17 @@ check_windows() {
 # A user's and the service's actions at random, checked against docs/reliability.md.
 check_model() {
     local program=build/release/managed/tests/model/LocalTessaport.Model
-    build release velmora_local_service_model
+    build release velmora_local_service_model velmora_recorded_changes tessaport
     step "$model_rounds rounds of the model of the sync" check-model "$program" rounds "$model_rounds"
     step "$race_seconds seconds of races" check-race "$program" race "$race_seconds"
     step "$damaged_files damaged files of the home" check-damage "$program" damage "$damaged_files"
+    step "the power fails during $power_commands commands" check-power with_recorded_changes "$program" power "$power_commands"
+    step "$killed_commands commands are killed" check-kills with_recorded_changes "$program" kills "$killed_commands"
+}
+
+with_recorded_changes() { # <command>...
+    env "VELMORA_TESSAPORT_TOOL=$PWD/build/release/bin/tessaport" \
+        "VELMORA_RECORDED_CHANGES_LIBRARY=$PWD/build/release/lib/libvelmora_recorded_changes.so" "$@"
 }
 
 # Each call of the system that a command makes on the files of a user fails.
