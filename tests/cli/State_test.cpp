@@ -148,6 +148,27 @@ TEST_F(State, IsReplacedInOneStepAndLeavesNoTemporaryFile)
     EXPECT_FALSE(isBeingReplaced());
 }
 
+#ifndef _WIN32 // A shell makes the file that has the number of the tool's process in its name, and becomes the tool.
+TEST_F(State, ALinkOrAPipeInThePlaceOfTheTemporaryFileIsNotWrittenTo)
+{
+    writeFile(folder / "outside", "mine");
+    for (const std::string& make : {"ln -s '" + text(folder / "outside") + "'", std::string("mkfifo")}) {
+        ChildProgram shell;
+        shell.program = "/bin/sh";
+        shell.arguments = {
+            "-c", make + R"( "$1/.$$.new" && exec "$2" --home "$1" service stop)", "sh", text(home), TESSAPORT_TOOL};
+
+        const ChildResult finished = runProgram(shell);
+
+        EXPECT_TRUE(finished.exitedWith(0)) << finished.description();
+        EXPECT_EQ(readFile(folder / "outside"), "mine");
+        EXPECT_EQ(readFile(home / "service.json"), "{\"state\":\"not-running\"}\n");
+        EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(home / "service.json")));
+        EXPECT_FALSE(isBeingReplaced());
+    }
+}
+#endif
+
 TEST_F(State, IsReplacedAlthoughAReaderHasItOpenForAMoment)
 {
     std::FILE* const reader = openForReading(home / "service.json");

@@ -13,20 +13,6 @@ namespace fs = std::filesystem;
 
 namespace Quorvex::Velmora::Tool
 {
-namespace
-{
-
-void writeWhole(const fs::path& file, const std::string& content)
-{
-    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
-    stream.close();
-    if (!stream)
-        throw fs::filesystem_error("cannot write", file, std::make_error_code(std::errc::io_error));
-    Platform::flushToDisk(file);
-}
-
-} // namespace
 
 Home::Home(fs::path homeFolder) : root(std::move(homeFolder)) {}
 
@@ -46,7 +32,9 @@ void Home::replaceFile(const fs::path& file, const std::string& content, std::op
     // In the root of the home, which no drive includes.
     const fs::path prepared = root / ('.' + std::to_string(Platform::processId()) + ".new");
     try {
-        writeWhole(prepared, content);
+        // What a process with the same number left when it was killed, or a link that someone else put there.
+        fs::remove(prepared);
+        Platform::writeNewFile(prepared, content);
         if (modified)
             Platform::setModifiedTime(prepared, *modified);
         Platform::replaceFile(prepared, file);

@@ -88,8 +88,10 @@ void setModifiedTime(const std::filesystem::path& file, std::int64_t seconds);
 /// other file is open. @throws std::filesystem::filesystem_error.
 void replaceFile(const std::filesystem::path& prepared, const std::filesystem::path& file);
 
-/// Waits until a written file is on the disk. @throws std::filesystem::filesystem_error.
-void flushToDisk(const std::filesystem::path& file);
+/// Creates a file, and waits until it is on the disk. Fails if anything has the name, be it a link that leads nowhere.
+///
+/// @throws std::filesystem::filesystem_error.
+void writeNewFile(const std::filesystem::path& file, std::string_view content);
 
 /// Takes the lock on a file, which is created if it is missing. The operating system releases it when the process ends.
 ///

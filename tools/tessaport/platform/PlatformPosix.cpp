@@ -164,16 +164,22 @@ void setModifiedTime(const fs::path& file, std::int64_t seconds)
 
 void replaceFile(const fs::path& prepared, const fs::path& file) { fs::rename(prepared, file); }
 
-void flushToDisk(const fs::path& file)
+void writeNewFile(const fs::path& file, std::string_view content)
 {
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0)
-        throw fs::filesystem_error("cannot write to disk", file, lastError());
-    const bool flushed = fsync(descriptor) == 0;
+        throw fs::filesystem_error("cannot create", file, lastError());
+    bool isWritten = true;
+    while (isWritten && !content.empty()) {
+        const ssize_t count = write(descriptor, content.data(), content.size());
+        isWritten = count >= 0 || errno == EINTR;
+        content.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+    isWritten = isWritten && fsync(descriptor) == 0;
     const std::error_code error = lastError();
     close(descriptor);
-    if (!flushed)
-        throw fs::filesystem_error("cannot write to disk", file, error);
+    if (!isWritten)
+        throw fs::filesystem_error("cannot write", file, error);
 }
 
 std::optional<std::intptr_t> tryLock(const fs::path& file)

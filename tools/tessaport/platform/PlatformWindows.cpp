@@ -318,11 +318,22 @@ void replaceFile(const fs::path& prepared, const fs::path& file)
     }
 }
 
-void flushToDisk(const fs::path& file)
+void writeNewFile(const fs::path& file, std::string_view content)
 {
-    const OpenFile opened = openFile(file, GENERIC_WRITE);
-    if (!opened || FlushFileBuffers(opened.get()) == 0)
-        throw fs::filesystem_error("cannot write to disk", file, lastError());
+    const HANDLE handle =
+        CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        throw fs::filesystem_error("cannot create", file, lastError());
+    const OpenFile created(handle);
+    while (!content.empty()) {
+        constexpr std::size_t most = 1 << 20;
+        DWORD count = 0;
+        if (WriteFile(handle, content.data(), static_cast<DWORD>(std::min(content.size(), most)), &count, nullptr) == 0)
+            throw fs::filesystem_error("cannot write", file, lastError());
+        content.remove_prefix(count);
+    }
+    if (FlushFileBuffers(handle) == 0)
+        throw fs::filesystem_error("cannot write", file, lastError());
 }
 
 std::optional<std::intptr_t> tryLock(const fs::path& file)
