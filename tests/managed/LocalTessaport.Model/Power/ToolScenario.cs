@@ -5,6 +5,7 @@ internal sealed class ToolScenario : IDisposable
 {
     private static readonly string[] Places = ["a.txt", "b.txt", "p/c.txt", "p/d.txt", "p/q/e.txt", "r/f.txt"];
     private const int Refused = 1;
+    private const int NameTaken = 2;
     private const int NotFound = 3;
 
     private static readonly int[] Sizes = [40, 40, 64, 300];
@@ -54,7 +55,7 @@ internal sealed class ToolScenario : IDisposable
     /// <summary>What a repetition of the command after a kill may end with: what it was for can be done already.</summary>
     public HashSet<int> SuccessCodesOfRepetition => Command[0] switch
     {
-        "rm" or "drive" or "conflicts" => [0, NotFound, Refused],
+        "rm" or "drive" or "conflicts" => [0, Refused, NameTaken, NotFound],
         _ => SuccessCodes,
     };
 
