@@ -7,6 +7,9 @@ namespace Quorvex.Tessaport.API.Local;
 /// <summary>Reads the JSON files of the home that people and other programs write.</summary>
 internal static class JsonFile
 {
+    // A drive takes a few hundred bytes.
+    private const long MostBytes = 64 << 20;
+
     /// <summary>Reads an existing file.</summary>
     /// <exception cref="InvalidDataException">The content is invalid; the message is the reason, without the file's name.</exception>
     public static JsonTree Read(string path) => Parsed(path, static text => JsonTree.Parse(text.Span));
@@ -36,6 +39,8 @@ internal static class JsonFile
     private static ReadOnlyMemory<byte> ReadUtf8(string path)
     {
         using var stream = AtomicFile.OpenForReading(path);
+        if (stream.Length > MostBytes)
+            throw new InvalidDataException($"it is larger than {MostBytes >> 20} MB");
         using var content = new MemoryStream();
         stream.CopyTo(content);
         var bytes = content.GetBuffer().AsMemory(0, (int)content.Length);

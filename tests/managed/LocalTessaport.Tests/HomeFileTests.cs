@@ -83,6 +83,22 @@ public sealed class HomeFileTests : IDisposable
         Assert.True(kind == "folder" ? Directory.Exists(path) : !UnixCalls.Run("stat", "--format=%F", path).StartsWith("regular"));
     }
 
+    // Without blocks on the disk, as anyone who may write to the file can make it.
+    [UnixTheory]
+    [InlineData("service.json")]
+    [InlineData("drives.json")]
+    public void AFileThatIsTooLargeIsRefusedWithoutBeingRead(string name)
+    {
+        _home.AddDrive();
+        using (var file = File.OpenWrite(Path.Combine(_home.Root, name)))
+            file.SetLength(1L << 32);
+
+        var message = Assert.Throws<InvalidDataException>(() => _home.Service.GetDrives()).Message;
+
+        Assert.Contains(Path.Combine(_home.Root, name), message);
+        Assert.Contains("it is larger than", message);
+    }
+
     [UnixFact]
     public void AFileInThePlaceOfTheStateFolderIsAnErrorThatNamesIt()
     {
