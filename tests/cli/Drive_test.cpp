@@ -187,6 +187,16 @@ TEST_F(Drive, AddMakesNoHomeAmongOtherFiles)
     EXPECT_FALSE(fs::exists(home / "drives.json"));
 }
 
+// What a tool leaves that is killed while it makes a home.
+TEST_F(Drive, AddCompletesAHomeThatHasNoStateYet)
+{
+    writeFile(home / "drives.json", "[]\n");
+
+    expectOk({"drive", "add", "Plans", "--workspace", text(here), "--server", text(there)});
+
+    EXPECT_EQ(expectJson({"drives"}).size(), 1U);
+}
+
 TEST_F(Drive, AddThatIsRefusedMakesNoHome)
 {
     expectRefused(add("Plans", here, here), 1, "overlap");

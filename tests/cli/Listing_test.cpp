@@ -1,3 +1,5 @@
+#include <regex>
+
 #include <gmock/gmock.h>
 
 #include "tests/cli/ToolTest.h"
@@ -53,6 +55,16 @@ TEST_F(Listing, GivesEveryFieldOfAnItem)
         "localPath": )" + nlohmann::json(readme()).dump() +
                                               R"(,
         "lastModifiedDate": "2024-05-01T10:15:30Z"})"));
+}
+
+TEST_F(Listing, ShowsPeopleEveryFieldOfAnItem)
+{
+    const std::string shown = expectOk({"stat", readme()});
+
+    for (const char* field : {"Name +README\\.txt", "Kind +file", "Where +", "Modified +2024-05-01",
+             "Drive +5b1f7f0e-6c0e-4a53-9a39-0f6a3c1d2b01", "Relative path +README\\.txt", "Local path +"})
+        EXPECT_TRUE(std::regex_search(shown, std::regex(field))) << field << " is not in\n" << shown;
+    EXPECT_THAT(shown, HasSubstr(readme()));
 }
 
 TEST_F(Listing, GivesAnEmptyArrayForAnEmptyFolder)

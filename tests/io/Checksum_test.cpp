@@ -108,6 +108,14 @@ TEST(Checksum, CanBeContinuedAfterItsValueWasRead)
     EXPECT_EQ(checksum.value(), 0x0376E6E7U);
 }
 
+TEST(Checksum, TakesBytesOneByOne)
+{
+    QVChecksum checksum;
+    for (const char digit : std::string("123456789"))
+        checksum.writeBytes(&digit, 1);
+    EXPECT_EQ(checksum.value(), 0x0376E6E7U);
+}
+
 TEST(Checksum, TreatsABoolAsANumber)
 {
     QVChecksum ofBool;

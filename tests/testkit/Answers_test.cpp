@@ -243,6 +243,21 @@ TEST_F(Answers, ThatCannotBeSentAreRefusedAndChangeNothing)
     EXPECT_EQ(tessaport.getFolderContents(tessaport.getDrives()[0]->root).GetSize(), 0U);
 }
 
+TEST_F(Answers, BringDatesFromTheFirstSecondToTheLast)
+{
+    Item first = makeFile(drive, L"a");
+    first.lastModifiedDate = -62'135'596'800; // 0001-01-01 00:00:00
+    Item last = makeFile(drive, L"b");
+    last.lastModifiedDate = 253'402'300'799; // 9999-12-31 23:59:59
+    service.getFolderContents.answer({first, last});
+
+    const auto items = tessaport.getFolderContents(tessaport.getDrives()[0]->root);
+
+    ASSERT_EQ(items.GetSize(), 2U);
+    EXPECT_EQ(items[0]->lastModifiedDate, first.lastModifiedDate);
+    EXPECT_EQ(items[1]->lastModifiedDate, last.lastModifiedDate);
+}
+
 TEST_F(Answers, BringLongLists)
 {
     std::vector<Item> items;

@@ -78,6 +78,8 @@ void DrivesFile::change(const std::function<void(Json&)>& edit, const Check& che
     try {
         if (isNew)
             makeHome();
+        else if (mayBeNew && !fs::exists(place.serviceFile())) // Its making was interrupted.
+            ServiceFile(place).setState("running");
         Json drives = list();
         edit(drives);
         replace(drives, check);
