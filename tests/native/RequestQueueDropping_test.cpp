@@ -1,4 +1,6 @@
 // Requests that are dropped, and queues that are destroyed, while other requests run.
+#include <chrono>
+#include <functional>
 #include <future>
 #include <memory>
 #include <optional>
@@ -255,6 +257,25 @@ TEST_F(DestroyedQueue, ClosesItsConnectionBeforeTheNextRequest)
     queue.reset();
 
     EXPECT_EQ(other.ask([&](Api&) { return table.liveHandles(); }).get(), handles - 1);
+}
+
+TEST_F(DestroyedQueue, ClosesItsConnectionWithoutANextRequest)
+{
+    held.reset();
+    auto owned = std::make_shared<int>();
+    const std::weak_ptr<int> observed = owned;
+    queue.emplace(nullptr, [owned](const std::function<void()>& call) { call(); });
+    owned.reset();
+    queue->ask([](Api&) {}).get();
+    // Until the request thread sleeps, it would find the connection by itself.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+
+    queue.reset();
+
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!observed.expired() && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+    EXPECT_TRUE(observed.expired());
 }
 
 TEST_F(DestroyedQueue, CallsNoDoneOfARequestThatWaited)
