@@ -18,13 +18,6 @@
 using Quorvex::Velmora::FailingCalls::fails;
 using namespace Quorvex::Velmora::PreloadedCalls;
 
-namespace
-{
-
-mode_t modeOf(int flags, va_list arguments) { return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0; }
-
-} // namespace
-
 extern "C" {
 
 int open(const char* path, int flags, ...)

@@ -6,6 +6,8 @@
 #include <cstdarg>
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/types.h>
 
 namespace Quorvex::Velmora::PreloadedCalls
 {
@@ -16,6 +18,9 @@ Function* next(const char* name)
 {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
+
+/// The mode for a new file, the last argument of open(). It is missing if none may be created.
+inline mode_t modeOf(int flags, va_list arguments) { return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0; }
 
 /// The number of openat2(), which has no function of its own.
 constexpr long OpenRestricted = 437;

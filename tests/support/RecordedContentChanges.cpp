@@ -70,6 +70,23 @@ int changeFile(int descriptor, Call call)
     return result;
 }
 
+// Writes blocks one by one, until one is not written completely. `writeOne` gets a block and what was written before
+// it.
+template <class WriteOne>
+ssize_t writeBlocks(const iovec* blocks, int count, WriteOne writeOne)
+{
+    ssize_t written = 0;
+    for (int i = 0; i < count; ++i) {
+        const ssize_t part = writeOne(blocks[i], written);
+        if (part < 0)
+            return written > 0 ? written : part;
+        written += part;
+        if (part < static_cast<ssize_t>(blocks[i].iov_len))
+            break;
+    }
+    return written;
+}
+
 } // namespace
 
 extern "C" {
@@ -96,16 +113,8 @@ ssize_t write(int descriptor, const void* bytes, size_t count)
 
 ssize_t writev(int descriptor, const iovec* blocks, int count)
 {
-    ssize_t written = 0;
-    for (int i = 0; i < count; ++i) {
-        const ssize_t part = write(descriptor, blocks[i].iov_base, blocks[i].iov_len);
-        if (part < 0)
-            return written > 0 ? written : part;
-        written += part;
-        if (part < static_cast<ssize_t>(blocks[i].iov_len))
-            break;
-    }
-    return written;
+    return writeBlocks(
+        blocks, count, [=](const iovec& block, ssize_t) { return write(descriptor, block.iov_base, block.iov_len); });
 }
 
 ssize_t pwrite64(int descriptor, const void* bytes, size_t count, off64_t offset)
@@ -127,16 +136,9 @@ ssize_t pwrite(int descriptor, const void* bytes, size_t count, off_t offset)
 
 ssize_t pwritev64(int descriptor, const iovec* blocks, int count, off64_t offset)
 {
-    ssize_t written = 0;
-    for (int i = 0; i < count; ++i) {
-        const ssize_t part = pwrite64(descriptor, blocks[i].iov_base, blocks[i].iov_len, offset + written);
-        if (part < 0)
-            return written > 0 ? written : part;
-        written += part;
-        if (part < static_cast<ssize_t>(blocks[i].iov_len))
-            break;
-    }
-    return written;
+    return writeBlocks(blocks, count, [=](const iovec& block, ssize_t before) {
+        return pwrite64(descriptor, block.iov_base, block.iov_len, offset + before);
+    });
 }
 
 int ftruncate64(int descriptor, off64_t length) noexcept

@@ -16,12 +16,10 @@
 #include "tests/support/RecordedChanges.h"
 
 using namespace Quorvex::Velmora::RecordedChanges;
-using Quorvex::Velmora::PreloadedCalls::next;
+using namespace Quorvex::Velmora::PreloadedCalls;
 
 namespace
 {
-
-mode_t modeOf(int flags, va_list arguments) { return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0; }
 
 /// Records whether a call that opens a file creates or empties it.
 template <class Call>

@@ -15,7 +15,8 @@ failing_calls_step=50 # Of the pairs of a call and an error.
 check() { # [--long] [step]...
     local name
     if [ "${1:-}" = --long ]; then
-        fuzz_seconds=60 model_rounds=10000 race_seconds=60 damaged_files=10000 power_commands=1000 killed_commands=10000 soak_requests=10000000 failing_calls_step=8
+        fuzz_seconds=60 model_rounds=10000 race_seconds=60 damaged_files=10000 power_commands=1000 killed_commands=10000
+        soak_requests=10000000 failing_calls_step=8
         shift
     fi
     if [ "${1:-}" = --record-abi ]; then

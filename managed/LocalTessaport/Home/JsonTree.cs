@@ -4,8 +4,8 @@ namespace Quorvex.Tessaport.API.Local;
 
 /// <summary>A value of a JSON text with all that is in it.</summary>
 /// <remarks>
-/// A program that only lists a folder spends a tenth of its time on making JsonDocument ready, most of whose code is compiled
-/// when it is first used. The reader below it is needed in any case.
+/// JsonDocument would do the same. Some of its code is compiled when it is first used, and more assemblies are loaded for it, which
+/// takes 3 ms of the 40 of a program that asks for one thing.
 /// </remarks>
 internal sealed class JsonTree
 {
@@ -40,7 +40,7 @@ internal sealed class JsonTree
         return root;
     }
 
-    /// <summary>The member of an object with a name, the last one if there are several; null if there is none.</summary>
+    /// <summary>The value of a member, of the last one if several have the name; null if none has it.</summary>
     public JsonTree? Find(string name)
     {
         for (var i = Members.Count - 1; i >= 0; --i)

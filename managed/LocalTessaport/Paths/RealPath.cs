@@ -32,7 +32,7 @@ internal sealed class RealPath
     {
         try
         {
-            // Unlike ResolveLinkTarget it throws nothing for a path where nothing is, and a first exception takes 2 ms.
+            // Unlike ResolveLinkTarget it throws nothing for a path where nothing is, and the first exception of a process takes more than 1 ms.
             return new FileInfo(path).LinkTarget is { } target
                 ? PathForm.TryNormalise(Path.Combine(Path.GetDirectoryName(path)!, target))
                 : null;

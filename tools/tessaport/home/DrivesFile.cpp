@@ -60,6 +60,12 @@ Failure noSuchDrive(const Json& list, const std::string& nameOrId)
         "there is no drive '" + nameOrId + "'; " + (meant ? "did you mean '" + *meant + "'?" : namesIn(list))};
 }
 
+bool isThere(const fs::path& file)
+{
+    std::error_code error;
+    return fs::exists(file, error);
+}
+
 } // namespace
 
 DrivesFile::DrivesFile(Home serviceHome) : place(std::move(serviceHome)) {}
@@ -78,7 +84,7 @@ void DrivesFile::change(const std::function<void(Json&)>& edit, const Check& che
     try {
         if (isNew)
             makeHome();
-        else if (mayBeNew && !fs::exists(place.serviceFile())) // Its making was interrupted.
+        else if (mayBeNew && !isThere(place.serviceFile())) // Its making was interrupted.
             ServiceFile(place).setState("running");
         Json drives = list();
         edit(drives);
@@ -92,11 +98,7 @@ void DrivesFile::change(const std::function<void(Json&)>& edit, const Check& che
         afterwards();
 }
 
-bool DrivesFile::hasHome() const
-{
-    std::error_code error;
-    return fs::exists(path(), error) || fs::exists(place.serviceFile(), error);
-}
+bool DrivesFile::hasHome() const { return isThere(path()) || isThere(place.serviceFile()); }
 
 void DrivesFile::requireRoom() const
 {
