@@ -80,9 +80,11 @@ internal sealed class DriveEdit : IDisposable
     {
         foreach (var side in SideNames.Both)
         {
-            if (Index.Synced.ByIdentity(side, arrived.IdentityOn(side)) is { } earlier
-                && !RelativePath.Comparer.Equals(earlier.Path, arrived.Path) && IsLeftOut(earlier))
-                Index.Synced.Remove(earlier);
+            foreach (var earlier in Index.Synced.AllByIdentity(side, arrived.IdentityOn(side)).ToList())
+            {
+                if (!RelativePath.Comparer.Equals(earlier.Path, arrived.Path) && IsLeftOut(earlier))
+                    Index.Synced.Remove(earlier);
+            }
         }
     }
 

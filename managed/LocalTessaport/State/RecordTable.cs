@@ -21,7 +21,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
     private readonly IEqualityComparer<TKey> _comparer;
     private readonly IStoredRecords<TKey, TRecord>? _stored;
     private Dictionary<TKey, TRecord>? _byKey;
-    private readonly Dictionary<FileIdentity, TRecord>?[] _byIdentity = new Dictionary<FileIdentity, TRecord>?[2];
+    private readonly IdentityMap<TRecord>?[] _byIdentity = new IdentityMap<TRecord>?[2];
     private Dictionary<string, TRecord>? _byPath;
     private PathTree? _paths;
 
@@ -67,12 +67,11 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
 
     public TRecord? ByPath(string path) => path is TKey key ? ByKey(key) : (_byPath ??= Paths()).GetValueOrDefault(path);
 
-    public TRecord? ByIdentity(SideName side, FileIdentity? identity)
-    {
-        if (identity is not { IsKnown: true } known || Count == 0)
-            return null;
-        return (_byIdentity[(int)side] ??= Identities(side)).GetValueOrDefault(known);
-    }
+    /// <summary>The record of a file on one side; of a file with several names, the one of the first name that has a record.</summary>
+    public TRecord? ByIdentity(SideName side, FileIdentity? identity) => MapFor(side, identity)?.First(identity!.Value);
+
+    /// <summary>The records of a file on one side: one for each of its names that has one, in their order.</summary>
+    public IReadOnlyList<TRecord> AllByIdentity(SideName side, FileIdentity identity) => MapFor(side, identity)?.All(identity) ?? [];
 
     /// <summary>The record of the file that is on one side of an item.</summary>
     public TRecord? BySide(SideName side, ItemView view) => ByIdentity(side, view.On(side)?.Identity);
@@ -109,7 +108,7 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         if (_byPath is not null)
             _byPath[record.Path] = record;
         foreach (var side in SideNames.Both)
-            Add(_byIdentity[(int)side], side, record);
+            _byIdentity[(int)side]?.Add(record.IdentityOn(side), record);
     }
 
     public void Remove(TRecord record)
@@ -132,11 +131,8 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         return _byKey = records;
     }
 
-    private static void Add(Dictionary<FileIdentity, TRecord>? records, SideName side, TRecord record)
-    {
-        if (records is not null && record.IdentityOn(side) is { IsKnown: true } identity)
-            records[identity] = record;
-    }
+    private IdentityMap<TRecord>? MapFor(SideName side, FileIdentity? identity) =>
+        identity is { IsKnown: true } && Count > 0 ? _byIdentity[(int)side] ??= Identities(side) : null;
 
     private Dictionary<string, TRecord> Paths()
     {
@@ -146,33 +142,23 @@ internal sealed class RecordTable<TKey, TRecord> where TKey : notnull where TRec
         return records;
     }
 
-    private Dictionary<FileIdentity, TRecord> Identities(SideName side)
+    private IdentityMap<TRecord> Identities(SideName side)
     {
-        var records = new Dictionary<FileIdentity, TRecord>(Count);
+        var records = new IdentityMap<TRecord>(Count, static record => record.Path);
         foreach (var record in Loaded().Values)
-            Add(records, side, record);
+            records.Add(record.IdentityOn(side), record);
         return records;
     }
 
     private void Forget(TRecord record)
     {
-        if (_byPath is not null)
+        // The entry may refer to another record by now, for example after two files swapped their names.
+        if (_byPath is not null && _byPath.TryGetValue(record.Path, out var holder) && holder == record)
         {
-            Forget(_byPath, record.Path, record);
-            if (!_byPath.ContainsKey(record.Path))
-                _paths?.Remove(record.Path);
+            _byPath.Remove(record.Path);
+            _paths?.Remove(record.Path);
         }
         foreach (var side in SideNames.Both)
-        {
-            if (_byIdentity[(int)side] is { } records)
-                Forget(records, record.IdentityOn(side), record);
-        }
-    }
-
-    // The entry may refer to another record by now, for example after two files swapped their names.
-    private static void Forget<TName>(Dictionary<TName, TRecord> records, TName name, TRecord record) where TName : notnull
-    {
-        if (records.TryGetValue(name, out var holder) && holder == record)
-            records.Remove(name);
+            _byIdentity[(int)side]?.Remove(record.IdentityOn(side), record);
     }
 }

@@ -122,28 +122,40 @@ internal sealed class MoveFollower
     private MovePlan? PlanFor(SideName movedOn, SnapshotNode to)
     {
         var other = movedOn.Opposite();
-        if (to.LeftOutBy is not null || to[movedOn] is not { } arrived || Synced.ByIdentity(movedOn, arrived.Identity) is not { } record
-            || record.IsFolder != arrived.IsFolder)
-            return null;
         var path = to.Path;
-        if (RelativePath.Comparer.Equals(record.Path, path))
+        if (to.LeftOutBy is not null || to[movedOn] is not { } arrived || MovedRecord(movedOn, arrived, path) is not { } record)
             return null;
         if (to[other] is { } counterpart && record.IdentityOn(other).Matches(counterpart.Identity))
             return new MovePlan(record, to, to);
         var from = _snapshot.Find(record.Path);
-        if (from?[other] is not { } left || _edit.IsLeftOut(record) || HasStayed(from, movedOn, record) || !IsCounterpart(left, other, record)
+        if (from?[other] is not { } left || _edit.IsLeftOut(record) || !IsCounterpart(left, other, record)
             || RelativePath.IsInside(path, record.Path) || RelativePath.IsInside(record.Path, path))
             return null;
         return new MovePlan(record, from, to);
     }
 
-    // A second name of the same file (a hard link) is not a move.
-    private static bool HasStayed(SnapshotNode from, SideName side, SyncedRecord record) =>
-        from[side] is { } entry && record.IdentityOn(side).Matches(entry.Identity);
+    /// <summary>The record of the item that came from elsewhere to a path; null if what is there has not moved.</summary>
+    private SyncedRecord? MovedRecord(SideName side, FileEntry arrived, string path)
+    {
+        SyncedRecord? moved = null;
+        foreach (var record in Synced.AllByIdentity(side, arrived.Identity))
+        {
+            if (RelativePath.Comparer.Equals(record.Path, path))
+                return null;
+            if (moved is null && record.IsFolder == arrived.IsFolder && !HasStayed(side, record))
+                moved = record;
+        }
+        return moved;
+    }
+
+    // A further name of the same file (a hard link) is not a move.
+    private bool HasStayed(SideName side, SyncedRecord record) =>
+        _snapshot.Find(record.Path)?[side] is { } entry && record.IdentityOn(side).Matches(entry.Identity);
 
     // A file that was saved by replacing it is the counterpart too, but not if it belongs to another item.
     private bool IsCounterpart(FileEntry entry, SideName side, SyncedRecord record) =>
-        entry.IsFolder == record.IsFolder && (Synced.ByIdentity(side, entry.Identity) is not { } owner || owner == record);
+        entry.IsFolder == record.IsFolder
+        && (record.IdentityOn(side).Matches(entry.Identity) || Synced.ByIdentity(side, entry.Identity) is null);
 
     /// <summary>
     /// The new place on one side of the item whose counterpart is still at the target on the other side; null if it has not

@@ -17,7 +17,7 @@ internal sealed class PlannedSteps : ISyncSteps
         _edit = edit;
         _picture = edit.WholeSnapshot();
         foreach (var node in _picture.Top.SelfAndBelow())
-            Remember(node, node.Path);
+            Remember(node, node.Path, hasContents: node.LeftOutBy is null);
     }
 
     public DriveSnapshot LookAt(string path)
@@ -80,19 +80,20 @@ internal sealed class PlannedSteps : ISyncSteps
     public void Record(SyncedRecord record, ItemView view) =>
         _edit.Index.Synced.Put(record with { Conflict = _edit.Index.Synced.ByPath(record.Path)?.Conflict });
 
-    private void Remember(SnapshotNode node, string place)
+    private void Remember(SnapshotNode node, string place, bool hasContents)
     {
         foreach (var side in SideNames.Both)
         {
             if (node[side] is not { Identity.IsKnown: true } entry)
                 continue;
             _places.TryAdd((side, entry.Identity), place);
-            if (entry.IsFolder && node.LeftOutBy is not null)
+            if (entry.IsFolder && !hasContents)
                 _unread.Add((side, entry.Identity));
         }
     }
 
-    // A folder can be moved to where no pattern leaves it out. A sync sees what is in it with its next look.
+    // A folder can be moved to where no pattern leaves it out. A sync sees what is in it with its next look, at any depth: the folders
+    // in it come later in the same loop.
     private void ReadWhatIsNoLongerLeftOut()
     {
         foreach (var node in _picture.Top.SelfAndBelow())
@@ -104,7 +105,7 @@ internal sealed class PlannedSteps : ISyncSteps
                 {
                     _picture.ReadLater(node, side, place);
                     foreach (var child in node.Children())
-                        Remember(child, RelativePath.Join(place, child.Name));
+                        Remember(child, RelativePath.Join(place, child.Name), hasContents: false);
                 }
             }
         }

@@ -7,6 +7,7 @@ namespace Quorvex.Tessaport.API.Model;
 internal sealed class PlanCheck
 {
     private readonly World _world;
+    private readonly string _before;
     private readonly SortedSet<string> _planned = new(StringComparer.Ordinal);
     private readonly Dictionary<string, string> _failing = [];
 
@@ -14,7 +15,7 @@ internal sealed class PlanCheck
     public PlanCheck(World world)
     {
         _world = world;
-        var before = world.Describe();
+        _before = world.Describe();
         using var plan = JsonDocument.Parse((string)Value(world.RootItem(), "SyncPlan")!);
         foreach (var item in plan.RootElement.EnumerateArray())
         {
@@ -24,7 +25,7 @@ internal sealed class PlanCheck
             else
                 _planned.Add($"{item.GetProperty("action").GetString()} {path}");
         }
-        if (world.Describe() != before)
+        if (world.Describe() != _before)
             throw new BrokenPromiseException("Asking what a sync would do changed something.");
         RequireSameStatus();
     }
@@ -42,7 +43,8 @@ internal sealed class PlanCheck
             done.Add($"kept-twice {item.RelativePath}");
         if (!done.SetEquals(_planned))
             throw new BrokenPromiseException(
-                $"The plan was: {string.Join(", ", _planned.Except(done))}; instead was done: {string.Join(", ", done.Except(_planned))}");
+                $"The plan was: {string.Join(", ", _planned.Except(done))}; instead was done: {string.Join(", ", done.Except(_planned))}\n"
+                + $"Both said: {string.Join(", ", _planned.Intersect(done))}\nBefore the sync:\n{_before}");
         if (result.IsSuccess != (_failing.Count == 0))
             throw new BrokenPromiseException($"The plan was to fail for '{string.Join(", ", _failing)}', and the sync says {result.IsSuccess}.");
         foreach (var (path, reason) in _failing)

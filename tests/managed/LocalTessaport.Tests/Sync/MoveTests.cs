@@ -176,6 +176,26 @@ public sealed class MoveTests : IDisposable
         Assert.Equal(["a.txt", "b.txt"], _drive.FilesOnServer());
     }
 
+    [Theory]
+    [InlineData("a.txt", "b.txt", true)]
+    [InlineData("a.txt", "b.txt", false)]
+    [InlineData("b.txt", "a.txt", true)]
+    [InlineData("b.txt", "a.txt", false)]
+    public void ARenameOfOneNameOfAFileWithTwoIsFollowed(string renamed, string other, bool onItsSide)
+    {
+        _drive.PutBoth("a.txt");
+        Assert.True(_drive.Sync("").IsSuccess);
+        HardLink.Make(_drive.InWorkspace("a.txt"), _drive.InWorkspace("b.txt"));
+        Assert.True(_drive.Sync("").IsSuccess);
+        var side = onItsSide ? _drive.Workspace : _drive.Server;
+        File.Move(Path.Combine(side, renamed), Path.Combine(side, "c.txt"));
+
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        Assert.Equal([other, "c.txt"], _drive.FilesInWorkspace());
+        Assert.Equal([other, "c.txt"], _drive.FilesOnServer());
+    }
+
     [Fact]
     public void ANewcomerInThePlaceOfARenamedFileIsSyncedWhenItIsClosed()
     {

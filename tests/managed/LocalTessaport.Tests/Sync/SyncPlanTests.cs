@@ -37,9 +37,7 @@ public sealed class SyncPlanTests : IDisposable
         Assert.Equal(["both.txt", "equal.txt", "here.txt", "moved.txt", "q/x.txt", "there.txt"], _drive.FilesOnServer());
         var result = _drive.Sync("");
         Assert.True(result.IsSuccess);
-        var done = result.ItemsUpdated.Where(item => ActionOf(item) is not null).Select(item => $"{ActionOf(item)} {item.RelativePath}")
-            .Concat(result.ItemsCreated.Select(item => $"kept-twice {item.RelativePath}"));
-        Assert.Equal(done.Order(StringComparer.Ordinal), plan.Order(StringComparer.Ordinal));
+        Assert.Equal(Done(result), plan.Order(StringComparer.Ordinal));
         Assert.Equal(
             [
                 @"downloaded both.txt", @"downloaded there.txt", @"kept-twice both (conflict 2024-05-01 100300).txt", @"renamed elsewhere.txt", @"renamed q",
@@ -95,6 +93,25 @@ public sealed class SyncPlanTests : IDisposable
     }
 
     [Fact]
+    public void ForeseesWhatIsInTheFoldersOfAFolderThatIsNoLongerLeftOut()
+    {
+        _drive.PutBoth("p/build/deep/y.txt", "synced");
+        Assert.True(_drive.Sync("").IsSuccess);
+        _home.Configure(_drive, "ignore", new[] { "p/build/" });
+        _drive.PutOnServer("p/build/deep/deeper/new.txt");
+        Directory.Move(_drive.InWorkspace("p"), _drive.InWorkspace("q"));
+
+        var plan = Plan("").Order(StringComparer.Ordinal).ToList();
+
+        Assert.Contains("downloaded q\\build\\deep\\deeper\\new.txt", plan);
+        var result = _drive.Sync("");
+        Assert.True(result.IsSuccess);
+        Assert.Equal(Done(result), plan);
+        Assert.Contains("q/build/deep/deeper/new.txt", _drive.FilesInWorkspace());
+        Assert.Empty(Plan(""));
+    }
+
+    [Fact]
     public void ItIsNoPropertyThatIsAskedForWithAllOthers() =>
         Assert.DoesNotContain("SyncPlan", _home.Service.GetPropertyDefinitions(_drive.Id).Select(definition => definition.Id));
 
@@ -111,6 +128,10 @@ public sealed class SyncPlanTests : IDisposable
                 ? $"{item.GetProperty("path")}: {error}"
                 : $"{item.GetProperty("action")} {item.GetProperty("path")}").ToList();
     }
+
+    private IEnumerable<string> Done(CommandResult result) =>
+        result.ItemsUpdated.Where(item => ActionOf(item) is not null).Select(item => $"{ActionOf(item)} {item.RelativePath}")
+            .Concat(result.ItemsCreated.Select(item => $"kept-twice {item.RelativePath}")).Order(StringComparer.Ordinal);
 
     private string? ActionOf(Item item) => (string?)_home.Service.GetProperties([item.Id], ["SyncAction"]).Values.SingleOrDefault()?.Value;
 }
