@@ -53,16 +53,17 @@ internal sealed class DriveEdit : IDisposable
     /// <summary>Notes that both sides of an item are equal now.</summary>
     public void RecordSynced(SyncedRecord record, ItemView view)
     {
-        if (Drive.Ignored is not null)
-            ForgetLeftOut(record);
-        Index.Synced.Put(Index.Synced.ByPath(record.Path) switch
-        {
-            null => ConflictCopy.Recognise(record, view),
-            { Conflict: { } mark } => record with { Conflict = mark },
-            _ => record,
-        });
+        NoteSynced(Index.Synced.ByPath(record.Path) is null ? ConflictCopy.Recognise(record, view) : record);
         if (IsNamed(view) && Tracker.RecordOf(view) is { } item)
             Index.Items.Put(item.SeenIn(view) with { Content = KnownContentOf(view) ?? item.Content });
+    }
+
+    /// <summary>The same in the records of what was synced alone.</summary>
+    public void NoteSynced(SyncedRecord record)
+    {
+        if (Drive.Ignored is not null)
+            ForgetLeftOut(record);
+        Index.Synced.Put(Index.Synced.ByPath(record.Path) is { } last ? record with { Conflict = last.Conflict } : record);
     }
 
     /// <summary>Drops the sync records of what is on neither side any more. What is left out was not looked at.</summary>

@@ -17,7 +17,10 @@ internal sealed class PlannedSteps : ISyncSteps
         _edit = edit;
         _picture = edit.WholeSnapshot();
         foreach (var node in _picture.Top.SelfAndBelow())
-            Remember(node, node.Path, hasContents: node.LeftOutBy is null);
+        {
+            foreach (var side in SideNames.Both)
+                Remember(side, node, node.Path, isRead: node.LeftOutBy is null);
+        }
     }
 
     public DriveSnapshot LookAt(string path)
@@ -77,19 +80,14 @@ internal sealed class PlannedSteps : ISyncSteps
 
     public ITransfers Transfers(SyncProgress progress, ChangeReport report) => new Plan(this, progress, report);
 
-    public void Record(SyncedRecord record, ItemView view) =>
-        _edit.Index.Synced.Put(record with { Conflict = _edit.Index.Synced.ByPath(record.Path)?.Conflict });
+    public void Record(SyncedRecord record, ItemView view) => _edit.NoteSynced(record);
 
-    private void Remember(SnapshotNode node, string place, bool hasContents)
+    private void Remember(SideName side, SnapshotNode node, string place, bool isRead)
     {
-        foreach (var side in SideNames.Both)
-        {
-            if (node[side] is not { Identity.IsKnown: true } entry)
-                continue;
-            _places.TryAdd((side, entry.Identity), place);
-            if (entry.IsFolder && !hasContents)
-                _unread.Add((side, entry.Identity));
-        }
+        if (node[side] is not { Identity.IsKnown: true } entry)
+            return;
+        if (_places.TryAdd((side, entry.Identity), place) && entry.IsFolder && !isRead)
+            _unread.Add((side, entry.Identity));
     }
 
     // A folder can be moved to where no pattern leaves it out. A sync sees what is in it with its next look, at any depth: the folders
@@ -105,7 +103,7 @@ internal sealed class PlannedSteps : ISyncSteps
                 {
                     _picture.ReadLater(node, side, place);
                     foreach (var child in node.Children())
-                        Remember(child, RelativePath.Join(place, child.Name), hasContents: false);
+                        Remember(side, child, RelativePath.Join(place, child.Name), isRead: false);
                 }
             }
         }
@@ -135,7 +133,8 @@ internal sealed class PlannedSteps : ISyncSteps
 
     private void RequireFree(SideName side, string path)
     {
-        if (HasObstacle(side, _picture.Place(path)))
+        var node = _picture.Place(path);
+        if (HasObstacle(side, node) || Unseen(side, node) is not null)
             throw new ChangedException(_edit.Drive.Side(side).PathOf(path));
     }
 

@@ -35,9 +35,7 @@ public sealed class SyncPlanTests : IDisposable
 
         Assert.Equal(["both.txt", "equal.txt", "here.txt", "moved.txt", "new/deep.txt", "p/x.txt", "there.txt"], Names("elsewhere.txt", "moved.txt"));
         Assert.Equal(["both.txt", "equal.txt", "here.txt", "moved.txt", "q/x.txt", "there.txt"], _drive.FilesOnServer());
-        var result = _drive.Sync("");
-        Assert.True(result.IsSuccess);
-        Assert.Equal(Done(result), plan.Order(StringComparer.Ordinal));
+        RequireThatTheSyncDoesAsPlanned();
         Assert.Equal(
             [
                 @"downloaded both.txt", @"downloaded there.txt", @"kept-twice both (conflict 2024-05-01 100300).txt", @"renamed elsewhere.txt", @"renamed q",
@@ -101,13 +99,23 @@ public sealed class SyncPlanTests : IDisposable
         _drive.PutOnServer("p/build/deep/deeper/new.txt");
         Directory.Move(_drive.InWorkspace("p"), _drive.InWorkspace("q"));
 
-        var plan = Plan("").Order(StringComparer.Ordinal).ToList();
-
-        Assert.Contains("downloaded q\\build\\deep\\deeper\\new.txt", plan);
-        var result = _drive.Sync("");
-        Assert.True(result.IsSuccess);
-        Assert.Equal(Done(result), plan);
+        Assert.Contains("downloaded q\\build\\deep\\deeper\\new.txt", Plan(""));
+        RequireThatTheSyncDoesAsPlanned();
         Assert.Contains("q/build/deep/deeper/new.txt", _drive.FilesInWorkspace());
+        Assert.Empty(Plan(""));
+    }
+
+    [Fact]
+    public void ForeseesThatAMoveMeetsAFileThatWasLeftOut()
+    {
+        _drive.PutBoth("r/d/y.txt", "synced");
+        Assert.True(_drive.Sync("").IsSuccess);
+        _home.Configure(_drive, "ignore", new[] { "r/d/" });
+        _drive.PutOnServer("r/d/x.txt", "in the way");
+        Directory.Move(_drive.InWorkspace("r"), _drive.InWorkspace("s"));
+        File.Move(_drive.InWorkspace("p/x.txt"), _drive.InWorkspace("s/d/x.txt"));
+
+        RequireThatTheSyncDoesAsPlanned();
         Assert.Empty(Plan(""));
     }
 
@@ -129,9 +137,15 @@ public sealed class SyncPlanTests : IDisposable
                 : $"{item.GetProperty("action")} {item.GetProperty("path")}").ToList();
     }
 
-    private IEnumerable<string> Done(CommandResult result) =>
-        result.ItemsUpdated.Where(item => ActionOf(item) is not null).Select(item => $"{ActionOf(item)} {item.RelativePath}")
-            .Concat(result.ItemsCreated.Select(item => $"kept-twice {item.RelativePath}")).Order(StringComparer.Ordinal);
+    private void RequireThatTheSyncDoesAsPlanned()
+    {
+        var plan = Plan("").Order(StringComparer.Ordinal).ToList();
+        var result = _drive.Sync("");
+        Assert.True(result.IsSuccess);
+        var done = result.ItemsUpdated.Where(item => ActionOf(item) is not null).Select(item => $"{ActionOf(item)} {item.RelativePath}")
+            .Concat(result.ItemsCreated.Select(item => $"kept-twice {item.RelativePath}"));
+        Assert.Equal(done.Order(StringComparer.Ordinal), plan);
+    }
 
     private string? ActionOf(Item item) => (string?)_home.Service.GetProperties([item.Id], ["SyncAction"]).Values.SingleOrDefault()?.Value;
 }
