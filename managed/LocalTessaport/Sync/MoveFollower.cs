@@ -186,14 +186,33 @@ internal sealed class MoveFollower
         MakeFoldersAbove(side, plan.To);
         _steps.RequireSame(movedOn, plan.To, to);
         _steps.RequireSame(side, plan.From, from);
-        Step.Reached("Move.Checked", to);
         var isExchange = plan.To[side] is not null;
+        NoteContent(side, plan.From, from);
+        if (isExchange)
+            NoteContent(side, plan.To, to);
+        Step.Reached("Move.Checked", to);
         if (isExchange)
             Exchange(side, plan, from, to);
         else
             Rename(side, plan, from, to);
         _progress.Moved(from, to, isExchange);
     }
+
+    // The move counts as a change of the file. If its counterpart was edited as well, only the content can tell then that this one
+    // was not.
+    private void NoteContent(SideName side, SnapshotNode node, string path)
+    {
+        if (Synced.ByPath(path) is not { IsFolder: false, Hash.IsKnown: false } record || !IsVersion(VersionState.Synced, side, node, record)
+            || _snapshot.Find(side.Opposite(), record.IdentityOn(side.Opposite())) is not { } counterpart
+            || !IsVersion(VersionState.Changed, side.Opposite(), counterpart, record))
+            return;
+        var hash = FileContent.Hash(_steps.FileAt(side, node), out var seen);
+        if (VersionCheck.Compare(seen, record, side) == VersionState.Synced)
+            Synced.Put(record with { Hash = ContentHash.Parse(hash) });
+    }
+
+    private static bool IsVersion(VersionState state, SideName side, SnapshotNode node, SyncedRecord record) =>
+        node[side] is { } entry && VersionCheck.Compare(entry, record, side) == state;
 
     private void Rename(SideName side, MovePlan plan, string from, string to)
     {

@@ -196,6 +196,33 @@ public sealed class MoveTests : IDisposable
         Assert.Equal([other, "c.txt"], _drive.FilesOnServer());
     }
 
+    [Theory]
+    [InlineData(true)]
+    [InlineData(false)]
+    public void AFileThatWasRenamedAndEditedIsNoConflict(bool areExchanged)
+    {
+        _drive.PutBoth("a.txt", "a");
+        _drive.PutBoth("b.txt", "b");
+        // Long enough for a change to show in the times, so that the files are not read.
+        Thread.Sleep(50);
+        Assert.True(_drive.Sync("").IsSuccess);
+        File.Move(_drive.InWorkspace("a.txt"), _drive.InWorkspace("c.txt"));
+        if (areExchanged)
+        {
+            File.Move(_drive.InWorkspace("b.txt"), _drive.InWorkspace("a.txt"));
+            File.Move(_drive.InWorkspace("c.txt"), _drive.InWorkspace("b.txt"));
+            _drive.PutInWorkspace("a.txt", "b, edited", 3);
+        }
+        var edited = areExchanged ? "b.txt" : "c.txt";
+        _drive.PutInWorkspace(edited, "a, edited", 3);
+
+        Assert.Empty(_drive.Sync("").ItemsCreated);
+
+        Assert.Equal("a, edited", File.ReadAllText(_drive.OnServer(edited)));
+        Assert.Equal(_drive.FilesInWorkspace(), _drive.FilesOnServer());
+        Assert.Equal(2, _drive.FilesOnServer().Count);
+    }
+
     [Fact]
     public void ANewcomerInThePlaceOfARenamedFileIsSyncedWhenItIsClosed()
     {
