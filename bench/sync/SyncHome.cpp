@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include "bench/sync/BareLook.h"
 #include "tests/support/ChildProcess.h"
 
 namespace Quorvex::Velmora::Bench
@@ -94,6 +95,18 @@ Run SyncHome::rsync() const
 }
 
 Run SyncHome::status() const { return tool({"status"}); }
+
+Run SyncHome::lookAtBothSides() const
+{
+    const auto begin = std::chrono::steady_clock::now();
+    const Look look = lookAtBoth(workspace, server);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+    if (look.files != 2 * filesIn(workspace).size())
+        throw std::runtime_error("The sides of the drive differ");
+    return {took.count(), look.processorSeconds, 0};
+}
+
+Run SyncHome::version() const { return tool({"version"}); }
 
 Run SyncHome::listFolder() const { return tool({"ls", "Bench/folder 0"}); }
 

@@ -40,6 +40,14 @@ public:
     /// @throws std::runtime_error if that fails.
     [[nodiscard]] Run status() const;
 
+    /// Looks at both sides on this thread without doing anything with what is there, as little as any status can.
+    /// @throws std::runtime_error if not all files are there.
+    [[nodiscard]] Run lookAtBothSides() const;
+
+    /// Asks in a process of its own for the version of the application, so that there is little more than the start.
+    /// @throws std::runtime_error if that fails.
+    [[nodiscard]] Run version() const;
+
     /// Lists the first folder of the workspace by the tool.
     /// @throws std::runtime_error if that fails.
     [[nodiscard]] Run listFolder() const;

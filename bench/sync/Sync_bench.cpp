@@ -56,6 +56,8 @@ bool measureTree(int files)
     const Run first = show("first sync", home.sync());
     const Run copiedAgain = show("rsync -a, nothing changed", best([&] { return home.rsync(); }));
     const Run again = show("sync, nothing changed", best([&] { return home.sync(); }));
+    const Run look = best([&] { return home.lookAtBothSides(); });
+    const Run start = best([&] { return home.version(); });
     home.commit();
     const Run committed = show("git status, nothing changed", best([&] { return home.gitStatus(); }));
     const Run status = show("status, nothing changed", best([&] { return home.status(); }));
@@ -68,6 +70,8 @@ bool measureTree(int files)
         report({"nothing changed / rsync -a", again.seconds / copiedAgain.seconds, Side::AtMost, 4}),
         report({"status / git status, processor time", status.processorSeconds / committed.processorSeconds,
             Side::AtMost, 2}),
+        report({"for comparison: the system's part and the start alone",
+            (look.processorSeconds + start.processorSeconds) / committed.processorSeconds, Side::AtLeast, 0}),
         report({"peak memory, MB", peak, Side::AtMost, 200}),
     };
     return std::all_of(std::begin(met), std::end(met), [](bool one) { return one; });
