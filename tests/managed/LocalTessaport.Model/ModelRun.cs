@@ -17,6 +17,8 @@ internal sealed class ModelRun
     private readonly Queue<string> _log = new();
     private int _kills;
     private int _unfinished;
+    private int _oneSided;
+    private bool _wasComplete;
 
     private readonly bool _checksPlans;
 
@@ -46,21 +48,26 @@ internal sealed class ModelRun
                     $"Round {round}: {(e is BrokenPromiseException ? e.Message : e.ToString())}\nSteps:\n{string.Join('\n', _log)}\n{_world.Describe()}");
             }
         }
-        return $"{rounds} rounds, {_ledger.Written} versions, {_kills} kills, {_unfinished} syncs that said something is left";
+        return $"{rounds} rounds, {_ledger.Written} versions, {_kills} kills, {_oneSided} with changes of one side only, {_unfinished} syncs that said something is left";
     }
 
     private void Play(int round)
     {
         Log($"round {round}");
         MakeRoom();
+        var changed = new HashSet<Side>();
         for (var i = _random.Next(MostActions + 1); i > 0; --i)
         {
             var side = _random.Next(2) == 0 ? _world.Workspace : _world.Server;
             if (_actions.ActOn(side) is { } done)
+            {
+                changed.Add(side);
                 Log($"{(side == _world.Workspace ? "here " : "there")} {done}");
+            }
             if (_random.Next(8) == 0 && _requests.Act() is { } requested)
             {
                 Log($"service {requested}");
+                changed.UnionWith(_world.Sides);
                 RequireNothingLost();
             }
         }
@@ -69,10 +76,14 @@ internal sealed class ModelRun
         var isKilled = _random.Next(30) == 0 && !_checksPlans;
         if (isKilled)
             KillWhileSyncing();
+        var isOneSided = changed.Count < 2 && _wasComplete && !isKilled && !_world.Sides.Any(side => side.HasHardLinks());
         var plan = _checksPlans ? new PlanCheck(_world) : null;
         var result = _world.Sync();
         plan?.Require(result);
+        if (isOneSided)
+            RequireNoConflict(result);
         Check(result, links);
+        _wasComplete = result.IsSuccess && !isKilled;
         // A folder that moves can bring files out of what is left out. They are synced then, and a version that was synced before
         // gives way to a newer one.
         if (isKilled || _world.HasMovedFolders(result))
@@ -109,6 +120,13 @@ internal sealed class ModelRun
             () => "The sync says that all is done, and the folders of the sides differ.");
         var again = _world.Sync();
         Require(again is { IsSuccess: true } && !again.ItemsCreated.Any() && again.ItemsUpdated.Count() == 1, () => "A second sync found more to do.");
+    }
+
+    private void RequireNoConflict(CommandResult result)
+    {
+        ++_oneSided;
+        var copies = string.Join(", ", result.ItemsCreated.Select(item => item.RelativePath));
+        Require(copies.Length == 0, () => $"Only one side has changed, and these copies were kept: {copies}");
     }
 
     private void RequireNothingLost()

@@ -25,6 +25,15 @@ internal sealed class Side
     public List<string> LinkTargets() =>
         Links().Select(path => Path.GetFileName(path) + " -> " + new FileInfo(At(path)).LinkTarget).Order(StringComparer.Ordinal).ToList();
 
+    /// <summary>Whether a file may have several names here.</summary>
+    public bool HasHardLinks()
+    {
+        if (OperatingSystem.IsWindows())
+            return true;
+        var numbers = new HashSet<ulong>();
+        return Walk().Any(entry => entry.Kind == Kind.File && !numbers.Add(NativeCalls.NumberOf(At(entry.Path))));
+    }
+
     public Kind KindOf(string path) => Walk().FirstOrDefault(entry => entry.Path == path).Kind;
 
     public int VersionAt(string path)
