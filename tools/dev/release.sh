@@ -79,7 +79,7 @@ collect_release() { # <version> <folder>
     mkdir -p "$2"
     find "$packages_folder" "$windows_packages_folder" -maxdepth 1 -type f -exec cp -t "$2" {} +
     pack_site "$2/VelmoraTessaport-$1-site.tar.gz"
-    (cd "$2" && sha256sum -- * >SHA256SUMS.part && mv SHA256SUMS.part SHA256SUMS)
+    (cd "$2" && LC_ALL=C && sha256sum -- * >SHA256SUMS.part && mv SHA256SUMS.part SHA256SUMS)
 }
 
 # Depends on the site and the commit alone, not on who packs it, when and with which umask.
