@@ -225,13 +225,14 @@ internal sealed class DriveSide : IDisposable
     /// Deletes what was being prepared and what was moved aside. Items that cannot be deleted now are harmless and are
     /// deleted later.
     /// </summary>
-    public void ClearStaging()
+    /// <returns>Why the staging folder is left alone, if it is not the service's own; otherwise null.</returns>
+    public string? ClearStaging()
     {
         _held?.CloseStaging();
         if (TryOpenFolder(RelativePath.Root) is not { } root)
-            return;
+            return null;
         using (root)
-            Staging.Clear(root.Folder);
+            return Staging.Clear(root.Folder);
     }
 
     /// <summary>Opens a folder of this side; fails if it does not exist or a link is in the way.</summary>

@@ -55,6 +55,19 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Creates a folder with at most the rights of another one; false if there is a folder already.</summary>
     public abstract bool MakeFolder(string name, FileEntry? like);
 
+    /// <summary>
+    /// Creates a folder that only its owner can enter, and that <see cref="RequireOwn"/> recognizes; false if there is a folder already.
+    /// </summary>
+    public virtual bool MakeOwnFolder(string name) => MakeFolder(name, like: null);
+
+    /// <summary>
+    /// Fails unless this folder was made by <see cref="MakeOwnFolder"/> for this user. A no-op where folders pass on their permissions.
+    /// </summary>
+    /// <exception cref="ForeignFolderException">It was not.</exception>
+    public virtual void RequireOwn()
+    {
+    }
+
     /// <summary>Renames an item; never replaces anything.</summary>
     /// <exception cref="ChangedException">Something has the new name.</exception>
     public abstract void Move(string name, OpenFolder to, string newName);

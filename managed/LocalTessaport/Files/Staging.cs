@@ -12,32 +12,46 @@ internal static class Staging
     /// <summary>How many folders there are for copies, for as many threads as copy at once.</summary>
     public const int CopyFolders = 4;
 
-    private const int OwnerRights = 0x1c0;
-
-    private static readonly FileEntry Private = new() { Kind = EntryKind.Folder, Mode = OwnerRights };
-
     public static string NewName() => Guid.NewGuid().ToString("N");
 
     /// <summary>Opens the folder and creates it if it is missing.</summary>
-    public static OpenFolder Open(OpenFolder root) => OpenPrivate(root, FolderName);
+    /// <exception cref="ForeignFolderException">
+    /// Another user, who may write to the side, has put a folder in its place: one of their own, or one of this user with files in it.
+    /// </exception>
+    public static OpenFolder Open(OpenFolder root)
+    {
+        var staging = OpenOrMake(root, FolderName);
+        try
+        {
+            staging.RequireOwn();
+            return staging;
+        }
+        catch
+        {
+            staging.Dispose();
+            throw;
+        }
+    }
 
     /// <summary>
     /// Opens one of the folders in the staging folder in which copies are prepared. Threads that create files in one folder wait for
     /// each other, and for the thread that renames files out of it.
     /// </summary>
-    public static OpenFolder OpenCopies(OpenFolder staging, int number) => OpenPrivate(staging, NameOfCopies(number));
+    public static OpenFolder OpenCopies(OpenFolder staging, int number) => OpenOrMake(staging, NameOfCopies(number));
 
     public static bool Exists(OpenFolder root) => root.Find(FolderName) is { IsFolder: true };
 
     /// <summary>Puts back items that a killed process took out before it had checked them, and removes the rest.</summary>
     /// <remarks>Leftovers that cannot be removed now are harmless and are removed later.</remarks>
-    public static void Clear(OpenFolder root)
+    /// <returns>Why the folder is left alone, if the service did not make it for this user; otherwise null.</returns>
+    public static string? Clear(OpenFolder root)
     {
         try
         {
             using var staging = root.TryOpen(FolderName);
             if (staging is null)
-                return;
+                return null;
+            staging.RequireOwn();
             ReplacementRecord.Recover(root, staging);
             for (var number = 0; number < CopyFolders; ++number)
             {
@@ -48,16 +62,21 @@ internal static class Staging
             if (staging.Empty())
                 root.RemoveFolder(FolderName);
         }
+        catch (ForeignFolderException e)
+        {
+            return e.Message;
+        }
         catch (Exception e) when (e is IOException or UnauthorizedAccessException)
         {
         }
+        return null;
     }
 
     private static string NameOfCopies(int number) => $"copies-{number}";
 
-    private static OpenFolder OpenPrivate(OpenFolder parent, string name)
+    private static OpenFolder OpenOrMake(OpenFolder parent, string name)
     {
-        parent.MakeFolder(name, Private);
+        parent.MakeOwnFolder(name);
         return parent.TryOpen(name)
             ?? throw new IOException($"'{Path.Join(parent.Path, name)}' cannot be opened: it is not a folder. Remove it and try again.");
     }

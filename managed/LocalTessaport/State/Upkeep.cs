@@ -32,7 +32,7 @@ internal static class Upkeep
             using var held = HomeLock.TryAcquire(home);
             if (held is null)
                 return false;
-            due.ForEach(drive => Note(home, drive.Id, () => Run(home, drive)));
+            due.ForEach(drive => Note(home, drive.Id, () => RunAndReport(home, drive)));
             AtomicFile.RemoveLeavings(home);
             return true;
         });
@@ -46,18 +46,25 @@ internal static class Upkeep
         return ofDrive is not null && ofHome is not null ? $"{ofDrive} {ofHome}" : ofDrive ?? ofHome;
     }
 
+    private static void RunAndReport(HomeFolder home, LocalDrive drive)
+    {
+        if (Run(home, drive) is { } foreign)
+            throw new IOException(foreign);
+    }
+
     /// <summary>Does the work for one drive; the caller holds the lock.</summary>
-    public static void Run(HomeFolder home, LocalDrive drive)
+    /// <returns>Why a staging folder is left alone, if it is not the service's own; otherwise null.</returns>
+    public static string? Run(HomeFolder home, LocalDrive drive)
     {
         var isNew = !IndexStore.Exists(home, drive.Id);
         if (isNew)
             drive.MakeFolders();
         else
             drive.RequireFolders();
-        drive.Workspace.ClearStaging();
-        drive.Server.ClearStaging();
+        var foreign = drive.Workspace.ClearStaging() ?? drive.Server.ClearStaging();
         if (isNew)
             SaveFirst(home, drive, Inventory.Take(drive));
+        return foreign;
     }
 
     private static void SaveFirst(HomeFolder home, LocalDrive drive, DriveIndex index)

@@ -14,6 +14,8 @@ public sealed class RobustnessTests : IDisposable
     {
         _drive.PutBoth("a.txt");
         _home.Service.Discover();
+        TestDrive.MakeStaging(_drive.Workspace);
+        TestDrive.MakeStaging(_drive.Server);
         _drive.PutInWorkspace(".tessaport/half", "ha");
         _drive.PutOnServer(".tessaport/folder/half", "ha");
         var halfState = Path.Combine(_home.Root, "state", "x.json.1.tmp");

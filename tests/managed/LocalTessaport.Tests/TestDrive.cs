@@ -38,6 +38,14 @@ public sealed class TestDrive
 
     public void PutOnServer(string path, string content = "content", int minutes = 0) => Put(OnServer(path), content, minutes);
 
+    /// <summary>The folder in which the service prepares files, as it makes it.</summary>
+    public static string MakeStaging(string side)
+    {
+        using var root = OpenFolder.TryOpenRoot(side)!;
+        Staging.Open(root).Dispose();
+        return Path.Combine(side, Staging.FolderName);
+    }
+
     public Item Item(string path) => Find(path) ?? throw new InvalidOperationException($"There is no item '{path}'.");
 
     public Item? Find(string path) => _home.Service.GetItemsByRelativePaths(Id, [path]).SingleOrDefault();

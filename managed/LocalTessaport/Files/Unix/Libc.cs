@@ -95,6 +95,9 @@ internal static unsafe partial class Libc
     [LibraryImport(Name, EntryPoint = "mkdirat", SetLastError = true, StringMarshalling = StringMarshalling.Utf8)]
     public static partial int MakeFolder(SafeHandle folder, string name, uint mode);
 
+    [LibraryImport(Name, EntryPoint = "geteuid")]
+    public static partial uint EffectiveUser();
+
     [LibraryImport(Name, EntryPoint = "fchmod", SetLastError = true)]
     public static partial int SetMode(SafeHandle file, uint mode);
 

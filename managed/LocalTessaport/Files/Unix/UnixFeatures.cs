@@ -11,4 +11,5 @@ internal enum UnixFeatures
     HardLinks = 8,
     Leases = 16,
     Cloning = 32,
+    MarkedFolders = 64,
 }

@@ -99,9 +99,16 @@ internal sealed class UnixFolder : OpenFolder
 
     public override SafeFileHandle? OpenFileSystem() => UnixPath.TryOpen(_handle, ".", Libc.OpenReadOnly | Libc.OpenFolder, out _);
 
-    public override bool MakeFolder(string name, FileEntry? like)
+    public override bool MakeFolder(string name, FileEntry? like) =>
+        MakeFolder(name, like is { } other ? ((uint)other.Mode & AllRights) | OwnerRights : AllRights);
+
+    public override bool MakeOwnFolder(string name) => MakeFolder(
+        name, (UnixPath.Missing & UnixFeatures.MarkedFolders) == 0 ? UnixOwnFolder.Mode : OwnerRights);
+
+    public override void RequireOwn() => UnixOwnFolder.Require(this, _handle);
+
+    private bool MakeFolder(string name, uint mode)
     {
-        var mode = like is { } other ? ((uint)other.Mode & AllRights) | OwnerRights : AllRights;
         if (Libc.MakeFolder(_handle, name, mode) == 0)
             return true;
         if (Libc.LastError == UnixError.Exists && Find(name) is { } entry)

@@ -15,6 +15,7 @@ internal struct UnixStatus
     private const int PermissionMask = 0xfff;
 
     [FieldOffset(0)] private readonly uint _mask;
+    [FieldOffset(20)] private readonly uint _owner;
     [FieldOffset(28)] private readonly ushort _mode;
     [FieldOffset(32)] private readonly ulong _number;
     [FieldOffset(40)] private readonly ulong _size;
@@ -26,6 +27,10 @@ internal struct UnixStatus
 
     /// <summary>The creation time, or the last-write time if the file system does not store it.</summary>
     public readonly FileTime Created => ((_mask & Birth) != 0 ? _born : _modified).ToFileTime();
+
+    public readonly uint Owner => _owner;
+
+    public readonly uint Mode => (uint)_mode & PermissionMask;
 
     public readonly FileEntry ToEntry()
     {

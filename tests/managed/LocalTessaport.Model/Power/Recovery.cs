@@ -1,4 +1,5 @@
 using System.Text;
+using Quorvex.Tessaport.API.Local;
 
 namespace Quorvex.Tessaport.API.Model;
 
@@ -52,10 +53,22 @@ internal sealed class Recovery
         {
             var path = Path.Combine(_home, item.Path);
             if (item.Node.IsFolder)
-                Directory.CreateDirectory(path);
+                MakeFolder(path);
             else
                 WriteFile(path, item);
         }
+    }
+
+    // The service recognizes its own folders by their permissions, with which it makes them.
+    private static void MakeFolder(string path)
+    {
+        if (Path.GetFileName(path) != Staging.FolderName)
+        {
+            Directory.CreateDirectory(path);
+            return;
+        }
+        using var side = OpenFolder.TryOpenRoot(Path.GetDirectoryName(path)!)!;
+        Staging.Open(side).Dispose();
     }
 
     // Files keep their numbers, by which the service knows them.

@@ -193,8 +193,8 @@ public sealed class StagedCopyTests : IDisposable
         {
             var staged = Staged(_one).Single();
             Assert.Equal((UnixFileMode)0b110_000_000, UnixCalls.ModeOf(staged));
-            Assert.Equal((UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.GetDirectoryName(staged)!));
-            Assert.Equal((UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.Combine(_one.Root, ".tessaport")));
+            Assert.Equal(UnixFileMode.StickyBit | (UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.GetDirectoryName(staged)!));
+            Assert.Equal(UnixFileMode.StickyBit | (UnixFileMode)0b111_000_000, UnixCalls.ModeOf(Path.Combine(_one.Root, ".tessaport")));
         }))
         using (var copy = StagedCopy.Make(FileSource.Outside(_source), _one))
             copy.Commit(0, _one, "a", null);

@@ -27,8 +27,7 @@ public sealed class TreeRemovalTests : IDisposable
     [Fact]
     public void ADeepTreeLeftInTheStagingFolderIsRemovedByTheNextRequest()
     {
-        Directory.CreateDirectory(_drive.InWorkspace(".tessaport"));
-        MakeDeepTree(_drive.InWorkspace(".tessaport"), "deep");
+        MakeDeepTree(TestDrive.MakeStaging(_drive.Workspace), "deep");
 
         _home.Service.Discover();
 
@@ -41,7 +40,7 @@ public sealed class TreeRemovalTests : IDisposable
         var outside = Directory.CreateDirectory(Path.Combine(_home.Root, "outside")).FullName;
         File.WriteAllText(Path.Combine(outside, "kept.txt"), "kept");
         UnixCalls.SetMode(outside, UnixFileMode.UserRead | UnixFileMode.UserExecute);
-        var staging = _drive.InWorkspace(".tessaport");
+        var staging = TestDrive.MakeStaging(_drive.Workspace);
         var inner = Directory.CreateDirectory(Path.Combine(staging, "folder", "protected")).FullName;
         Directory.CreateSymbolicLink(Path.Combine(staging, "link"), outside);
         Directory.CreateSymbolicLink(Path.Combine(inner, "link"), outside);

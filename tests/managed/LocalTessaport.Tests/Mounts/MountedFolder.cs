@@ -29,11 +29,14 @@ internal sealed class MountedFolder : IDisposable
 
     private bool IsMounted => File.ReadLines("/proc/self/mountinfo").Any(line => line.Split(' ')[4] == Point);
 
-    public void Mount()
+    public void Mount(params string[] options)
     {
         _server = Start(
-            "rclone", "mount", ":local:" + Remote, Point, "--config", "/dev/null", "--cache-dir", _cache, "--vfs-cache-mode", "writes",
-            "--vfs-write-back", "0s", "--dir-cache-time", "0s", "--attr-timeout", "0s");
+            "rclone",
+            [
+                "mount", ":local:" + Remote, Point, "--config", "/dev/null", "--cache-dir", _cache, "--vfs-cache-mode", "writes",
+                "--vfs-write-back", "0s", "--dir-cache-time", "0s", "--attr-timeout", "0s", .. options,
+            ]);
         for (var watch = Stopwatch.StartNew(); !IsMounted; Thread.Sleep(10))
         {
             if (_server.HasExited || watch.Elapsed > Patience)

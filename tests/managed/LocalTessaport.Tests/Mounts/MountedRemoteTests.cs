@@ -86,6 +86,24 @@ public sealed class MountedRemoteTests : IDisposable
         RequireEqualSides(40);
     }
 
+    [UnixTheory]
+    [InlineData("--uid=65532")]
+    [InlineData("--umask=0")]
+    public void AMountThatShowsAnotherOwnerOrRightsForEveryoneIsSynced(string option)
+    {
+        _mount.Unmount();
+        _mount.Mount(option);
+        PutFiles(3);
+        SyncOnce();
+        _drive.PutInWorkspace("1.txt", "changed here", 1);
+        using (var end = StepAction.At("Commit.Placed", "/1.txt", _ => throw new IOException("The process ends here.")))
+            Assert.False(_drive.Sync("").IsSuccess);
+        SyncOnce();
+
+        RequireEqualSides(3);
+        Assert.False(Directory.Exists(InRemote(".tessaport")));
+    }
+
     private string InRemote(string path) => Path.Combine(_remote, path);
 
     private void PutFiles(int count)
