@@ -66,10 +66,6 @@ internal static class AtomicFile
             File.Delete(left);
     }
 
-    /// <summary>Opens a file so that other programs can still replace it.</summary>
-    public static FileStream OpenForReading(string path) =>
-        new(path, FileMode.Open, FileAccess.Read, FileShare.ReadWrite | FileShare.Delete, 64 * 1024);
-
     private static void MakeStateFolder(HomeFolder home)
     {
         if (FileProbe.ExamineFollowingLinks(home.StateFolder) is { IsFolder: false })

@@ -26,6 +26,9 @@ internal static class FileHandle
     public static (long Start, long End) NextData(OpenedFile file, long from) =>
         OperatingSystem.IsWindows() || file.Entry.Size < SmallestWithHoles ? (from, file.Entry.Size) : UnixFile.NextData(file, from);
 
+    /// <summary>Whether a part of a file takes no room on the disk; false where the system does not say.</summary>
+    public static bool HasHole(SafeFileHandle handle, long size) => !OperatingSystem.IsWindows() && UnixFile.HasHole(handle, size);
+
     /// <summary>Makes an empty file share the content of another; false if the file system cannot.</summary>
     public static bool TryClone(OpenedFile file, SafeFileHandle target) =>
         !OperatingSystem.IsWindows() && file.Entry.Size >= SmallestToClone && UnixFile.TryClone(file.Handle, target);

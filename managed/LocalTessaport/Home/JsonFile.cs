@@ -38,7 +38,7 @@ internal static class JsonFile
 
     private static ReadOnlyMemory<byte> ReadUtf8(string path)
     {
-        using var stream = AtomicFile.OpenForReading(path);
+        using var stream = HomeFile.OpenForReading(path);
         if (stream.Length > MostBytes)
             throw new InvalidDataException($"it is larger than {MostBytes >> 20} MB");
         using var content = new MemoryStream();

@@ -7,14 +7,23 @@ internal static class IndexFile
 {
     private const int SecondVersion = 2;
 
-    public static void Write(HomeFolder home, string path, DriveIndex index) =>
-        AtomicFile.Write(home, path, stream => RecordFile.Write(stream, index));
+    /// <summary>The records of ten million files; a sync of so many takes 16 GB of memory.</summary>
+    internal static long MostBytes { get; set; } = 1 << 30;
+
+    /// <exception cref="IOException">There is too much to remember; the file is as it was.</exception>
+    public static void Write(HomeFolder home, string path, DriveIndex index) => AtomicFile.Write(home, path, stream =>
+    {
+        RecordFile.Write(stream, index);
+        if (stream.Length > MostBytes)
+            throw TooLarge(path);
+    });
 
     public static DriveIndex Read(string path)
     {
         try
         {
-            using var stream = AtomicFile.OpenForReading(path);
+            using var stream = HomeFile.OpenForReading(path);
+            RequireSize(stream, path);
             var index = IsJson(stream) ? ReadJson(stream) : RecordFile.Read(ReadAll(stream), path);
             index.AcceptChanges();
             return index;
@@ -44,12 +53,24 @@ internal static class IndexFile
 
     private static byte[] ReadAll(FileStream stream)
     {
-        if (stream.Length > Array.MaxLength)
-            throw new IOException($"'{stream.Name}' cannot be read: it is larger than {Array.MaxLength} bytes. Use drives with fewer files.");
+        RecordFile.RequireBeginning(stream);
         var content = GC.AllocateUninitializedArray<byte>((int)stream.Length);
         stream.ReadExactly(content);
         return content;
     }
+
+    // What the service wrote has no holes, so a file with one is not read, however long it claims to be.
+    private static void RequireSize(FileStream stream, string path)
+    {
+        if (stream.Length > MostBytes)
+            throw TooLarge(path);
+        if (FileHandle.HasHole(stream.SafeFileHandle, stream.Length))
+            throw new FormatException(RecordReader.Damaged);
+    }
+
+    private static IOException TooLarge(string path) => new(
+        $"What is remembered of a drive takes more than the {MostBytes >> 20} MB that '{path}' may have. Use several drives with fewer files "
+        + "each; if this one has fewer than ten million, remove that file.");
 
     private static DriveIndex ReadJson(FileStream stream)
     {

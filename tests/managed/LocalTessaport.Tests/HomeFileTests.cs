@@ -99,6 +99,77 @@ public sealed class HomeFileTests : IDisposable
         Assert.Contains("it is larger than", message);
     }
 
+    [Theory]
+    [InlineData("TPRECORD\u0003\0\0\0", 900, "it is incomplete or damaged")]
+    [InlineData("", 900, "it is incomplete or damaged")]
+    [InlineData("{\"version\":2}\n", 900, "it is incomplete or damaged")]
+    [InlineData("TPRECORD\u0003\0\0\0", 2000, "more than the 1024 MB")]
+    public void RecordsThatAreTooLargeOrMostlyHolesAreRefusedWithoutBeingRead(string beginning, int megabytes, string reason)
+    {
+        Assert.SkipWhen(OperatingSystem.IsWindows(), "Without holes, such a file takes its size on the disk.");
+        var drive = _home.AddDrive();
+        drive.PutBoth("a.txt");
+        _home.Service.Discover();
+        var path = Path.Combine(_home.Root, "state", drive.Id + ".records");
+        File.WriteAllText(path, beginning);
+        using (var file = File.OpenWrite(path))
+            file.SetLength((long)megabytes << 20);
+        var before = GC.GetTotalAllocatedBytes(precise: true);
+
+        var failure = Assert.ThrowsAny<Exception>(() => IndexFile.Read(path));
+
+        Assert.InRange(GC.GetTotalAllocatedBytes(precise: true) - before, 0, 10 << 20);
+        Assert.Contains(path, failure.Message);
+        Assert.Contains(reason, failure.Message);
+    }
+
+    [Fact]
+    public void MoreRecordsThanCanBeReadAgainAreNotWritten()
+    {
+        var drive = _home.AddDrive();
+        drive.PutInWorkspace("a.txt");
+        Assert.True(drive.Sync("").IsSuccess);
+        var path = Path.Combine(_home.Root, "state", drive.Id + ".records");
+        var before = File.ReadAllBytes(path);
+        var most = IndexFile.MostBytes;
+        try
+        {
+            IndexFile.MostBytes = before.Length;
+            drive.PutInWorkspace("b.txt");
+
+            Assert.False(drive.Sync("").IsSuccess);
+
+            Assert.Equal(before, File.ReadAllBytes(path));
+            Assert.Equal(["a.txt", "b.txt"], drive.FilesOnServer());
+        }
+        finally
+        {
+            IndexFile.MostBytes = most;
+        }
+        Assert.True(drive.Sync("").IsSuccess);
+    }
+
+    [UnixTheory]
+    [InlineData("service.json")]
+    [InlineData("drives.json")]
+    [InlineData("state/{drive}.records")]
+    public async Task APipeThatComesAfterTheCheckIsAnErrorAndNeverAHang(string file)
+    {
+        var drive = _home.AddDrive();
+        drive.PutBoth("a.txt");
+        var id = drive.Item("a.txt").Id;
+        var path = Path.Combine(_home.Root, file.Replace("{drive}", drive.Id.ToString()));
+        File.SetLastWriteTimeUtc(path, DateTime.UtcNow.AddSeconds(-5));
+        using var swap = StepAction.At("Home.Examined", path, _ => Replace(path, "pipe"));
+        var token = TestContext.Current.CancellationToken;
+
+        var failure = await Task.Run(() => Record.Exception(() => _home.Service.GetPermanentIds([id])), token).WaitAsync(TimeSpan.FromSeconds(20), token);
+
+        Assert.True(swap.WasReached);
+        Assert.Contains(path, failure?.Message);
+        Assert.Contains("it is a pipe", failure?.Message);
+    }
+
     [UnixFact]
     public void AFileInThePlaceOfTheStateFolderIsAnErrorThatNamesIt()
     {

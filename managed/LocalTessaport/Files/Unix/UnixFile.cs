@@ -69,10 +69,14 @@ internal static unsafe class UnixFile
         // Checked before opening: opening a pipe would wake its writer, and opening a device can have any effect.
         if (Find(path, followLinks: true) is not { Kind: EntryKind.File })
             throw new FileNotFoundException($"'{path}' does not exist or is not a file.", path);
+        return Opened(OpenWithoutWaiting(path), path);
+    }
+
+    /// <summary>Opens whatever has a full path for reading; a pipe too is opened at once.</summary>
+    public static SafeFileHandle OpenWithoutWaiting(string path)
+    {
         var descriptor = Libc.Open(path, Libc.OpenReadOnly | Libc.OpenNonBlocking | Libc.OpenCloseOnExec, 0);
-        return descriptor >= 0
-            ? Opened(new SafeFileHandle(descriptor, ownsHandle: true), path)
-            : throw UnixFailure.Last(path, "opened");
+        return descriptor >= 0 ? new SafeFileHandle(descriptor, ownsHandle: true) : throw UnixFailure.Last(path, "opened");
     }
 
     // .NET does not report that fsync() failed, after which the content may never reach the disk.
@@ -95,6 +99,8 @@ internal static unsafe class UnixFile
 
     public static bool TryClone(SafeFileHandle file, SafeFileHandle target) =>
         (UnixPath.Missing & UnixFeatures.Cloning) == 0 && Libc.Control(target, Libc.CloneFile, file) == 0;
+
+    public static bool HasHole(SafeFileHandle handle, long size) => Libc.Seek(handle, 0, Libc.SeekHole) is var hole and >= 0 && hole < size;
 
     public static (long Start, long End) NextData(OpenedFile file, long from)
     {

@@ -73,7 +73,8 @@ internal sealed class UnixFolder : OpenFolder
             : throw UnixFailure.Last(PathOf(name), "created");
     }
 
-    public override SafeFileHandle OpenToFlush(string name) => UnixPath.TryOpen(_handle, name, Libc.OpenReadOnly, out var error)
+    public override SafeFileHandle OpenToFlush(string name) => UnixPath.TryOpen(
+        _handle, name, Libc.OpenReadOnly | Libc.OpenNonBlocking, out var error)
         ?? throw UnixFailure.For(error, PathOf(name), "opened");
 
     public override bool TryFlush(string name)

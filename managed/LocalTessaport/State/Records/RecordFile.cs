@@ -54,6 +54,16 @@ internal static class RecordFile
         return new DriveIndex(items, new(RelativePath.Comparer, synced), failures);
     }
 
+    /// <summary>Fails unless a stream begins like such a file; it is at its beginning before and after that.</summary>
+    /// <exception cref="FormatException">It does not.</exception>
+    public static void RequireBeginning(Stream stream)
+    {
+        Span<byte> beginning = stackalloc byte[Mark.Length];
+        if (stream.ReadAtLeast(beginning, Mark.Length, throwOnEndOfStream: false) < Mark.Length || !beginning.SequenceEqual(Mark))
+            throw new FormatException(RecordReader.Damaged);
+        stream.Position = 0;
+    }
+
     private static void RequireComplete(ReadOnlySpan<byte> content)
     {
         if (content.Length < HeaderSize + ChecksumSize || !content.StartsWith(Mark))
