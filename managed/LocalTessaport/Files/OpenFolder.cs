@@ -6,10 +6,18 @@ namespace Quorvex.Tessaport.API.Local;
 /// </summary>
 internal abstract class OpenFolder : IDisposable
 {
+    private PlaceList? _places;
+
     protected OpenFolder(string path) => Path = path;
 
     /// <summary>Where it was opened, for messages.</summary>
     public string Path { get; }
+
+    /// <summary>Where what comes into this folder belongs, if it is a staging folder.</summary>
+    public PlaceList Places => LazyInitializer.EnsureInitialized(ref _places, () => new PlaceList(this));
+
+    /// <summary>Whether it turned out that the file system cannot exchange files.</summary>
+    public bool CannotExchange { get; set; }
 
     /// <summary>Opens a folder by its full path; null if it does not exist.</summary>
     public static OpenFolder? TryOpenRoot(string path) =>
@@ -91,7 +99,7 @@ internal abstract class OpenFolder : IDisposable
     /// <summary>Deletes an empty folder.</summary>
     public abstract void RemoveFolder(string name);
 
-    public abstract void Dispose();
+    public virtual void Dispose() => _places?.Dispose();
 
     protected string PathOf(string name) => System.IO.Path.Join(Path, PathForm.ToPlatform(name));
 }

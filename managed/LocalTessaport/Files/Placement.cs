@@ -10,12 +10,12 @@ internal sealed class Placement
     private const int MostKept = 1000;
 
     private readonly OpenFolder _staging;
-    private readonly string _prepared;
     private readonly FileEntry _preparedEntry;
     private readonly OpenFolder _folder;
     private readonly string _name;
     private readonly string _relativePath;
     private readonly string _place;
+    private string _prepared;
 
     /// <param name="staging">The folder in which the file was prepared.</param>
     /// <param name="prepared">Its name there.</param>
@@ -32,6 +32,9 @@ internal sealed class Placement
         _name = RelativePath.NameOf(relativePath);
         _place = Path.Join(folder.Path, _name);
     }
+
+    /// <summary>The name in the staging folder of the file, or of what was in its place.</summary>
+    public string Prepared => _prepared;
 
     /// <summary>Puts the file in the place of the expected version, or where nothing is, and returns the entry there.</summary>
     /// <exception cref="ChangedException">Something else is there. Nothing was changed.</exception>
@@ -67,21 +70,42 @@ internal sealed class Placement
             throw new ChangedException(_place);
         Step.Reached("Commit.Checked", _place);
         using var guard = _folder.Guard(_name, expected);
-        var record = ReplacementRecord.Write(_staging, _prepared, _relativePath, expected, _preparedEntry.Identity);
+        var staged = UncheckedName.For(expected, _preparedEntry.Identity);
+        _staging.Places.Add(staged, _relativePath);
         Step.Reached("Commit.Guarded", _place);
         try
         {
-            if (_staging.TryExchange(_prepared, _folder, _name))
+            if (TryExchange(staged))
                 RequireExpectedCameOut(expected, guard);
             else
-                ReplaceThroughGap(expected, guard);
+                ReplaceThroughGap(expected, guard, staged.Text + Recovery.AsideSuffix);
         }
         catch (ChangedException)
         {
-            record.Settle();
+            _staging.Places.Settle();
             throw;
         }
-        record.Settle();
+        _staging.Places.Settle();
+    }
+
+    // What comes out of the place has the name from the first moment.
+    private bool TryExchange(UncheckedName staged)
+    {
+        if (_staging.CannotExchange)
+            return false;
+        var prepared = _prepared;
+        Rename(staged.Text);
+        if (_staging.TryExchange(_prepared, _folder, _name))
+            return true;
+        _staging.CannotExchange = true;
+        Rename(prepared);
+        return false;
+    }
+
+    private void Rename(string name)
+    {
+        _staging.Move(_prepared, _staging, name);
+        _prepared = name;
     }
 
     private void RequireExpectedCameOut(FileEntry expected, WriteGuard guard)
@@ -121,9 +145,8 @@ internal sealed class Placement
     }
 
     // For file systems that cannot exchange: the place is empty for a moment.
-    private void ReplaceThroughGap(FileEntry expected, WriteGuard guard)
+    private void ReplaceThroughGap(FileEntry expected, WriteGuard guard, string aside)
     {
-        var aside = _prepared + ReplacementRecord.AsideSuffix;
         _folder.Move(_name, _staging, aside);
         Step.Reached("Commit.SetAside", _place);
         try
@@ -138,6 +161,7 @@ internal sealed class Placement
                 KeepBeside(aside);
             throw;
         }
+        _staging.TryDelete(aside);
     }
 
     private bool TryMoveBack(string staged)

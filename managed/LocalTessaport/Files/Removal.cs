@@ -11,25 +11,28 @@ internal static class Removal
         if (folder.Find(name) is not { } found || !IsExpected(found, expected))
             throw new ChangedException(place);
         Step.Reached("Remove.Checked", place);
-        var aside = Staging.NewName();
-        var record = ReplacementRecord.Write(staging, aside, path, expected, FileIdentity.None);
+        var staged = UncheckedName.For(expected, FileIdentity.None);
+        var aside = staged.Text;
+        staging.Places.Add(staged, path);
         try
         {
             folder.Move(name, staging, aside);
         }
         catch
         {
-            record.Settle();
+            staging.Places.Settle();
             throw;
         }
         Step.Reached("Remove.Moved", place);
         if (staging.Find(aside) is { } moved && IsExpected(moved, expected with { ChangeTime = default }))
         {
-            record.Settle();
+            // On a file system that numbers a file anew when it is renamed, it would not be recognized later.
+            staging.Move(aside, staging, Staging.NewName());
+            staging.Places.Settle();
             return;
         }
         new Placement(staging, aside, default, folder, path).PutBackOrBeside();
-        record.Settle();
+        staging.Places.Settle();
         throw new ChangedException(place);
     }
 

@@ -5,8 +5,8 @@ internal sealed class StagedFile : IDisposable
 {
     private readonly DriveSide _side;
     private readonly FolderLease _staging;
-    private readonly string _name = Staging.NewName();
     private readonly string _path;
+    private string _name = Staging.NewName();
     private FileEntry _entry;
     private bool _isFlushed;
     private bool _isMoved;
@@ -64,10 +64,11 @@ internal sealed class StagedFile : IDisposable
     {
         if (!_isFlushed)
             throw new InvalidOperationException("A staged copy must be flushed before it takes its place.");
+        var placement = new Placement(_staging.Folder, _name, _entry, folder, path);
         try
         {
             _mayHoldOther = true;
-            var placed = new Placement(_staging.Folder, _name, _entry, folder, path).Put(expected);
+            var placed = placement.Put(expected);
             _mayHoldOther = false;
             _isMoved = expected is null;
             return placed;
@@ -76,6 +77,10 @@ internal sealed class StagedFile : IDisposable
         {
             _mayHoldOther = false;
             throw;
+        }
+        finally
+        {
+            _name = placement.Prepared;
         }
     }
 

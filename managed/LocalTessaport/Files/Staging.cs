@@ -52,12 +52,12 @@ internal static class Staging
             if (staging is null)
                 return null;
             staging.RequireOwn();
-            ReplacementRecord.Recover(root, staging);
+            Recovery.Run(root, staging);
             for (var number = 0; number < CopyFolders; ++number)
             {
                 using var copies = staging.TryOpen(NameOfCopies(number));
                 if (copies is not null)
-                    ReplacementRecord.Recover(root, copies);
+                    Recovery.Run(root, copies);
             }
             if (staging.Empty())
                 root.RemoveFolder(FolderName);

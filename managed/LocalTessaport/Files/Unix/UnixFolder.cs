@@ -151,7 +151,11 @@ internal sealed class UnixFolder : OpenFolder
             throw UnixFailure.Last(PathOf(name), "deleted");
     }
 
-    public override void Dispose() => _handle.Dispose();
+    public override void Dispose()
+    {
+        base.Dispose();
+        _handle.Dispose();
+    }
 
     private UnixStatus? Examine(string name)
     {

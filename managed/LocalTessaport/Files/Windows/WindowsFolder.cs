@@ -168,7 +168,11 @@ internal sealed class WindowsFolder : OpenFolder
         }
     }
 
-    public override void Dispose() => _handle.Dispose();
+    public override void Dispose()
+    {
+        base.Dispose();
+        _handle.Dispose();
+    }
 
     private T? Examine<T>(string name, Func<SafeFileHandle, string, T> read)
         where T : struct

@@ -34,6 +34,65 @@ public sealed class KillBetweenStepsTests : IDisposable
         RequireKept("from the server");
     }
 
+    public static TheoryData<string, string, string> LostPlaces()
+    {
+        var places = new TheoryData<string, string, string>();
+        foreach (var damage in new[] { "empty", "zeros", "half", "missing" })
+        {
+            places.Add("Commit.Exchanged", "None", damage);
+            places.Add("Commit.SetAside", "Exchanging", damage);
+        }
+        return places;
+    }
+
+    // What was not flushed may be missing from the disk after a power failure.
+    [UnixTheory]
+    [MemberData(nameof(LostPlaces))]
+    public void AVersionSavedDuringADownloadIsKeptIfItsPlaceWasLost(string diesAt, string lacks, string damage)
+    {
+        _drive.PutOnServer("folder/a.txt", "from the server", 5);
+        KillAtStep("sync-once", "Commit.Guarded", diesAt, lacks);
+
+        Assert.Equal(1, DamagePlaces(damage));
+        _home.Service.Discover();
+
+        RequireKept(Saved);
+        Assert.True(_drive.Sync("").IsSuccess);
+        RequireKept(Saved);
+        RequireKept("from the server");
+    }
+
+    [UnixTheory]
+    [InlineData("empty")]
+    [InlineData("missing")]
+    public void AVersionSavedDuringARemovalIsKeptIfItsPlaceWasLost(string damage)
+    {
+        _drive.PutBoth("a.txt", "synced");
+        Directory.Delete(_drive.InWorkspace("folder"), recursive: true);
+        Directory.Delete(_drive.OnServer("folder"), recursive: true);
+        KillAtStep("delete", "Remove.Checked", "Remove.Moved", "None");
+
+        Assert.Equal(1, DamagePlaces(damage));
+        _home.Service.Discover();
+
+        RequireKept(Saved);
+    }
+
+    [UnixTheory]
+    [InlineData("Commit.Guarded")]
+    [InlineData("Commit.Exchanged")]
+    public void WhatNoOneTouchedIsNotKeptTwiceIfItsPlaceWasLost(string diesAt)
+    {
+        _drive.PutOnServer("folder/a.txt", "from the server", 5);
+        KillAtStep("sync-once", "", diesAt, "None");
+
+        Assert.Equal(1, DamagePlaces("empty"));
+        Assert.True(_drive.Sync("").IsSuccess);
+
+        Assert.Equal(["folder/a.txt"], _drive.FilesInWorkspace());
+        Assert.Equal("from the server", File.ReadAllText(_drive.InWorkspace("folder/a.txt")));
+    }
+
     // Many files are prepared before the first of them is placed.
     [UnixTheory]
     [InlineData("Commit.Guarded", "Commit.Exchanged", "None")]
@@ -116,6 +175,20 @@ public sealed class KillBetweenStepsTests : IDisposable
         var contents = _drive.FilesInWorkspace().Select(_drive.InWorkspace).Concat(_drive.FilesOnServer().Select(_drive.OnServer));
         Assert.Contains(content, contents.Select(File.ReadAllText));
         Assert.False(Directory.Exists(_drive.InWorkspace(".tessaport")) || Directory.Exists(_drive.OnServer(".tessaport")));
+    }
+
+    private int DamagePlaces(string damage)
+    {
+        var places = Directory.GetFiles(_home.Root, "*.places", SearchOption.AllDirectories);
+        foreach (var place in places)
+        {
+            var content = File.ReadAllBytes(place);
+            if (damage == "missing")
+                File.Delete(place);
+            else
+                File.WriteAllBytes(place, damage switch { "empty" => [], "zeros" => new byte[content.Length], _ => content[..(content.Length / 2)] });
+        }
+        return places.Length;
     }
 
     private void KillAtStep(string command, string savesAt, string diesAt, string lacks)

@@ -4,6 +4,7 @@ namespace Quorvex.Tessaport.API.Tests;
 public sealed class NeighbourTests : IDisposable
 {
     private const string Other = "65533";
+    private const string Unchecked = "0123-0000000000000001-0000000000000002";
 
     private readonly TestHome _home = new();
     private readonly TestDrive _drive;
@@ -26,15 +27,15 @@ public sealed class NeighbourTests : IDisposable
     public void ARecordOfAReplacementByAnotherUserPutsNoFileInAPrivateFolder(string inner)
     {
         var staging = MakeForeignStaging(inner);
-        File.WriteAllText(Path.Combine(staging, "0123"), "forged");
-        File.WriteAllText(Path.Combine(staging, "0123.place"), "False\n1\n1\n1\n1:1\n2:2\nprivate\\forged.txt");
+        File.WriteAllText(Path.Combine(staging, Unchecked), "forged");
+        File.WriteAllText(Path.Combine(staging, "any.places"), Unchecked + "\0private\\forged.txt\0");
         Give(_drive.OnServer(".tessaport"));
 
         _home.Service.Discover();
         _drive.Sync("");
 
         Assert.Equal([".tessaport", "private/a.txt"], _drive.FilesOnServer().Select(TopOfStaging).Distinct());
-        Assert.True(File.Exists(Path.Combine(staging, "0123")));
+        Assert.True(File.Exists(Path.Combine(staging, Unchecked)));
     }
 
     [Fact]
