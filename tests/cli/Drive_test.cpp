@@ -119,6 +119,22 @@ TEST_F(Drive, AddRefusesFoldersThatALinkJoinsOrThatCannotBeWritten)
     EXPECT_EQ(readFile(home / "drives.json"), before);
 }
 
+// A shell makes the folder that has the number of the tool's process in its name, and becomes the tool.
+TEST_F(Drive, AddRemovesNoFolderThatIsThere)
+{
+    ChildProgram shell;
+    shell.program = "/bin/sh";
+    shell.arguments = {"-c",
+        R"(mkdir "$1/.tessaport-$$" && exec "$2" --home "$4" drive add Plans --workspace "$1" --server "$3")", "sh",
+        text(here), TESSAPORT_TOOL, text(there), text(home)};
+
+    const ChildResult finished = runProgram(shell);
+
+    EXPECT_TRUE(finished.exitedWith(0)) << finished.description();
+    EXPECT_FALSE(fs::is_empty(here));
+    EXPECT_TRUE(fs::is_empty(there));
+}
+
 /// Holds the lock that the service holds while a request changes files.
 class HeldHome
 {

@@ -148,17 +148,18 @@ TEST_F(State, IsReplacedInOneStepAndLeavesNoTemporaryFile)
     EXPECT_FALSE(isBeingReplaced());
 }
 
-#ifndef _WIN32 // A shell makes the file that has the number of the tool's process in its name, and becomes the tool.
+#ifndef _WIN32 // Windows has no such files.
 TEST_F(State, ALinkOrAPipeInThePlaceOfTheTemporaryFileIsNotWrittenTo)
 {
+    const std::filesystem::path temporary = home / ".service.json.new";
     writeFile(folder / "outside", "mine");
-    for (const std::string& make : {"ln -s '" + text(folder / "outside") + "'", std::string("mkfifo")}) {
-        ChildProgram shell;
-        shell.program = "/bin/sh";
-        shell.arguments = {
-            "-c", make + R"( "$1/.$$.new" && exec "$2" --home "$1" service stop)", "sh", text(home), TESSAPORT_TOOL};
+    for (const bool isLink : {true, false}) {
+        if (isLink)
+            std::filesystem::create_symlink(folder / "outside", temporary);
+        else
+            ASSERT_EQ(mkfifo(temporary.c_str(), 0600), 0);
 
-        const ChildResult finished = runProgram(shell);
+        const ChildResult finished = run({"service", "stop"});
 
         EXPECT_TRUE(finished.exitedWith(0)) << finished.description();
         EXPECT_EQ(readFile(folder / "outside"), "mine");
@@ -168,6 +169,29 @@ TEST_F(State, ALinkOrAPipeInThePlaceOfTheTemporaryFileIsNotWrittenTo)
     }
 }
 #endif
+
+// Whoever changes a file holds its lock, so what a killed tool left under the name is no one's.
+TEST_F(State, WhatAKilledToolLeftIsRemovedByTheNextChange)
+{
+    for (const char* const left : {".service.json.new", ".drives.json.new", ".drives.new"})
+        writeFile(home / left, "half");
+
+    expectOk({"service", "stop"});
+    expectOk({"service", "start"});
+    expectOk({"drive", "set", "Harbour Project", "--offline", "yes"});
+
+    EXPECT_FALSE(isBeingReplaced());
+}
+
+TEST_F(State, AFileThatIsTooLargeIsRefusedWithoutBeingRead)
+{
+    std::filesystem::resize_file(home / "service.json", 4ULL << 30U);
+
+    const ChildResult finished = run({"service", "stop"});
+
+    EXPECT_TRUE(finished.exitedWith(1)) << finished.description();
+    EXPECT_THAT(finished.errors, testing::HasSubstr("service.json' is larger than 64 MB"));
+}
 
 TEST_F(State, IsReplacedAlthoughAReaderHasItOpenForAMoment)
 {

@@ -1,10 +1,12 @@
 #include "tools/tessaport/home/DemoDrives.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include "tools/tessaport/home/HeldLock.h"
 #include "tools/tessaport/home/HomeText.h"
 #include "tools/tessaport/home/ServiceFile.h"
 #include "tools/tessaport/output/Json.h"
@@ -124,6 +126,7 @@ void makeDemoHome(const Home& home)
                                              "' holds something that 'tessaport demo' did not make; name another "
                                              "folder with --home");
     fs::create_directories(home.folder());
+    const HeldLock held(home.lockFile(), std::chrono::minutes(2));
     home.replaceFile(home.folder() / Marker, "Made by 'tessaport demo'.\n");
     for (const DemoDrive& drive : demoDrives())
         fillDrive(home, drive);

@@ -31,16 +31,11 @@ void requireReadable(const fs::path& folder, const std::string& named)
                                              "; change its permissions or choose another folder");
 }
 
-// Only trying tells: permissions, read-only file systems and quotas all have a say.
 void requireWritable(const fs::path& folder, const std::string& named)
 {
-    const fs::path trial = folder / (".tessaport-" + std::to_string(Platform::processId()));
-    std::error_code error;
-    fs::create_directory(trial, error);
-    if (error)
+    if (const std::error_code error = Platform::tryCreating(folder))
         throw Failure(ExitCode::Failure, named + " cannot be written to: " + Platform::messageOf(error) +
                                              "; change its permissions or choose another folder");
-    fs::remove(trial, error);
 }
 
 std::vector<Side> sidesOf(const Home& home, const Json& drive)

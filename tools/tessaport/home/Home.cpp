@@ -1,7 +1,5 @@
 #include "tools/tessaport/home/Home.h"
 
-#include <fstream>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -30,9 +28,11 @@ Home Home::locate()
 void Home::replaceFile(const fs::path& file, const std::string& content, std::optional<std::int64_t> modified) const
 {
     // In the root of the home, which no drive includes.
-    const fs::path prepared = root / ('.' + std::to_string(Platform::processId()) + ".new");
+    fs::path prepared = root / ".";
+    prepared += file.filename();
+    prepared += ".new";
     try {
-        // What a process with the same number left when it was killed, or a link that someone else put there.
+        // What a process left that was killed, or a link that someone else put there.
         fs::remove(prepared);
         Platform::writeNewFile(prepared, content);
         if (modified)
@@ -43,15 +43,6 @@ void Home::replaceFile(const fs::path& file, const std::string& content, std::op
         fs::remove(prepared, ignored);
         throw Failure(ExitCode::Failure, "cannot write '" + toText(file) + "': " + Platform::messageOf(e.code()));
     }
-}
-
-std::optional<std::string> readFile(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        return std::nullopt;
-    std::string content{std::istreambuf_iterator<char>(stream), {}};
-    return stream.bad() ? std::nullopt : std::optional(std::move(content));
 }
 
 } // namespace Quorvex::Velmora::Tool

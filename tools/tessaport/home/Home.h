@@ -33,7 +33,8 @@ public:
         return {root / "state" / (id + ".records"), root / "state" / (id + ".json")};
     }
 
-    /// Replaces a file in the home, at any depth, in one step: readers see the old content or the new one.
+    /// Replaces a file in the home, at any depth, in one step: readers see the old content or the new one. The caller
+    /// holds the lock of the file, or lockFile() if it has none.
     ///
     /// @param modified  its last-write time in seconds since 1970 (UTC); nothing means now.
     /// @throws Failure if it cannot be written.
@@ -43,8 +44,5 @@ public:
 private:
     std::filesystem::path root;
 };
-
-/// The content of a file; nothing if it cannot be read.
-std::optional<std::string> readFile(const std::filesystem::path& file);
 
 } // namespace Quorvex::Velmora::Tool

@@ -1,6 +1,7 @@
 #include "tools/tessaport/home/HomeText.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -15,6 +16,9 @@ namespace Quorvex::Velmora::Tool
 {
 namespace
 {
+
+// As much as the service reads.
+constexpr std::uintmax_t MostBytes = 64U << 20U;
 
 std::string withoutByteOrderMark(std::string text)
 {
@@ -43,7 +47,10 @@ bool isHomeFile(const fs::path& file, const std::string& remedy)
 
 std::string readHomeFile(const fs::path& file)
 {
-    auto text = readFile(file);
+    if (std::error_code error; fs::file_size(file, error) > MostBytes && !error)
+        throw Failure(ExitCode::Failure,
+            "'" + toText(file) + "' is larger than " + std::to_string(MostBytes >> 20U) + " MB; correct or remove it");
+    auto text = Platform::readFile(file);
     if (!text)
         throw Failure(ExitCode::Failure, "'" + toText(file) + "' cannot be read");
     return withoutByteOrderMark(std::move(*text));

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/platform/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {
@@ -66,7 +66,7 @@ bool hasAllSections(const Numbers& numbers, std::size_t table, std::uint32_t cou
 
 std::string damageOf(const std::filesystem::path& file)
 {
-    const auto bytes = readFile(file);
+    const auto bytes = Platform::readFile(file);
     if (!bytes)
         return "cannot be read";
     if (bytes->empty())

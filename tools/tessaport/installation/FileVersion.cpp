@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "tools/tessaport/home/Home.h"
+#include "tools/tessaport/platform/Platform.h"
 
 namespace Quorvex::Velmora::Tool
 {
@@ -23,7 +23,7 @@ unsigned numberAt(const std::string& bytes, std::size_t position)
 
 std::optional<std::string> fileVersion(const std::filesystem::path& file)
 {
-    const auto bytes = readFile(file);
+    const auto bytes = Platform::readFile(file);
     if (!bytes)
         return std::nullopt;
     const std::size_t start = bytes->find(Signature, 0, sizeof Signature);

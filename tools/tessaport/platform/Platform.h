@@ -100,6 +100,15 @@ void writeNewFile(const std::filesystem::path& file, std::string_view content);
 std::optional<std::intptr_t> tryLock(const std::filesystem::path& file);
 void unlock(std::intptr_t lock);
 
-std::int64_t processId();
+/// The content of a file; nothing if it cannot be read or is something else. Never waits, as opening a pipe would.
+std::optional<std::string> readFile(const std::filesystem::path& file);
+
+/// Why nothing can be created in a folder; no error if something can. Only trying tells: permissions, read-only file
+/// systems and quotas all have a say. Nothing stays in the folder.
+std::error_code tryCreating(const std::filesystem::path& folder);
+
+/// Who else decides what is at a path, as far as its owner and its permissions say; empty if no one does. On Windows
+/// that is not looked at.
+std::string othersWhoMayChange(const std::filesystem::path& path);
 
 } // namespace Quorvex::Velmora::Tool::Platform

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <link.h>
@@ -204,6 +205,50 @@ std::optional<std::intptr_t> tryLock(const fs::path& file)
 
 void unlock(std::intptr_t lock) { close(static_cast<int>(lock)); }
 
-std::int64_t processId() { return getpid(); }
+std::optional<std::string> readFile(const fs::path& file)
+{
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return std::nullopt;
+    struct stat status = {};
+    ssize_t count = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? 1 : -1;
+    std::string content;
+    std::vector<char> block(64 * 1024);
+    while (count > 0) {
+        count = read(descriptor, block.data(), block.size());
+        content.append(block.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+    close(descriptor);
+    return count < 0 ? std::nullopt : std::optional(std::move(content));
+}
+
+// A file without a name leaves nothing if the process is killed; not every file system has those.
+std::error_code tryCreating(const fs::path& folder)
+{
+    const int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (file >= 0) {
+        close(file);
+        return {};
+    }
+    if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT && errno != EINVAL)
+        return lastError();
+    std::string trial = (folder / ".tessaport-XXXXXX").native();
+    if (mkdtemp(trial.data()) == nullptr)
+        return lastError();
+    rmdir(trial.c_str());
+    return {};
+}
+
+std::string othersWhoMayChange(const fs::path& path)
+{
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0)
+        return {};
+    if (status.st_uid != geteuid() && status.st_uid != 0) {
+        const passwd* const user = getpwuid(status.st_uid);
+        return user == nullptr ? "user " + std::to_string(status.st_uid) : std::string("user '") + user->pw_name + '\'';
+    }
+    return (status.st_mode & S_IWOTH) != 0 ? "everyone" : "";
+}
 
 } // namespace Quorvex::Velmora::Tool::Platform

@@ -1,7 +1,9 @@
 #include "tools/tessaport/platform/Platform.h"
 
 #include <algorithm>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <streambuf>
 #include <system_error>
@@ -349,6 +351,26 @@ std::optional<std::intptr_t> tryLock(const fs::path& file)
 
 void unlock(std::intptr_t lock) { CloseHandle(reinterpret_cast<HANDLE>(lock)); }
 
-std::int64_t processId() { return GetCurrentProcessId(); }
+std::optional<std::string> readFile(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        return std::nullopt;
+    std::string content{std::istreambuf_iterator<char>(stream), {}};
+    return stream.bad() ? std::nullopt : std::optional(std::move(content));
+}
+
+std::error_code tryCreating(const fs::path& folder)
+{
+    const fs::path trial = folder / (".tessaport-" + std::to_string(GetCurrentProcessId()));
+    std::error_code error;
+    if (fs::create_directory(trial, error)) {
+        std::error_code ignored;
+        fs::remove(trial, ignored);
+    }
+    return error;
+}
+
+std::string othersWhoMayChange(const fs::path&) { return {}; }
 
 } // namespace Quorvex::Velmora::Tool::Platform
