@@ -1,4 +1,7 @@
 #include <gmock/gmock.h>
+#ifndef _WIN32
+#include <unistd.h>
+#endif
 
 #include "tests/cli/ToolTest.h"
 
@@ -50,6 +53,36 @@ TEST_F(Doctor, FindsNothingWrongWithAGoodInstallation)
         EXPECT_TRUE(fs::exists(findings.at(subject)["detail"].get<std::string>())) << findings.at(subject);
     EXPECT_THAT(expectOk({"doctor"}), HasSubstr("Velmora.Bridge.dll"));
 }
+
+#ifndef _WIN32 // There, who may change it is not looked at.
+TEST_F(Doctor, WarnsOfAHomeThatEveryoneMayChange)
+{
+    makeDemo();
+    for (const fs::path& path : {home, home / "drives.json"}) {
+        fs::permissions(path, fs::perms::others_write, fs::perm_options::add);
+
+        const auto finding = examine({}, 0)["Home"];
+
+        EXPECT_EQ(finding["good"], true);
+        EXPECT_THAT(
+            finding["remedy"].get<std::string>(), StartsWith("'" + text(path) + "' can be changed by everyone"));
+        fs::permissions(path, fs::perms::others_write, fs::perm_options::remove);
+    }
+}
+
+TEST_F(Doctor, WarnsOfAHomeOfAnotherUser)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "Only root can give files to another user.";
+    makeDemo();
+    ASSERT_EQ(chown(home.c_str(), 65533, 65533), 0);
+
+    const auto finding = examine({}, 0)["Home"];
+
+    EXPECT_EQ(finding["good"], true);
+    EXPECT_THAT(finding["remedy"].get<std::string>(), HasSubstr("can be changed by user 65533"));
+}
+#endif
 
 TEST_F(Doctor, ShowsTheVersionOfTheReleaseForEveryPartOfIt)
 {

@@ -25,7 +25,7 @@ struct Finding {
     bool good;
     std::string version;
     std::string detail;
-    std::string remedy; ///< Empty if there is nothing to do.
+    std::string remedy; ///< Empty if there is nothing to do; that of a good finding is a warning.
 };
 
 Finding good(std::string subject, std::string version, std::string detail)
@@ -147,6 +147,19 @@ std::string remedyFor(ExitCode code)
     }
 }
 
+// Whoever writes the drives decides which folders are read and written. Containers, a group's home and some file
+// systems show another owner for good reasons, so this is no failure.
+std::string remedyForHomeOfOthers(const Home& home)
+{
+    for (const fs::path& path : {home.folder(), home.drivesFile(), home.serviceFile(), home.folder() / "state"}) {
+        if (const std::string others = Platform::othersWhoMayChange(path); !others.empty())
+            return "'" + toText(path) + "' can be changed by " + others +
+                   ", who can so have the service read and write any of your files; unless you want that, change its "
+                   "owner or permissions, or name a home of your own with --home";
+    }
+    return "";
+}
+
 // Only the local sync service has a home.
 Finding lookAtHome()
 {
@@ -154,7 +167,8 @@ Finding lookAtHome()
     const ServiceStateName* const state = ServiceFile(home).state();
     if (state == nullptr)
         return bad("Home", toText(home.serviceFile()) + " names no state", "run 'tessaport service start'");
-    return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()), remedyFor(state->code)};
+    return {"Home", state->code == ExitCode::Ok, state->name, toText(home.folder()),
+        state->code == ExitCode::Ok ? remedyForHomeOfOthers(home) : remedyFor(state->code)};
 }
 
 // The folder that a runtime is loaded from is named after its version.
