@@ -134,6 +134,27 @@ public sealed class NeighbourTests : IDisposable
         Assert.Contains("belongs to another user", SyncErrorOf("c.txt"));
     }
 
+    [Theory]
+    [InlineData("0755")]
+    [InlineData("0700")]
+    [InlineData("0777")]
+    public void AUserWithoutPrivilegesIsToldWhoseFolderItIs(string mode)
+    {
+        _drive.PutInWorkspace("b.txt");
+        Run("chown", "-R", "65534:65534", _home.Root);
+        MakeForeignStaging();
+        Run("chmod", mode, _drive.OnServer(".tessaport"));
+        var start = new ProcessStartInfo(Worker.Executable, ["sync-once"]) { RedirectStandardOutput = true };
+        start.Environment["TESSAPORT_HOME"] = _home.Root;
+        start.Environment["VELMORA_WORKER_DROPS_PRIVILEGES"] = "1";
+        using var worker = Process.Start(start)!;
+        worker.WaitForExit();
+
+        Assert.Equal(1, worker.ExitCode);
+        Assert.Contains("belongs to another user", SyncErrorOf("b.txt"));
+        Assert.Empty(Directory.GetFileSystemEntries(_drive.OnServer(".tessaport")));
+    }
+
     private static string TopOfStaging(string path) => path.StartsWith(".tessaport", StringComparison.Ordinal) ? ".tessaport" : path;
 
     private static void Run(string program, params string[] arguments) => UnixCalls.Run(program, arguments);
