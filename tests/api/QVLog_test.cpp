@@ -1,6 +1,8 @@
 #include "velmora/api/QVLog.h"
 
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -95,6 +97,31 @@ TEST_F(Log, AllowsTheSinkToWriteToTheLog)
     QVLog::getLogFile()->addMessage(L"line", false);
 
     EXPECT_EQ(lines.size(), 3U);
+}
+
+// A sink that writes to a pipe waits for its reader.
+TEST_F(Log, ASinkThatWaitsKeepsNeitherOtherThreadsNorTheNextSinkFromTheLog)
+{
+    std::promise<void> begun;
+    std::promise<void> reader;
+    QVLog::setSink([&begun, arrived = reader.get_future().share()](const QVString&, bool) {
+        begun.set_value();
+        arrived.wait();
+    });
+    std::thread waiting([] { QVLog::getLogFile()->addMessage(L"waits", false); });
+    begun.get_future().wait();
+
+    auto others = std::async(std::launch::async, [this] {
+        collect();
+        QVLog::getLogFile()->addMessage(L"line", false);
+    });
+    const bool wasFree = others.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+    reader.set_value();
+    waiting.join();
+    others.wait();
+
+    EXPECT_TRUE(wasFree);
+    EXPECT_EQ(lines.size(), 1U);
 }
 
 TEST_F(Log, PassesEveryLineOfEveryThreadWhileSinksAreReplaced)

@@ -120,6 +120,32 @@ public sealed class FolderLinkTests : IDisposable
         Assert.Empty(_drive.FilesOnServer());
     }
 
+    [UnixTheory]
+    [InlineData("Open.Examined")]
+    [InlineData("Commit.Checked")]
+    [InlineData("Commit.Guarded")]
+    [InlineData("Commit.Placed")]
+    public async Task AFileReplacedByAPipeDuringASyncIsNotWaitedForAndThePipeStays(string step)
+    {
+        _drive.PutBoth("a.txt");
+        Assert.True(_drive.Sync("").IsSuccess);
+        _drive.PutInWorkspace("a.txt", "changed here", 3);
+        var replaced = step == "Open.Examined" ? _drive.InWorkspace("a.txt") : _drive.OnServer("a.txt");
+        using var swap = StepAction.At(step, replaced, path =>
+        {
+            File.Delete(path);
+            UnixCalls.Run("mkfifo", path);
+        });
+        var token = TestContext.Current.CancellationToken;
+
+        var result = await Task.Run(() => _drive.Sync(""), token).WaitAsync(TimeSpan.FromSeconds(60), token);
+
+        Assert.True(swap.WasReached);
+        Assert.False(result.IsSuccess);
+        Assert.Equal("fifo", UnixCalls.Run("stat", "--format=%F", replaced).Trim());
+        Assert.False(Directory.Exists(_drive.OnServer(".tessaport")));
+    }
+
     [UnixFact]
     public void AFolderMovedOutOfTheDriveWhileItsFileIsCopiedIsNotFilled()
     {
