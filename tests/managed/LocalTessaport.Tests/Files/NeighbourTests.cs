@@ -6,12 +6,13 @@ public sealed class NeighbourTests : IDisposable
     private const string Other = "65533";
     private const string Unchecked = "0123-0000000000000001-0000000000000002";
 
-    private readonly TestHome _home = new();
+    private readonly TestHome _home;
     private readonly TestDrive _drive;
 
     public NeighbourTests()
     {
         Assert.SkipUnless(Environment.IsPrivilegedProcess && !OperatingSystem.IsWindows(), "Only root can make files of another user.");
+        _home = new TestHome();
         _drive = _home.AddDrive();
         _drive.PutOnServer("private/a.txt");
         Assert.True(_drive.Sync("").IsSuccess);
