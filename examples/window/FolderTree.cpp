@@ -1,8 +1,8 @@
 #include "FolderTree.h"
 
-#include <QHash>
-#include <QSet>
-#include <QStyle>
+#include <QFileIconProvider>
+#include <QThreadPool>
+#include <algorithm>
 #include <utility>
 
 namespace DriveWindow
@@ -10,17 +10,20 @@ namespace DriveWindow
 
 // An item that answers for itself takes less time and memory than one that keeps a value for each role.
 struct FolderItem : QTreeWidgetItem {
-    explicit FolderItem(Row shownFolder) : folder(std::move(shownFolder)) { setChildIndicatorPolicy(ShowIndicator); }
+    explicit FolderItem(Api::Item shownFolder) : folder(std::move(shownFolder))
+    {
+        setChildIndicatorPolicy(ShowIndicator);
+    }
 
     [[nodiscard]] QVariant data(int, int role) const override
     {
         if (role == Qt::DisplayRole)
-            return folder.name;
-        return role == Qt::DecorationRole ? static_cast<const FolderTree*>(treeWidget())->icon : QVariant();
+            return shown(folder.name);
+        return role == Qt::DecorationRole ? QFileIconProvider().icon(QFileIconProvider::Folder) : QVariant();
     }
 
-    Row folder;
-    enum { Unread, Reading, Read } contents = Unread;
+    Api::Item folder;
+    bool isRead = false;
     // Gone with the item, which answers that come later learn from it. Their requests may end on the request thread,
     // which must not have a part in the tree.
     std::shared_ptr<FolderItem*> self;
@@ -29,142 +32,102 @@ struct FolderItem : QTreeWidgetItem {
 namespace
 {
 
-// Many items take long to make, so the request thread makes them.
-FolderItems itemsOf(Rows folders)
-{
-    FolderItems items;
-    items.reserve(folders.size());
-    for (Row& folder : folders)
-        items.push_back(std::make_unique<FolderItem>(std::move(folder)));
-    return items;
-}
+using FolderItems = std::vector<std::unique_ptr<FolderItem>>;
 
 FolderItem* folderItem(QTreeWidgetItem* item) { return static_cast<FolderItem*>(item); }
 
-// Deletes the items from a row on whose folders no longer exist, and returns the others by name.
-QHash<QString, FolderItem*> keepOnly(const FolderItems& folders, QTreeWidgetItem& parent, int first)
+// Many items take long to make, so the request thread makes them.
+FolderItems readFolders(Tessaport& api, const Api::Item& parent)
 {
-    QHash<QString, FolderItem*> kept;
-    QSet<QString> names;
-    for (std::size_t i = static_cast<std::size_t>(first); i < folders.size() && parent.childCount() > first; ++i)
-        names.insert(folders[i]->folder.name);
-    for (int i = parent.childCount() - 1; i >= first; --i) {
-        FolderItem* child = folderItem(parent.child(i));
-        const QString& name = child->folder.name;
-        if (names.contains(name) && !kept.contains(name))
-            kept.insert(name, child);
-        else
-            delete child;
-    }
-    return kept;
+    FolderItems items;
+    const Items folders = api.getChildFolders(parent);
+    for (const std::uint32_t position : orderByName(folders))
+        items.push_back(std::make_unique<FolderItem>(*folders[position]));
+    return items;
 }
 
 } // namespace
 
-FolderTree::FolderTree(Requests& windowRequests)
-    : requests(windowRequests), icon(style()->standardIcon(QStyle::SP_DirIcon))
+FolderTree::FolderTree(Requests& windowRequests) : requests(windowRequests)
 {
     setHeaderHidden(true);
     setUniformRowHeights(true);
     connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* item) {
-        if (folderItem(item)->contents == FolderItem::Unread)
+        if (!folderItem(item)->isRead)
             read(*folderItem(item));
     });
     connect(this, &QTreeWidget::currentItemChanged, this, [this] { wanted = {}; });
 }
 
-void FolderTree::readDrives(const std::function<void()>& done)
+void FolderTree::setDrives(const Items& roots)
 {
-    requests.ask(
-        "list the drives", [](Tessaport& tessaport) { return itemsOf(DriveWindow::readDrives(tessaport)); },
-        [this, done](FolderItems drives) {
-            update(*invisibleRootItem(), std::move(drives));
-            done();
-        });
+    bool same = topLevelItemCount() == static_cast<int>(roots.GetSize());
+    for (std::uint32_t i = 0; same && i < roots.GetSize(); ++i) {
+        const Api::Item& drive = folderItem(topLevelItem(static_cast<int>(i)))->folder;
+        same = drive.driveId == roots[i]->driveId && drive.name == roots[i]->name;
+    }
+    if (same)
+        return;
+    clear();
+    for (const Api::Item& root : roots)
+        addTopLevelItem(new FolderItem(root));
+    setCurrentItem(topLevelItem(0));
+    expand(currentIndex());
 }
 
-const Row* FolderTree::folder() const
+const Api::Item* FolderTree::folder() const
 {
     return currentItem() == nullptr ? nullptr : &folderItem(currentItem())->folder;
 }
 
-void FolderTree::openFolder(const Row& wantedFolder)
+void FolderTree::refresh() { read(*folderItem(currentItem())); }
+
+void FolderTree::openFolder(const Api::Item& wantedFolder)
 {
-    wanted = wantedFolder.item->relativePath;
+    wanted = wantedFolder.relativePath;
     selectWanted();
-    if (wanted.Empty())
-        return;
-    read(*folderItem(currentItem()));
-    currentItem()->setExpanded(true);
+    if (!wanted.Empty())
+        refresh();
 }
 
-void FolderTree::read(FolderItem& item)
+void FolderTree::read(FolderItem& parent)
 {
-    item.contents = FolderItem::Reading;
-    if (item.self == nullptr)
-        item.self = std::make_shared<FolderItem*>(&item);
-    const std::weak_ptr<FolderItem*> place(item.self);
-    const auto done = [this, place](FolderItems folders) {
-        const auto parent = place.lock();
-        if (parent == nullptr)
-            return;
-        (*parent)->contents = FolderItem::Read;
-        (*parent)->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
-        update(**parent, std::move(folders));
-    };
-    const auto failed = [place] {
-        if (const auto parent = place.lock())
-            (*parent)->contents = FolderItem::Unread;
-    };
+    parent.isRead = true;
+    if (parent.self == nullptr)
+        parent.self = std::make_shared<FolderItem*>(&parent);
+    const std::weak_ptr<FolderItem*> place(parent.self);
     requests.ask(
-        "open the folder " + quoted(item.folder.name),
-        [folder = item.folder](Tessaport& tessaport) { return itemsOf(readFolders(tessaport, folder)); }, done, failed);
-}
-
-void FolderTree::update(QTreeWidgetItem& parent, FolderItems folders)
-{
-    int row = 0;
-    const auto keep = [&](FolderItem& item, FolderItem& now) {
-        std::swap(item.folder, now.folder);
-        ++row;
-        if (item.contents == FolderItem::Read)
-            read(item);
-    };
-    // Most of them are usually where they were.
-    auto next = folders.begin();
-    while (row < parent.childCount() && next != folders.end() &&
-           folderItem(parent.child(row))->folder.name == (*next)->folder.name)
-        keep(*folderItem(parent.child(row)), **next++);
-
-    QHash<QString, FolderItem*> kept = keepOnly(folders, parent, row);
-    QList<QTreeWidgetItem*> added;
-    const auto insertAdded = [&] {
-        parent.insertChildren(row, added);
-        row += static_cast<int>(added.size());
-        added.clear();
-    };
-    for (; next != folders.end(); ++next) {
-        FolderItem* item = kept.isEmpty() ? nullptr : kept.take((*next)->folder.name);
-        if (item == nullptr) {
-            added += next->release();
-            continue;
-        }
-        insertAdded();
-        if (parent.child(row) != item) {
-            parent.removeChild(item);
-            parent.insertChild(row, item);
-        }
-        keep(*item, **next);
-    }
-    insertAdded();
-    selectWanted();
-    requests.destroy(std::move(folders));
+        "open the folder " + quoted(parent.folder.name),
+        [folder = parent.folder](Tessaport& api) { return readFolders(api, folder); },
+        [this, place](FolderItems folders) {
+            const auto self = place.lock();
+            // Once the user has gone on, the selected folder may be one of those that would be replaced.
+            if (self == nullptr || ((*self)->childCount() > 0 && *self != currentItem()))
+                return;
+            QList<QTreeWidgetItem*> children;
+            for (auto& folder : folders)
+                children += folder.release();
+            // Many items take long to delete. Those that may await an answer are deleted on the thread that gets it.
+            QList<QTreeWidgetItem*> unread = (*self)->takeChildren();
+            const auto read = std::partition(
+                unread.begin(), unread.end(), [](auto* child) { return folderItem(child)->self == nullptr; });
+            qDeleteAll(read, unread.end());
+            unread.erase(read, unread.end());
+            QThreadPool::globalInstance()->start([unread] { qDeleteAll(unread); });
+            (*self)->addChildren(children);
+            (*self)->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+            selectWanted();
+        },
+        [place] {
+            if (const auto self = place.lock())
+                (*self)->isRead = false;
+        });
 }
 
 void FolderTree::selectWanted()
 {
     for (int i = 0; !wanted.Empty() && i < currentItem()->childCount(); ++i) {
-        if (folderItem(currentItem()->child(i))->folder.item->relativePath == wanted)
+        if (folderItem(currentItem()->child(i))->folder.relativePath == wanted)
             setCurrentItem(currentItem()->child(i));
     }
 }

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QIcon>
 #include <QTreeWidget>
-#include <functional>
-#include <memory>
-#include <vector>
 
 #include "Requests.h"
 #include "Service.h"
@@ -13,7 +9,6 @@ namespace DriveWindow
 {
 
 struct FolderItem;
-using FolderItems = std::vector<std::unique_ptr<FolderItem>>;
 
 /// The tree of drives and folders. The folders in a folder are read when it is opened.
 class FolderTree : public QTreeWidget
@@ -21,22 +16,20 @@ class FolderTree : public QTreeWidget
 public:
     explicit FolderTree(Requests& windowRequests);
 
-    /// Reads the drives, and again what has been read below them. What still exists stays open and selected.
-    void readDrives(const std::function<void()>& done);
+    /// Shows the drives. If they are others than before, the tree begins anew, and the first one is selected.
+    void setDrives(const Items& roots);
     /// The folder that is selected; null if no folder is.
-    [[nodiscard]] const Row* folder() const;
+    [[nodiscard]] const Api::Item* folder() const;
+    /// Reads the folders in the selected one again.
+    void refresh();
     /// Selects a folder in the one that is selected, once the tree has it.
-    void openFolder(const Row& wantedFolder);
+    void openFolder(const Api::Item& wantedFolder);
 
 private:
-    friend struct FolderItem;
-
-    void read(FolderItem& item);
-    void update(QTreeWidgetItem& parent, FolderItems folders);
+    void read(FolderItem& parent);
     void selectWanted();
 
     Requests& requests;
-    QIcon icon;
     QVString wanted; // The relative path of the folder to be selected; empty if none is awaited.
 };
 

@@ -1,73 +1,37 @@
 #include "ItemModel.h"
 
-#include <QApplication>
-#include <QHash>
+#include <QDateTime>
 #include <QLocale>
-#include <QStringMatcher>
-#include <QStyle>
+#include <QThreadPool>
 #include <algorithm>
-#include <unordered_set>
+#include <numeric>
 #include <utility>
 
 namespace DriveWindow
 {
-namespace
-{
 
-// The states of the rows as numbers in their order.
-std::vector<qint64> numberedStates(const Rows& rows)
-{
-    QHash<QString, std::size_t> found; // In the order in which they were found: there are few of them.
-    std::vector<std::size_t> states;
-    states.reserve(rows.size());
-    for (const Row& row : rows) {
-        const auto known = found.constFind(row.state);
-        states.push_back(known != found.cend() ? *known : *found.insert(row.state, std::size_t(found.size())));
-    }
-    QStringList sorted = found.keys();
-    sorted.sort();
-    std::vector<qint64> numbers(states.size());
-    for (qsizetype i = 0; i < sorted.size(); ++i)
-        numbers[found[sorted[i]]] = i;
-    std::vector<qint64> result;
-    result.reserve(states.size());
-    for (const std::size_t state : states)
-        result.push_back(numbers[state]);
-    return result;
-}
-
-} // namespace
-
-ItemModel::ItemModel()
-    : folderIcon(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
-      fileIcon(QApplication::style()->standardIcon(QStyle::SP_FileIcon))
-{
-}
-
-Rows ItemModel::setItems(Rows items)
+void ItemModel::setItems(ItemList items)
 {
     beginResetModel();
-    std::unordered_set<QVString> marked;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (marks[i])
-            marked.insert(rows[i].item->relativePath);
-    }
-    std::swap(rows, items);
-    marks.assign(rows.size(), false);
-    for (std::size_t i = 0; i < rows.size() && !marked.empty(); ++i)
-        marks[i] = marked.count(rows[i].item->relativePath) > 0;
+    // Many items take long to destroy.
+    QThreadPool::globalInstance()->start([old = std::exchange(all, std::move(items))]() mutable { old.reset(); });
+    details.assign(all->GetSize(), {});
+    byName.resize(all->GetSize());
+    std::iota(byName.begin(), byName.end(), 0);
     order = arranged();
     endResetModel();
-    return items;
 }
 
-void ItemModel::setDetails(std::size_t first, const Rows& details)
+void ItemModel::setOrderByName(std::vector<std::uint32_t> positions)
 {
-    for (std::size_t i = 0; i < details.size(); ++i) {
-        rows[first + i].state = details[i].state;
-        rows[first + i].size = details[i].size;
-    }
-    if (first + details.size() == rows.size() && (sortColumn == Size || sortColumn == State))
+    byName = std::move(positions);
+    arrange();
+}
+
+void ItemModel::setDetails(std::uint32_t first, const std::vector<Details>& found)
+{
+    std::copy(found.begin(), found.end(), details.begin() + first);
+    if (first + found.size() == details.size() && (sortColumn == Size || sortColumn == State))
         arrange();
     else if (!order.empty())
         emit dataChanged(index(0, Size), index(rowCount() - 1, State));
@@ -79,12 +43,6 @@ void ItemModel::setFilter(const QString& text)
     arrange();
 }
 
-void ItemModel::unmarkShown()
-{
-    for (const std::uint32_t position : order)
-        marks[position] = false;
-}
-
 int ItemModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(order.size());
@@ -94,22 +52,23 @@ int ItemModel::columnCount(const QModelIndex& parent) const { return parent.isVa
 
 QVariant ItemModel::data(const QModelIndex& index, int role) const
 {
-    const Row& row = at(index.row());
+    const Api::Item& item = at(index.row());
+    const Details& known = details[order[static_cast<std::size_t>(index.row())]];
     if (role == Qt::DecorationRole && index.column() == Name)
-        return row.item->isFolder ? folderIcon : fileIcon;
+        return icons.icon(item.isFolder ? QFileIconProvider::Folder : QFileIconProvider::File);
     if (role == Qt::TextAlignmentRole && index.column() == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
     case Name:
-        return row.name;
+        return shown(item.name);
     case Size:
-        return row.size < 0 ? QString() : QLocale().formattedDataSize(row.size);
+        return known.size < 0 ? QString() : QLocale().formattedDataSize(known.size);
     case Modified:
-        return localTime(row.item->lastModifiedDate);
+        return QLocale().toString(QDateTime::fromSecsSinceEpoch(item.lastModifiedDate), QLocale::ShortFormat);
     default:
-        return row.state;
+        return known.state;
     }
 }
 
@@ -127,46 +86,46 @@ void ItemModel::sort(int column, Qt::SortOrder sortOrder)
     arrange();
 }
 
-std::vector<ItemModel::Key> ItemModel::sortKeys() const
-{
-    const std::vector<qint64> states = sortColumn == State ? numberedStates(rows) : std::vector<qint64>();
-    std::vector<Key> keys;
-    keys.reserve(rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const qint64 number = sortColumn == State      ? states[i]
-                              : sortColumn == Size     ? rows[i].size
-                              : sortColumn == Modified ? rows[i].item->lastModifiedDate
-                                                       : static_cast<qint64>(i);
-        keys.emplace_back(!rows[i].item->isFolder, number);
-    }
-    return keys;
-}
-
+// Folders come first, and what is equal is in the order of its names.
 std::vector<std::uint32_t> ItemModel::arranged() const
 {
-    const QStringMatcher matcher(filter, Qt::CaseInsensitive);
     std::vector<std::uint32_t> positions;
-    for (std::uint32_t i = 0; i < rows.size(); ++i) {
-        if (filter.isEmpty() || matcher.indexIn(rows[i].name) >= 0)
+    for (const std::uint32_t i : byName) {
+        if (filter.isEmpty() || toQString((*all)[i]->name).contains(filter, Qt::CaseInsensitive))
             positions.push_back(i);
     }
-    const std::vector<Key> keys = sortKeys();
-    std::stable_sort(
-        positions.begin(), positions.end(), [&](std::uint32_t a, std::uint32_t b) { return keys[a] < keys[b]; });
-    if (descending) {
-        const auto files = std::partition_point(
-            positions.begin(), positions.end(), [&](std::uint32_t i) { return rows[i].item->isFolder; });
-        std::reverse(positions.begin(), files);
-        std::reverse(files, positions.end());
-    }
+    if (descending)
+        std::reverse(positions.begin(), positions.end());
+    std::stable_sort(positions.begin(), positions.end(), [this](std::uint32_t a, std::uint32_t b) {
+        if ((*all)[a]->isFolder != (*all)[b]->isFolder)
+            return (*all)[a]->isFolder;
+        if (descending)
+            std::swap(a, b);
+        switch (sortColumn) {
+        case Size:
+            return details[a].size < details[b].size;
+        case Modified:
+            return (*all)[a]->lastModifiedDate < (*all)[b]->lastModifiedDate;
+        case State:
+            return details[a].state < details[b].state;
+        default:
+            return false;
+        }
+    });
     return positions;
 }
 
+// Keeps the selection, as far as its items are shown.
 void ItemModel::arrange()
 {
-    beginResetModel();
-    order = arranged();
-    endResetModel();
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
+    const std::vector<std::uint32_t> before = std::exchange(order, arranged());
+    std::vector<int> rows(all->GetSize(), -1);
+    for (std::size_t row = 0; row < order.size(); ++row)
+        rows[order[row]] = static_cast<int>(row);
+    for (const QModelIndex& old : persistentIndexList())
+        changePersistentIndex(old, index(rows[before[static_cast<std::size_t>(old.row())]], old.column()));
+    emit layoutChanged({}, VerticalSortHint);
 }
 
 } // namespace DriveWindow

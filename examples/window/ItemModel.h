@@ -1,8 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QIcon>
-#include <QString>
+#include <QFileIconProvider>
 #include <cstdint>
 #include <vector>
 
@@ -11,31 +10,25 @@
 namespace DriveWindow
 {
 
-/// The list of the items in a folder, sorted and filtered. A new arrangement resets the model.
+/// The list of the items in a folder, sorted and filtered.
 ///
-/// A proxy model would sort 100,000 items for seconds. Here the names arrive in order, and the rest are numbers.
+/// A proxy model takes 2.4 s to filter 100,000 items, because it reports every gap.
 class ItemModel : public QAbstractTableModel
 {
 public:
     enum Column { Name, Size, Modified, State, ColumnCount };
 
-    ItemModel();
-
-    /// Sets the items, in the order of their names, and returns the previous ones.
-    Rows setItems(Rows items);
-    /// Sets the sizes and states of items. `first` counts the items as they were given.
-    void setDetails(std::size_t first, const Rows& details);
+    /// Sets the items. Until their order by name is set, it is that in which they were given.
+    void setItems(ItemList items);
+    void setOrderByName(std::vector<std::uint32_t> positions);
+    /// Sets the details of items, from `first` on in the order in which they were given.
+    void setDetails(std::uint32_t first, const std::vector<Details>& found);
     /// Shows only items whose names contain this, in either case.
     void setFilter(const QString& text);
 
     /// All items, in the order in which they were given.
-    [[nodiscard]] const Rows& items() const { return rows; }
-    [[nodiscard]] const Row& at(int row) const { return rows[order[static_cast<std::size_t>(row)]]; }
-
-    /// Marks a shown item. Marks stay with their items when these are arranged, hidden or read again.
-    void mark(int row) { marks[order[static_cast<std::size_t>(row)]] = true; }
-    void unmarkShown();
-    [[nodiscard]] bool isMarked(int row) const { return marks[order[static_cast<std::size_t>(row)]]; }
+    [[nodiscard]] const ItemList& items() const { return all; }
+    [[nodiscard]] const Api::Item& at(int row) const { return *(*all)[order[static_cast<std::size_t>(row)]]; }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -44,18 +37,14 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
-    /// What a row is sorted by: files after folders, then a number.
-    using Key = std::pair<bool, qint64>;
-
-    [[nodiscard]] std::vector<Key> sortKeys() const;
     [[nodiscard]] std::vector<std::uint32_t> arranged() const;
     void arrange();
 
-    Rows rows;
-    std::vector<bool> marks;          // One for each of `rows`.
-    std::vector<std::uint32_t> order; // Positions in `rows`.
-    QIcon folderIcon;
-    QIcon fileIcon;
+    ItemList all = std::make_shared<Items>();
+    std::vector<Details> details;      // One for each item.
+    std::vector<std::uint32_t> byName; // Positions in `all`.
+    std::vector<std::uint32_t> order;  // Those of the items that are shown.
+    QFileIconProvider icons;
     QString filter;
     int sortColumn = Name;
     bool descending = false;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QImage>
-#include <QString>
 #include <QStringList>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -15,29 +15,21 @@ namespace DriveWindow
 {
 
 using Tessaport = Api::QvNativeTessaportAPI;
+using Items = Api::QVBuffer<Api::Item>;
+using ItemList = std::shared_ptr<const Items>; ///< For requests: long lists are not copied. Never null.
 
-/// A drive, a folder or a file, ready to be shown.
-struct Row {
-    std::shared_ptr<const Api::Item> item; ///< Never null. Shared, because long lists are copied.
-    QString name;
-    QString state;
+/// What is read about an item after the list.
+struct Details {
     qint64 size = -1; ///< In bytes; negative if unknown.
-};
-using Rows = std::vector<Row>;
-
-struct Property {
-    QString name;
-    QString value;
-};
-
-struct MenuEntry {
-    Api::Command command;
-    QString text;
-    QImage icon; ///< Null without one.
+    QString state;
 };
 
 struct CommandMenu {
-    std::vector<MenuEntry> entries;
+    struct Entry {
+        Api::Command command;
+        QImage icon; ///< Null without one.
+    };
+    std::vector<Entry> entries;
     std::size_t leftOut = 0; ///< The number of further commands.
     QStringList problems;    ///< Why icons are missing.
 };
@@ -49,24 +41,23 @@ struct Outcome {
     std::size_t updated = 0;
     std::size_t deleted = 0;
     QStringList problems;
-
-    void add(const Outcome& other);
 };
 
-[[nodiscard]] Rows readDrives(Tessaport& tessaport);
-/// Reads the folders in a folder, or all that is in it, sorted by name with folders first.
-[[nodiscard]] Rows readFolders(Tessaport& tessaport, const Row& folder);
-[[nodiscard]] Rows readContents(Tessaport& tessaport, const Row& folder);
+/// Returns the root folders of the drives, with the names of the drives.
+[[nodiscard]] Items readDrives(Tessaport& api);
 
-/// Adds sizes and states to items of one drive. They take longer to read than the list.
-[[nodiscard]] Rows readDetails(Tessaport& tessaport, Rows rows);
-/// Reads the properties of items of one drive. One that differs between the items is shown as such.
-[[nodiscard]] std::vector<Property> readProperties(Tessaport& tessaport, const Rows& rows);
+/// Returns the positions of the items in the order of their names, in which numbers count as such.
+[[nodiscard]] std::vector<std::uint32_t> orderByName(const Items& items);
 
-[[nodiscard]] CommandMenu readCommands(Tessaport& tessaport, const Rows& rows);
-[[nodiscard]] Outcome execute(Tessaport& tessaport, const Api::Command& command, const Rows& rows);
-[[nodiscard]] Outcome sync(Tessaport& tessaport, const Rows& rows);
-/// @param paths  local files, in the form of this platform.
-[[nodiscard]] Outcome addFiles(Tessaport& tessaport, const Row& folder, const QStringList& paths);
+/// Reads the details of items of one drive.
+[[nodiscard]] std::vector<Details> readDetails(Tessaport& api, const Items& items);
+/// Reads the names and values of the properties of items of one drive.
+[[nodiscard]] std::vector<QStringList> readProperties(Tessaport& api, const Items& items);
+
+[[nodiscard]] CommandMenu readCommands(Tessaport& api, const Items& items);
+[[nodiscard]] Outcome execute(Tessaport& api, const Api::Command& command, const Items& items);
+[[nodiscard]] Outcome sync(Tessaport& api, const Items& items);
+/// @param path  a local file, in the form of this platform.
+[[nodiscard]] Outcome addFile(Tessaport& api, const Api::Item& folder, const QString& path);
 
 } // namespace DriveWindow

@@ -1,163 +1,184 @@
 #include "Window.h"
 
+#include <QAction>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTableView>
 #include <QTextBrowser>
 #include <QTime>
-#include <QTreeWidget>
 #include <algorithm>
+#include <utility>
+
+#include <velmora/native/MessageFormatting.h>
 
 namespace DriveWindow
 {
 namespace
 {
 
-constexpr std::size_t DetailsBatch = 200;
-constexpr std::size_t MostForProperties = 100;
-constexpr std::size_t All = SIZE_MAX;
+constexpr std::uint32_t DetailsBatch = 200;
+constexpr std::uint32_t SyncBatch = 20;
+constexpr std::uint32_t MostForProperties = 100;
+constexpr int LongestMessage = 4000;
 
-Rows part(const Rows& rows, std::size_t first, std::size_t end)
+Items part(const Items& items, std::uint32_t first, std::uint32_t count)
 {
-    return {rows.begin() + static_cast<std::ptrdiff_t>(first),
-        rows.begin() + static_cast<std::ptrdiff_t>(std::min(end, rows.size()))};
+    Items some;
+    for (std::uint32_t i = first; i < items.GetSize() && i - first < count; ++i)
+        some.Append(*items[i]);
+    return some;
 }
 
 } // namespace
 
-Window::Window(Desktop windowDesktop)
-    : desktop(std::move(windowDesktop)),
-      requests([this](const Failure& failure, Requests::Again again) { report(failure, std::move(again)); })
+/// A long piece of work, in many short requests.
+struct Window::Job {
+    QString doing;
+    std::vector<Step> steps;
+    QProgressDialog* progress;
+    std::size_t done = 0;
+    Outcome total = {};
+};
+
+Window::Window()
+    : requests([this](const Failure& failure, const Requests::Call& again) {
+          report(failure.what + ' ' + failure.message);
+          showNotice(failure, again);
+      })
 {
     makeViews();
     makeActions();
-    connectViews();
-    readDrives();
+    refresh();
 }
 
-void Window::readDrives()
+void Window::refresh()
 {
-    tree->readDrives([this] {
-        if (tree->folder() != nullptr)
-            return;
-        tree->setCurrentItem(tree->topLevelItem(0));
-        tree->expand(tree->currentIndex());
-        if (tree->folder() == nullptr)
-            report(Failure{"There are no drives.", "Set up a drive in Tessaport, then try again.", {}},
-                [this] { readDrives(); });
+    requests.ask("list the drives", readDrives, [this](const Items& drives) {
+        tree->setDrives(drives);
+        if (drives.GetSize() == 0)
+            showNotice(
+                {"There are no drives.", "Set up a drive in Tessaport, then try again.", {}}, [this] { refresh(); });
     });
+    if (tree->folder() != nullptr) {
+        tree->refresh();
+        readFolder();
+    }
 }
 
 void Window::showFolder()
 {
-    ++listing;
-    requests.destroy(itemModel.setItems({}));
+    itemModel.setItems(std::make_shared<Items>());
     notice->hide();
     readFolder();
 }
 
 void Window::readFolder()
 {
+    const unsigned number = ++listing;
     if (tree->folder() == nullptr)
         return;
+    const QString doing = "list the folder " + quoted(tree->folder()->name);
     requests.ask(
-        "list the folder " + quoted(tree->folder()->name),
-        [folder = *tree->folder()](Tessaport& tessaport) { return readContents(tessaport, folder); },
-        [this, number = ++listing](Rows rows) {
+        doing,
+        [folder = *tree->folder()](
+            Tessaport& api) { return std::make_shared<const Items>(api.getFolderContents(folder)); },
+        [this, number, doing](const ItemList& items) {
             if (number != listing)
                 return;
-            requests.destroy(itemModel.setItems(std::move(rows)));
-            readDetails(number, 0);
-            readProperties();
+            itemModel.setItems(items);
+            // To compare many names takes longer than to list them.
+            const auto sort = [items](Tessaport&) { return orderByName(*items); };
+            requests.ask(doing, sort, [this, number](const std::vector<std::uint32_t>& order) {
+                if (number != listing)
+                    return;
+                itemModel.setOrderByName(order);
+                showDetails(number, 0);
+            });
         });
 }
 
 // In parts, so that other requests of the user get their turn.
-void Window::readDetails(unsigned ofListing, std::size_t first)
+void Window::showDetails(unsigned ofListing, std::uint32_t first)
 {
-    if (ofListing != listing || first >= itemModel.items().size())
+    if (ofListing != listing || first >= itemModel.items()->GetSize())
         return;
     requests.ask(
         "read the states of the files in " + quoted(tree->folder()->name),
-        [rows = part(itemModel.items(), first, first + DetailsBatch)](
-            Tessaport& tessaport) { return DriveWindow::readDetails(tessaport, rows); },
-        [this, ofListing, first](const Rows& details) {
+        [items = itemModel.items(), first](
+            Tessaport& api) { return readDetails(api, part(*items, first, DetailsBatch)); },
+        [this, ofListing, first](const std::vector<Details>& details) {
             if (ofListing != listing)
                 return;
             itemModel.setDetails(first, details);
-            readDetails(ofListing, first + details.size());
+            showDetails(ofListing, first + DetailsBatch);
         });
 }
 
-void Window::readProperties()
+void Window::showProperties()
 {
-    const unsigned number = ++selected;
-    const Rows selection = selectedRows(MostForProperties);
-    if (selection.empty())
-        return properties->clear();
+    const ItemList items = selection(MostForProperties);
+    properties->clear();
+    if (items->GetSize() == 0)
+        return;
     requests.ask(
-        "read the properties of the selection",
-        [selection](Tessaport& tessaport) { return DriveWindow::readProperties(tessaport, selection); },
-        [this, number](const std::vector<Property>& found) {
+        "read the properties of the selection", [items](Tessaport& api) { return readProperties(api, *items); },
+        [this, number = ++selected](const std::vector<QStringList>& found) {
             if (number != selected)
                 return;
-            properties->clear();
-            for (const Property& property : found)
-                new QTreeWidgetItem(properties, {property.name, property.value});
+            for (const QStringList& property : found)
+                new QTreeWidgetItem(properties, property);
             properties->resizeColumnToContents(0);
-        },
-        [this] { properties->clear(); });
+        });
 }
 
-void Window::readCommands()
+void Window::openCommands()
 {
     commands->clear();
-    Rows selection = selectedRows(All);
-    if (selection.empty() && tree->folder() != nullptr)
-        selection.push_back(*tree->folder());
-    const QPointer<QAction> state =
-        commands->addAction(selection.empty() ? "Nothing is selected" : "Reading the commands…");
+    const QPointer<QAction> state = commands->addAction("Reading the commands…");
     state->setEnabled(false);
-    if (selection.empty())
-        return;
+    const auto items = selection();
+    if (items->GetSize() == 0 && tree->folder() != nullptr)
+        items->Append(*tree->folder());
+    if (items->GetSize() == 0)
+        return state->setText("Nothing is selected");
     // Once the menu is opened again, the action is gone, and the answer is late.
     requests.ask(
-        "list the commands",
-        [selection](Tessaport& tessaport) { return DriveWindow::readCommands(tessaport, selection); },
-        [this, state, selection](const CommandMenu& found) {
-            if (state == nullptr)
-                return;
-            delete state;
-            showCommands(found, selection);
+        "list the commands", [items](Tessaport& api) { return readCommands(api, *items); },
+        [this, state, items](const CommandMenu& found) {
+            if (state != nullptr)
+                showCommands(found, items);
         },
         [state] {
             if (state != nullptr)
-                state->setText("The commands could not be read");
-        },
-        [this] { commands->popup(QCursor::pos()); });
+                state->setText("The commands could not be read. Open the menu again.");
+        });
 }
 
-void Window::showCommands(const CommandMenu& found, const Rows& selection)
+void Window::showCommands(const CommandMenu& found, const ItemList& items)
 {
-    for (const MenuEntry& entry : found.entries) {
-        if (entry.command.isBeginningOfGroup)
+    commands->clear();
+    for (const CommandMenu::Entry& entry : found.entries) {
+        const Api::Command& command = entry.command;
+        if (command.isBeginningOfGroup)
             commands->addSeparator();
         // "&" marks the key of an entry.
         QAction* action =
-            commands->addAction(QIcon(QPixmap::fromImage(entry.icon)), QString(entry.text).replace('&', "&&"));
-        action->setEnabled(entry.command.isEnabled);
-        action->setCheckable(entry.command.isChecked);
-        action->setChecked(entry.command.isChecked);
-        if (entry.command.isDefaultCommand)
+            commands->addAction(QIcon(QPixmap::fromImage(entry.icon)), shown(command.name, 80).replace('&', "&&"));
+        action->setEnabled(command.isEnabled);
+        action->setCheckable(command.isChecked);
+        action->setChecked(command.isChecked);
+        if (command.isDefaultCommand)
             commands->setDefaultAction(action);
-        connect(action, &QAction::triggered, &alive, [this, entry, selection] {
-            startJob("run the command " + quoted(entry.text), 1,
-                [command = entry.command, selection](
-                    Tessaport& tessaport, std::size_t, std::size_t) { return execute(tessaport, command, selection); });
+        connect(action, &QAction::triggered, &alive, [this, command, items] {
+            start("run the command " + quoted(command.name),
+                {[command, items](Tessaport& api) { return execute(api, command, *items); }});
         });
     }
     if (found.entries.empty())
@@ -168,62 +189,100 @@ void Window::showCommands(const CommandMenu& found, const Rows& selection)
         report(problem);
 }
 
-void Window::sync()
+void Window::syncSelection()
 {
-    if (tree->folder() == nullptr)
-        return;
-    auto rows = std::make_shared<Rows>(selectedRows(All));
-    QString what = rows->size() == 1 ? quoted(rows->front().name) : QString("%1 items").arg(rows->size());
-    if (rows->empty()) {
-        // One by one, so that there is progress to see; then the folder itself, for what the list does not have.
-        *rows = itemModel.items();
-        rows->push_back(*tree->folder());
+    auto items = selection();
+    const std::uint32_t count = items->GetSize();
+    QString what = count == 1 ? quoted((*items)[0]->name) : QString("%1 items").arg(count);
+    if (count == 0 && tree->folder() != nullptr) {
+        // In parts, so that there is progress to see; then the folder itself, for what the list does not have.
         what = "the folder " + quoted(tree->folder()->name);
+        *items = *itemModel.items();
+        items->Append(*tree->folder());
     }
-    startJob("sync " + what, rows->size(), [rows](Tessaport& tessaport, std::size_t first, std::size_t end) {
-        return DriveWindow::sync(tessaport, part(*rows, first, end));
-    });
+    std::vector<Step> steps;
+    for (std::uint32_t first = 0; first < items->GetSize(); first += SyncBatch)
+        steps.emplace_back([items, first](Tessaport& api) { return sync(api, part(*items, first, SyncBatch)); });
+    start("sync " + what, steps);
 }
 
 void Window::addFiles(const QStringList& paths)
 {
     if (paths.isEmpty() || tree->folder() == nullptr)
         return;
+    const QString doing = "add files to " + quoted(tree->folder()->name);
     QStringList replaced;
+    std::vector<Step> steps;
     for (const QString& path : paths) {
-        const auto& rows = itemModel.items();
-        const QString name = shown(QFileInfo(path).fileName());
-        if (std::any_of(rows.begin(), rows.end(), [&](const Row& row) { return row.name == name; }))
+        const QString name = QFileInfo(path).fileName();
+        const Items& items = *itemModel.items();
+        if (std::any_of(items.begin(), items.end(), [&](const auto& item) { return toQString(item.name) == name; }))
             replaced += quoted(name);
+        steps.emplace_back([folder = *tree->folder(), path](Tessaport& api) { return addFile(api, folder, path); });
     }
-    const QString target = quoted(tree->folder()->name);
-    if (!replaced.isEmpty() &&
-        !desktop.confirm(this, QString("Replace %1 in %2?").arg(replaced.mid(0, 10).join(", "), target)))
+    QMessageBox question(QMessageBox::Question, {},
+        QString("Replace %1 in %2?").arg(replaced.mid(0, 10).join(", "), quoted(tree->folder()->name)),
+        QMessageBox::Yes | QMessageBox::Cancel, this);
+    question.setTextFormat(Qt::PlainText);
+    if (replaced.isEmpty() || question.exec() == QMessageBox::Yes)
+        start(doing, steps);
+}
+
+void Window::start(const QString& doing, std::vector<Step> steps)
+{
+    if (steps.empty())
         return;
-    startJob("add files to " + target, static_cast<std::size_t>(paths.size()),
-        [paths, folder = *tree->folder()](Tessaport& tessaport, std::size_t first, std::size_t end) {
-            return DriveWindow::addFiles(
-                tessaport, folder, paths.mid(static_cast<qsizetype>(first), static_cast<qsizetype>(end - first)));
-        });
+    auto* progress = new QProgressDialog(doing, "Stop", 0, static_cast<int>(steps.size()), this);
+    progress->findChild<QLabel*>()->setTextFormat(Qt::PlainText);
+    progress->setMinimumDuration(500);
+    proceed(std::make_shared<Job>(Job{doing, std::move(steps), progress}));
 }
 
-void Window::startJob(const QString& doing, std::size_t things, Job::Step step)
+void Window::proceed(const std::shared_ptr<Job>& job)
 {
-    if (job->isBusy())
-        report(QString("Wait until the current work is done, or stop it, to %1.").arg(doing));
-    else
-        job->start(doing, things, std::move(step));
+    if (job->done < job->steps.size() && !job->progress->wasCanceled()) {
+        job->progress->setValue(static_cast<int>(job->done));
+        // If it fails, a retry continues here.
+        requests.ask(
+            job->doing, job->steps[job->done],
+            [this, job](const Outcome& outcome) {
+                ++job->done;
+                Outcome& total = job->total;
+                total.success = total.success && outcome.success;
+                total.created += outcome.created;
+                total.updated += outcome.updated;
+                total.deleted += outcome.deleted;
+                total.problems += outcome.problems;
+                proceed(job);
+            },
+            [job] { job->progress->reset(); });
+        return;
+    }
+    report(QString("%1: %2 updated, %3 created, %4 deleted%5.")
+               .arg(job->doing.left(1).toUpper() + job->doing.mid(1))
+               .arg(job->total.updated)
+               .arg(job->total.created)
+               .arg(job->total.deleted)
+               .arg(job->progress->wasCanceled() ? ", then stopped" : ""));
+    for (const QString& problem : job->total.problems)
+        report(problem);
+    if (!job->total.success)
+        showNotice({QString("Cannot %1 completely.").arg(job->doing),
+                       "The messages below give the reasons. Remove them, then do it again.", {}},
+            {});
+    job->progress->deleteLater();
+    readFolder();
 }
 
-void Window::open(const Row& row)
+void Window::open(const Api::Item& item)
 {
-    if (row.item->isFolder)
-        tree->openFolder(row);
-    else if (!row.item->isInWorkspace)
-        report(QString("%1 is only on the server. Sync it, then open it.").arg(quoted(row.name)));
-    else if (!desktop.open(QUrl::fromLocalFile(toQString(Api::localPath(*row.item)))))
+    if (item.isFolder)
+        tree->openFolder(item);
+    else if (!item.isInWorkspace)
+        report(QString("%1 is only on the server. Sync it, then open it.").arg(quoted(item.name)));
+    else if (!openUrl(QUrl::fromLocalFile(toQString(Api::localPath(item)))))
         report(QString("No program has opened %1. Choose one for such files in the settings of the desktop.")
-                   .arg(quoted(row.name)));
+                   .arg(quoted(item.name)));
 }
 
 void Window::dragEnterEvent(QDragEnterEvent* event)
@@ -245,72 +304,28 @@ void Window::dropEvent(QDropEvent* event)
     addFiles(paths);
 }
 
-Rows Window::selectedRows(std::size_t most) const
+std::shared_ptr<Items> Window::selection(std::uint32_t most) const
 {
-    Rows rows;
+    auto items = std::make_shared<Items>();
     for (const QItemSelectionRange& range : list->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom() && rows.size() < most; ++row)
-            rows.push_back(itemModel.at(row));
+        for (int row = range.top(); row <= range.bottom() && items->GetSize() < most; ++row)
+            items->Append(itemModel.at(row));
     }
-    return rows;
-}
-
-void Window::rememberSelection()
-{
-    itemModel.unmarkShown();
-    for (const QItemSelectionRange& range : list->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            itemModel.mark(row);
-    }
-}
-
-void Window::restoreSelection()
-{
-    QItemSelection selection;
-    for (int row = 0; row < itemModel.rowCount(); ++row) {
-        const int first = row;
-        while (row < itemModel.rowCount() && itemModel.isMarked(row))
-            ++row;
-        if (row > first)
-            selection.select(itemModel.index(first, 0), itemModel.index(row - 1, 0));
-    }
-    list->selectionModel()->select(selection, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-}
-
-void Window::showCount()
-{
-    int number = 0;
-    for (const QItemSelectionRange& range : list->selectionModel()->selection())
-        number += range.height();
-    count->setText(
-        QString("%1 of %2 items, %3 selected").arg(itemModel.rowCount()).arg(itemModel.items().size()).arg(number));
+    return items;
 }
 
 void Window::report(const QString& message)
 {
-    messages->append(richText(QTime::currentTime().toString("HH:mm:ss  ") + message));
+    const QString line = cut(QTime::currentTime().toString("HH:mm:ss  ") + message, LongestMessage);
+    messages->append(QString::fromStdWString(Api::toRichText(line.toStdWString())));
 }
 
-void Window::report(const Failure& failure, Requests::Again again)
+void Window::showNotice(const Failure& failure, const Requests::Call& again)
 {
-    report(failure.message.isEmpty() ? failure.what : failure.what + ' ' + failure.message);
-    notice->show(failure, std::move(again));
-}
-
-void Window::report(const QString& doing, const Outcome& outcome, bool stopped)
-{
-    report(QString("%1: %2 updated, %3 created, %4 deleted%5.")
-               .arg(doing.left(1).toUpper() + doing.mid(1))
-               .arg(outcome.updated)
-               .arg(outcome.created)
-               .arg(outcome.deleted)
-               .arg(stopped ? ", then stopped" : ""));
-    for (const QString& problem : outcome.problems)
-        report(problem);
-    if (!outcome.success)
-        notice->show(Failure{QString("Cannot %1 completely.").arg(doing),
-                         "The messages below give the reasons. Remove them, then do it again.", {}},
-            {});
+    noticeText->setText(failure.what + '\n' + failure.remedy);
+    tryAgain = again;
+    retry->setVisible(again != nullptr);
+    notice->show();
 }
 
 } // namespace DriveWindow

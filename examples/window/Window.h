@@ -1,20 +1,21 @@
 #pragma once
 
+#include <QDesktopServices>
 #include <QMainWindow>
 #include <QTimer>
+#include <QUrl>
+#include <functional>
 
-#include "Desktop.h"
 #include "FolderTree.h"
 #include "ItemModel.h"
-#include "Job.h"
-#include "Notice.h"
 #include "Requests.h"
 
+class QFrame;
 class QLabel;
 class QMenu;
+class QPushButton;
 class QTableView;
 class QTextBrowser;
-class QTreeWidget;
 
 namespace DriveWindow
 {
@@ -24,57 +25,59 @@ namespace DriveWindow
 class Window : public QMainWindow
 {
 public:
-    explicit Window(Desktop windowDesktop = {});
+    Window();
 
     /// Adds copies of local files to the folder that is shown.
     void addFiles(const QStringList& paths);
 
     [[nodiscard]] ItemModel& items() { return itemModel; }
 
+    /// Opens a file or a web address with its program, and returns whether there is one. Tests set another function.
+    std::function<bool(const QUrl& url)> openUrl = QDesktopServices::openUrl;
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void makeViews();
-    void makeActions();
-    void connectViews();
+    struct Job;
+    using Step = std::function<Outcome(Tessaport& tessaport)>;
 
-    void readDrives();
+    void makeViews();
+    QWidget* makeNotice();
+    void makeActions();
+
+    void refresh();
     void showFolder();
     void readFolder();
-    void readDetails(unsigned ofListing, std::size_t first);
-    void readProperties();
-    void readCommands();
-    void showCommands(const CommandMenu& found, const Rows& selection);
+    void showDetails(unsigned ofListing, std::uint32_t first);
+    void showProperties();
+    void openCommands();
+    void showCommands(const CommandMenu& found, const ItemList& items);
 
-    void open(const Row& row);
-    void sync();
-    void startJob(const QString& doing, std::size_t count, Job::Step step);
+    void open(const Api::Item& item);
+    void syncSelection();
+    /// Does something step by step, with progress and a button that stops it after the current step.
+    void start(const QString& doing, std::vector<Step> steps);
+    void proceed(const std::shared_ptr<Job>& job);
 
     /// The selected items, at most so many.
-    [[nodiscard]] Rows selectedRows(std::size_t most) const;
-    void rememberSelection();
-    void restoreSelection();
-    void showCount();
+    [[nodiscard]] std::shared_ptr<Items> selection(std::uint32_t most = UINT32_MAX) const;
     void report(const QString& message);
-    void report(const Failure& failure, Requests::Again again);
-    void report(const QString& doing, const Outcome& outcome, bool stopped);
+    void showNotice(const Failure& failure, const Requests::Call& again);
 
-    Desktop desktop;
-    Notice* notice = nullptr;
     FolderTree* tree = nullptr;
     QTableView* list = nullptr;
     QTreeWidget* properties = nullptr;
     QTextBrowser* messages = nullptr;
     QMenu* commands = nullptr;
-    QLabel* waiting = nullptr;
-    QLabel* count = nullptr;
-    Job* job = nullptr;
+    QFrame* notice = nullptr;
+    QLabel* noticeText = nullptr;
+    QPushButton* retry = nullptr;
+    Requests::Call tryAgain;
     QTimer selectionTimer;
-    QTimer waitingTimer;
-    Requests requests;
     ItemModel itemModel;
+    Requests requests;
     unsigned listing = 0; // Numbers the contents of the list and of the views beside it; what comes for others is late.
     unsigned selected = 0;
     // The receiver of every signal. The last member: nothing happens any more to a window that is being destroyed.

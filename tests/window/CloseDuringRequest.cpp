@@ -2,6 +2,7 @@
 // Prints the milliseconds since 1970 just before it closes the window.
 #include <QAction>
 #include <QApplication>
+#include <QProgressDialog>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
@@ -32,7 +33,7 @@ int main()
                 action->trigger();
         }
         QTimer::singleShot(1000, [&] {
-            code = window.findChild<QWidget*>("stop")->isVisible() ? 7 : 4;
+            code = window.findChild<QProgressDialog*>()->isVisible() ? 7 : 4;
             const auto now = std::chrono::system_clock::now().time_since_epoch();
             std::printf(
                 "%lld\n", static_cast<long long>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count()));

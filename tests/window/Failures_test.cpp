@@ -1,5 +1,6 @@
 // Every failure of every request: a sentence in the window, and a retry.
 #include <QLabel>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
@@ -161,7 +162,7 @@ TEST_F(Failures, OfASyncEndItAndARetryGoesOnWhereItFailed)
 
     trigger("Sync");
     ASSERT_TRUE(waitForNotice("Cannot sync the folder “Drive 1”: "));
-    EXPECT_FALSE(part<QWidget>("stop").isVisible());
+    EXPECT_FALSE(window->findChild<QProgressDialog*>()->isVisible());
     QTest::mouseClick(&part<QPushButton>("retry"), Qt::LeftButton);
 
     EXPECT_TRUE(waitForMessage("Sync the folder “Drive 1”: "));
@@ -186,6 +187,16 @@ TEST_F(Failures, OfPartsOfASyncAreListedWithTheirReasons)
 
     EXPECT_TRUE(waitForNotice("Cannot sync the folder “Drive 1” completely."));
     EXPECT_TRUE(messages().contains("“b.txt”: the disk is full")) << messages().toStdString();
+}
+
+TEST_F(Failures, WithLinksOpenThemAlsoWithoutAScheme)
+{
+    openDrive();
+
+    emit part<QTextBrowser>("messages").anchorClicked(QUrl("https://example.com/q"));
+    emit part<QTextBrowser>("messages").anchorClicked(QUrl("www.example.com"));
+
+    EXPECT_EQ(opened, (std::vector<QUrl>{QUrl("https://example.com/q"), QUrl("http://www.example.com")}));
 }
 
 TEST_F(Failures, OfAnIconAreReportedAndTheCommandIsShown)

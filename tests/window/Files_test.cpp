@@ -85,7 +85,7 @@ TEST_F(Files, AreAddedWhenTheyAreDropped)
 TEST_F(Files, AreAddedByTheDialog)
 {
     openFirstDrive();
-    chosenFiles = {QString::fromStdString(outside("chosen.txt", "chosen").u8string())};
+    chosenFile = QString::fromStdString(outside("chosen.txt", "chosen").u8string());
 
     trigger("Add files…");
 
@@ -155,7 +155,6 @@ TEST_F(Files, ThatAreSelectedAreSyncedAlone)
     EXPECT_TRUE(waitForState("one.txt", "In sync"));
     EXPECT_TRUE(messages().contains("Sync “one.txt”: "));
     EXPECT_FALSE(fs::exists(demo.onServer("two.txt")));
-    EXPECT_TRUE(part<QTableView>("list").selectionModel()->isRowSelected(rowOf("one.txt").row()));
 }
 
 } // namespace

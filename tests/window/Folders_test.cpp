@@ -1,6 +1,5 @@
 // Drives, folders and the list.
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QTest>
@@ -72,8 +71,6 @@ TEST_F(Folders, AreOpenedFromTheListToo)
 
     EXPECT_TRUE(waitForRow("Übersicht.txt"));
     EXPECT_TRUE(waitFor([&] { return part<QTreeView>("tree").currentIndex().data() == "plans"; }));
-    trigger("Up");
-    EXPECT_TRUE(waitForRow("README.txt"));
 }
 
 TEST_F(Folders, ShowNewFilesWhenTheyAreRead)
@@ -86,27 +83,26 @@ TEST_F(Folders, ShowNewFilesWhenTheyAreRead)
     EXPECT_TRUE(waitForState("new.txt", "Only here"));
 }
 
-TEST_F(Folders, InTheTreeAreReadAgainAndStayOpen)
+TEST_F(Folders, InTheTreeAreReadAgainWithTheListAndStayOpen)
 {
-    fs::create_directory(demo.here("annex"));
     openFirstDrive();
     auto& tree = part<QTreeView>("tree");
     const QPersistentModelIndex drive = childNamed(tree, {}, "Harbour Project");
-    ASSERT_TRUE(waitFor([&] { return childNamed(tree, drive, "annex").isValid(); }));
+    ASSERT_TRUE(waitFor([&] { return childNamed(tree, drive, "plans").isValid(); }));
     const QPersistentModelIndex plans = childNamed(tree, drive, "plans");
+    fs::create_directory(demo.here("plans/annex"));
     tree.expand(plans);
-    ASSERT_TRUE(waitFor([&] { return childNamed(tree, plans, "details").isValid(); }));
+    ASSERT_TRUE(waitFor([&] { return childNamed(tree, plans, "annex").isValid(); }));
     tree.setCurrentIndex(plans);
     ASSERT_TRUE(waitForRow("details"));
 
-    fs::remove(demo.here("annex"));
-    fs::create_directory(demo.here("new"));
+    fs::remove(demo.here("plans/annex"));
     fs::create_directory(demo.here("plans/new"));
     trigger("Refresh");
 
-    EXPECT_TRUE(waitFor([&] { return childNamed(tree, drive, "new").isValid(); }));
     EXPECT_TRUE(waitFor([&] { return childNamed(tree, plans, "new").isValid(); }));
-    EXPECT_FALSE(childNamed(tree, drive, "annex").isValid());
+    EXPECT_TRUE(childNamed(tree, plans, "details").isValid());
+    EXPECT_FALSE(childNamed(tree, plans, "annex").isValid());
     EXPECT_TRUE(tree.isExpanded(plans));
     EXPECT_EQ(tree.currentIndex(), plans);
     EXPECT_TRUE(waitForRow("new"));
@@ -174,7 +170,6 @@ TEST_F(Folders, AreFilteredByNameAndKeepTheSelection)
 
     EXPECT_TRUE(waitFor([&] { return column(ItemModel::Name) == QStringList("README.txt"); }));
     EXPECT_TRUE(part<QTableView>("list").selectionModel()->isRowSelected(0));
-    EXPECT_TRUE(part<QLabel>("count").text().startsWith("1 of 3 items"));
     part<QLineEdit>("filter").clear();
     EXPECT_TRUE(waitForRow("plans"));
     EXPECT_TRUE(part<QTableView>("list").selectionModel()->isRowSelected(rowOf("README.txt").row()));

@@ -1,8 +1,8 @@
 // A folder of 100,000 items: it is all there, and the test prints what it took.
 #include <QAbstractItemModel>
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -114,14 +114,17 @@ TEST_F(LargeFolder, IsListedFilteredSortedAndSelected)
     ASSERT_TRUE(waitForRow("b.txt"));
     service.answer("GetFolderContents", TestSupport::generated(Count));
     const double before = residentMemory();
-    QElapsedTimer requestTime;
-    requestTime.start();
-    (void)Api::RequestQueue()
-        .ask([](Api::QvNativeTessaportAPI& tessaport) {
-            return tessaport.getFolderContents(tessaport.getDrives()[0]->root).GetSize();
-        })
-        .get();
-    std::printf("request alone: %lld ms\n", static_cast<long long>(requestTime.elapsed()));
+    // The first one is slow, because .NET compiles what it needs.
+    for (const char* what : {"first request", "request alone"}) {
+        QElapsedTimer requestTime;
+        requestTime.start();
+        (void)Api::RequestQueue()
+            .ask([](Api::QvNativeTessaportAPI& tessaport) {
+                return tessaport.getFolderContents(tessaport.getDrives()[0]->root).GetSize();
+            })
+            .get();
+        std::printf("%s: %lld ms\n", what, static_cast<long long>(requestTime.elapsed()));
+    }
 
     measure(
         "list", [&] { trigger("Refresh"); }, [&] { return rows() == Count; });
@@ -130,26 +133,39 @@ TEST_F(LargeFolder, IsListedFilteredSortedAndSelected)
     auto& list = part<QTableView>("list");
     const QString last = QString("Section %1 - elevations.dwg").arg(Count - 1, 7, 10, QChar('0'));
     using DriveWindow::ItemModel;
-    for (const int column : {ItemModel::Size, ItemModel::State, ItemModel::Modified}) {
-        measure(
-            "sort", [&] { list.sortByColumn(column, Qt::DescendingOrder); },
-            [&] { return list.model()->index(0, 0).data() == last; });
-    }
+    const auto* const model = list.model();
+    measure(
+        "sort", [&] { list.sortByColumn(ItemModel::Size, Qt::DescendingOrder); },
+        [&] { return model->index(0, 0).data() == last; });
+    // The states of the first items suffice.
+    list.sortByColumn(ItemModel::Name, Qt::AscendingOrder);
+    const auto hasState = [&] { return !model->index(0, ItemModel::State).data().toString().isEmpty(); };
+    ASSERT_TRUE(waitFor(hasState));
+    measure(
+        "sort", [&] { list.sortByColumn(ItemModel::State, Qt::DescendingOrder); }, hasState);
+    measure(
+        "sort", [&] { list.sortByColumn(ItemModel::Modified, Qt::DescendingOrder); },
+        [&] { return model->index(0, 0).data() == last; });
     list.selectRow(0);
     measure(
         "filter", [&] { part<QLineEdit>("filter").setText("7"); }, [&] { return rows() == 40'951; });
     measure(
         "no filter", [&] { part<QLineEdit>("filter").clear(); }, [&] { return rows() == Count; });
 
-    const auto* count = &part<QLabel>("count");
     measure(
-        "select all", [&] { list.selectAll(); }, [&] { return count->text().endsWith("100000 selected"); });
+        "select all",
+        [&] {
+            list.selectAll();
+            // The properties are read a moment later.
+            QTest::qWait(300);
+        },
+        [&] { return list.selectionModel()->isRowSelected(Count - 1); });
     measure(
         "sort of all selected", [&] { list.sortByColumn(ItemModel::Name, Qt::AscendingOrder); },
         [&] { return list.model()->index(0, 0).data() != last; });
     EXPECT_TRUE(list.selectionModel()->isRowSelected(Count - 1));
     measure(
-        "sync", [&] { trigger("Sync"); }, [&] { return part<QWidget>("stop").isVisible(); });
+        "sync", [&] { trigger("Sync"); }, [&] { return window->findChild<QProgressDialog*>() != nullptr; });
 
     QElapsedTimer time;
     time.start();

@@ -41,6 +41,7 @@ public:
     explicit Photographer(fs::path folder) : folder(std::move(folder))
     {
         fs::create_directories(this->folder);
+        nameParts(window);
         window.resize(1010, 480);
         window.show();
         require(waitFor([&] { return shows(DriveWindow::ItemModel::State, "In sync"); }), "the first drive");
@@ -53,8 +54,12 @@ public:
         require(waitFor([&] { return shows(DriveWindow::ItemModel::State, "In sync"); }), "the drive after it");
         auto& tree = part<QTreeView>("tree");
         tree.expand(tree.model()->index(0, 0).model()->index(0, 0, tree.currentIndex()));
-        part<QTableView>("list").selectRow(2);
-        require(waitFor([&] { return part<QTreeWidget>("properties").topLevelItemCount() > 0; }), "properties");
+        // The list that is read after the sync has no selection.
+        const auto hasProperties = [&] {
+            part<QTableView>("list").selectRow(2);
+            return part<QTreeWidget>("properties").topLevelItemCount() > 0;
+        };
+        require(waitFor(hasProperties), "properties");
         require(waitFor([&] { return tree.model()->rowCount(tree.model()->index(0, 0, tree.currentIndex())) > 0; }),
             "the folders in a folder");
         save(window.grab(), folder / "window.png");

@@ -1,6 +1,7 @@
 // A window on the scripted service.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -30,6 +31,15 @@ protected:
     ScriptedWindow()
     {
         service.answer("GetFolderContents", Json::array({fileNamed(11, "a.txt"), fileNamed(12, "b.txt")}));
+    }
+
+    /// Waits until a member of the service is called. Forgets the calls before it.
+    [[nodiscard]] bool waitForCall(const std::string& member)
+    {
+        return waitFor([&] {
+            const auto calls = service.takeCalledMembers();
+            return std::find(calls.begin(), calls.end(), member) != calls.end();
+        });
     }
 
     TestSupport::ScriptedService service;

@@ -1,15 +1,21 @@
 #include "tests/window/WindowTest.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QFileDialog>
+#include <QFrame>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
 
 #include "examples/window/ItemModel.h"
-#include "examples/window/Notice.h"
 
 namespace Quorvex::Velmora::WindowTest
 {
@@ -28,20 +34,54 @@ void startApplication()
     new QApplication(count, arguments);
 }
 
+void nameParts(DriveWindow::Window& window)
+{
+    window.findChild<QTableView*>()->setObjectName("list");
+    window.findChild<QTextBrowser*>()->setObjectName("messages");
+    window.findChild<QLineEdit*>()->setObjectName("filter");
+    window.menuBar()->actions().value(0)->menu()->setObjectName("commands");
+    for (auto* tree : window.findChildren<QTreeWidget*>())
+        tree->setObjectName(tree->isHeaderHidden() ? "tree" : "properties");
+    for (auto* button : window.findChildren<QPushButton*>()) {
+        if (button->text() != "Try again")
+            continue;
+        button->setObjectName("retry");
+        button->parentWidget()->setObjectName("notice");
+    }
+}
+
 bool waitFor(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 20'000); }
+
+WindowTest::WindowTest()
+{
+    startApplication();
+    QObject::connect(&dialogTimer, &QTimer::timeout, [this] { answerDialog(); });
+    dialogTimer.start(20);
+}
 
 void WindowTest::openWindow()
 {
-    window.emplace(DriveWindow::Desktop{[this](const QUrl& url) {
-                                            opened.push_back(url);
-                                            return programsOpen;
-                                        },
-        [this](QWidget*) { return chosenFiles; },
-        [this](QWidget*, const QString& question) {
-            questions += question;
-            return answer;
-        }});
+    window.emplace();
+    nameParts(*window);
+    window->openUrl = [this](const QUrl& url) {
+        opened.push_back(url);
+        return programsOpen;
+    };
     window->show();
+}
+
+void WindowTest::answerDialog()
+{
+    QWidget* const dialog = QApplication::activeModalWidget();
+    if (auto* question = qobject_cast<QMessageBox*>(dialog)) {
+        EXPECT_EQ(question->textFormat(), Qt::PlainText);
+        questions += question->text();
+        question->button(answer ? QMessageBox::Yes : QMessageBox::Cancel)->click();
+    } else if (auto* files = qobject_cast<QFileDialog*>(dialog)) {
+        // An absolute path does not depend on what the dialog has read of the folder by now.
+        files->findChild<QLineEdit*>()->setText(chosenFile);
+        EXPECT_TRUE(QMetaObject::invokeMethod(files, "accept"));
+    }
 }
 
 QStringList WindowTest::column(int column)
@@ -73,10 +113,8 @@ void WindowTest::trigger(const QString& action)
 
 QString WindowTest::noticeText()
 {
-    auto& notice = part<DriveWindow::Notice>("notice");
-    if (!notice.isVisible())
-        return {};
-    return notice.findChild<QLabel*>("what")->text() + '\n' + notice.findChild<QLabel*>("remedy")->text();
+    auto& notice = part<QFrame>("notice");
+    return notice.isVisible() ? notice.findChild<QLabel*>()->text() : QString();
 }
 
 QString WindowTest::messages() { return part<QTextBrowser>("messages").toPlainText(); }

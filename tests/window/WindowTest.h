@@ -3,6 +3,7 @@
 
 #include <QStringList>
 #include <QTableView>
+#include <QTimer>
 #include <QUrl>
 #include <functional>
 #include <optional>
@@ -19,13 +20,16 @@ namespace Quorvex::Velmora::WindowTest
 /// Makes the application of the process, with Qt's platform "offscreen", unless it exists.
 void startApplication();
 
+/// Gives the parts of a window, which tests look for, names of their objects.
+void nameParts(DriveWindow::Window& window);
+
 /// Lets the window work until the condition holds. Returns false if it does not within 20 s.
 [[nodiscard]] bool waitFor(const std::function<bool()>& condition);
 
 class WindowTest : public testing::Test
 {
 protected:
-    WindowTest() { startApplication(); }
+    WindowTest();
 
     void openWindow();
 
@@ -60,10 +64,17 @@ protected:
 
     std::vector<QUrl> opened;
     bool programsOpen = true;
-    QStringList chosenFiles;
-    QStringList questions;
+    /// What the user does in dialogs.
+    QString chosenFile;
     bool answer = true;
+    /// What dialogs have asked.
+    QStringList questions;
     std::optional<DriveWindow::Window> window;
+
+private:
+    void answerDialog();
+
+    QTimer dialogTimer;
 };
 
 } // namespace Quorvex::Velmora::WindowTest

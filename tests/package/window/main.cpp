@@ -19,7 +19,7 @@ int main(int argc, char** argv)
     const ItemModel& items = window.items();
     QObject::connect(&items, &ItemModel::modelReset, &application, [&items] {
         for (int row = 0; row < items.rowCount(); ++row)
-            std::printf("%s\n", qUtf8Printable(items.at(row).name));
+            std::printf("%s\n", items.at(row).name.c_str());
         if (items.rowCount() > 0)
             QApplication::quit();
     });
