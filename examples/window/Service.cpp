@@ -191,6 +191,19 @@ Outcome execute(Tessaport& api, const Api::Command& command, const Items& items)
 
 Outcome sync(Tessaport& api, const Items& items) { return outcomeOf(api, api.syncFiles(items), items); }
 
+QStringList namesThere(Tessaport& api, const Api::Item& folder, const QStringList& paths)
+{
+    QSet<QString> names;
+    for (const QString& path : paths)
+        names += QFileInfo(path).fileName();
+    QStringList found;
+    for (const auto& item : api.getFolderContents(folder)) {
+        if (names.contains(toQString(item.name)) && found.size() < 10)
+            found += quoted(item.name);
+    }
+    return found;
+}
+
 Outcome addFile(Tessaport& api, const Api::Item& folder, const QString& path)
 {
     Ids paths;

@@ -57,6 +57,8 @@ struct Outcome {
 [[nodiscard]] CommandMenu readCommands(Tessaport& api, const Items& items);
 [[nodiscard]] Outcome execute(Tessaport& api, const Api::Command& command, const Items& items);
 [[nodiscard]] Outcome sync(Tessaport& api, const Items& items);
+/// Returns the names of local files that the folder has already, in quotation marks; at most ten.
+[[nodiscard]] QStringList namesThere(Tessaport& api, const Api::Item& folder, const QStringList& paths);
 /// @param path  a local file, in the form of this platform.
 [[nodiscard]] Outcome addFile(Tessaport& api, const Api::Item& folder, const QString& path);
 

@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QDragEnterEvent>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -13,7 +12,6 @@
 #include <QTableView>
 #include <QTextBrowser>
 #include <QTime>
-#include <algorithm>
 #include <utility>
 
 #include <velmora/native/MessageFormatting.h>
@@ -211,21 +209,25 @@ void Window::addFiles(const QStringList& paths)
     if (paths.isEmpty() || tree->folder() == nullptr)
         return;
     const QString doing = "add files to " + quoted(tree->folder()->name);
-    QStringList replaced;
+    const auto folder = std::make_shared<Api::Item>(*tree->folder());
     std::vector<Step> steps;
-    for (const QString& path : paths) {
-        const QString name = QFileInfo(path).fileName();
-        const Items& items = *itemModel.items();
-        if (std::any_of(items.begin(), items.end(), [&](const auto& item) { return toQString(item.name) == name; }))
-            replaced += quoted(name);
-        steps.emplace_back([folder = *tree->folder(), path](Tessaport& api) { return addFile(api, folder, path); });
-    }
-    QMessageBox question(QMessageBox::Question, {},
-        QString("Replace %1 in %2?").arg(replaced.mid(0, 10).join(", "), quoted(tree->folder()->name)),
-        QMessageBox::Yes | QMessageBox::Cancel, this);
-    question.setTextFormat(Qt::PlainText);
-    if (replaced.isEmpty() || question.exec() == QMessageBox::Yes)
-        start(doing, steps);
+    for (const QString& path : paths)
+        steps.emplace_back([folder, path](Tessaport& api) { return addFile(api, *folder, path); });
+    // What the list shows may be out of date, and would then be replaced without a question.
+    requests.ask(
+        doing, [folder, paths](Tessaport& api) { return namesThere(api, *folder, paths); },
+        [this, doing, steps, folder](const QStringList& replaced) {
+            if (replaced.isEmpty() ||
+                agrees(QString("Replace %1 in %2?").arg(replaced.join(", "), quoted(folder->name))))
+                start(doing, steps);
+        });
+}
+
+bool Window::agrees(const QString& question)
+{
+    QMessageBox box(QMessageBox::Question, {}, question, QMessageBox::Yes | QMessageBox::Cancel, this);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void Window::start(const QString& doing, std::vector<Step> steps)

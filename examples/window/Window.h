@@ -57,6 +57,7 @@ private:
 
     void open(const Api::Item& item);
     void syncSelection();
+    [[nodiscard]] bool agrees(const QString& question);
     /// Does something step by step, with progress and a button that stops it after the current step.
     void start(const QString& doing, std::vector<Step> steps);
     void proceed(const std::shared_ptr<Job>& job);

@@ -100,6 +100,7 @@ TEST_F(Files, ReplaceOthersOnlyIfTheUserAgrees)
 
     answer = false;
     drop({file});
+    ASSERT_TRUE(waitFor([this] { return !questions.isEmpty(); }));
     EXPECT_EQ(questions, QStringList("Replace “README.txt” in “Harbour Project”?"));
     EXPECT_EQ(readText(demo.here("README.txt")), before);
 
@@ -107,6 +108,19 @@ TEST_F(Files, ReplaceOthersOnlyIfTheUserAgrees)
     drop({file});
     EXPECT_TRUE(waitForMessage("Add files"));
     EXPECT_EQ(readText(demo.here("README.txt")), "another one");
+}
+
+TEST_F(Files, ReplaceNoneUnaskedThatCameAfterTheListWasRead)
+{
+    openFirstDrive();
+    const QUrl file = urlOf(outside("late.txt", "dropped"));
+    writeText(demo.here("late.txt"), "came later");
+
+    answer = false;
+    drop({file});
+
+    ASSERT_TRUE(waitFor([this] { return !questions.isEmpty(); }));
+    EXPECT_EQ(readText(demo.here("late.txt")), "came later");
 }
 
 TEST_F(Files, FromElsewhereAreReported)
