@@ -11,7 +11,6 @@ public sealed class NeighbourTests : IDisposable
 
     public NeighbourTests()
     {
-        Assert.SkipWhen(OperatingSystem.IsWindows(), "There, the folder above decides who may do what.");
         Assert.True(Environment.IsPrivilegedProcess, "Only root can make files of another user: run these tests as root.");
         _home = new TestHome();
         _drive = _home.AddDrive();
@@ -23,7 +22,7 @@ public sealed class NeighbourTests : IDisposable
 
     public void Dispose() => _home.Dispose();
 
-    [Theory]
+    [UnixTheory]
     [InlineData("")]
     [InlineData("copies-0")]
     public void ARecordOfAReplacementByAnotherUserPutsNoFileInAPrivateFolder(string inner)
@@ -40,7 +39,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.True(File.Exists(Path.Combine(staging, Unchecked)));
     }
 
-    [Fact]
+    [UnixFact]
     public void NoCopyIsPreparedInAFolderOfAnotherUser()
     {
         MakeForeignStaging();
@@ -59,7 +58,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Null(UpkeepError());
     }
 
-    [Fact]
+    [UnixFact]
     public void NoDeletedItemGoesThroughAFolderOfAnotherUser()
     {
         MakeForeignStaging();
@@ -69,7 +68,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Contains("private/a.txt", _drive.FilesOnServer());
     }
 
-    [Theory]
+    [UnixTheory]
     [InlineData("0755")]
     [InlineData("0700")]
     public void AFolderOfTheUserThatAnotherRenamedToTheStagingFolderKeepsItsFiles(string mode)
@@ -93,7 +92,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Null(UpkeepError());
     }
 
-    [Fact]
+    [UnixFact]
     public void AStagingFolderThatOthersMayWriteToIsNotUsed()
     {
         Directory.CreateDirectory(_drive.OnServer(".tessaport"));
@@ -105,7 +104,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Contains("was not made by the service", SyncErrorOf("b.txt"));
     }
 
-    [Theory]
+    [UnixTheory]
     [InlineData("2775")]
     [InlineData("1777")]
     public void ASharedSideWithMarksOfItsOwnIsSynced(string mode)
@@ -118,7 +117,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Equal(["b.txt", "private/a.txt"], _drive.FilesOnServer());
     }
 
-    [Theory]
+    [UnixTheory]
     [InlineData("None")]
     [InlineData("MarkedFolders")]
     public void OneOfAnotherUserIsFoundAlsoOnFileSystemsThatKeepNoMark(string features)
@@ -136,7 +135,7 @@ public sealed class NeighbourTests : IDisposable
         Assert.Contains("belongs to another user", SyncErrorOf("c.txt"));
     }
 
-    [Theory]
+    [UnixTheory]
     [InlineData("0755")]
     [InlineData("0700")]
     [InlineData("0777")]
